@@ -1,0 +1,74 @@
+# How every target of this project is built, and one function per kind of target.
+
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_AUTOMOC ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+
+add_library(varnel_build_options INTERFACE)
+target_compile_definitions(varnel_build_options INTERFACE
+    QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_DEPRECATED_WARNINGS
+    QT_MESSAGELOGCONTEXT) # log lines keep file, line and function in release builds too
+if(MSVC)
+    target_compile_options(varnel_build_options INTERFACE /W4 /utf-8 /permissive-)
+    if(VARNEL_WARNINGS_AS_ERRORS)
+        target_compile_options(varnel_build_options INTERFACE /WX)
+    endif()
+else()
+    target_compile_options(varnel_build_options INTERFACE
+        -Wall -Wextra -Wpedantic -Wnon-virtual-dtor -Woverloaded-virtual
+        # No path of the build machine in log lines and binaries.
+        -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=)
+    if(VARNEL_WARNINGS_AS_ERRORS)
+        target_compile_options(varnel_build_options INTERFACE -Werror)
+    endif()
+    if(VARNEL_SANITIZE)
+        target_compile_options(varnel_build_options INTERFACE
+            -fsanitize=${VARNEL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+        target_link_options(varnel_build_options INTERFACE -fsanitize=${VARNEL_SANITIZE})
+    endif()
+endif()
+
+# The host compiles the meta-objects of the interfaces that it implements: this adds them to a host's target.
+function(varnel_implements_host target)
+    set(headers CommonQuotaHandler.h QCefView.h QvPresenterClass.h VarnelCefView.h)
+    list(TRANSFORM headers PREPEND "${PROJECT_SOURCE_DIR}/src/host/")
+    target_sources(${target} PRIVATE ${headers}) # picked up by AUTOMOC
+    target_compile_definitions(${target} PRIVATE VARNEL_HOST_BUILD)
+    target_link_libraries(${target} PUBLIC Varnel::HostInterface)
+endfunction()
+
+# One GoogleTest executable; every case becomes a CTest test in a process of its own, because the library's
+# singletons cannot be reset.
+#   varnel_add_test(name SOURCES a.cpp … LIBRARIES lib … [TIMEOUT seconds])
+function(varnel_add_test name)
+    cmake_parse_arguments(arg "" "TIMEOUT" "SOURCES;LIBRARIES" ${ARGN})
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 60)
+    endif()
+    add_executable(${name} ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} GTest::gmock varnel_build_options)
+    set(environment
+        "QT_QPA_PLATFORM=offscreen"
+        "ASAN_OPTIONS=detect_stack_use_after_return=1"
+        "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0"
+        "UBSAN_OPTIONS=print_stacktrace=1"
+        "TSAN_OPTIONS=ignore_noninstrumented_modules=1:halt_on_error=1")
+    gtest_discover_tests(${name}
+        TEST_PREFIX "${name}."
+        DISCOVERY_MODE PRE_TEST
+        DISCOVERY_TIMEOUT 60
+        PROPERTIES TIMEOUT ${arg_TIMEOUT} ENVIRONMENT "${environment}")
+endfunction()
+
+# One Google Benchmark executable, run by `./dev bench`.
+function(varnel_add_benchmark name)
+    cmake_parse_arguments(arg "" "" "SOURCES;LIBRARIES" ${ARGN})
+    add_executable(${name} ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} benchmark::benchmark varnel_build_options)
+    set_property(GLOBAL APPEND PROPERTY VARNEL_BENCHMARKS ${name})
+endfunction()

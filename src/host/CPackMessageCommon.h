@@ -1,0 +1,30 @@
+#pragma once
+
+#include "HostApi.h"
+
+#include <QString>
+#include <QVariant>
+
+/// Builds the body of one message, field by field. Lives on the caller's stack, used on one thread;
+/// several may be in use on different threads at once.
+class VARNEL_HOST_API CPackMessageCommon {
+public:
+    /// Assigns a client message id, unique within the process, readable at once by
+    /// GetValue(Tessar_Fields::System::clientMsgID).
+    CPackMessageCommon();
+    ~CPackMessageCommon();
+
+    void AddVaule(const QString &key, const QVariant &value);
+
+    /// The value under the key; an invalid variant when there is none.
+    QVariant GetValue(const QString &key) const;
+
+    /// The body in the host's wire form, with the fields in the order of their adding. The library
+    /// always passes 0.
+    QVariant GetPackedMsg(int format);
+
+private:
+    Q_DISABLE_COPY(CPackMessageCommon)
+    class Private;
+    Private *const d;
+};
