@@ -1,0 +1,92 @@
+#include "bridge/DataThread.h"
+
+#include "common/PageArguments.h"
+#include "common/Reply.h"
+#include "dataservice/DataProcess.h"
+#include "msgcenter/WebMsgCenter.h"
+
+#include "VarnelCefView.h"
+
+#include <QDebug>
+
+using namespace PageArguments;
+using namespace WebConstants;
+
+DataThread::DataThread(VarnelCefView *view) : QObject(view)
+{
+    m_thread.setObjectName(QStringLiteral("DataThread"));
+    // Meant: with a view as parent Qt refuses the move, with a warning, and the object stays where it is, so
+    // that calls are answered before onInvokeMethod returns.
+    moveToThread(&m_thread);
+    m_thread.start(QThread::InheritPriority);
+    m_view = view;
+
+    DataProcess::instance()->init();
+    connect(
+        WebMsgCenter::instance(), &WebMsgCenter::signalKLineDataRcv, this,
+        [this](const QString &requestId, const QList<QVariantMap> &data) { receiveKLines(requestId, data); },
+        Qt::AutoConnection);
+}
+
+DataThread::~DataThread()
+{
+    qCDebug(lcWebSdk) << "DataThread::~DataThread";
+    m_thread.quit();
+    m_thread.wait(3000);
+}
+
+bool DataThread::onInvokeMethod(int browserId, int frameId, const QString &method, const QVariantList &args)
+{
+    Q_UNUSED(browserId)
+    Q_UNUSED(frameId)
+    return QMetaObject::invokeMethod(this, method.toStdString().c_str(), Qt::AutoConnection,
+                                     Q_ARG(const QVariantList &, args));
+}
+
+void DataThread::setView(VarnelCefView *view)
+{
+    m_view = view;
+}
+
+template <typename... Readings, typename Query>
+void DataThread::answer(const QString &replyEvent, const QVariantList &args, Query query)
+{
+    if (m_view)
+        Reply::send(m_view, replyEvent, PageArguments::answer<Readings...>(args, query, DataProcess::instance()));
+}
+
+// One line for each call: its reply, the readings of its parameters after the uuid, and what answers it.
+// clang-format off
+void DataThread::Data_getToken_REQ(const QVariantList &args)           { answer<>          (ReplyEvent::Data_getToken,           args, &DataProcess::processToken); }
+void DataThread::Data_getFundAccountList_REQ(const QVariantList &args) { answer<Integer>   (ReplyEvent::Data_getFundAccountList, args, &DataProcess::processFundAccountList); }
+void DataThread::Data_getTraderList_REQ(const QVariantList &args)      { answer<>          (ReplyEvent::Data_getTraderList,      args, &DataProcess::processTraderList); }
+void DataThread::Data_getLoginTrader_REQ(const QVariantList &args)     { answer<>          (ReplyEvent::Data_getLoginTrader,     args, &DataProcess::processLoginTrader); }
+void DataThread::Data_getOPStation_REQ(const QVariantList &args)       { answer<Text, Text>(ReplyEvent::Data_getOPStation,       args, &DataProcess::processGetOPStation); }
+// clang-format on
+
+/// The one call that is answered later, and the one that a short list gets no reply for.
+void DataThread::Data_getKLineData_REQ(const QVariantList &args)
+{
+    if (args.size() < 5)
+        return;
+    const EMD_KLINE_PERIOD period = Text::read(args.at(4)) == KLine::periodOneFlag ? MinuteKLinePeriod : DayKLinePeriod;
+    QString requestId;
+    WebMsgCenter::instance()->asyncRequestKLineData(Text::read(args.at(1)), Text::read(args.at(2)),
+                                                    Text::read(args.at(3)), period, requestId);
+    m_pendingKLines[requestId] = Text::read(args.at(0));
+}
+
+void DataThread::receiveKLines(const QString &requestId, const QList<QVariantMap> &data)
+{
+    if (!m_pendingKLines.contains(requestId))
+        return; // another view's request
+    const QString uuid = m_pendingKLines.take(requestId);
+    if (!m_view)
+        return;
+    QVariantList candles;
+    candles.reserve(data.size());
+    for (const QVariantMap &candle : data)
+        candles.append(candle);
+    Reply::send(m_view, ReplyEvent::Data_getKLineData,
+                Reply::text(uuid, candles, QtWarningMsg, VARNEL_OPERATION(DataThread, receiveKLines)));
+}

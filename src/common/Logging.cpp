@@ -1,0 +1,3 @@
+#include "common/Logging.h"
+
+Q_LOGGING_CATEGORY(lcWebSdk, "varnel.websdk")

@@ -1,0 +1,34 @@
+#include "common/Reply.h"
+
+#include "VarnelCefView.h"
+
+#include <QDebug>
+#include <QJsonDocument>
+
+using namespace WebConstants;
+
+QString Reply::toText(const QVariant &value, QtMsgType level, const Operation &operation)
+{
+    const QJsonDocument document = QJsonDocument::fromVariant(value);
+    if (document.isNull()) {
+        const QMessageLogger logger(operation.file, operation.line, operation.function);
+        (level == QtWarningMsg ? logger.warning(lcWebSdk()) : logger.debug(lcWebSdk()))
+            << operation.name << qUtf8Printable(Message::argumentConversionError) << value;
+        return QString();
+    }
+    return QString::fromUtf8(document.toJson(QJsonDocument::Compact));
+}
+
+QString Reply::text(const QString &uuid, const QVariant &resultData, QtMsgType level, const Operation &operation,
+                    const QString &code, const QString &msg)
+{
+    return toText(QVariantMap{{Key::uuid, uuid}, {Key::code, code}, {Key::msg, msg}, {Key::resultData, resultData}},
+                  level, operation);
+}
+
+void Reply::send(VarnelCefView *view, const QString &event, const QString &text)
+{
+    QCefEvent reply(event);
+    reply.arguments().append(text);
+    view->broadcastEvent(reply);
+}

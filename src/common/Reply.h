@@ -1,0 +1,25 @@
+#pragma once
+
+#include "common/Logging.h"
+#include "common/WebConstants.h"
+
+#include <QVariantMap>
+
+class VarnelCefView;
+
+/// The reply envelope, how it becomes text, and how a text reaches a page.
+namespace Reply {
+
+/// Compact JSON of a map or list. What JSON cannot express gives the empty text and one log line of the
+/// given level that names the operation and shows the value.
+QString toText(const QVariant &value, QtMsgType level, const Operation &operation);
+
+/// The text of a whole reply; an operation states its result, and code and message where they are not
+/// those of success.
+QString text(const QString &uuid, const QVariant &resultData, QtMsgType level, const Operation &operation,
+             const QString &code = WebConstants::Code::success, const QString &msg = QString());
+
+/// Broadcasts one event with one text argument on the view, which must not be null.
+void send(VarnelCefView *view, const QString &event, const QString &text);
+
+} // namespace Reply

@@ -1,0 +1,91 @@
+#include "dataservice/DataProcess.h"
+
+#include "common/WebConstants.h"
+
+using namespace WebConstants;
+
+// The vocabulary of page records: which columns the host's report generators are asked for, in which
+// order, and the page key of each. The maps rename only; values are the generators' own.
+
+void DataProcess::initOrderField()
+{
+    orderFieldMap = {
+        {Column::entrustTime, Key::entrustTime},
+        {Column::securityId, Key::securityId},
+        {Column::securityName, Key::securityName},
+        {Column::side, Key::side},
+        {Column::sideUnion, Key::sideUnion},
+        {Column::status, Key::status},
+        {Column::priceType, Key::priceType},
+        {Column::price, Key::price},
+        {Column::entrustQty, Key::entrustQty},
+        {Column::leaveQty, Key::leaveQty},
+        {Column::dealQty, Key::dealQty},
+        {Column::dealPrice, Key::dealPrice},
+        {Column::entrustAmount, Key::entrustAmount},
+        {Column::dealAmount, Key::dealAmount},
+        {Column::fundAccountName, Key::fundAccountName},
+        {Column::fundAccount, Key::fundAccount},
+        {Column::exchangeOrderId, Key::exchangeOrderId},
+        {Column::orderId, Key::orderId},
+        {Column::traderName, Key::traderName},
+        {Column::remark, Key::remark},
+        {Column::dealTime, Key::dealTime},
+        {Column::execId, Key::execId},
+        {Column::userRef3, Key::orderSource}, // meant: the third user reference carries an order's source
+        {Column::algoId, Key::instanceID},    // meant: the strategy instance that placed the order
+    };
+
+    entrustFieldList = QStringList{
+        Column::entrustTime,     Column::securityId, Column::securityName,    Column::side,
+        Column::sideUnion,       Column::status,     Column::priceType,       Column::price,
+        Column::entrustQty,      Column::leaveQty,   Column::dealQty,         Column::dealPrice,
+        Column::entrustAmount,   Column::dealAmount, Column::fundAccountName, Column::fundAccount,
+        Column::exchangeOrderId, Column::orderId,    Column::traderName,      Column::remark,
+        Column::userRef3,        Column::algoId,
+    };
+
+    // Meant: the price stands before the quantity here, unlike in the order list.
+    executionFieldList = QStringList{
+        Column::dealTime,        Column::securityId,  Column::securityName, Column::side,
+        Column::sideUnion,       Column::dealPrice,   Column::dealQty,      Column::dealAmount,
+        Column::fundAccountName, Column::fundAccount, Column::execId,       Column::exchangeOrderId,
+        Column::orderId,         Column::traderName,  Column::userRef3,     Column::algoId,
+    };
+}
+
+void DataProcess::initPositionField()
+{
+    positionFieldMap = {
+        {Column::fundAccountName, Key::fundAccountName},
+        {Column::fundAccount, Key::fundAccount},
+        {Column::securityAccount, Key::securityAccount},
+        {Column::securityName, Key::securityName},
+        {Column::securityId, Key::securityId},
+        {Column::exchange, Key::exchange},
+        {Column::lastPrice, Key::lastPrice},
+        {Column::riseDownRate, Key::riseDownRate},
+        {Column::currentQty, Key::currentQty},
+        {Column::tradableQty, Key::tradableQty},
+        {Column::costPrice, Key::costPrice},
+        {Column::cost, Key::cost},
+        {Column::costCNY, Key::costCNY},
+        {Column::marketValue, Key::marketValue},
+        {Column::marketValueCNY, Key::marketValueCNY},
+        {Column::totalCost, Key::totalCost},
+        {Column::profit, Key::profit},
+        {Column::profitRate, Key::profitRate},
+    };
+
+    positionFieldList = QStringList{
+        Column::fundAccountName, Column::fundAccount, Column::securityAccount, Column::securityName,
+        Column::securityId,      Column::exchange,    Column::lastPrice,       Column::riseDownRate,
+        Column::currentQty,      Column::tradableQty, Column::costPrice,       Column::cost,
+        Column::costCNY,         Column::marketValue, Column::marketValueCNY,  Column::totalCost,
+        Column::profit,          Column::profitRate,
+    };
+
+    positionIdentityFieldList = QStringList{
+        Column::fundAccountName, Column::fundAccount, Column::securityAccount, Column::securityName, Column::exchange,
+    };
+}
