@@ -1,0 +1,361 @@
+// The mock itself: what the other tests rely on.
+
+#include "BusinessDataInterface.h"
+#include "CBusinessDataBase.h"
+#include "CPackMessageCommon.h"
+#include "CUnPackMessageCommon.h"
+#include "CommonQuotaHandler.h"
+#include "HostQuotes.h"
+#include "HostTest.h"
+#include "LogRecorder.h"
+#include "Orlo_Keys.h"
+#include "QvCore.h"
+#include "QvPresenterClass.h"
+#include "RecordingView.h"
+#include "Tessar_Fields.h"
+#include "VarnelBusinessDataInterface.h"
+#include "VarnelUtils.h"
+
+#include <QApplication>
+#include <QLoggingCategory>
+#include <QThread>
+#include <gtest/gtest-spi.h>
+#include <vector>
+
+using testing::DoAll;
+using testing::ElementsAre;
+using testing::Return;
+using testing::SetArgReferee;
+
+namespace {
+
+/// Stands where the library's message center will be.
+class Presenter : public QvPresenterClass {
+public:
+    explicit Presenter(QObject *parent = nullptr)
+        : QvPresenterClass(QStringLiteral("presenter"), parent, IMessageInterface::WebThreadType)
+    {
+    }
+    void ProcEventMsg(QString name, QVariant type, QVariant) override
+    {
+        received.append(name + type.toString());
+        thread = QThread::currentThread();
+    }
+    void ProcQuotationMsg(QString name, QVariant type, QVariant) override
+    {
+        received.append(name + type.toString());
+        thread = QThread::currentThread();
+    }
+    QStringList received;
+    QThread *thread = nullptr;
+};
+
+const std::vector<int> subscriptions{0x300A0, 0x30003, 0x30005, 0x30004, 0x30006, 0x31002, 0x30001};
+
+/// The calls that expectStart() describes.
+void start(QvPresenterClass &presenter, const std::vector<int> &eventIds = subscriptions)
+{
+    VarnelUtils::GetCurrentShowType();
+    CBusinessDataBase::GetInstance()->GetLoginAccount();
+    const int pid = presenter.pluginPid();
+    for (const int id : eventIds)
+        presenter.SubEvent(pid, id, 1);
+    presenter.SubEvent(
+        pid, VarnelBusinessDataInterface::GetOrloEventMsgIdByStr(Orlo_Keys::EventMsgName::VELOX_TRANS_MSG_OUT), 1);
+}
+
+CMessageCommon *newRequest(CPackMessageCommon &body)
+{
+    auto *request = new CMessageCommon;
+    request->SetType(QStringLiteral("request"));
+    request->SetMsg(body.GetPackedMsg(0));
+    request->SetSrcid(7);
+    return request;
+}
+
+QString token()
+{
+    return QvCore::instance()->getCurrentToken();
+}
+
+} // namespace
+
+class HostMockTest : public HostTest {};
+
+TEST_F(HostMockTest, ExpectedCallGivesItsAnswer)
+{
+    EXPECT_CALL(host, QvCore_getCurrentToken()).WillOnce(Return(QStringLiteral("令牌")));
+    EXPECT_EQ(token(), QStringLiteral("令牌"));
+}
+
+TEST_F(HostMockTest, UnexpectedCallFailsTheTest)
+{
+    EXPECT_NONFATAL_FAILURE(token(), "QvCore_getCurrentToken");
+}
+
+TEST_F(HostMockTest, UnexpectedCallOnAnotherThreadFailsTheTest)
+{
+    BusThread thread;
+    EXPECT_NONFATAL_FAILURE_ON_ALL_THREADS(thread.run([] { token(); }), "QvCore_getCurrentToken");
+}
+
+TEST_F(HostMockTest, MissingCallFailsTheTest)
+{
+    EXPECT_CALL(host, QvCore_getCurrentToken());
+    EXPECT_NONFATAL_FAILURE(testing::Mock::VerifyAndClearExpectations(&host), "QvCore_getCurrentToken");
+}
+
+TEST_F(HostMockTest, OutParametersReachTheCaller)
+{
+    const QVariantMap keys{{QStringLiteral("k"), 1}};
+    EXPECT_CALL(host,
+                BusinessDataInterface_GetExecutionListByCustomKey(Identical(keys), testing::Eq(0), 3, 4, QStringList()))
+        .WillOnce(DoAll(SetArgReferee<1>(99), Return(QList<QVariantMap>{keys})));
+    int total = 0;
+    EXPECT_EQ(BusinessDataInterface::GetExecutionListByCustomKey(keys, total, 3, 4, {}).size(), 1);
+    EXPECT_EQ(total, 99);
+}
+
+TEST(HostMockDeathTest, CallWithoutMockAborts)
+{
+    EXPECT_DEATH(token(), "host call without a mock.*getCurrentToken");
+}
+
+TEST(HostMockDeathTest, SecondMockAborts)
+{
+    const testing::StrictMock<HostMock> first;
+    EXPECT_DEATH(HostMock(), "a second one");
+}
+
+TEST_F(HostMockTest, FirstStartIsAccepted)
+{
+    expectStart();
+    Presenter presenter;
+    start(presenter);
+}
+
+TEST_F(HostMockTest, StartWithSubscriptionsInAnotherOrderFails)
+{
+    expectStart();
+    Presenter presenter;
+    testing::TestPartResultArray failures;
+    {
+        const testing::ScopedFakeTestPartResultReporter interceptor(&failures);
+        start(presenter, {0x30003, 0x300A0, 0x30005, 0x30004, 0x30006, 0x31002, 0x30001});
+        testing::Mock::VerifyAndClearExpectations(&host);
+    }
+    EXPECT_GT(failures.size(), 0);
+}
+
+TEST_F(HostMockTest, StartVariationsReachTheCaller)
+{
+    HostStart nobody;
+    nobody.loginAccount.clear();
+    nobody.dataDispatchers = 0;
+    expectStart(nobody);
+    EXPECT_EQ(CBusinessDataBase::GetInstance()->GetLoginAccount(), QString());
+    EXPECT_NONFATAL_FAILURE(VarnelUtils::GetCurrentShowType(), "GetCurrentShowType");
+    testing::TestPartResultArray missingSubscriptions;
+    const testing::ScopedFakeTestPartResultReporter interceptor(&missingSubscriptions);
+    testing::Mock::VerifyAndClearExpectations(&host);
+}
+
+TEST_F(HostMockTest, PackedFieldsKeepTheirOrderAndTypes)
+{
+    const QString id = nextClientMessageId();
+    CPackMessageCommon body;
+    EXPECT_EQ(body.GetValue(Tessar_Fields::System::clientMsgID), id);
+    EXPECT_NE(nextClientMessageId(), id);
+    body.AddVaule(QStringLiteral("z"), 10);
+    body.AddVaule(QStringLiteral("a"), QStringLiteral("10"));
+    EXPECT_EQ(body.GetValue(QStringLiteral("z")), 10);
+    EXPECT_FALSE(body.GetValue(QStringLiteral("absent")).isValid());
+
+    MessageRecord sent;
+    EXPECT_CALL(host, QvPresenterClass_sendRequest_Async).WillOnce(DoAll(testing::SaveArg<0>(&sent), Return(5)));
+    EXPECT_EQ(Presenter().sendRequest_Async(newRequest(body)), 5);
+    const MessageFields expected{{QStringLiteral("z"), 10}, {QStringLiteral("a"), QStringLiteral("10")}};
+    EXPECT_THAT(sent, IsMessage(QStringLiteral("request"), 7, expected));
+    EXPECT_EQ(sent.clientMsgId, id);
+
+    const MessageFields reordered{{QStringLiteral("a"), QStringLiteral("10")}, {QStringLiteral("z"), 10}};
+    const MessageFields retyped{{QStringLiteral("z"), QStringLiteral("10")}, {QStringLiteral("a"), 10}};
+    EXPECT_THAT(sent, testing::Not(IsMessage(QStringLiteral("request"), 7, reordered)));
+    EXPECT_THAT(sent, testing::Not(IsMessage(QStringLiteral("request"), 7, retyped)));
+}
+
+TEST_F(HostMockTest, MessagesHandedOverAreDeletedOnce)
+{
+    const int alive = messagesAlive();
+    const int deleted = messagesDeleted();
+    Presenter presenter;
+    CPackMessageCommon body;
+    EXPECT_CALL(host, QvPresenterClass_sendRequest_Async).WillOnce(Return(0));
+    EXPECT_CALL(host, QvPresenterClass_sendRequest_Sync).WillOnce(DoAll(SetArgReferee<1>(QVariantList{1}), Return(0)));
+    EXPECT_CALL(host, QvPresenterClass_PutEvent(7, IsMessage(QVariant(9), 0, MessageFields())));
+    presenter.sendRequest_Async(newRequest(body));
+    QVariant reply;
+    presenter.sendRequest_Sync(newRequest(body), reply);
+    EXPECT_EQ(reply, QVariantList{1});
+    auto *event = new CEventMessageCommon;
+    event->SetType(9);
+    EXPECT_EQ(messagesAlive(), alive + 1);
+    presenter.PutEvent(7, event);
+    EXPECT_EQ(messagesAlive(), alive);
+    EXPECT_EQ(messagesDeleted(), deleted + 3);
+}
+
+TEST_F(HostMockTest, MessageHandedOverTwiceAborts)
+{
+    CPackMessageCommon body;
+    EXPECT_CALL(host, QvPresenterClass_sendRequest_Async).WillRepeatedly(Return(0));
+    EXPECT_DEATH(
+        {
+            Presenter presenter;
+            CMessageCommon *request = newRequest(body);
+            presenter.sendRequest_Async(request);
+            presenter.sendRequest_Async(request);
+        },
+        "handed over that is not alive");
+}
+
+TEST_F(HostMockTest, UnpackerReadsTheFirstRowOfWhatTheHostPacked)
+{
+    const QVariantMap first{{QStringLiteral("a"), 1}};
+    CUnPackMessageCommon body;
+    EXPECT_TRUE(body.SetUnPackMsg(packedRows({first, {{QStringLiteral("b"), 2}}}), false));
+    EXPECT_TRUE(identical(body.GetRowValue(), first));
+    EXPECT_TRUE(body.SetUnPackMsg(packedRows({}), false));
+    EXPECT_TRUE(body.GetRowValue().isEmpty());
+    EXPECT_FALSE(body.SetUnPackMsg(first, false));
+    EXPECT_TRUE(body.GetRowValue().isEmpty());
+    EXPECT_NONFATAL_FAILURE(body.SetUnPackMsg(packedRow(first), true), "SetUnPackMsg");
+}
+
+TEST(IdenticalTest, ComparesTypesDownIntoListsAndMaps)
+{
+    const QString key = QStringLiteral("k");
+    const QVariant number(10);
+    const QVariant text(QStringLiteral("10"));
+    EXPECT_EQ(number, text) << "the conversion that identical() is there for";
+    EXPECT_FALSE(identical(number, text));
+    EXPECT_FALSE(identical(QVariantList{number}, QVariantList{text}));
+    EXPECT_FALSE(identical(QVariant(QVariantMap{{key, number}}), QVariant(QVariantMap{{key, text}})));
+    EXPECT_TRUE(identical(QVariant(QVariantMap{{key, number}}), QVariant(QVariantMap{{key, number}})));
+    const auto maps = [&](const QVariant &value) { return QVariant::fromValue(QList<QVariantMap>{{{key, value}}}); };
+    EXPECT_TRUE(identical(maps(number), maps(number)));
+    EXPECT_FALSE(identical(maps(number), maps(text)));
+    EXPECT_FALSE(identical(QVariantList{number}, QVariantList{number, number}));
+}
+
+TEST_F(HostMockTest, ViewRecordsEventsOfEveryThread)
+{
+    RecordingView view;
+    BusThread thread;
+    thread.post([&] {
+        QCefEvent event(QStringLiteral("second"));
+        event.arguments().append(QStringLiteral("x"));
+        EXPECT_TRUE(view.broadcastEvent(event));
+    });
+    EXPECT_TRUE(view.waitForEvent(QStringLiteral("second")));
+    view.answerBroadcasts(false);
+    EXPECT_FALSE(view.broadcastEvent(QCefEvent(QStringLiteral("third"))));
+    EXPECT_TRUE(view.waitForEvents(2));
+    ASSERT_EQ(view.eventNames(), QStringList({QStringLiteral("second"), QStringLiteral("third")}));
+    EXPECT_EQ(view.events().at(0).thread, thread.qtThread());
+    EXPECT_EQ(view.events().at(0).arguments, QVariantList{QStringLiteral("x")});
+    EXPECT_EQ(view.events().at(1).thread, QThread::currentThread());
+}
+
+TEST_F(HostMockTest, WaitingInVainFailsAndSaysWhatCame)
+{
+    RecordingView view;
+    view.broadcastEvent(QCefEvent(QStringLiteral("other")));
+    EXPECT_STREQ(view.waitForEvents(2, 1).message(), "waited for 2 events, got { other{} }");
+    EXPECT_FALSE(view.waitForEvent(QStringLiteral("wanted"), 1));
+}
+
+TEST_F(HostMockTest, DrainingShowsAlsoWhatPostedWorkPosts)
+{
+    RecordingView view;
+    QObject context;
+    const auto broadcast = [&] { view.broadcastEvent(QCefEvent(QStringLiteral("late"))); };
+    QMetaObject::invokeMethod(
+        &context, [&] { QMetaObject::invokeMethod(&context, broadcast, Qt::QueuedConnection); }, Qt::QueuedConnection);
+    EXPECT_TRUE(view.events().isEmpty());
+    EXPECT_EQ(view.eventsAfterDraining().size(), 1);
+    view.clear();
+    EXPECT_TRUE(view.eventsAfterDraining().isEmpty());
+}
+
+TEST_F(HostMockTest, OrderBetweenViewsIsKept)
+{
+    RecordingView first;
+    RecordingView second;
+    second.broadcastEvent(QCefEvent(QStringLiteral("e")));
+    first.broadcastEvent(QCefEvent(QStringLiteral("e")));
+    second.broadcastEvent(QCefEvent(QStringLiteral("e")));
+    QList<const QCefView *> order;
+    for (const ViewEvent &event : RecordingView::eventsOfAllViews())
+        order.append(event.view);
+    EXPECT_EQ(order, QList<const QCefView *>({&second, &first, &second}));
+}
+
+TEST_F(HostMockTest, PresenterIsKnownAsItIntroducedItself)
+{
+    EXPECT_TRUE(HostBus::presenters().isEmpty());
+    {
+        QObject parent;
+        Presenter presenter(&parent);
+        EXPECT_EQ(bus.presenter().presenter, &presenter);
+        EXPECT_EQ(bus.presenter().name, QStringLiteral("presenter"));
+        EXPECT_EQ(bus.presenter().parent, &parent);
+        EXPECT_EQ(bus.presenter().threadType, 15);
+    }
+    EXPECT_TRUE(HostBus::presenters().isEmpty());
+}
+
+TEST_F(HostMockTest, BusDeliversOnTheThreadThatItIsToldTo)
+{
+    Presenter presenter;
+    bus.deliverEvent(QStringLiteral("e"), 1, {});
+    EXPECT_EQ(presenter.thread, QThread::currentThread());
+    BusThread thread;
+    thread.post([&] { bus.deliverEvent(QStringLiteral("e"), 2, {}); });
+    thread.run([&] { bus.deliverQuotation(QStringLiteral("q"), 3, {}); });
+    EXPECT_EQ(presenter.thread, thread.qtThread());
+    EXPECT_NE(presenter.thread, QThread::currentThread());
+    EXPECT_EQ(presenter.received.join(QLatin1Char(' ')), QStringLiteral("e1 e2 q3"));
+}
+
+TEST_F(HostMockTest, QuotesReachReceiversFromTheirThread)
+{
+    const int before = tickReceivers();
+    QObject context;
+    QThread *emitter = nullptr;
+    QObject::connect(
+        CommonQuotaHandler::instance(), &CommonQuotaHandler::sigTickDataUpdate, &context,
+        [&] { emitter = QThread::currentThread(); }, Qt::DirectConnection);
+    EXPECT_EQ(tickReceivers(), before + 1);
+    BusThread thread;
+    thread.run([] { emitTick(QStringLiteral("s"), {}); });
+    EXPECT_EQ(emitter, thread.qtThread());
+}
+
+TEST_F(HostMockTest, LogLinesAreRecordedWithTheirPlace)
+{
+    static const QLoggingCategory category("mock.test");
+    LogRecorder log;
+    qCWarning(category) << "one line" << 1;
+    BusThread().run([] { qCCritical(category) << "another"; });
+    ASSERT_EQ(log.lines().size(), 2);
+    const LogLine line = log.linesWith(QStringLiteral("one line")).value(0);
+    EXPECT_EQ(line.type, QtWarningMsg);
+    EXPECT_EQ(line.category, QStringLiteral("mock.test"));
+    EXPECT_TRUE(line.file.endsWith(QStringLiteral("HostMockTest.cpp")));
+    EXPECT_GT(line.line, 0);
+    EXPECT_TRUE(line.function.contains(QStringLiteral("TestBody")));
+    EXPECT_EQ(log.linesOfType(QtCriticalMsg).size(), 1);
+    log.clear();
+    EXPECT_TRUE(log.lines().isEmpty());
+}

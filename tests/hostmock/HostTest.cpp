@@ -1,0 +1,45 @@
+#include "HostTest.h"
+
+#include "Orlo_Keys.h"
+#include "RecordingView.h"
+
+using testing::AtLeast;
+using testing::Return;
+using testing::Sequence;
+
+HostTest::HostTest() : m_messagesBefore(messagesAlive())
+{
+    RecordingView::clearAllViews();
+}
+
+HostTest::~HostTest()
+{
+    EXPECT_EQ(messagesAlive(), m_messagesBefore) << "messages were created and never handed to the bus";
+}
+
+void HostTest::expectStart(const HostStart &start)
+{
+    constexpr int firstEventIds[] = {0x300A0, 0x30003, 0x30005, 0x30004, 0x30006, 0x31002, 0x30001};
+
+    EXPECT_CALL(host, VarnelUtils_GetCurrentShowType())
+        .Times(start.dataDispatchers)
+        .WillRepeatedly(Return(start.showType))
+        .RetiresOnSaturation();
+    EXPECT_CALL(host, QvPresenterClass_pluginPid()).Times(AtLeast(1)).WillRepeatedly(Return(start.pid));
+
+    Sequence order;
+    EXPECT_CALL(host, CBusinessDataBase_GetLoginAccount())
+        .InSequence(order)
+        .WillOnce(Return(start.loginAccount))
+        .RetiresOnSaturation();
+    for (const int id : firstEventIds)
+        EXPECT_CALL(host, QvPresenterClass_SubEvent(start.pid, Identical(QVariant(id)), 1)).InSequence(order);
+
+    Sequence strategyEventIsKnown;
+    EXPECT_CALL(host, VarnelBusinessDataInterface_GetOrloEventMsgIdByStr(Orlo_Keys::EventMsgName::VELOX_TRANS_MSG_OUT))
+        .InSequence(strategyEventIsKnown)
+        .WillOnce(Return(start.strategyOutEventId))
+        .RetiresOnSaturation();
+    EXPECT_CALL(host, QvPresenterClass_SubEvent(start.pid, Identical(QVariant(start.strategyOutEventId)), 1))
+        .InSequence(order, strategyEventIsKnown);
+}
