@@ -52,17 +52,13 @@ function(varnel_add_test name)
     endif()
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} GTest::gmock varnel_build_options)
-    set(environment
-        "QT_QPA_PLATFORM=offscreen"
-        "ASAN_OPTIONS=detect_stack_use_after_return=1"
-        "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0"
-        "UBSAN_OPTIONS=print_stacktrace=1"
-        "TSAN_OPTIONS=ignore_noninstrumented_modules=1:halt_on_error=1")
+    # Not the tests' own property: gtest_discover_tests keeps only the first entry of a list.
+    set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${PROJECT_SOURCE_DIR}/tests/TestEnvironment.cmake")
     gtest_discover_tests(${name}
         TEST_PREFIX "${name}."
         DISCOVERY_MODE PRE_TEST
         DISCOVERY_TIMEOUT 60
-        PROPERTIES TIMEOUT ${arg_TIMEOUT} ENVIRONMENT "${environment}")
+        PROPERTIES TIMEOUT ${arg_TIMEOUT})
 endfunction()
 
 # One Google Benchmark executable, run by `./dev bench`.

@@ -51,8 +51,8 @@ void DataThread::setView(VarnelCefView *view)
 template <typename... Readings, typename Query>
 void DataThread::answer(const QString &replyEvent, const QVariantList &args, Query query)
 {
-    if (m_view)
-        Reply::send(m_view, replyEvent, PageArguments::answer<Readings...>(args, query, DataProcess::instance()));
+    if (VarnelCefView *const view = m_view)
+        Reply::send(view, replyEvent, PageArguments::answer<Readings...>(args, query, DataProcess::instance()));
 }
 
 // One line for each call: its reply, the readings of its parameters after the uuid, and what answers it.
@@ -81,12 +81,13 @@ void DataThread::receiveKLines(const QString &requestId, const QList<QVariantMap
     if (!m_pendingKLines.contains(requestId))
         return; // another view's request
     const QString uuid = m_pendingKLines.take(requestId);
-    if (!m_view)
+    VarnelCefView *const view = m_view;
+    if (!view)
         return;
     QVariantList candles;
     candles.reserve(data.size());
     for (const QVariantMap &candle : data)
         candles.append(candle);
-    Reply::send(m_view, ReplyEvent::Data_getKLineData,
+    Reply::send(view, ReplyEvent::Data_getKLineData,
                 Reply::text(uuid, candles, QtWarningMsg, VARNEL_OPERATION(DataThread, receiveKLines)));
 }

@@ -7,6 +7,8 @@
 #include <QThread>
 #include <QVariantMap>
 
+#include <atomic>
+
 class VarnelCefView;
 
 /// Receives the "Data_" calls of one web view and broadcasts each reply on that view.
@@ -28,8 +30,8 @@ public:
     /// first. The identifiers of browser and frame are not used.
     bool onInvokeMethod(int browserId, int frameId, const QString &method, const QVariantList &args);
 
-    /// Replaces the view that replies go to; null means that no call is answered. To be called on the thread
-    /// of the object.
+    /// Replaces the view that replies go to; null means that no call is answered. Any thread: a dispatcher made
+    /// without a view gets one no other way. A call that is being answered meanwhile may still use the old view.
     void setView(VarnelCefView *view);
 
 private:
@@ -47,7 +49,7 @@ private:
 
     QThread m_thread; ///< runs an empty event loop when the object could not move there
 
-    // Thread of the object only.
-    VarnelCefView *m_view = nullptr;
-    QMap<QString, QString> m_pendingKLines; ///< request identifier to the uuid of the page's call
+    std::atomic<VarnelCefView *> m_view{nullptr}; ///< not owned; each call reads it once
+
+    QMap<QString, QString> m_pendingKLines; ///< request identifier to the page's uuid; thread of the object only
 };

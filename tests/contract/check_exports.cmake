@@ -9,8 +9,9 @@ string(REPLACE "\n" ";" symbols "${symbols}")
 
 string(REPLACE ";" "|" classes "${CLASSES}")
 set(problems "")
+set(linker_made "(__bss_start|_edata|_end|_init|_fini)$")
 foreach(symbol IN LISTS symbols)
-    if(symbol MATCHES "^[0-9a-f]+ [A-Z] " AND NOT symbol MATCHES "^[0-9a-f]+ [WV] "
+    if(symbol MATCHES "^[0-9a-f]+ [A-Z] " AND NOT symbol MATCHES "^[0-9a-f]+ [WV] " AND NOT symbol MATCHES " ${linker_made}"
        AND NOT symbol MATCHES "^[0-9a-f]+ [A-Z] ((vtable|typeinfo|typeinfo name|non-virtual thunk) (for|to) )?(${classes})(::|$)")
         list(APPEND problems "  exported, but not for hosts: ${symbol}")
     endif()

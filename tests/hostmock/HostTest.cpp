@@ -21,10 +21,8 @@ void HostTest::expectStart(const HostStart &start)
 {
     constexpr int firstEventIds[] = {0x300A0, 0x30003, 0x30005, 0x30004, 0x30006, 0x31002, 0x30001};
 
-    EXPECT_CALL(host, VarnelUtils_GetCurrentShowType())
-        .Times(start.dataDispatchers)
-        .WillRepeatedly(Return(start.showType))
-        .RetiresOnSaturation();
+    for (int i = 0; i < start.dataDispatchers; ++i)
+        EXPECT_CALL(host, VarnelUtils_GetCurrentShowType()).WillOnce(Return(start.showType)).RetiresOnSaturation();
     EXPECT_CALL(host, QvPresenterClass_pluginPid()).Times(AtLeast(1)).WillRepeatedly(Return(start.pid));
 
     Sequence order;

@@ -3,6 +3,7 @@
 #include "HostTest.h"
 #include "LogRecorder.h"
 #include "RecordingView.h"
+#include "ThreadGate.h"
 
 #include "Tessar_Fields.h"
 
@@ -221,19 +222,18 @@ class ParentlessKLinesTest : public HostTest {};
 TEST_F(ParentlessKLinesTest, AnswerIsSentOnTheDispatchersOwnThread)
 {
     expectStart();
+    EXPECT_CALL(host, QvPresenterClass_sendRequest_Async(_)).WillOnce(Return(0));
     RecordingView view;
+    ThreadGate gate;
     DataThread dispatcher(nullptr);
     dispatcher.setView(&view);
+    gate.hold(dispatcher.thread());
     const QString id = nextClientMessageId();
-    testing::Expectation sent =
-        EXPECT_CALL(host, QvPresenterClass_sendRequest_Async(_)).WillOnce([&](const MessageRecord &) {
-            QMetaObject::invokeMethod(&view, [id] { // once the request is out, the bus answers from this thread
-                HostBus::deliverQuotation(QString(), QStringLiteral("KLineResponse"), candles(id));
-            });
-            return 0;
-        });
     EXPECT_TRUE(dispatcher.onInvokeMethod(0, 0, QStringLiteral("Data_getKLineData_REQ"),
                                           {QStringLiteral("u1"), QString(), QString(), QString(), QString()}));
+    // Queued behind the call, which is still waiting.
+    HostBus::deliverQuotation(QString(), QStringLiteral("KLineResponse"), candles(id));
+    gate.open();
     ASSERT_TRUE(view.waitForEvent(responseName));
     EXPECT_EQ(view.events().first().thread, dispatcher.thread());
     EXPECT_EQ(view.events().first().arguments, QVariantList{reply(QStringLiteral("u1"), id)});

@@ -3,6 +3,7 @@
 #include "HostTest.h"
 #include "LogRecorder.h"
 #include "RecordingView.h"
+#include "ThreadGate.h"
 
 #include "common/WebConstants.h"
 
@@ -238,9 +239,18 @@ protected:
     {
         expectStart();
         dispatcher = std::make_unique<DataThread>(nullptr);
+        gate.hold(dispatcher->thread());
+    }
+
+    ~ParentlessDataThreadTest() override { gate.open(); }
+
+    bool call(const char *method, const QVariantList &args)
+    {
+        return dispatcher->onInvokeMethod(1, 2, QString::fromUtf8(method), args);
     }
 
     RecordingView view;
+    ThreadGate gate;
     std::unique_ptr<DataThread> dispatcher;
 };
 
@@ -251,7 +261,8 @@ TEST_F(ParentlessDataThreadTest, AnswersOnAThreadOfItsOwn)
 
     EXPECT_CALL(host, QvCore_getCurrentToken()).WillOnce(Return(QStringLiteral("T")));
     dispatcher->setView(&view);
-    EXPECT_TRUE(dispatcher->onInvokeMethod(0, 0, QStringLiteral("Data_getToken_REQ"), {QStringLiteral("u1")}));
+    EXPECT_TRUE(call("Data_getToken_REQ", {QStringLiteral("u1")}));
+    gate.open();
     ASSERT_TRUE(view.waitForEvent(QStringLiteral("Data_getToken_RES")));
     EXPECT_EQ(view.events().first().thread, dispatcher->thread());
     EXPECT_EQ(view.events().first().arguments, QVariantList{reply("\"T\"")});
@@ -259,18 +270,29 @@ TEST_F(ParentlessDataThreadTest, AnswersOnAThreadOfItsOwn)
 
 TEST_F(ParentlessDataThreadTest, RefusesUnknownNamesAtOnce)
 {
-    EXPECT_FALSE(dispatcher->onInvokeMethod(0, 0, QStringLiteral("Data_getBuffer_REQ"), {QStringLiteral("u1")}));
+    EXPECT_FALSE(call("Data_getBuffer_REQ", {QStringLiteral("u1")}));
 }
 
 TEST_F(ParentlessDataThreadTest, KeepsTheOrderOfItsCalls)
 {
-    EXPECT_CALL(host, QvCore_getCurrentToken()).Times(20).WillRepeatedly(Return(QString()));
+    constexpr int calls = 20;
+    EXPECT_CALL(host, QvCore_getCurrentToken()).Times(calls).WillRepeatedly(Return(QString()));
     dispatcher->setView(&view);
-    for (int i = 0; i < 20; ++i)
-        EXPECT_TRUE(dispatcher->onInvokeMethod(0, 0, QStringLiteral("Data_getToken_REQ"), {i}));
-    ASSERT_TRUE(view.waitForEvents(20));
-    for (int i = 0; i < 20; ++i)
+    for (int i = 0; i < calls; ++i)
+        EXPECT_TRUE(call("Data_getToken_REQ", {i}));
+    gate.open();
+    ASSERT_TRUE(view.waitForEvents(calls));
+    for (int i = 0; i < calls; ++i)
         EXPECT_EQ(view.events().at(i).arguments.first().toString(), reply("\"\"", QByteArray::number(i).constData()));
+}
+
+TEST_F(ParentlessDataThreadTest, AnswersWithTheViewThatIsSetWhenTheCallRuns)
+{
+    EXPECT_TRUE(call("Data_getToken_REQ", {}));
+    dispatcher->setView(&view);
+    gate.open();
+    ASSERT_TRUE(view.waitForEvent(QStringLiteral("Data_getToken_RES")));
+    EXPECT_EQ(view.events().first().arguments, QVariantList{QString()});
 }
 
 } // namespace
