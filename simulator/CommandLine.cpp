@@ -1,0 +1,129 @@
+#include "CommandLine.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QRegularExpression>
+
+namespace sim {
+
+namespace {
+
+constexpr double kMinSpeed = 0.01;
+constexpr double kMaxSpeed = 1000;
+
+const QString kPort = QStringLiteral("port");
+const QString kScenario = QStringLiteral("scenario");
+const QString kSeed = QStringLiteral("seed");
+const QString kSpeed = QStringLiteral("speed");
+const QString kLogin = QStringLiteral("login");
+const QString kRoot = QStringLiteral("root");
+const QString kAllowOrigin = QStringLiteral("allow-origin");
+const QString kHelp = QStringLiteral("help");
+const QString kVersion = QStringLiteral("version");
+
+/// Whether the text has the form in which browsers send an origin.
+bool isOrigin(const QString &text)
+{
+    static const QRegularExpression form(QStringLiteral("^[a-z][a-z0-9+.-]*://[^/?#\\s@]+\\z"));
+    return form.match(text).hasMatch();
+}
+
+void addOptions(QCommandLineParser &parser)
+{
+    parser.setApplicationDescription(QStringLiteral(
+        "A simulated securities terminal for web pages. Everything in it is invented; no order leaves this machine."));
+    parser.addOptions({
+        {kPort, QStringLiteral("Listen on this port of the loopback address; 0 for any free one (default 8900)."),
+         QStringLiteral("N")},
+        {kScenario, QStringLiteral("Play the world of this file instead of the one that is built in."),
+         QStringLiteral("FILE")},
+        {kSeed, QStringLiteral("Seed of the market instead of the scenario's own."), QStringLiteral("N")},
+        {kSpeed, QStringLiteral("Let time run this many times as fast, 0.01 to 1000 (default 1)."),
+         QStringLiteral("X")},
+        {kLogin, QStringLiteral("Log in with this account of the scenario (default: its first)."),
+         QStringLiteral("ACCOUNT")},
+        {kRoot, QStringLiteral("Serve the files of this folder."), QStringLiteral("DIR")},
+        {kAllowOrigin,
+         QStringLiteral("Also let pages of this origin connect, such as http://localhost:5173. May be repeated."),
+         QStringLiteral("ORIGIN")},
+        {{QStringLiteral("h"), kHelp}, QStringLiteral("Show this help.")},
+        {{QStringLiteral("v"), kVersion}, QStringLiteral("Show the version.")},
+    });
+}
+
+} // namespace
+
+CommandLine::Outcome CommandLine::parse(const QStringList &arguments)
+{
+    QCommandLineParser parser;
+    addOptions(parser);
+    if (!parser.parse(arguments)) {
+        text = parser.errorText();
+        return Refuse;
+    }
+    if (parser.isSet(kHelp)) {
+        text = parser.helpText();
+        return ShowText;
+    }
+    if (parser.isSet(kVersion)) {
+        text = QCoreApplication::applicationName() + QLatin1Char(' ') + QCoreApplication::applicationVersion() +
+               QLatin1Char('\n');
+        return ShowText;
+    }
+    text = check(parser);
+    return text.isEmpty() ? Run : Refuse;
+}
+
+QString CommandLine::check(const QCommandLineParser &parser)
+{
+    if (!parser.positionalArguments().isEmpty())
+        return QStringLiteral("\"%1\" is not an option").arg(parser.positionalArguments().first());
+
+    bool ok = true;
+    if (parser.isSet(kPort))
+        port = parser.value(kPort).toUShort(&ok);
+    if (!ok)
+        return QStringLiteral("--port \"%1\" is not a port number").arg(parser.value(kPort));
+
+    if (parser.isSet(kSpeed))
+        speed = parser.value(kSpeed).toDouble(&ok);
+    if (!ok || !(speed >= kMinSpeed && speed <= kMaxSpeed))
+        return QStringLiteral("--speed \"%1\" is not a number from 0.01 to 1000").arg(parser.value(kSpeed));
+
+    root = parser.value(kRoot);
+    if (parser.isSet(kRoot) && !QFileInfo(root).isDir())
+        return QStringLiteral("--root \"%1\" is not a folder").arg(root);
+
+    allowedOrigins = parser.values(kAllowOrigin);
+    for (const QString &origin : qAsConst(allowedOrigins)) {
+        if (!isOrigin(origin))
+            return QStringLiteral("--allow-origin \"%1\" is not an origin such as http://localhost:5173").arg(origin);
+    }
+
+    const QString file = parser.isSet(kScenario) ? parser.value(kScenario) : Scenario::defaultFile();
+    QString error;
+    if (!Scenario::read(file, scenario, error))
+        return QStringLiteral("scenario ") + error;
+
+    if (parser.isSet(kSeed))
+        scenario.seed = parser.value(kSeed).toULongLong(&ok);
+    if (!ok)
+        return QStringLiteral("--seed \"%1\" is not a whole number").arg(parser.value(kSeed));
+
+    login = scenario.logins.first();
+    if (parser.isSet(kLogin)) {
+        QStringList accounts;
+        for (const Login &known : qAsConst(scenario.logins)) {
+            if (known.account == parser.value(kLogin))
+                login = known;
+            accounts.append(known.account);
+        }
+        if (login.account != parser.value(kLogin))
+            return QStringLiteral("--login \"%1\" is not an account of the scenario: it has %2")
+                .arg(parser.value(kLogin), accounts.join(QStringLiteral(", ")));
+    }
+    return QString();
+}
+
+} // namespace sim

@@ -1,0 +1,69 @@
+#include "Shutdown.h"
+
+#include <QCoreApplication>
+
+#ifdef Q_OS_WIN
+#    include <windows.h>
+#else
+#    include <QSocketNotifier>
+
+#    include <csignal>
+#    include <fcntl.h>
+#    include <unistd.h>
+#endif
+
+namespace sim {
+
+#ifdef Q_OS_WIN
+
+namespace {
+
+BOOL WINAPI onConsoleEvent(DWORD)
+{
+    // The system calls this on a thread of its own.
+    QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+    return TRUE;
+}
+
+} // namespace
+
+void quitOnSignals()
+{
+    SetConsoleCtrlHandler(onConsoleEvent, TRUE);
+}
+
+#else
+
+namespace {
+
+int s_pipe[2]; // a signal handler may do little more than write to a pipe
+
+void onSignal(int)
+{
+    const char byte = 0;
+    const ssize_t ignored = write(s_pipe[1], &byte, 1); // a full pipe has woken us already
+    Q_UNUSED(ignored)
+}
+
+} // namespace
+
+void quitOnSignals()
+{
+    if (pipe2(s_pipe, O_CLOEXEC | O_NONBLOCK) != 0)
+        qFatal("No pipe for signals");
+    auto *notifier = new QSocketNotifier(s_pipe[0], QSocketNotifier::Read, qApp);
+    QObject::connect(notifier, &QSocketNotifier::activated, qApp, [notifier] {
+        notifier->setEnabled(false);
+        QCoreApplication::quit();
+    });
+
+    struct sigaction action = {};
+    action.sa_handler = onSignal;
+    action.sa_flags = SA_RESTART;
+    sigaction(SIGINT, &action, nullptr);
+    sigaction(SIGTERM, &action, nullptr);
+}
+
+#endif
+
+} // namespace sim

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "exchange/Clock.h"
+#include "exchange/Instrument.h"
+#include "exchange/PricePath.h"
+
+#include <QHash>
+#include <QVector>
+
+namespace sim {
+
+/// One finished candle. It belongs to the moment at which it ends.
+struct Candle {
+    QDateTime end;
+    double open = 0;
+    double high = 0;
+    double low = 0;
+    double close = 0;
+    qint64 volume = 0; ///< shares or contracts
+    double amount = 0; ///< money
+};
+
+enum class CandlePeriod { Minute, Day };
+
+/// The market: what is listed and how it has traded.
+/// Made once for a scenario; constant after construction and so safe to use from any thread at once. It takes the
+/// time from the clock that it is given and from nowhere else.
+class Exchange {
+public:
+    /// Longest answer to one request: the latest so many of the range.
+    static constexpr int kMaxCandles = 2000;
+
+    /// start: the day before which every security closed at its scenario price.
+    Exchange(const QVector<Instrument> &instruments, quint64 seed, const QDate &start, const Clock &clock);
+
+    const QVector<Instrument> &instruments() const { return m_instruments; }
+
+    /// The finished candles that end between start and stop, both included, oldest first. An invalid stop means
+    /// now, an invalid start means as far back as there is anything. Empty for an unknown symbol. A day's candle
+    /// is made of its 240 minutes' candles exactly.
+    QVector<Candle> candles(const QString &symbol, const QDateTime &start, const QDateTime &stop,
+                            CandlePeriod period) const;
+
+private:
+    struct Listed {
+        int index; ///< in m_instruments
+        PricePath path;
+    };
+    struct Ticks; ///< a candle in whole ticks
+
+    Ticks minuteTicks(const Listed &listed, qint64 minute, qint64 open) const;
+    qint64 openTicks(const Listed &listed, qint64 minute) const;
+    Ticks dayTicks(const Listed &listed, qint64 tradingDay) const;
+
+    const QVector<Instrument> m_instruments;
+    const Clock &m_clock;
+    QHash<QString, Listed> m_bySymbol;
+};
+
+} // namespace sim

@@ -1,0 +1,106 @@
+#include "gateway/PageConnection.h"
+
+#include "gateway/LingeringClose.h"
+#include "gateway/Logging.h"
+#include "msgcenter/WebMsgCenter.h"
+#include "services/QCefViewAccess.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTcpSocket>
+#include <QWebSocket>
+
+namespace sim {
+
+struct PageConnection::Route {
+    QLatin1String prefix;
+    void (PageConnection::*call)(const QString &method, const QVariantList &args);
+};
+
+const PageConnection::Route PageConnection::kRoutes[] = {
+    {QLatin1String("Data_"), &PageConnection::callData},
+};
+
+PageConnection::PageConnection(QWebSocket *socket, const QPointer<QTcpSocket> &tcp, int number, QObject *parent)
+    : QObject(parent), m_socket(socket), m_number(number), m_data(new DataThread(&m_view))
+{
+    m_socket->setParent(this);
+    m_socket->setMaxAllowedIncomingFrameSize(kMaxFrame);
+    m_socket->setMaxAllowedIncomingMessageSize(kMaxFrame);
+    connect(m_socket, &QWebSocket::textMessageReceived, this, &PageConnection::receive);
+    connect(m_socket, &QWebSocket::binaryMessageReceived, this, [this] { refuse(QStringLiteral("a binary frame")); });
+    connect(m_socket, &QWebSocket::aboutToClose, this, [tcp, parent] {
+        if (tcp)
+            lingerOnClose(*tcp, parent);
+    });
+    connect(m_socket, &QWebSocket::disconnected, this, &QObject::deleteLater);
+    QCefViewAccess::setPage(m_view, [this](const QCefEvent &event) { send(event); });
+    WebMsgCenter::instance()->reg(&m_view);
+    qCInfo(gatewayLog, "page %d connected", m_number);
+}
+
+PageConnection::~PageConnection()
+{
+    WebMsgCenter::instance()->unReg(&m_view);
+    m_socket->disconnect(this);
+    m_socket->close(QWebSocketProtocol::CloseCodeGoingAway);
+    qCInfo(gatewayLog, "page %d gone", m_number);
+}
+
+void PageConnection::receive(const QString &frame)
+{
+    if (m_refused)
+        return;
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(frame.toUtf8(), &error);
+    if (error.error != QJsonParseError::NoError)
+        return refuse(QStringLiteral("not JSON"));
+    if (!document.isObject())
+        return refuse(QStringLiteral("not a JSON object"));
+    const QJsonObject object = document.object();
+    const QJsonValue method = object.value(QLatin1String("invoke"));
+    const QJsonValue args = object.value(QLatin1String("args"));
+    if (!method.isString())
+        return refuse(QStringLiteral("\"invoke\" is not a text"));
+    if (!args.isArray())
+        return refuse(QStringLiteral("\"args\" is not an array"));
+    invoke(method.toString(), args.toArray().toVariantList());
+}
+
+void PageConnection::refuse(const QString &reason)
+{
+    if (m_refused)
+        return;
+    m_refused = true;
+    qCWarning(gatewayLog, "page %d: bad frame: %s", m_number, qUtf8Printable(reason));
+    m_socket->close(QWebSocketProtocol::CloseCodeWrongDatatype, QStringLiteral("bad frame: ") + reason);
+}
+
+void PageConnection::invoke(const QString &method, const QVariantList &args)
+{
+    for (const Route &route : kRoutes) {
+        if (method.startsWith(route.prefix))
+            return (this->*route.call)(method, args);
+    }
+    qCInfo(gatewayLog, "page %d: nobody handles \"%s\"", m_number, qUtf8Printable(method.left(100)));
+}
+
+void PageConnection::callData(const QString &method, const QVariantList &args)
+{
+    if (!m_data->onInvokeMethod(m_number, 0, method, args))
+        qCInfo(gatewayLog, "page %d: nobody handles \"%s\"", m_number, qUtf8Printable(method.left(100)));
+}
+
+void PageConnection::send(const QCefEvent &event)
+{
+    const QJsonObject frame{{QStringLiteral("event"), event.eventName()},
+                            {QStringLiteral("args"), QJsonArray::fromVariantList(event.arguments())}};
+    m_socket->sendTextMessage(QString::fromUtf8(QJsonDocument(frame).toJson(QJsonDocument::Compact)));
+    if (m_socket->bytesToWrite() > kMaxBacklog) {
+        qCWarning(gatewayLog, "page %d has stopped reading: dropped", m_number);
+        m_socket->abort();
+    }
+}
+
+} // namespace sim

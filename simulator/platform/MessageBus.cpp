@@ -1,0 +1,231 @@
+#include "platform/MessageBus.h"
+
+#include "CUnPackMessageCommon.h"
+#include "QvPresenterClass.h"
+
+#include <QMetaObject>
+
+namespace sim {
+
+namespace {
+
+constexpr int kFirstEventId = 0x40000; // above the ids that the terminal's own events have
+constexpr size_t kMaxWaiting = 10000;
+
+// Answers are large (thousands of candles) and a presenter's thread may be slower than the bus. A further answer is
+// made only when it has worked through the ones before, so that what piles up is small requests.
+constexpr int kMaxUndigested = 16;
+
+} // namespace
+
+MessageBus::MessageBus(std::chrono::microseconds latency) : m_latency(latency)
+{
+    m_thread = std::thread([this] { run(); });
+}
+
+MessageBus::~MessageBus()
+{
+    stop();
+}
+
+void MessageBus::serve(const QString &requestType, const QString &answerType, Answer answer)
+{
+    const std::lock_guard lock(m_mutex);
+    m_services.insert(requestType, {answerType, std::move(answer)});
+}
+
+int MessageBus::join(QvPresenterClass *presenter, const QString &name)
+{
+    const std::lock_guard lock(m_mutex);
+    m_presenters.insert(++m_lastPid, {presenter, name, 0});
+    return m_lastPid;
+}
+
+void MessageBus::leave(int pid)
+{
+    std::unique_lock lock(m_mutex);
+    m_presenters.remove(pid);
+    for (QVector<int> &pids : m_subscribers)
+        pids.removeAll(pid);
+    // A presenter that leaves from within its own call must not wait for itself.
+    if (std::this_thread::get_id() != m_thread.get_id())
+        m_returned.wait(lock, [&] { return m_calling != pid; });
+    m_wake.notify_all();
+}
+
+void MessageBus::subscribe(int pid, int eventId)
+{
+    const std::lock_guard lock(m_mutex);
+    QVector<int> &pids = m_subscribers[eventId];
+    if (m_presenters.contains(pid) && !pids.contains(pid))
+        pids.append(pid);
+}
+
+int MessageBus::eventId(const QString &name)
+{
+    const std::lock_guard lock(m_mutex);
+    const auto known = m_eventIds.constFind(name);
+    if (known != m_eventIds.constEnd())
+        return *known;
+    const int id = kFirstEventId + m_eventIds.size();
+    m_eventIds.insert(name, id);
+    return id;
+}
+
+void MessageBus::publish(int pid, std::unique_ptr<CEventMessageCommon> event)
+{
+    const std::lock_guard lock(m_mutex);
+    if (m_stopping)
+        return;
+    m_errands.push_back({Clock::now() + m_latency, m_presenters.value(pid).name, std::move(event), {}, {}});
+    m_wake.notify_all();
+}
+
+bool MessageBus::request(std::unique_ptr<CMessageCommon> request)
+{
+    const std::lock_guard lock(m_mutex);
+    if (m_stopping || m_requests.size() >= kMaxWaiting || !m_presenters.contains(request->Srcid()) ||
+        !m_services.contains(request->Type().toString()))
+        return false;
+    m_requests.push_back({Clock::now() + m_latency, std::move(request)});
+    m_wake.notify_all();
+    return true;
+}
+
+std::optional<QVariantList> MessageBus::requestAndWait(std::unique_ptr<CMessageCommon> request)
+{
+    std::future<std::optional<QVariantList>> answer;
+    {
+        std::unique_lock lock(m_mutex);
+        if (m_stopping || !m_services.contains(request->Type().toString()))
+            return std::nullopt;
+        if (std::this_thread::get_id() == m_thread.get_id())
+            return fetch(*request, lock); // nobody else could answer while the bus thread waits
+        Reply reply;
+        answer = reply.get_future();
+        m_errands.push_back({Clock::now() + m_latency, {}, {}, std::move(request), std::move(reply)});
+        m_wake.notify_all();
+    }
+    return answer.get();
+}
+
+void MessageBus::stop()
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        m_stopping = true;
+        m_wake.notify_all();
+    }
+    if (m_thread.joinable())
+        m_thread.join();
+}
+
+void MessageBus::run()
+{
+    std::unique_lock lock(m_mutex);
+    while (!m_stopping) {
+        const auto now = Clock::now();
+        if (!m_errands.empty() && m_errands.front().due <= now) {
+            Errand errand = std::move(m_errands.front());
+            m_errands.pop_front();
+            runErrand(std::move(errand), lock);
+            continue;
+        }
+        const bool mayAnswerNext = !m_requests.empty() && mayAnswer(m_requests.front());
+        if (mayAnswerNext && m_requests.front().due <= now) {
+            Request request = std::move(m_requests.front());
+            m_requests.pop_front();
+            answer(std::move(request), lock);
+            continue;
+        }
+        if (m_errands.empty() && !mayAnswerNext) {
+            m_wake.wait(lock);
+        } else {
+            auto due = Clock::time_point::max();
+            if (!m_errands.empty())
+                due = m_errands.front().due;
+            if (mayAnswerNext)
+                due = std::min(due, m_requests.front().due);
+            m_wake.wait_until(lock, due);
+        }
+    }
+    for (Errand &errand : m_errands) {
+        if (errand.reply)
+            errand.reply->set_value(std::nullopt);
+    }
+    m_errands.clear();
+    m_requests.clear();
+}
+
+bool MessageBus::mayAnswer(const Request &request) const
+{
+    return m_presenters.value(request.message->Srcid()).undigested < kMaxUndigested;
+}
+
+void MessageBus::runErrand(Errand errand, std::unique_lock<std::mutex> &lock)
+{
+    if (errand.reply) {
+        errand.reply->set_value(fetch(*errand.request, lock));
+        return;
+    }
+    const QVariant type = errand.event->Type();
+    const QVector<int> pids = m_subscribers.value(type.toInt());
+    for (const int pid : pids) {
+        call(pid, lock, [&](const Presenter &presenter) {
+            presenter.object->ProcEventMsg(errand.sender, type, errand.event->Msg());
+        });
+    }
+}
+
+void MessageBus::answer(Request request, std::unique_lock<std::mutex> &lock)
+{
+    const int pid = request.message->Srcid();
+    const QVariant answerType = m_services.value(request.message->Type().toString()).answerType;
+    const QVariantList list = fetch(*request.message, lock);
+    const auto presenter = m_presenters.find(pid);
+    if (presenter == m_presenters.end())
+        return;
+    ++presenter->undigested;
+    call(pid, lock, [&](const Presenter &presenter) {
+        presenter.object->ProcQuotationMsg(presenter.name, answerType, list);
+        // Queued behind all that the call itself has queued for the presenter's thread.
+        QMetaObject::invokeMethod(
+            presenter.object, [this, pid] { digested(pid); }, Qt::QueuedConnection);
+    });
+}
+
+void MessageBus::call(int pid, std::unique_lock<std::mutex> &lock, const std::function<void(const Presenter &)> &call)
+{
+    const auto found = m_presenters.find(pid);
+    if (found == m_presenters.end() || m_stopping)
+        return;
+    m_calling = pid;
+    const Presenter presenter = *found;
+    lock.unlock();
+    call(presenter);
+    lock.lock();
+    m_calling = 0;
+    m_returned.notify_all();
+}
+
+void MessageBus::digested(int pid)
+{
+    const std::lock_guard lock(m_mutex);
+    const auto presenter = m_presenters.find(pid);
+    if (presenter != m_presenters.end())
+        --presenter->undigested;
+    m_wake.notify_all();
+}
+
+QVariantList MessageBus::fetch(const CMessageCommon &request, std::unique_lock<std::mutex> &lock)
+{
+    const Answer answer = m_services.value(request.Type().toString()).answer;
+    lock.unlock();
+    CUnPackMessageCommon unpack;
+    unpack.SetUnPackMsg(request.Msg(), false);
+    QVariantList list = answer(unpack.GetRowValue());
+    lock.lock();
+    return list;
+}
+
+} // namespace sim

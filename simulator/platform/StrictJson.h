@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QJsonValue>
+#include <QSet>
+#include <QString>
+#include <QVector>
+
+#include <stdexcept>
+
+namespace sim {
+
+/// What is wrong with a JSON text and where. Thrown and caught within the scenario reader; it leaves no interface.
+class JsonError : public std::exception {
+public:
+    JsonError(const QString &path, const QString &problem);
+
+    const char *what() const noexcept override { return m_text.constData(); }
+    QString message() const { return QString::fromUtf8(m_text); }
+
+private:
+    QByteArray m_text;
+};
+
+/// One object of a JSON text, read strictly: every key must be there, have the right type and be asked for.
+class JsonNode {
+public:
+    JsonNode(const QString &path, const QJsonValue &value);
+
+    QString text(const QString &key); ///< not empty
+    double number(const QString &key);
+    qint64 wholeNumber(const QString &key, qint64 min, qint64 max);
+    QStringList texts(const QString &key);         ///< at least one, none empty
+    QVector<JsonNode> objects(const QString &key); ///< at least one
+
+    /// Call after the last key was read: a key that nobody asked for is an error, most likely a typing mistake.
+    void finish() const;
+
+    /// Throws a JsonError about the value under the key.
+    [[noreturn]] void fail(const QString &key, const QString &problem) const;
+
+private:
+    QJsonValue take(const QString &key, QJsonValue::Type type, const char *typeName);
+    QString pathOf(const QString &key) const;
+
+    QString m_path;
+    QJsonObject m_object;
+    QSet<QString> m_taken;
+};
+
+} // namespace sim

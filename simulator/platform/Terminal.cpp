@@ -1,0 +1,44 @@
+#include "platform/Terminal.h"
+
+#include "services/KLineService.h"
+
+#include <QtGlobal>
+
+namespace sim {
+
+namespace {
+
+Terminal *s_terminal = nullptr; // set before the first thread that asks starts, reset after the last has ended
+
+/// How long a request or event is on its way, at normal speed.
+constexpr double kLatencyMicroseconds = 20000;
+
+} // namespace
+
+Terminal::Terminal(const Scenario &scenario, const Login &login, double speed)
+    : m_login(login)
+    , m_station(scenario.station)
+    , m_clock(scenario.start, speed)
+    , m_exchange(scenario.securities, scenario.seed, scenario.start.date(), m_clock)
+    , m_books(scenario.traders, scenario.fundAccounts, scenario.start.toString(QStringLiteral("yyyyMMdd")))
+    , m_bus(std::make_shared<MessageBus>(std::chrono::microseconds(qint64(kLatencyMicroseconds / speed))))
+{
+    Q_ASSERT(!s_terminal);
+    s_terminal = this;
+    KLineService::install(*m_bus, m_exchange);
+}
+
+Terminal::~Terminal()
+{
+    m_bus->stop();
+    s_terminal = nullptr;
+}
+
+Terminal &Terminal::instance()
+{
+    if (!s_terminal)
+        qFatal("The simulated host was called while no terminal exists");
+    return *s_terminal;
+}
+
+} // namespace sim

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "HostApi.h"
+#include "books/Books.h"
+#include "exchange/Exchange.h"
+#include "platform/MessageBus.h"
+#include "platform/Scenario.h"
+#include "platform/SimulatedClock.h"
+
+#include <memory>
+
+namespace sim {
+
+/// The make-believe terminal: clock, market, books, login and bus of one scenario. What the host's classes answer
+/// comes from here.
+/// Made and destroyed by main (or a test), one at a time; in between any thread may use it. The library's singletons
+/// outlive it: all they touch at their end is the bus, which they share.
+class VARNEL_HOST_API Terminal {
+public:
+    Terminal(const Scenario &scenario, const Login &login, double speed);
+    ~Terminal();
+
+    /// The one that exists. Without one the process ends with a message.
+    static Terminal &instance();
+
+    const Login &login() const { return m_login; }
+    const QString &station() const { return m_station; }
+    Books &books() { return m_books; }
+    const Exchange &exchange() const { return m_exchange; }
+    const std::shared_ptr<MessageBus> &bus() const { return m_bus; }
+
+private:
+    Q_DISABLE_COPY(Terminal)
+
+    const Login m_login;
+    const QString m_station;
+    const SimulatedClock m_clock;
+    const Exchange m_exchange;
+    Books m_books;
+    const std::shared_ptr<MessageBus> m_bus;
+};
+
+} // namespace sim

@@ -1,0 +1,7 @@
+#include "Algo_Fields.h"
+
+namespace Algo_Fields {
+namespace VarnelStrategy {
+const QString supportType = QStringLiteral("supportType");
+} // namespace VarnelStrategy
+} // namespace Algo_Fields

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "HostApi.h"
+#include "QCefView.h"
+
+#include <functional>
+
+/// What the host keeps behind a view: the road to its page.
+class VARNEL_HOST_API QCefViewAccess {
+public:
+    /// Called on the view's thread for each event, in the order of the broadcasts, and never from inside a broadcast.
+    using Page = std::function<void(const QCefEvent &)>;
+
+    /// Owning thread only.
+    static void setPage(QCefView &view, Page page);
+};

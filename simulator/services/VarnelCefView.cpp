@@ -1,0 +1,5 @@
+#include "VarnelCefView.h"
+
+VarnelCefView::VarnelCefView(QWidget *parent) : QCefView(parent) {}
+
+VarnelCefView::~VarnelCefView() = default;

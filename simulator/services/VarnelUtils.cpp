@@ -1,0 +1,6 @@
+#include "VarnelUtils.h"
+
+ShowType VarnelUtils::GetCurrentShowType()
+{
+    return PlainShowType; // the simulated terminal has no other display mode
+}

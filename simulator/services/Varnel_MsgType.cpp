@@ -1,0 +1,5 @@
+#include "Varnel_MsgType.h"
+
+namespace Varnel_MsgType {
+const QString QueryAlgoPermissionsByConditionRequest = QStringLiteral("QueryAlgoPermissionsByConditionRequest");
+} // namespace Varnel_MsgType

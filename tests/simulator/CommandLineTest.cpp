@@ -1,0 +1,142 @@
+#include <QFile>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QTcpServer>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#ifdef Q_OS_UNIX
+#    include <csignal>
+#endif
+
+namespace {
+
+constexpr int kPatienceMs = 30000;
+
+struct Outcome {
+    int status;
+    QString out;
+    QString err;
+};
+
+Outcome run(const QStringList &options)
+{
+    QProcess simulator;
+    simulator.start(QStringLiteral(SIMULATOR_BINARY), options);
+    EXPECT_TRUE(simulator.waitForFinished(kPatienceMs));
+    EXPECT_EQ(QProcess::NormalExit, simulator.exitStatus());
+    return {simulator.exitCode(), QString::fromUtf8(simulator.readAllStandardOutput()),
+            QString::fromUtf8(simulator.readAllStandardError())};
+}
+
+struct Mistake {
+    const char *name;
+    const char *options; ///< separated by blanks
+    const char *error;
+};
+
+void PrintTo(const Mistake &mistake, std::ostream *stream)
+{
+    *stream << mistake.name;
+}
+
+class CommandLineMistake : public testing::TestWithParam<Mistake> {};
+
+const Mistake kMistakes[] = {
+    {"UnknownOption", "--colour blue", "Unknown option 'colour'."},
+    {"MissingValue", "--port", "Missing value after '--port'."},
+    {"NoOption", "8900", "\"8900\" is not an option"},
+    {"PortNoNumber", "--port http", "--port \"http\" is not a port number"},
+    {"PortTooLarge", "--port 65536", "--port \"65536\" is not a port number"},
+    {"PortNegative", "--port=-1", "--port \"-1\" is not a port number"},
+    {"SpeedZero", "--speed 0", "--speed \"0\" is not a number from 0.01 to 1000"},
+    {"SpeedNan", "--speed nan", "--speed \"nan\" is not a number from 0.01 to 1000"},
+    {"SpeedHuge", "--speed 1e9", "--speed \"1e9\" is not a number from 0.01 to 1000"},
+    {"SeedNoNumber", "--seed x", "--seed \"x\" is not a whole number"},
+    {"SeedNegative", "--seed=-1", "--seed \"-1\" is not a whole number"},
+    {"LoginUnknown", "--login nobody", "--login \"nobody\" is not an account of the scenario: it has T1001, T1002"},
+    {"LoginEmpty", "--login=", "--login \"\" is not an account of the scenario: it has T1001, T1002"},
+    {"RootMissing", "--root /no/such/folder", "--root \"/no/such/folder\" is not a folder"},
+    {"OriginWithPath", "--allow-origin http://a.example/x",
+     "--allow-origin \"http://a.example/x\" is not an origin such as http://localhost:5173"},
+    {"OriginNull", "--allow-origin null", "--allow-origin \"null\" is not an origin such as http://localhost:5173"},
+    {"ScenarioMissing", "--scenario /no/such.json", "scenario /no/such.json: No such file or directory"},
+};
+
+} // namespace
+
+TEST_P(CommandLineMistake, IsOneLineAndStatusTwo)
+{
+    const Mistake &mistake = GetParam();
+    const Outcome outcome = run(QString::fromUtf8(mistake.options).split(QLatin1Char(' ')));
+    EXPECT_EQ(2, outcome.status);
+    EXPECT_EQ(QStringLiteral("varnel-simulator: %1\n").arg(QString::fromUtf8(mistake.error)), outcome.err);
+    EXPECT_EQ(QString(), outcome.out);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, CommandLineMistake, testing::ValuesIn(kMistakes),
+                         [](const auto &info) { return std::string(info.param.name); });
+
+TEST(CommandLine, ABadScenarioIsOneLineAndStatusTwo)
+{
+    QTemporaryDir folder;
+    QFile file(folder.filePath(QStringLiteral("bad.json")));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("{\"name\": 5}");
+    file.close();
+    const Outcome outcome = run({QStringLiteral("--scenario"), file.fileName()});
+    EXPECT_EQ(2, outcome.status);
+    EXPECT_EQ(QStringLiteral("varnel-simulator: scenario %1: name: must be a text\n").arg(file.fileName()),
+              outcome.err);
+}
+
+TEST(CommandLine, HelpAndVersionGoToStandardOutput)
+{
+    const Outcome help = run({QStringLiteral("--help")});
+    EXPECT_EQ(0, help.status);
+    EXPECT_EQ(QString(), help.err);
+    for (const char *option : {"--port", "--scenario", "--seed", "--speed", "--login", "--root", "--allow-origin"})
+        EXPECT_TRUE(help.out.contains(QLatin1String(option))) << option;
+    const Outcome version = run({QStringLiteral("--version")});
+    EXPECT_EQ(0, version.status);
+    EXPECT_TRUE(version.out.startsWith(QStringLiteral("varnel-simulator ")));
+}
+
+TEST(CommandLine, APortInUseIsOneLineAndStatusOne)
+{
+    QTcpServer taken;
+    ASSERT_TRUE(taken.listen(QHostAddress::LocalHost, 0));
+    const Outcome outcome = run({QStringLiteral("--port"), QString::number(taken.serverPort())});
+    EXPECT_EQ(1, outcome.status);
+    EXPECT_EQ(QStringLiteral("varnel-simulator: cannot listen on 127.0.0.1:%1: The bound address is already in use\n")
+                  .arg(taken.serverPort()),
+              outcome.err);
+    EXPECT_EQ(QString(), outcome.out);
+}
+
+#ifdef Q_OS_UNIX
+class CommandLineSignal : public testing::TestWithParam<int> {};
+
+TEST_P(CommandLineSignal, StopsItCleanly)
+{
+    QProcess simulator;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char *name : {"QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY"})
+        environment.remove(QLatin1String(name)); // as on a machine without a display
+    simulator.setProcessEnvironment(environment);
+    simulator.start(QStringLiteral(SIMULATOR_BINARY), {QStringLiteral("--port"), QStringLiteral("0")});
+    QByteArray line;
+    while (!line.endsWith('\n') && simulator.waitForReadyRead(kPatienceMs))
+        line += simulator.readAllStandardOutput();
+    EXPECT_TRUE(line.startsWith("listening on http://127.0.0.1:")) << line.toStdString();
+    EXPECT_TRUE(line.endsWith("/\n")) << line.toStdString();
+    kill(pid_t(simulator.processId()), GetParam());
+    ASSERT_TRUE(simulator.waitForFinished(kPatienceMs));
+    EXPECT_EQ(QProcess::NormalExit, simulator.exitStatus());
+    EXPECT_EQ(0, simulator.exitCode());
+    EXPECT_EQ(QByteArray(), simulator.readAllStandardError());
+}
+
+INSTANTIATE_TEST_SUITE_P(All, CommandLineSignal, testing::Values(SIGINT, SIGTERM));
+#endif

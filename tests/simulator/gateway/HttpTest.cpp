@@ -1,0 +1,231 @@
+#include "Await.h"
+#include "gateway/Gateway.h"
+#include "gateway/HttpConnection.h"
+
+#include <QDir>
+#include <QEventLoop>
+#include <QFile>
+#include <QTcpSocket>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+using namespace sim;
+
+namespace {
+
+/// Waits until the server has ended the connection; all that it sent.
+QByteArray answerOf(QTcpSocket &socket)
+{
+    EXPECT_TRUE(await([&] { return socket.state() == QAbstractSocket::UnconnectedState; }));
+    return socket.readAll();
+}
+
+/// A root with something in it, and something beside it that must stay secret.
+struct Files {
+    Files()
+    {
+        EXPECT_TRUE(folder.isValid());
+        write("root/index.html", "<p>root</p>");
+        write("root/app.js", "js");
+        write("root/data.unknown", "?");
+        write("root/with space.txt", "space");
+        write("root/sub/index.html", "<p>sub</p>");
+        write("rootless.txt", "secret"); // its path begins with the root's
+        write("secret.txt", "secret");
+        EXPECT_TRUE(QDir().mkpath(path("root/empty")));
+        EXPECT_TRUE(QFile::link(path("secret.txt"), path("root/link.txt")));
+        EXPECT_TRUE(QFile::link(folder.path(), path("root/up")));
+        EXPECT_TRUE(QFile::link(path("root/app.js"), path("root/inside.js")));
+    }
+
+    void write(const char *name, const QByteArray &content)
+    {
+        EXPECT_TRUE(QDir().mkpath(QFileInfo(path(name)).path()));
+        QFile file(path(name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(content);
+    }
+
+    QString path(const char *name) const { return folder.filePath(QLatin1String(name)); }
+
+    QTemporaryDir folder;
+};
+
+class HttpTest : public testing::Test {
+protected:
+    HttpTest()
+    {
+        EXPECT_TRUE(served.listen(0));
+        EXPECT_TRUE(bare.listen(0));
+    }
+
+    static QByteArray exchange(const Gateway &gateway, const QByteArray &request)
+    {
+        QTcpSocket socket;
+        socket.connectToHost(QHostAddress::LocalHost, gateway.port());
+        socket.write(request);
+        return answerOf(socket);
+    }
+
+    QByteArray get(const QByteArray &path, const Gateway *gateway = nullptr)
+    {
+        return exchange(gateway ? *gateway : served, "GET " + path + " HTTP/1.1\r\nHost: h\r\n\r\n");
+    }
+
+    static int status(const QByteArray &answer) { return answer.split(' ').value(1).toInt(); }
+    static QByteArray body(const QByteArray &answer) { return answer.mid(answer.indexOf("\r\n\r\n") + 4); }
+
+    const Files files;
+    Gateway served{files.path("root"), {}, std::chrono::milliseconds(300)};
+    Gateway bare{QString(), {}};
+};
+
+} // namespace
+
+TEST_F(HttpTest, FilesBelowTheRootAreGivenWithTheirTypes)
+{
+    const QByteArray page = get("/");
+    EXPECT_EQ(200, status(page));
+    EXPECT_EQ("<p>root</p>", body(page));
+    EXPECT_TRUE(page.contains("\r\nContent-Type: text/html; charset=utf-8\r\n"));
+    EXPECT_TRUE(page.contains("\r\nContent-Length: 11\r\n"));
+    EXPECT_TRUE(page.contains("\r\nConnection: close\r\n"));
+    EXPECT_EQ("<p>sub</p>", body(get("/sub/")));
+    EXPECT_EQ("<p>sub</p>", body(get("/sub")));
+    EXPECT_TRUE(get("/app.js").contains("\r\nContent-Type: text/javascript; charset=utf-8\r\n"));
+    EXPECT_TRUE(get("/data.unknown").contains("\r\nContent-Type: application/octet-stream\r\n"));
+    EXPECT_EQ("space", body(get("/with%20space.txt?query=/../x")));
+    EXPECT_EQ("js", body(get("/inside.js"))); // a link that stays inside
+}
+
+TEST_F(HttpTest, TheBridgeIsAlwaysThere)
+{
+    for (const Gateway *gateway : {&served, &bare}) {
+        const QByteArray answer = get("/bridge.js", gateway);
+        EXPECT_EQ(200, status(answer));
+        EXPECT_TRUE(answer.contains("text/javascript"));
+        EXPECT_TRUE(body(answer).contains("window.CallBridge ="));
+    }
+}
+
+TEST_F(HttpTest, WithoutARootOnePageSaysThatThisIsASimulation)
+{
+    EXPECT_TRUE(body(get("/", &bare)).contains("This is a simulation."));
+    EXPECT_EQ(404, status(get("/index.html", &bare)));
+    EXPECT_EQ(404, status(get("/etc/passwd", &bare)));
+}
+
+TEST_F(HttpTest, NothingOutsideTheRootIsGiven)
+{
+    for (const char *path :
+         {"/../secret.txt", "/%2e%2e/secret.txt", "/..%2fsecret.txt", "/%2e%2e%2fsecret.txt", "/sub/../../secret.txt",
+          "/..%5csecret.txt", "/..\\secret.txt", "/link.txt", "/up/secret.txt", "/up/root/../secret.txt",
+          "/../rootless.txt", "//etc/passwd", "/%00/etc/passwd", "/app.js%00.html", "/../../../../../../etc/passwd"}) {
+        const QByteArray answer = get(path);
+        EXPECT_EQ(404, status(answer)) << path;
+        EXPECT_FALSE(answer.contains("secret")) << path;
+    }
+}
+
+TEST_F(HttpTest, WhatIsNotThereIs404)
+{
+    EXPECT_EQ(404, status(get("/nothing")));
+    EXPECT_EQ(404, status(get("/empty"))); // a folder without a page
+    EXPECT_EQ(404, status(get("/app.js/")));
+    EXPECT_EQ(404, status(get("/%ff%fe")));
+}
+
+TEST_F(HttpTest, HeadGivesTheSameFieldsWithoutABody)
+{
+    const QByteArray whole = get("/app.js");
+    const QByteArray head = exchange(served, "HEAD /app.js HTTP/1.1\r\n\r\n");
+    EXPECT_EQ("js", body(whole));
+    EXPECT_EQ(whole.left(whole.size() - 2), head);
+    EXPECT_EQ("", body(exchange(served, "HEAD /nothing HTTP/1.1\r\n\r\n")));
+}
+
+TEST_F(HttpTest, OtherMethodsAre405)
+{
+    for (const char *method : {"POST", "PUT", "DELETE", "OPTIONS", "get"}) {
+        const QByteArray answer = exchange(served, QByteArray(method) + " / HTTP/1.1\r\nContent-Length: 0\r\n\r\n");
+        EXPECT_EQ(405, status(answer)) << method;
+        EXPECT_TRUE(answer.contains("\r\nAllow: GET, HEAD\r\n")) << method;
+    }
+    EXPECT_EQ(405, status(exchange(served, "POST /view HTTP/1.1\r\n\r\n")));
+}
+
+TEST_F(HttpTest, GarbageIs400)
+{
+    EXPECT_EQ(400, status(exchange(served, "garbage\r\n\r\n")));
+    EXPECT_EQ(400, status(exchange(served, QByteArray("\x16\x03\x01\x02\x00\x01\r\n\r\n", 10))));
+}
+
+TEST_F(HttpTest, AHeadThatNeverEndsIsCutOff)
+{
+    const QByteArray endless = "GET / HTTP/1.1\r\nX: " + QByteArray(HttpConnection::kMaxHead, 'x');
+    EXPECT_EQ(431, status(exchange(served, endless)));
+}
+
+TEST_F(HttpTest, HalfAHeadIsGivenUpAtTheDeadline)
+{
+    EXPECT_EQ(408, status(exchange(served, "GET / HTTP/1.1\r\nHost:")));
+    EXPECT_EQ(408, status(exchange(served, QByteArray())));
+}
+
+TEST_F(HttpTest, AHeadMayComeByteByByte)
+{
+    QTcpSocket socket;
+    socket.connectToHost(QHostAddress::LocalHost, served.port());
+    socket.setSocketOption(QAbstractSocket::LowDelayOption, 1);
+    ASSERT_TRUE(await([&] { return socket.state() == QAbstractSocket::ConnectedState; }));
+    for (const char byte : QByteArray("GET /app.js HTTP/1.1\r\n\r\n")) {
+        socket.putChar(byte);
+        ASSERT_TRUE(await([&] { return socket.bytesToWrite() == 0; }));
+    }
+    EXPECT_EQ("js", body(answerOf(socket)));
+}
+
+TEST_F(HttpTest, AClientThatGoesAwayHarmsNobody)
+{
+    for (const char *part : {"", "GET", "GET / HTTP/1.1\r\n\r\n"}) {
+        QTcpSocket socket;
+        socket.connectToHost(QHostAddress::LocalHost, served.port());
+        ASSERT_TRUE(await([&] { return socket.state() == QAbstractSocket::ConnectedState; }));
+        socket.write(part);
+        socket.flush();
+        socket.abort();
+    }
+    EXPECT_EQ(200, status(get("/")));
+}
+
+TEST_F(HttpTest, TheViewIsForWebSocketsOfAllowedOriginsOnly)
+{
+    const QByteArray upgrade = "GET /view HTTP/1.1\r\nHost: h\r\nUpgrade: websocket\r\nConnection: Upgrade\r\n"
+                               "Sec-WebSocket-Version: 13\r\nSec-WebSocket-Key: AAAAAAAAAAAAAAAAAAAAAA==\r\n";
+    const QByteArray own = "http://127.0.0.1:" + QByteArray::number(served.port());
+    EXPECT_EQ(426, status(get("/view")));
+    EXPECT_EQ(403, status(exchange(served, upgrade + "\r\n")));
+    for (const QByteArray &origin :
+         {QByteArray("http://evil.example"), QByteArray("null"), QByteArray(""), QByteArray("http://127.0.0.1"),
+          QByteArray(own + "0"), QByteArray(own + "/"), QByteArray("https" + own.mid(4)),
+          QByteArray("http://127.0.0.1.evil.example:" + QByteArray::number(served.port()))})
+        EXPECT_EQ(403, status(exchange(served, upgrade + "Origin: " + origin + "\r\n\r\n"))) << origin.toStdString();
+    EXPECT_EQ(403, status(exchange(served, upgrade + "Origin: " + own + "\r\nOrigin: http://evil.example\r\n\r\n")));
+    EXPECT_EQ(400,
+              status(exchange(served, "GET /view HTTP/1.1\r\nUpgrade: websocket\r\nConnection: Upgrade\r\nOrigin: " +
+                                          own + "\r\n\r\n")));
+}
+
+TEST_F(HttpTest, ItListensOnTheLoopbackAddressOnly)
+{
+    Gateway gateway(QString(), {});
+    ASSERT_TRUE(gateway.listen(0));
+    Gateway second(QString(), {});
+    EXPECT_FALSE(second.listen(gateway.port()));
+    EXPECT_FALSE(second.errorString().isEmpty());
+    QTcpSocket socket;
+    socket.connectToHost(QHostAddress(QStringLiteral("127.0.0.2")), gateway.port()); // would reach any-address
+    EXPECT_TRUE(await([&] { return socket.error() == QAbstractSocket::ConnectionRefusedError; }));
+}

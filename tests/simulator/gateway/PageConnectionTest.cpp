@@ -1,0 +1,242 @@
+#include "gateway/PageConnection.h"
+#include "Await.h"
+#include "TerminalTest.h"
+#include "gateway/Gateway.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QNetworkRequest>
+#include <QTcpSocket>
+#include <QWebSocket>
+
+using namespace sim;
+
+namespace {
+
+/// A page, as far as the simulator sees one.
+class Page {
+public:
+    Page(const Gateway &gateway, const QString &origin) : socket(origin)
+    {
+        QObject::connect(&socket, &QWebSocket::textMessageReceived, [this](const QString &frame) {
+            frames.append(QJsonDocument::fromJson(frame.toUtf8()).object());
+        });
+        socket.open(QUrl(QStringLiteral("ws://127.0.0.1:%1/view").arg(gateway.port())));
+    }
+
+    explicit Page(const Gateway &gateway) : Page(gateway, QStringLiteral("http://127.0.0.1:%1").arg(gateway.port())) {}
+
+    bool awaitOpen()
+    {
+        return await([&] { return socket.state() == QAbstractSocket::ConnectedState; });
+    }
+    bool awaitClosed()
+    {
+        return await([&] { return socket.state() == QAbstractSocket::UnconnectedState; });
+    }
+    bool awaitFrames(int n)
+    {
+        return await([&] { return frames.size() >= n; });
+    }
+
+    void invoke(const char *method, const QJsonArray &args)
+    {
+        const QJsonObject frame{{QStringLiteral("invoke"), QLatin1String(method)}, {QStringLiteral("args"), args}};
+        socket.sendTextMessage(QString::fromUtf8(QJsonDocument(frame).toJson()));
+    }
+
+    QString event(int i) const { return frames[i].value(QStringLiteral("event")).toString(); }
+    QJsonArray args(int i) const { return frames[i].value(QStringLiteral("args")).toArray(); }
+    QString uuid(int i) const
+    {
+        const QByteArray reply = args(i).at(0).toString().toUtf8();
+        return QJsonDocument::fromJson(reply).object().value(QStringLiteral("uuid")).toString();
+    }
+
+    QWebSocket socket;
+    QVector<QJsonObject> frames;
+};
+
+class PageConnectionTest : public TerminalTest {
+protected:
+    PageConnectionTest() { EXPECT_TRUE(gateway.listen(0)); }
+
+    QList<PageConnection *> pages() const { return gateway.findChildren<PageConnection *>(); }
+
+    Gateway gateway{QString(), {QStringLiteral("http://allowed.example")}};
+};
+
+} // namespace
+
+TEST_F(PageConnectionTest, ACallIsAnsweredByItsEvent)
+{
+    Page page(gateway);
+    ASSERT_TRUE(page.awaitOpen());
+    page.invoke("Data_getToken_REQ", {QStringLiteral("u1")});
+    ASSERT_TRUE(page.awaitFrames(1));
+    EXPECT_EQ(QStringLiteral("Data_getToken_RES"), page.event(0));
+    EXPECT_EQ(QJsonArray{QStringLiteral("{\"code\":\"0\",\"msg\":\"\",\"resultData\":\"%1\",\"uuid\":\"u1\"}")
+                             .arg(scenario.logins[0].token)},
+              page.args(0));
+}
+
+TEST_F(PageConnectionTest, NamesThatNobodyHandlesGetNothing)
+{
+    Page page(gateway);
+    ASSERT_TRUE(page.awaitOpen());
+    for (const char *method : {"Data_getBuffer_REQ", "Data_nothing", "Trade_insertOrder_REQ", "Sub_subscribe_REQ",
+                               "Vlx_startStrategy_REQ", "deleteLater", "", " Data_getToken_REQ", "data_getToken_REQ"})
+        page.invoke(method, {QStringLiteral("u")});
+    page.invoke("Data_getToken_REQ", {QStringLiteral("sentinel")});
+    ASSERT_TRUE(page.awaitFrames(1));
+    EXPECT_EQ(QStringLiteral("sentinel"), page.uuid(0));
+    EXPECT_EQ(1, page.frames.size());
+}
+
+TEST_F(PageConnectionTest, ManyPagesGetTheirOwnAnswers)
+{
+    constexpr int kPages = 50;
+    std::vector<std::unique_ptr<Page>> all;
+    for (int i = 0; i < kPages; ++i)
+        all.push_back(std::make_unique<Page>(gateway));
+    for (int i = 0; i < kPages; ++i) {
+        ASSERT_TRUE(all[size_t(i)]->awaitOpen());
+        const QString uuid = QString::number(i);
+        all[size_t(i)]->invoke("Data_getKLineData_REQ", {uuid, QStringLiteral("609801.SH"), QStringLiteral("20250220"),
+                                                         QString(), QStringLiteral("2")});
+        all[size_t(i)]->invoke("Data_getLoginTrader_REQ", {uuid});
+    }
+    for (int i = 0; i < kPages; ++i) {
+        Page &page = *all[size_t(i)];
+        ASSERT_TRUE(page.awaitFrames(2));
+        EXPECT_EQ(2, page.frames.size());
+        EXPECT_EQ(QStringLiteral("Data_getLoginTrader_RES"), page.event(0));
+        EXPECT_EQ(QStringLiteral("Data_getKLineData_RES"), page.event(1));
+        EXPECT_EQ(QString::number(i), page.uuid(0));
+        EXPECT_EQ(QString::number(i), page.uuid(1));
+    }
+    EXPECT_EQ(kPages, pages().size());
+    all.clear();
+    EXPECT_TRUE(await([&] { return pages().isEmpty(); }));
+}
+
+TEST_F(PageConnectionTest, PagesThatVanishInMidCallHarmNobody)
+{
+    Page other(gateway);
+    ASSERT_TRUE(other.awaitOpen());
+    for (int i = 0; i < 30; ++i) {
+        Page page(gateway);
+        ASSERT_TRUE(page.awaitOpen());
+        page.invoke("Data_getKLineData_REQ", {QStringLiteral("u"), QStringLiteral("609801.SH"),
+                                              QStringLiteral("20250228"), QString(), QStringLiteral("1")});
+        page.invoke("Data_getToken_REQ", {QStringLiteral("u")});
+        page.socket.flush();
+        page.socket.abort();
+    }
+    other.invoke("Data_getToken_REQ", {QStringLiteral("mine")});
+    ASSERT_TRUE(other.awaitFrames(1));
+    EXPECT_EQ(QStringLiteral("mine"), other.uuid(0));
+    EXPECT_TRUE(await([&] { return pages().size() == 1; }));
+    EXPECT_EQ(1, other.frames.size());
+}
+
+TEST_F(PageConnectionTest, AFrameOfAnotherFormClosesItsPageOnly)
+{
+    Page other(gateway);
+    ASSERT_TRUE(other.awaitOpen());
+    const struct {
+        const char *frame;
+        const char *reason;
+    } table[] = {
+        {"no json", "bad frame: not JSON"},
+        {"", "bad frame: not JSON"},
+        {"5", "bad frame: not JSON"},
+        {"[]", "bad frame: not a JSON object"},
+        {"{}", "bad frame: \"invoke\" is not a text"},
+        {"{\"invoke\":1,\"args\":[]}", "bad frame: \"invoke\" is not a text"},
+        {"{\"invoke\":\"Data_getToken_REQ\"}", "bad frame: \"args\" is not an array"},
+        {"{\"invoke\":\"Data_getToken_REQ\",\"args\":{}}", "bad frame: \"args\" is not an array"},
+    };
+    for (const auto &row : table) {
+        Page page(gateway);
+        ASSERT_TRUE(page.awaitOpen());
+        page.socket.sendTextMessage(QLatin1String(row.frame));
+        page.invoke("Data_getToken_REQ", {QStringLiteral("too late")});
+        ASSERT_TRUE(page.awaitClosed()) << row.frame;
+        EXPECT_EQ(QWebSocketProtocol::CloseCodeWrongDatatype, page.socket.closeCode()) << row.frame;
+        EXPECT_EQ(QLatin1String(row.reason), page.socket.closeReason());
+        EXPECT_TRUE(page.frames.isEmpty());
+    }
+    Page binary(gateway);
+    ASSERT_TRUE(binary.awaitOpen());
+    binary.socket.sendBinaryMessage("{}");
+    ASSERT_TRUE(binary.awaitClosed());
+    EXPECT_EQ(QWebSocketProtocol::CloseCodeWrongDatatype, binary.socket.closeCode());
+
+    other.invoke("Data_getToken_REQ", {QStringLiteral("mine")});
+    EXPECT_TRUE(other.awaitFrames(1));
+}
+
+TEST_F(PageConnectionTest, AnOverlongFrameIsToldSoWhileItIsStillBeingSent)
+{
+    for (const int size : {PageConnection::kMaxFrame + 1, 16 * PageConnection::kMaxFrame}) {
+        Page page(gateway);
+        ASSERT_TRUE(page.awaitOpen());
+        page.socket.sendTextMessage(QString(size, QLatin1Char('x')));
+        ASSERT_TRUE(page.awaitClosed());
+        EXPECT_EQ(QWebSocketProtocol::CloseCodeTooMuchData, page.socket.closeCode()) << size;
+    }
+}
+
+TEST_F(PageConnectionTest, OnlyAllowedOriginsConnect)
+{
+    Page allowed(gateway, QStringLiteral("http://allowed.example"));
+    Page localhost(gateway, QStringLiteral("http://localhost:%1").arg(gateway.port()));
+    Page foreign(gateway, QStringLiteral("http://foreign.example"));
+    EXPECT_TRUE(allowed.awaitOpen());
+    EXPECT_TRUE(localhost.awaitOpen());
+    EXPECT_TRUE(foreign.awaitClosed());
+    EXPECT_EQ(2, pages().size());
+}
+
+TEST_F(PageConnectionTest, APageThatStopsReadingIsDropped)
+{
+    Page good(gateway);
+    ASSERT_TRUE(good.awaitOpen());
+
+    // A handshake by hand: this client never reads.
+    QTcpSocket stalled;
+    stalled.setReadBufferSize(1);
+    stalled.connectToHost(QHostAddress::LocalHost, gateway.port());
+    stalled.write("GET /view HTTP/1.1\r\nHost: h\r\nUpgrade: websocket\r\nConnection: Upgrade\r\n"
+                  "Sec-WebSocket-Version: 13\r\nSec-WebSocket-Key: AAAAAAAAAAAAAAAAAAAAAA==\r\n"
+                  "Origin: http://allowed.example\r\n\r\n");
+    ASSERT_TRUE(await([&] { return pages().size() == 2; }));
+    // Each call is answered with 2,000 candles of more than 150 bytes.
+    const QByteArray call = "{\"invoke\":\"Data_getKLineData_REQ\",\"args\":[\"u\",\"609801.SH\",\"\",\"\",\"1\"]}";
+    ASSERT_LT(call.size(), 126); // what the short frame form can hold
+    QByteArray frame("\x81", 1);
+    frame += char(0x80 | call.size());
+    frame += QByteArray(4, '\0'); // the mask
+    frame += call;
+    constexpr qint64 kSystemBuffers = 8 * 1024 * 1024;
+    const qint64 needed = (PageConnection::kMaxBacklog + kSystemBuffers) / (2000 * 150);
+    for (qint64 i = 0; i < needed; ++i)
+        stalled.write(frame);
+    EXPECT_TRUE(await([&] { return pages().size() == 1; }));
+
+    good.invoke("Data_getToken_REQ", {QStringLiteral("mine")});
+    EXPECT_TRUE(good.awaitFrames(1));
+}
+
+TEST_F(PageConnectionTest, TheGatewaysEndClosesEveryPage)
+{
+    auto second = std::make_unique<Gateway>(QString(), QStringList());
+    ASSERT_TRUE(second->listen(0));
+    Page page(*second);
+    ASSERT_TRUE(page.awaitOpen());
+    second.reset();
+    ASSERT_TRUE(page.awaitClosed());
+    EXPECT_EQ(QWebSocketProtocol::CloseCodeGoingAway, page.socket.closeCode());
+}

@@ -1,0 +1,160 @@
+#include "platform/Scenario.h"
+
+#include <gtest/gtest.h>
+
+#include <QTemporaryDir>
+
+using namespace sim;
+
+namespace {
+
+const char kGood[] = R"({
+    "name": "n", "seed": 5, "start": "2025-03-03 10:00:00", "station": "PC",
+    "traders": [{"id": "T1", "name": "甲"}, {"id": "T2", "name": "乙"}],
+    "logins": [{"account": "T2", "token": "secret"}],
+    "fundAccounts": [
+        {"account": "S1", "name": "一", "property": "stock", "tradingAccounts": ["A", "B"]},
+        {"account": "F1", "name": "期", "property": "futures", "tradingAccounts": ["C"]}],
+    "securities": [{"symbol": "1.SH", "securityId": "1", "exchange": "SH", "name": "东", "spellCode": "D",
+        "price": 3886.4, "tick": 0.2, "lot": 100, "multiplier": 1, "dailyVolume": 1000, "listed": "2015-01-05"}]
+})";
+
+struct Outcome {
+    bool ok = false;
+    Scenario scenario;
+    QString error; ///< without the file's name
+    QString wholeError;
+};
+
+Outcome read(const QByteArray &json)
+{
+    QTemporaryDir folder;
+    QFile file(folder.filePath(QStringLiteral("s.json")));
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(json);
+    file.close();
+    Outcome outcome;
+    outcome.ok = Scenario::read(file.fileName(), outcome.scenario, outcome.wholeError);
+    outcome.error = outcome.wholeError;
+    outcome.error.remove(file.fileName() + QStringLiteral(": "));
+    return outcome;
+}
+
+struct Mistake {
+    const char *name;
+    const char *from; ///< of the good scenario
+    const char *to;
+    const char *error;
+};
+
+void PrintTo(const Mistake &mistake, std::ostream *stream)
+{
+    *stream << mistake.name;
+}
+
+class ScenarioMistake : public testing::TestWithParam<Mistake> {};
+
+const Mistake kMistakes[] = {
+    {"NotJson", "\"seed\": 5", "\"seed\": five", "not JSON: illegal value at byte "},
+    {"NoObject", kGood, "[]", "must be an object"},
+    {"MissingKey", "\"seed\": 5,", "", "seed: is missing"},
+    {"UnknownKey", "\"seed\"", "\"sede\": 1, \"seed\"", "sede: is not a known key"},
+    {"UnknownKeyBelow", "\"lot\"", "\"lots\": 1, \"lot\"", "securities[0].lots: is not a known key"},
+    {"WrongType", "\"n\"", "7", "name: must be a text"},
+    {"EmptyText", "\"PC\"", "\"\"", "station: must not be empty"},
+    {"NegativeSeed", "\"seed\": 5", "\"seed\": -5", "seed: must be a whole number from 0 to 9007199254740992"},
+    {"BrokenSeed", "\"seed\": 5", "\"seed\": 5.5", "seed: must be a whole number from 0 to 9007199254740992"},
+    {"SeedIsText", "\"seed\": 5", "\"seed\": \"5\"", "seed: must be a number"},
+    {"BadStart", "2025-03-03 10", "2025-03-33 10", "start: must be a date and time like 2025-03-03 10:00:00"},
+    {"NoTraders", "[{\"id\": \"T1\", \"name\": \"甲\"}, {\"id\": \"T2\", \"name\": \"乙\"}]", "[]",
+     "traders: must not be empty"},
+    {"TradersNoArray", "\"traders\": [{\"id\": \"T1\", \"name\": \"甲\"}, {\"id\": \"T2\", \"name\": \"乙\"}]",
+     "\"traders\": {}", "traders: must be an array"},
+    {"TraderNoObject", "{\"id\": \"T1\", \"name\": \"甲\"}", "\"T1\"", "traders[0]: must be an object"},
+    {"TraderTwice", "\"T1\"", "\"T2\"", "traders[1].id: \"T2\" is there twice"},
+    {"LoginNoTrader", "\"account\": \"T2\"", "\"account\": \"T3\"",
+     "logins[0].account: \"T3\" is not one of the traders"},
+    {"LoginTwice", "[{\"account\": \"T2\", \"token\": \"secret\"}",
+     "[{\"account\": \"T2\", \"token\": \"x\"}, {\"account\": \"T2\", \"token\": \"y\"}",
+     "logins[1].account: \"T2\" is there twice"},
+    {"LoginNoFolder", "T2", "../T2", "logins[0].account: \"../T2\" cannot name a folder"},
+    {"FundTwice", "\"F1\"", "\"S1\"", "fundAccounts[1].account: \"S1\" is there twice"},
+    {"BadProperty", "\"futures\"", "\"bonds\"", "fundAccounts[1].property: must be \"stock\" or \"futures\""},
+    {"NoTradingAccount", "[\"C\"]", "[]", "fundAccounts[1].tradingAccounts: must not be empty"},
+    {"TradingAccountNoText", "[\"C\"]", "[3]", "fundAccounts[1].tradingAccounts: must hold texts that are not empty"},
+    {"TradingAccountTwice", "\"C\"", "\"A\"", "fundAccounts[1].tradingAccounts: \"A\" is there twice"},
+    {"BadTick", "\"tick\": 0.2", "\"tick\": 0.3",
+     "securities[0].tick: must be 1 divided by a whole number from 1 to 10000"},
+    {"ZeroTick", "\"tick\": 0.2", "\"tick\": 0",
+     "securities[0].tick: must be 1 divided by a whole number from 1 to 10000"},
+    {"PriceOffTick", "3886.4", "3886.5",
+     "securities[0].price: must be a positive multiple of the tick, at most 1000000000 ticks"},
+    {"NegativePrice", "3886.4", "-3886.4",
+     "securities[0].price: must be a positive multiple of the tick, at most 1000000000 ticks"},
+    {"ZeroLot", "\"lot\": 100", "\"lot\": 0", "securities[0].lot: must be a whole number from 1 to 1000000000"},
+    {"HugeVolume", "\"dailyVolume\": 1000", "\"dailyVolume\": 1e300",
+     "securities[0].dailyVolume: must be a whole number from 0 to 1000000000"},
+    {"BadListing", "2015-01-05", "2015-1-5", "securities[0].listed: must be a date like 2015-01-05"},
+    {"LateListing", "2015-01-05", "2025-03-03", "securities[0].listed: must be before the scenario starts"},
+};
+
+} // namespace
+
+TEST(Scenario, AGoodFileIsReadWhole)
+{
+    const Outcome outcome = read(kGood);
+    ASSERT_TRUE(outcome.ok) << qPrintable(outcome.wholeError);
+    const Scenario &scenario = outcome.scenario;
+    EXPECT_EQ(QStringLiteral("n"), scenario.name);
+    EXPECT_EQ(5u, scenario.seed);
+    EXPECT_EQ(QDateTime(QDate(2025, 3, 3), QTime(10, 0), Qt::UTC), scenario.start);
+    EXPECT_EQ(QStringLiteral("PC"), scenario.station);
+    EXPECT_EQ(QStringList({QStringLiteral("T1"), QStringLiteral("T2")}), scenario.traders.keys());
+    EXPECT_EQ(QString::fromUtf8("乙"), scenario.traders.value(QStringLiteral("T2")));
+    ASSERT_EQ(1, scenario.logins.size());
+    EXPECT_EQ(QStringLiteral("secret"), scenario.logins[0].token);
+    ASSERT_EQ(2, scenario.fundAccounts.size());
+    EXPECT_EQ(StockFund, scenario.fundAccounts[0].property);
+    EXPECT_EQ(FuturesFund, scenario.fundAccounts[1].property);
+    EXPECT_EQ(2, scenario.fundAccounts[0].tradingAccounts.size());
+    ASSERT_EQ(1, scenario.securities.size());
+    EXPECT_EQ(5, scenario.securities[0].ticksPerUnit);
+    EXPECT_EQ(3886.4, scenario.securities[0].price);
+    EXPECT_EQ(QDate(2015, 1, 5), scenario.securities[0].listed);
+}
+
+TEST(Scenario, TheBuiltInOneIsGood)
+{
+    Scenario scenario;
+    QString error;
+    EXPECT_TRUE(Scenario::read(Scenario::defaultFile(), scenario, error)) << qPrintable(error);
+    int withTwo = 0;
+    for (const FundAccount &fund : qAsConst(scenario.fundAccounts))
+        withTwo += fund.tradingAccounts.size() == 2;
+    EXPECT_EQ(1, withTwo);
+}
+
+TEST(Scenario, AMissingFileIsNamed)
+{
+    Scenario scenario;
+    QString error;
+    EXPECT_FALSE(Scenario::read(QStringLiteral("/no/such/file.json"), scenario, error));
+    EXPECT_EQ(QStringLiteral("/no/such/file.json: No such file or directory"), error);
+}
+
+TEST_P(ScenarioMistake, IsNamedInOneLine)
+{
+    const Mistake &mistake = GetParam();
+    QByteArray json(kGood);
+    ASSERT_TRUE(json.contains(mistake.from));
+    json.replace(mistake.from, mistake.to);
+
+    const Outcome outcome = read(json);
+    EXPECT_FALSE(outcome.ok);
+    EXPECT_TRUE(outcome.error.startsWith(QString::fromUtf8(mistake.error))) << qPrintable(outcome.wholeError);
+    EXPECT_TRUE(outcome.wholeError.contains(QStringLiteral("s.json: ")));
+    EXPECT_FALSE(outcome.wholeError.contains(QLatin1Char('\n')));
+}
+
+INSTANTIATE_TEST_SUITE_P(All, ScenarioMistake, testing::ValuesIn(kMistakes),
+                         [](const auto &info) { return std::string(info.param.name); });

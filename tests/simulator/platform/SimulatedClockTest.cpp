@@ -1,0 +1,25 @@
+#include "platform/SimulatedClock.h"
+
+#include <gtest/gtest.h>
+
+#include <QElapsedTimer>
+
+using namespace sim;
+
+TEST(SimulatedClock, StartsAtTheGivenMomentAndRunsAtTheGivenSpeed)
+{
+    const QDateTime start(QDate(2025, 3, 3), QTime(10, 0), Qt::UTC);
+    constexpr int kSpeed = 1000;
+    QElapsedTimer outer; // runs longer than the clock
+    outer.start();
+    const SimulatedClock clock(start, kSpeed);
+    QElapsedTimer inner; // runs shorter
+    inner.start();
+    while (clock.now() < start.addSecs(5)) { // 5 ms of real time
+    }
+    const qint64 least = inner.elapsed();
+    const qint64 passed = start.msecsTo(clock.now());
+    const qint64 most = outer.elapsed() + 1;
+    EXPECT_GE(passed, least * kSpeed);
+    EXPECT_LE(passed, most * kSpeed);
+}
