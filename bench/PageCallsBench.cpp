@@ -1,0 +1,170 @@
+// What a page's call costs on the terminal's user-interface thread. Every cost stands beside its baseline, the
+// least that the work itself needs; the ratio is what the library adds. The host is the simulator's.
+
+#include "bridge/DataThread.h"
+#include "msgcenter/WebMsgCenter.h"
+
+#include "CPackMessageCommon.h"
+#include "QvCore.h"
+#include "Tessar_Fields.h"
+#include "VarnelCefView.h"
+#include "platform/Terminal.h"
+
+#include <QApplication>
+#include <QJsonDocument>
+#include <QLoggingCategory>
+
+#include <benchmark/benchmark.h>
+
+#include <memory>
+#include <vector>
+
+namespace {
+
+const QString uuid = QStringLiteral("3f2b6c1e-8d0a-4a5e-9b57-6f1f0c2f7a11");
+
+/// The envelope of a reply and its text, with nothing around it.
+QString bareReply(const QVariant &resultData)
+{
+    const QVariantMap map{{QStringLiteral("uuid"), uuid},
+                          {QStringLiteral("code"), QStringLiteral("0")},
+                          {QStringLiteral("msg"), QString()},
+                          {QStringLiteral("resultData"), resultData}};
+    return QString::fromUtf8(QJsonDocument::fromVariant(map).toJson(QJsonDocument::Compact));
+}
+
+QVariantList candles(const QString &requestId, int count)
+{
+    QVariantList list;
+    for (int i = 0; i < count; ++i) {
+        list.append(QVariantMap{{Tessar_Fields::System::clientMsgID, requestId},
+                                {QStringLiteral("time"), QStringLiteral("20240102093100")},
+                                {QStringLiteral("open"), 10.01 + i},
+                                {QStringLiteral("high"), 10.21 + i},
+                                {QStringLiteral("low"), 9.98 + i},
+                                {QStringLiteral("close"), 10.11 + i},
+                                {QStringLiteral("volume"), qlonglong(123400 + i)},
+                                {QStringLiteral("amount"), 1234567.89 + i}});
+    }
+    return list;
+}
+
+/// A view whose page drops what it gets; both sides of a comparison pay for it alike.
+class Page {
+public:
+    ~Page() { QCoreApplication::sendPostedEvents(&view); }
+
+    void send(const QString &event, const QString &text)
+    {
+        QCefEvent reply(event);
+        reply.arguments().append(text);
+        view.broadcastEvent(reply);
+    }
+
+    void takeEvents() { QCoreApplication::sendPostedEvents(&view); }
+
+    VarnelCefView view;
+};
+
+void tokenBaseline(benchmark::State &state)
+{
+    Page page;
+    for (auto _ : state) {
+        page.send(QStringLiteral("Data_getToken_RES"), bareReply(QvCore::instance()->getCurrentToken()));
+        page.takeEvents();
+    }
+}
+BENCHMARK(tokenBaseline)->Name("token/baseline: the text made and sent");
+
+void tokenCall(benchmark::State &state)
+{
+    Page page;
+    auto *dispatcher = new DataThread(&page.view);
+    const QVariantList args{uuid};
+    for (auto _ : state) {
+        dispatcher->onInvokeMethod(0, 0, QStringLiteral("Data_getToken_REQ"), args);
+        page.takeEvents();
+    }
+}
+BENCHMARK(tokenCall)->Name("token/call, found by name and answered");
+
+void candlesBaseline(benchmark::State &state)
+{
+    Page page;
+    const QVariantList answer = candles(QStringLiteral("1"), int(state.range(0)));
+    for (auto _ : state) {
+        page.send(QStringLiteral("Data_getKLineData_RES"), bareReply(answer));
+        page.takeEvents();
+    }
+}
+BENCHMARK(candlesBaseline)->Name("candles/baseline: the text made and sent")->RangeMultiplier(8)->Range(8, 4096);
+
+/// The id that the simulator's packer gives out next.
+QString nextRequestId()
+{
+    const CPackMessageCommon probe;
+    return QString::number(probe.GetValue(Tessar_Fields::System::clientMsgID).toLongLong() + 1);
+}
+
+/// Leaves a request of the dispatcher that the bus never answers, and gives its id.
+QString leaveRequest(DataThread *dispatcher)
+{
+    const QString id = nextRequestId();
+    dispatcher->onInvokeMethod(0, 0, QStringLiteral("Data_getKLineData_REQ"),
+                               {uuid, QStringLiteral("no such symbol"), QString(), QString(), QStringLiteral("1")});
+    return id;
+}
+
+void candlesAnswer(benchmark::State &state)
+{
+    Page page;
+    auto *dispatcher = new DataThread(&page.view);
+    for (auto _ : state) {
+        state.PauseTiming();
+        const QVariantList answer = candles(leaveRequest(dispatcher), int(state.range(0)));
+        state.ResumeTiming();
+        WebMsgCenter::instance()->ProcQuotationMsg(QString(), QStringLiteral("KLineResponse"), answer);
+        page.takeEvents();
+    }
+}
+BENCHMARK(candlesAnswer)->Name("candles/answer, taken in and sent")->RangeMultiplier(8)->Range(8, 4096);
+
+/// An answer is signalled to every dispatcher; all but one find that it is not theirs.
+void candlesForOneOfManyViews(benchmark::State &state)
+{
+    std::vector<std::unique_ptr<Page>> pages;
+    std::vector<DataThread *> dispatchers;
+    for (int i = 0; i < state.range(0); ++i) {
+        pages.push_back(std::make_unique<Page>());
+        dispatchers.push_back(new DataThread(&pages.back()->view));
+        leaveRequest(dispatchers.back());
+    }
+    const QVariantList answer = candles(QStringLiteral("nobody's"), 240);
+    for (auto _ : state)
+        WebMsgCenter::instance()->ProcQuotationMsg(QString(), QStringLiteral("KLineResponse"), answer);
+}
+BENCHMARK(candlesForOneOfManyViews)
+    ->Name("candles/answer that none of N views asked for")
+    ->RangeMultiplier(4)
+    ->Range(1, 64);
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    if (qEnvironmentVariableIsEmpty("DISPLAY"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    QLoggingCategory::setFilterRules(QStringLiteral("*=false"));
+
+    sim::Scenario scenario;
+    QString error;
+    if (!sim::Scenario::read(sim::Scenario::defaultFile(), scenario, error)) {
+        qCritical("%s", qUtf8Printable(error));
+        return 2;
+    }
+    const sim::Terminal terminal(scenario, scenario.logins.first(), 1.0);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
