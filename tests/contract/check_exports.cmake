@@ -9,9 +9,10 @@ string(REPLACE "\n" ";" symbols "${symbols}")
 
 string(REPLACE ";" "|" classes "${CLASSES}")
 set(problems "")
-set(linker_made "(__bss_start|_edata|_end|_init|_fini)$")
+# Not ours: what the linker and the address sanitizer add.
+set(added "(__bss_start|_edata|_end|_init|_fini|__odr_asan\\..*)$")
 foreach(symbol IN LISTS symbols)
-    if(symbol MATCHES "^[0-9a-f]+ [A-Z] " AND NOT symbol MATCHES "^[0-9a-f]+ [WV] " AND NOT symbol MATCHES " ${linker_made}"
+    if(symbol MATCHES "^[0-9a-f]+ [A-Z] " AND NOT symbol MATCHES "^[0-9a-f]+ [WV] " AND NOT symbol MATCHES " ${added}"
        AND NOT symbol MATCHES "^[0-9a-f]+ [A-Z] ((vtable|typeinfo|typeinfo name|non-virtual thunk) (for|to) )?(${classes})(::|$)")
         list(APPEND problems "  exported, but not for hosts: ${symbol}")
     endif()
