@@ -1,0 +1,136 @@
+import type { CallBridge } from './bridge.js';
+import { ClosedError, FailedCallError, RejectedCallError, TimeoutError, UnexpectedReplyError } from './errors.js';
+import { argumentList, describe, methods, type Answer, type Arguments, type Call } from './methods.js';
+import { answeredCalls } from './protocol.js';
+import { uuidSource } from './uuid.js';
+
+export interface CallOptions {
+  /** How long to wait for the answer, in milliseconds. */
+  timeoutMs?: number;
+}
+
+export interface ConnectOptions extends CallOptions {
+  /** Told of every reply that belongs to no waiting call here: late ones, and those to calls made elsewhere. */
+  onUnpaired?: (event: string, reply: unknown) => void;
+}
+
+type CallFunction<C extends Call> =
+  {} extends Arguments<C>
+    ? (values?: Record<string, never>, options?: CallOptions) => Promise<Answer<C>>
+    : (values: Arguments<C>, options?: CallOptions) => Promise<Answer<C>>;
+
+/** One function per call, and `close`. */
+export type Connection = { [C in Call]: CallFunction<C> } & {
+  /** Stops listening. Calls that still wait are rejected with a ClosedError. */
+  close(): void;
+};
+
+interface Waiting {
+  resolve(answer: unknown): void;
+  reject(reason: Error): void;
+}
+
+const defaultTimeoutMs = 10_000;
+
+/** Gives typed access to the calls. Use one connection per page, so that empty replies find their call. */
+export function connect(bridge: CallBridge, options: ConnectOptions = {}): Connection {
+  const nextUuid = uuidSource();
+  const closers: (() => void)[] = [];
+  let closed = false;
+
+  function open(call: Call) {
+    const { method, answer, deferred } = describe(call);
+    const event = answeredCalls[method];
+    const waiting = new Map<string, Waiting>(); // by uuid, oldest first
+
+    function take(uuid: string): Waiting | undefined {
+      const found = waiting.get(uuid);
+      waiting.delete(uuid);
+      return found;
+    }
+
+    /** Answers come in the order of the calls; deferred ones do not, so there only a single call is certain. */
+    function takeUnnamed(): [string, Waiting] | undefined {
+      if (deferred && waiting.size !== 1) return undefined;
+      const [oldest] = waiting;
+      if (oldest) waiting.delete(oldest[0]);
+      return oldest;
+    }
+
+    function onReply(reply: unknown): void {
+      if (reply === '') {
+        const oldest = takeUnnamed();
+        if (oldest) oldest[1].reject(new RejectedCallError(method, oldest[0]));
+        else options.onUnpaired?.(event, reply);
+        return;
+      }
+      const envelope = parse(reply);
+      const uuid = envelope?.uuid;
+      const found = typeof uuid === 'string' ? take(uuid) : undefined;
+      if (!envelope || typeof uuid !== 'string' || !found) {
+        options.onUnpaired?.(event, reply);
+        return;
+      }
+      const { code, msg, resultData } = envelope;
+      if (typeof code !== 'string' || typeof msg !== 'string') {
+        found.reject(new UnexpectedReplyError(method, uuid, String(reply), 'code or msg is no text'));
+      } else if (code !== '0') {
+        found.reject(new FailedCallError(method, uuid, code, msg, resultData));
+      } else {
+        try {
+          found.resolve(answer(resultData));
+        } catch (error) {
+          found.reject(new UnexpectedReplyError(method, uuid, String(reply), (error as Error).message));
+        }
+      }
+    }
+
+    bridge.addEventListener(event, onReply);
+    closers.push(() => {
+      bridge.removeEventListener(event, onReply);
+      for (const [uuid, { reject }] of waiting) reject(new ClosedError(method, uuid));
+      waiting.clear();
+    });
+
+    return (values: Readonly<Record<string, unknown>> = {}, callOptions: CallOptions = {}) =>
+      new Promise((resolve, reject) => {
+        const uuid = nextUuid();
+        const args = argumentList(call, uuid, values);
+        if (closed) throw new ClosedError(method, uuid);
+        const timeoutMs = callOptions.timeoutMs ?? options.timeoutMs ?? defaultTimeoutMs;
+        const timer = setTimeout(() => take(uuid)?.reject(new TimeoutError(method, uuid, timeoutMs)), timeoutMs);
+        waiting.set(uuid, {
+          resolve(answered) {
+            clearTimeout(timer);
+            resolve(answered);
+          },
+          reject(reason) {
+            clearTimeout(timer);
+            reject(reason);
+          },
+        });
+        try {
+          bridge.invokeMethod(method, ...args); // may answer before it returns
+        } catch (error) {
+          take(uuid)?.reject(error as Error);
+        }
+      });
+  }
+
+  const calls = Object.fromEntries((Object.keys(methods) as Call[]).map((call) => [call, open(call)]));
+  const close = () => {
+    closed = true;
+    for (const stop of closers.splice(0)) stop();
+  };
+  return { ...calls, close } as Connection;
+}
+
+function parse(reply: unknown): Record<string, unknown> | undefined {
+  if (typeof reply !== 'string') return undefined;
+  try {
+    const value: unknown = JSON.parse(reply);
+    return typeof value === 'object' && value !== null ? (value as Record<string, unknown>) : undefined;
+  } catch {
+    return undefined;
+  }
+}

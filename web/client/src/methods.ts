@@ -1,0 +1,68 @@
+import type { AnsweredCall } from './protocol.js';
+import { answers, parameters } from './readings.js';
+
+interface Method {
+  method: AnsweredCall;
+  /** Name and reading of the arguments after the call identifier, in the order in which they are sent. */
+  parameters: readonly (readonly [name: string, reading: keyof typeof parameters])[];
+  answer: (resultData: unknown) => unknown;
+  /** The answer is fetched elsewhere first: answers may overtake each other, and one may never come. */
+  deferred?: true;
+}
+
+/** The calls that a connection offers. Types, argument lists and answers all derive from this table. */
+export const methods = {
+  getToken: { method: 'Data_getToken_REQ', parameters: [], answer: answers.text },
+  getLoginTrader: { method: 'Data_getLoginTrader_REQ', parameters: [], answer: answers.text },
+  getTraderList: { method: 'Data_getTraderList_REQ', parameters: [], answer: answers.texts },
+  getFundAccountList: {
+    method: 'Data_getFundAccountList_REQ',
+    parameters: [['fundProp', 'integer']],
+    answer: answers.fundAccounts,
+  },
+  getOPStation: {
+    method: 'Data_getOPStation_REQ',
+    parameters: [
+      ['first', 'text'],
+      ['second', 'text'],
+    ],
+    answer: answers.text,
+  },
+  getKLineData: {
+    method: 'Data_getKLineData_REQ',
+    parameters: [
+      ['symbol', 'text'],
+      ['startTime', 'text'],
+      ['stopTime', 'text'],
+      ['period', 'text'],
+    ],
+    answer: answers.candles,
+    deferred: true,
+  },
+} as const satisfies Record<string, Method>;
+
+type Methods = typeof methods;
+export type Call = keyof Methods;
+
+export type Arguments<C extends Call> = {
+  [P in Methods[C]['parameters'][number] as P[0]]: Parameters<(typeof parameters)[P[1]]>[0];
+};
+export type Answer<C extends Call> = ReturnType<Methods[C]['answer']>;
+
+/** The argument list of a call, identifier first. Throws, naming the parameter, when a value would not arrive. */
+export function argumentList(call: Call, uuid: string, values: Readonly<Record<string, unknown>>): unknown[] {
+  const { parameters: declared }: Method = methods[call];
+  const written = declared.map(([name, reading]) => {
+    try {
+      return parameters[reading](values[name] as never);
+    } catch (error) {
+      const Kind = error instanceof RangeError ? RangeError : TypeError;
+      throw new Kind(`${call}: ${name} ${(error as Error).message}`);
+    }
+  });
+  return [uuid, ...written];
+}
+
+export function describe(call: Call): Method {
+  return methods[call];
+}

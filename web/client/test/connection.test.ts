@@ -1,0 +1,268 @@
+import { afterEach, beforeEach, describe, expect, it, vi } from 'vitest';
+import {
+  CallError,
+  ClosedError,
+  connect,
+  FailedCallError,
+  RejectedCallError,
+  TimeoutError,
+  UnexpectedReplyError,
+  type Call,
+  type Connection,
+} from '../src/index.js';
+import { FakeBridge } from './fakeBridge.js';
+
+let bridge: FakeBridge;
+let unpaired: unknown[][];
+let sdk: Connection;
+
+beforeEach(() => {
+  vi.useFakeTimers();
+  bridge = new FakeBridge();
+  unpaired = [];
+  sdk = connect(bridge, { timeoutMs: 1000, onUnpaired: (event, reply) => unpaired.push([event, reply]) });
+});
+
+afterEach(() => {
+  expect(vi.getTimerCount()).toBe(0); // an answered call leaves no timer behind
+  vi.useRealTimers();
+});
+
+/** Every call: what the page passes, what the terminal gets after the identifier, an answer. */
+const table: [Call, Record<string, unknown> | undefined, string, unknown[], string, unknown][] = [
+  ['getToken', undefined, 'Data_getToken_REQ', [], 'Data_getToken_RES', 'T'],
+  ['getLoginTrader', undefined, 'Data_getLoginTrader_REQ', [], 'Data_getLoginTrader_RES', 'trader'],
+  ['getTraderList', {}, 'Data_getTraderList_REQ', [], 'Data_getTraderList_RES', ['a', 'b']],
+  [
+    'getFundAccountList',
+    { fundProp: 3 },
+    'Data_getFundAccountList_REQ',
+    [3],
+    'Data_getFundAccountList_RES',
+    [{ fundAccount: '1', fundAccountName: '一' }],
+  ],
+  ['getOPStation', { second: 'B', first: 'A' }, 'Data_getOPStation_REQ', ['A', 'B'], 'Data_getOPStation_RES', 'A;B'],
+  [
+    'getKLineData',
+    { symbol: 's', startTime: 'f', stopTime: 't', period: '1' },
+    'Data_getKLineData_REQ',
+    ['s', 'f', 't', '1'],
+    'Data_getKLineData_RES',
+    [{ open: 1 }, { open: 2 }],
+  ],
+];
+
+describe('every call', () => {
+  it.each(table)(
+    '%s sends its arguments in order and gets its answer',
+    async (call, values, method, args, event, data) => {
+      const answer = (sdk[call] as (values: unknown) => Promise<unknown>)(values);
+      expect(bridge.calls).toEqual([{ method, args: [bridge.uuid(0), ...args] }]);
+      bridge.reply(event, bridge.uuid(0), data);
+      expect(await answer).toEqual(data);
+    },
+  );
+
+  it('is in the table above', () => {
+    expect(table.map(([call]) => call).sort()).toEqual(
+      Object.keys(sdk)
+        .filter((name) => name !== 'close')
+        .sort(),
+    );
+  });
+});
+
+describe('pairing', () => {
+  it('gives each call its own answer, whatever the order', async () => {
+    const [first, second] = [sdk.getToken(), sdk.getToken()];
+    expect(bridge.uuid(0)).not.toBe(bridge.uuid(1));
+    bridge.reply('Data_getToken_RES', bridge.uuid(1), 'two');
+    bridge.reply('Data_getToken_RES', bridge.uuid(0), 'one');
+    expect(await Promise.all([first, second])).toEqual(['one', 'two']);
+    expect(unpaired).toEqual([]);
+  });
+
+  it('takes an answer that comes before the call returns', async () => {
+    bridge.answerAtOnce = (_, [uuid]) => bridge.reply('Data_getToken_RES', uuid, 'at once');
+    expect(await sdk.getToken()).toBe('at once');
+  });
+
+  it.each([
+    ['of another call', JSON.stringify({ code: '0', msg: '', resultData: '', uuid: 'stranger' })],
+    ['with a number for an identifier', JSON.stringify({ code: '0', msg: '', resultData: '', uuid: 1 })],
+    ['that is no JSON', '{'],
+    ['that is no object', 'null'],
+    ['that is no text', 7],
+    ['without argument', undefined],
+  ])('leaves a reply %s alone', async (_, reply) => {
+    const answer = sdk.getToken();
+    bridge.emit('Data_getToken_RES', reply);
+    expect(unpaired).toEqual([['Data_getToken_RES', reply]]);
+    bridge.reply('Data_getToken_RES', bridge.uuid(0), 'T');
+    expect(await answer).toBe('T');
+  });
+
+  it('does not take the answer of another method for its own', async () => {
+    const answer = sdk.getToken();
+    bridge.reply('Data_getLoginTrader_RES', bridge.uuid(0), 'not a token');
+    expect(unpaired).toHaveLength(1);
+    bridge.reply('Data_getToken_RES', bridge.uuid(0), 'T');
+    expect(await answer).toBe('T');
+  });
+
+  it('uses identifiers that no other connection uses', async () => {
+    const other = connect(bridge);
+    const answers = [sdk.getToken(), other.getToken()];
+    expect(new Set([bridge.uuid(0), bridge.uuid(1)]).size).toBe(2);
+    bridge.reply('Data_getToken_RES', bridge.uuid(0), 'T');
+    bridge.reply('Data_getToken_RES', bridge.uuid(1), 'T');
+    await Promise.all(answers);
+  });
+});
+
+describe('empty replies', () => {
+  it('reject the oldest waiting call of the method', async () => {
+    const [first, second, station] = [sdk.getToken(), sdk.getToken(), sdk.getOPStation({ first: '', second: '' })];
+    bridge.emit('Data_getToken_RES', '');
+    await expect(first).rejects.toBeInstanceOf(RejectedCallError);
+    await expect(first).rejects.toMatchObject({ method: 'Data_getToken_REQ', uuid: bridge.uuid(0) });
+    bridge.reply('Data_getToken_RES', bridge.uuid(1), 'T');
+    bridge.reply('Data_getOPStation_RES', bridge.uuid(2), 'S');
+    expect(await Promise.all([second, station])).toEqual(['T', 'S']);
+  });
+
+  it('reject a deferred call only when it waits alone', async () => {
+    const range = { symbol: 's', startTime: '', stopTime: '', period: '2' };
+    const [first, second] = [sdk.getKLineData(range), sdk.getKLineData(range)];
+    bridge.emit('Data_getKLineData_RES', '');
+    expect(unpaired).toEqual([['Data_getKLineData_RES', '']]);
+    bridge.reply('Data_getKLineData_RES', bridge.uuid(0), []);
+    expect(await first).toEqual([]);
+    bridge.emit('Data_getKLineData_RES', '');
+    await expect(second).rejects.toBeInstanceOf(RejectedCallError);
+  });
+
+  it('are reported when no call waits', () => {
+    bridge.emit('Data_getToken_RES', '');
+    expect(unpaired).toEqual([['Data_getToken_RES', '']]);
+  });
+});
+
+describe('failures', () => {
+  it('carry code, message and data', async () => {
+    const answer = sdk.getToken();
+    bridge.reply('Data_getToken_RES', bridge.uuid(0), { detail: 1 }, '-1', '资产账号获取错误');
+    await expect(answer).rejects.toBeInstanceOf(FailedCallError);
+    await expect(answer).rejects.toMatchObject({ code: '-1', msg: '资产账号获取错误', resultData: { detail: 1 } });
+    await expect(answer).rejects.toThrow('Data_getToken_REQ: 资产账号获取错误');
+  });
+
+  it('time out, and a late answer is reported', async () => {
+    const answer = sdk.getToken();
+    vi.advanceTimersByTime(999);
+    expect(vi.getTimerCount()).toBe(1);
+    vi.advanceTimersByTime(1);
+    await expect(answer).rejects.toBeInstanceOf(TimeoutError);
+    await expect(answer).rejects.toMatchObject({ timeoutMs: 1000 });
+    bridge.reply('Data_getToken_RES', bridge.uuid(0), 'late');
+    expect(unpaired).toHaveLength(1);
+  });
+
+  it('lets a single call choose its timeout', async () => {
+    const answer = sdk.getToken({}, { timeoutMs: 5 });
+    vi.advanceTimersByTime(5);
+    await expect(answer).rejects.toMatchObject({ timeoutMs: 5 });
+  });
+
+  it.each([
+    ['a token that is no text', () => sdk.getToken(), 'Data_getToken_RES', { a: 1 }, '0'],
+    ['traders that are no list', () => sdk.getTraderList(), 'Data_getTraderList_RES', 'a', '0'],
+    ['traders that are no texts', () => sdk.getTraderList(), 'Data_getTraderList_RES', ['a', 1], '0'],
+    [
+      'an account that is no object',
+      () => sdk.getFundAccountList({ fundProp: 0 }),
+      'Data_getFundAccountList_RES',
+      ['1'],
+      '0',
+    ],
+    [
+      'an account without name',
+      () => sdk.getFundAccountList({ fundProp: 0 }),
+      'Data_getFundAccountList_RES',
+      [{ fundAccount: '1' }],
+      '0',
+    ],
+    ['a code that is no text', () => sdk.getToken(), 'Data_getToken_RES', 'T', 0],
+  ])('reject %s', async (_, call, event, data, code) => {
+    const answer = call();
+    bridge.reply(event, bridge.uuid(0), data, code as string);
+    await expect(answer).rejects.toBeInstanceOf(UnexpectedReplyError);
+  });
+
+  it('are all call errors with their own name', async () => {
+    const answer = sdk.getToken();
+    bridge.emit('Data_getToken_RES', '');
+    const error = await answer.catch((reason: unknown) => reason);
+    expect(error).toBeInstanceOf(CallError);
+    expect((error as Error).name).toBe('RejectedCallError');
+  });
+
+  it('of the bridge itself reject the call', async () => {
+    bridge.answerAtOnce = () => {
+      throw new Error('no terminal');
+    };
+    await expect(sdk.getToken()).rejects.toThrow('no terminal');
+  });
+});
+
+describe('arguments that would not arrive', () => {
+  it.each([
+    [1.5, 'getFundAccountList: fundProp must be an integer'],
+    [Number.NaN, 'getFundAccountList: fundProp must be an integer'],
+    ['1', 'getFundAccountList: fundProp must be an integer'],
+    [undefined, 'getFundAccountList: fundProp must be an integer'],
+    [2 ** 31, 'getFundAccountList: fundProp must fit 32 bits'],
+  ])('%s is refused before anything is sent', async (fundProp, message) => {
+    await expect(sdk.getFundAccountList({ fundProp: fundProp as number })).rejects.toThrow(message);
+    expect(bridge.calls).toEqual([]);
+  });
+
+  it('a text that is missing is refused', async () => {
+    await expect(sdk.getOPStation({ first: 'A' } as never)).rejects.toThrow('getOPStation: second must be a string');
+    expect(bridge.calls).toEqual([]);
+  });
+
+  // Never run: the type checker is the test.
+  void (() => {
+    // @ts-expect-error an argument is needed
+    void sdk.getFundAccountList();
+    // @ts-expect-error the reading is integer
+    void sdk.getFundAccountList({ fundProp: '1' });
+    // @ts-expect-error there is no such parameter
+    void sdk.getToken({ first: 'A' });
+    // @ts-expect-error the answer is a text
+    void sdk.getToken().then((token: number) => token);
+  });
+
+  it('the largest integers pass', async () => {
+    const answers = [-(2 ** 31) + 1, 2 ** 31 - 1].map((fundProp) => sdk.getFundAccountList({ fundProp }));
+    bridge.calls.forEach((_, index) => bridge.reply('Data_getFundAccountList_RES', bridge.uuid(index), []));
+    expect(await Promise.all(answers)).toEqual([[], []]);
+  });
+});
+
+describe('close', () => {
+  it('rejects what waits, refuses what comes and stops listening', async () => {
+    const waiting = sdk.getToken();
+    sdk.close();
+    await expect(waiting).rejects.toBeInstanceOf(ClosedError);
+    await expect(sdk.getToken()).rejects.toBeInstanceOf(ClosedError);
+    expect(bridge.calls).toHaveLength(1);
+    expect([...bridge.listeners.values()].every((set) => set.size === 0)).toBe(true);
+  });
+
+  it('may be called twice', () => {
+    sdk.close();
+    sdk.close();
+  });
+});

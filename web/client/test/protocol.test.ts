@@ -1,0 +1,50 @@
+import { readFileSync } from 'node:fs';
+import { describe, expect, it } from 'vitest';
+import { methods } from '../src/index.js';
+import { answeredCalls, pushEvents, reservedEvents, unansweredCalls } from '../src/protocol.js';
+import { quoted, readDocument, tableAfter } from './markdown.js';
+
+const header = readFileSync(new URL('../../../src/common/WebConstants.h', import.meta.url), 'utf8');
+const isProtocolName = /^(?:\w+_(?:REQ|RES)|on_\w+|Notify_\w+)$/;
+
+function namesInHeader(): string[] {
+  const literals = [...header.matchAll(/"((?:[^"\\]|\\.)*)"/g)].map(([, text]) => text!);
+  return literals.filter((text) => isProtocolName.test(text));
+}
+
+const calls = Object.entries({ ...answeredCalls, ...unansweredCalls });
+const namesHere = [...calls.flat(), ...pushEvents, ...reservedEvents];
+
+describe('protocol names', () => {
+  it('are those of the library, no more and no fewer', () => {
+    expect(namesInHeader().length).toBeGreaterThan(0);
+    expect([...namesHere].sort()).toEqual(namesInHeader().sort());
+  });
+
+  it('appear once each', () => {
+    expect(new Set(namesHere).size).toBe(namesHere.length);
+  });
+
+  it.each(calls)('%s is answered under its own name', (method, reply) => {
+    expect(reply).toBe(method.replace(/_REQ$/, '_RES'));
+  });
+});
+
+describe('the protocol page', () => {
+  const page = readDocument('protocol.md');
+
+  it('documents the calls that a connection offers', () => {
+    const documented = tableAfter(page, '## Calls').flatMap(([method]) => quoted(method!));
+    expect(documented.sort()).toEqual(
+      Object.values(methods)
+        .map(({ method }) => method)
+        .sort(),
+    );
+  });
+
+  it('knows no name that the library does not', () => {
+    const mentioned = [...page.matchAll(/\b(?:\w+_(?:REQ|RES)|on_\w+|Notify_\w+)\b/g)].map(([name]) => name);
+    expect(mentioned.length).toBeGreaterThan(0);
+    expect(mentioned.filter((name) => !namesHere.includes(name as (typeof namesHere)[number]))).toEqual([]);
+  });
+});

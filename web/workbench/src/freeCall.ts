@@ -1,0 +1,23 @@
+export type ReadArguments = { ok: true; args: unknown[] } | { ok: false; reason: string };
+
+/** Reads the argument list of a call typed by hand. */
+export function readArguments(text: string): ReadArguments {
+  let value: unknown;
+  try {
+    value = JSON.parse(text);
+  } catch (error) {
+    return { ok: false, reason: `不是 JSON：${(error as Error).message}` };
+  }
+  return Array.isArray(value) ? { ok: true, args: value } : { ok: false, reason: '须为数组，例如 ["u1", 1]' };
+}
+
+/** Texts that hold JSON are laid out; others stand as they are. */
+export function layOut(value: unknown): string {
+  if (typeof value !== 'string') return JSON.stringify(value, null, 2) ?? String(value);
+  if (value === '') return '""（空应答 empty reply）';
+  try {
+    return JSON.stringify(JSON.parse(value), null, 2);
+  } catch {
+    return value;
+  }
+}

@@ -1,0 +1,186 @@
+import {
+  answeredCalls,
+  pushEvents,
+  reservedEvents,
+  unansweredCalls,
+  type BridgeListener,
+  type CallBridge,
+} from '@varnel/web-client';
+
+interface EntryBase {
+  id: number;
+  at: Date;
+  name: string;
+  args: readonly unknown[];
+}
+
+export type Outcome = 'ok' | 'failed' | 'empty';
+
+export interface CallEntry extends EntryBase {
+  kind: 'call';
+  uuid: string;
+  /** Missing as long as no answer has come. */
+  answer?: { outcome: Outcome; afterMs: number };
+}
+
+export interface EventEntry extends EntryBase {
+  kind: 'event';
+  /** Set when the event answers a call of this page. */
+  afterMs?: number;
+}
+
+export interface ConnectionEntry extends EntryBase {
+  kind: 'connection';
+}
+
+export type Entry = CallEntry | EventEntry | ConnectionEntry;
+
+const knownEvents = [
+  ...Object.values(answeredCalls),
+  ...Object.values(unansweredCalls),
+  ...pushEvents,
+  ...reservedEvents,
+];
+
+/** How the terminal reads a call identifier that is no text. */
+function asText(value: unknown): string {
+  return typeof value === 'string'
+    ? value
+    : value === undefined || value === null || typeof value === 'object'
+      ? ''
+      : String(value);
+}
+
+function replyOf(method: string): string {
+  return method.replace(/_REQ$/, '_RES');
+}
+
+/**
+ * Stands between the page and the bridge and writes down every call and every event, in order. It keeps the latest
+ * entries only and changes nothing that passes through.
+ */
+export class Journal implements CallBridge {
+  private list: Entry[] = [];
+  private shown: readonly Entry[] = [];
+  private nextId = 1;
+  private readonly started = new Map<CallEntry, number>();
+  private readonly unanswered = new Map<string, Set<CallEntry>>(); // by reply event, oldest first
+  private readonly heard = new Set<string>();
+  private readonly watchers = new Set<() => void>();
+  private announced = false;
+
+  constructor(
+    private readonly bridge: CallBridge,
+    private readonly limit = 500,
+    /** Events come in bursts; the page is redrawn once for each frame at most. */
+    private readonly schedule: (task: () => void) => void = (task) => requestAnimationFrame(task),
+  ) {
+    knownEvents.forEach((name) => this.hear(name));
+  }
+
+  invokeMethod(method: string, ...args: unknown[]): void {
+    const event = replyOf(method);
+    this.hear(event);
+    const entry: CallEntry = { ...this.stamp(method, args), kind: 'call', uuid: asText(args[0]) };
+    const waiting = this.unanswered.get(event) ?? new Set();
+    this.unanswered.set(event, waiting.add(entry));
+    this.started.set(entry, performance.now());
+    this.add(entry);
+    this.bridge.invokeMethod(method, ...args);
+  }
+
+  addEventListener(name: string, listener: BridgeListener): void {
+    this.bridge.addEventListener(name, listener);
+  }
+
+  removeEventListener(name: string, listener: BridgeListener): void {
+    this.bridge.removeEventListener(name, listener);
+  }
+
+  /** Notes that the connection opened or closed. */
+  noteConnection(name: string, ...args: unknown[]): void {
+    this.add({ ...this.stamp(name, args), kind: 'connection' });
+  }
+
+  clear(): void {
+    this.list = [];
+    this.started.clear();
+    this.unanswered.clear();
+    this.changed();
+  }
+
+  /** The entries, oldest first; the same array until something changes. */
+  readonly entries = (): readonly Entry[] => this.shown;
+
+  readonly watch = (watcher: () => void): (() => void) => {
+    this.watchers.add(watcher);
+    return () => this.watchers.delete(watcher);
+  };
+
+  private stamp(name: string, args: readonly unknown[]): EntryBase {
+    return { id: this.nextId++, at: new Date(), name, args };
+  }
+
+  private hear(event: string): void {
+    if (this.heard.has(event)) return;
+    this.heard.add(event);
+    this.bridge.addEventListener(event, (...args) => this.onEvent(event, args));
+  }
+
+  private onEvent(name: string, args: unknown[]): void {
+    const entry: EventEntry = { ...this.stamp(name, args), kind: 'event' };
+    const reply = envelope(args[0]);
+    const call = this.callAnsweredBy(name, args, reply);
+    if (call) {
+      const afterMs = performance.now() - this.started.get(call)!;
+      call.answer = { outcome: !reply ? 'empty' : reply.code === '0' ? 'ok' : 'failed', afterMs };
+      entry.afterMs = afterMs;
+      this.forget(call);
+    }
+    this.add(entry);
+  }
+
+  private callAnsweredBy(event: string, args: readonly unknown[], reply: Envelope | undefined): CallEntry | undefined {
+    // An empty reply names no call, but the answers of one method come in the order of the calls.
+    const isEmpty = args[0] === '';
+    for (const call of this.unanswered.get(event) ?? []) if (isEmpty || call.uuid === reply?.uuid) return call;
+    return undefined;
+  }
+
+  private forget(call: CallEntry): void {
+    this.started.delete(call);
+    this.unanswered.get(replyOf(call.name))?.delete(call);
+  }
+
+  private add(entry: Entry): void {
+    this.list.push(entry);
+    if (this.list.length >= 2 * this.limit) {
+      for (const old of this.list.splice(0, this.list.length - this.limit)) if (old.kind === 'call') this.forget(old);
+    }
+    this.changed();
+  }
+
+  private changed(): void {
+    if (this.announced) return;
+    this.announced = true;
+    this.schedule(() => {
+      this.announced = false;
+      this.shown = this.list.slice(-this.limit);
+      this.watchers.forEach((watcher) => watcher());
+    });
+  }
+}
+
+interface Envelope {
+  code?: unknown;
+  uuid?: unknown;
+}
+
+function envelope(reply: unknown): Envelope | undefined {
+  if (typeof reply !== 'string') return undefined;
+  try {
+    return (JSON.parse(reply) as Envelope | null) ?? undefined;
+  } catch {
+    return undefined;
+  }
+}

@@ -1,0 +1,144 @@
+import { beforeEach, describe, expect, it } from 'vitest';
+import type { BridgeListener, CallBridge } from '@varnel/web-client';
+import { Journal, type CallEntry, type EventEntry } from '../src/journal';
+
+class FakeBridge implements CallBridge {
+  readonly sent: unknown[][] = [];
+  private readonly listeners = new Map<string, BridgeListener[]>();
+
+  invokeMethod(...call: unknown[]): void {
+    this.sent.push(call);
+  }
+
+  addEventListener(name: string, listener: BridgeListener): void {
+    this.listeners.set(name, [...(this.listeners.get(name) ?? []), listener]);
+  }
+
+  removeEventListener(name: string, listener: BridgeListener): void {
+    this.listeners.set(
+      name,
+      (this.listeners.get(name) ?? []).filter((other) => other !== listener),
+    );
+  }
+
+  emit(name: string, ...args: unknown[]): void {
+    this.listeners.get(name)?.forEach((listener) => listener(...args));
+  }
+}
+
+const reply = (uuid: string, code = '0') => JSON.stringify({ code, msg: '', resultData: '', uuid });
+
+let bridge: FakeBridge;
+let frames: (() => void)[];
+let journal: Journal;
+
+beforeEach(() => {
+  bridge = new FakeBridge();
+  frames = [];
+  journal = new Journal(bridge, 4, (task) => frames.push(task));
+});
+
+function drawn() {
+  frames.splice(0).forEach((task) => task());
+  return journal.entries();
+}
+
+function calls() {
+  return drawn().filter((entry): entry is CallEntry => entry.kind === 'call');
+}
+
+describe('the journal', () => {
+  it('passes calls and events on unchanged', () => {
+    const heard: unknown[][] = [];
+    const listener = (...args: unknown[]) => void heard.push(args);
+    journal.addEventListener('Data_getToken_RES', listener);
+    journal.invokeMethod('Data_getToken_REQ', 'u1', null, { a: 1 });
+    bridge.emit('Data_getToken_RES', 'x', 'y');
+    journal.removeEventListener('Data_getToken_RES', listener);
+    bridge.emit('Data_getToken_RES', 'z');
+    expect(bridge.sent).toEqual([['Data_getToken_REQ', 'u1', null, { a: 1 }]]);
+    expect(heard).toEqual([['x', 'y']]);
+  });
+
+  it('writes down calls, answers and pushes in order', () => {
+    journal.invokeMethod('Data_getToken_REQ', 'u1');
+    bridge.emit('on_orderLoaded');
+    bridge.emit('Data_getToken_RES', reply('u1'));
+    expect(drawn().map(({ kind, name, args }) => [kind, name, args])).toEqual([
+      ['call', 'Data_getToken_REQ', ['u1']],
+      ['event', 'on_orderLoaded', []],
+      ['event', 'Data_getToken_RES', [reply('u1')]],
+    ]);
+  });
+
+  it('pairs answers by identifier, whatever their order', () => {
+    journal.invokeMethod('Data_getKLineData_REQ', 'u1');
+    journal.invokeMethod('Data_getKLineData_REQ', 'u2');
+    bridge.emit('Data_getKLineData_RES', reply('u2', '-1'));
+    expect(calls().map(({ answer }) => answer?.outcome)).toEqual([undefined, 'failed']);
+    bridge.emit('Data_getKLineData_RES', reply('u1'));
+    expect(calls().map(({ answer }) => answer?.outcome)).toEqual(['ok', 'failed']);
+  });
+
+  it('pairs a number with the text that comes back', () => {
+    journal.invokeMethod('Data_getToken_REQ', 7);
+    bridge.emit('Data_getToken_RES', reply('7'));
+    expect(calls()[0]!.answer?.outcome).toBe('ok');
+  });
+
+  it('takes an empty reply as the answer to the oldest call of the method', () => {
+    journal.invokeMethod('Data_getToken_REQ');
+    journal.invokeMethod('Data_getToken_REQ', 'u2');
+    bridge.emit('Data_getToken_RES', '');
+    expect(calls().map(({ answer }) => answer?.outcome)).toEqual(['empty', undefined]);
+  });
+
+  it('answers one call for one event, even when an identifier is used twice', () => {
+    journal.invokeMethod('Data_getToken_REQ', 'same');
+    journal.invokeMethod('Data_getToken_REQ', 'same');
+    bridge.emit('Data_getToken_RES', reply('same'));
+    expect(calls().map(({ answer }) => answer?.outcome)).toEqual(['ok', undefined]);
+  });
+
+  it('leaves a reply to nobody unpaired', () => {
+    journal.invokeMethod('Data_getToken_REQ', 'u1');
+    bridge.emit('Data_getToken_RES', reply('u9'));
+    bridge.emit('Data_getToken_RES', 'no JSON');
+    bridge.emit('Data_getToken_RES', 'null');
+    expect(calls()[0]!.answer).toBeUndefined();
+    expect(
+      drawn()
+        .slice(1)
+        .every((entry) => (entry as EventEntry).afterMs === undefined),
+    ).toBe(true);
+  });
+
+  it('hears the answer of a method that it did not know', () => {
+    journal.invokeMethod('New_thing_REQ', 'u1');
+    bridge.emit('New_thing_RES', reply('u1'));
+    expect(calls()[0]!.answer?.outcome).toBe('ok');
+  });
+
+  it('keeps the latest entries only', () => {
+    for (let call = 1; call <= 11; ++call) journal.invokeMethod('Data_getToken_REQ', `u${call}`);
+    expect(calls().map(({ uuid }) => uuid)).toEqual(['u8', 'u9', 'u10', 'u11']);
+    bridge.emit('Data_getToken_RES', reply('u1'));
+    expect((drawn().at(-1) as EventEntry).afterMs).toBeUndefined();
+  });
+
+  it('tells its watchers once for a burst, and gives the same array until then', () => {
+    let told = 0;
+    const stop = journal.watch(() => ++told);
+    const before = journal.entries();
+    journal.invokeMethod('Data_getToken_REQ', 'u1');
+    journal.noteConnection('close', 1001, 'gone');
+    expect(journal.entries()).toBe(before);
+    expect(frames).toHaveLength(1);
+    drawn();
+    expect(told).toBe(1);
+    stop();
+    journal.clear();
+    expect(drawn()).toEqual([]);
+    expect(told).toBe(1);
+  });
+});
