@@ -1,0 +1,34 @@
+import type { Page, WebSocket } from '@playwright/test';
+import type { Envelope } from './peer';
+
+export interface Sent {
+  invoke: string;
+  args: unknown[];
+}
+
+export interface Received {
+  event: string;
+  args: unknown[];
+}
+
+/** Everything that a page and the simulator say to each other, seen from outside of the page. */
+export class Frames {
+  readonly sent: Sent[] = [];
+  readonly received: Received[] = [];
+  connections = 0;
+
+  constructor(page: Page) {
+    page.on('websocket', (socket: WebSocket) => {
+      this.connections += 1;
+      socket.on('framesent', ({ payload }) => this.sent.push(JSON.parse(String(payload)) as Sent));
+      socket.on('framereceived', ({ payload }) => this.received.push(JSON.parse(String(payload)) as Received));
+    });
+  }
+
+  /** The replies that carry an envelope. */
+  replies(event: string): Envelope[] {
+    return this.received
+      .filter((frame) => frame.event === event && frame.args[0] !== '')
+      .map(({ args }) => JSON.parse(args[0] as string) as Envelope);
+  }
+}

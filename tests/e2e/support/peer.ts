@@ -1,0 +1,117 @@
+import { once } from 'node:events';
+import { WebSocket, type ClientOptions } from 'ws';
+
+export interface Envelope {
+  code: string;
+  msg: string;
+  resultData: unknown;
+  uuid: string;
+}
+
+export interface BridgeEvent {
+  event: string;
+  args: unknown[];
+  /** The first argument, read, if it is a reply envelope. */
+  reply: Envelope | undefined;
+}
+
+export interface Closed {
+  code: number;
+  reason: string;
+}
+
+/** A page without a browser: one WebSocket that speaks to the gateway. */
+export class Peer {
+  readonly events: BridgeEvent[] = [];
+  readonly closed: Promise<Closed>;
+  private readonly changed = new Set<() => void>();
+
+  private constructor(readonly socket: WebSocket) {
+    socket.on('message', (data) => {
+      const { event, args } = JSON.parse(String(data)) as BridgeEvent;
+      this.events.push({ event, args, reply: envelope(args[0]) });
+      this.changed.forEach((check) => check());
+    });
+    socket.on('error', () => {}); // a connection that breaks shows itself in "closed"
+    this.closed = once(socket, 'close').then(([code, reason]) => ({ code: code as number, reason: String(reason) }));
+  }
+
+  static async connect(url: string, options: ClientOptions = {}): Promise<Peer> {
+    const { address, own } = viewOf(url);
+    const socket = new WebSocket(address, { origin: own, ...options });
+    const peer = new Peer(socket);
+    await once(socket, 'open');
+    return peer;
+  }
+
+  call(method: string, ...args: unknown[]): void {
+    this.socket.send(JSON.stringify({ invoke: method, args }));
+  }
+
+  /** The first event, past or to come, that meets the condition. Fails when the connection ends before. */
+  async event(condition: (event: BridgeEvent) => boolean): Promise<BridgeEvent> {
+    return this.until(() => this.events.find(condition));
+  }
+
+  /** Waits until so many events have come. */
+  async count(number: number): Promise<BridgeEvent[]> {
+    return this.until(() => (this.events.length >= number ? this.events : undefined));
+  }
+
+  async reply(event: string, uuid: string): Promise<Envelope> {
+    const found = await this.event((candidate) => candidate.event === event && candidate.reply?.uuid === uuid);
+    return found.reply!;
+  }
+
+  /** Makes a call that is answered at once. Answers keep their order, so all earlier ones have come by then. */
+  async drain(): Promise<void> {
+    const uuid = `drain-${this.events.length}`;
+    this.call('Data_getToken_REQ', uuid);
+    const drained = await this.event(({ reply }) => reply?.uuid === uuid);
+    this.events.splice(this.events.indexOf(drained), 1);
+  }
+
+  close(): void {
+    this.socket.close();
+  }
+
+  private until<T>(look: () => T | undefined): Promise<T> {
+    return new Promise((resolve, reject) => {
+      const check = () => {
+        const found = look();
+        if (found === undefined) return;
+        this.changed.delete(check);
+        resolve(found);
+      };
+      this.changed.add(check);
+      void this.closed.then(({ code, reason }) => reject(new Error(`closed while waiting: ${code} ${reason}`)));
+      check();
+    });
+  }
+}
+
+function envelope(arg: unknown): Envelope | undefined {
+  return typeof arg === 'string' && arg.startsWith('{') ? (JSON.parse(arg) as Envelope) : undefined;
+}
+
+export function viewOf(url: string) {
+  const { origin, host, port } = new URL(url);
+  return { address: `ws://${host}/view`, own: origin, port: Number(port) };
+}
+
+/** The HTTP status with which the gateway answers the wish for a WebSocket: 101 when it agrees. */
+export async function handshakeStatus(url: string, options: ClientOptions): Promise<number> {
+  const socket = new WebSocket(viewOf(url).address, options);
+  try {
+    return await new Promise<number>((resolve, reject) => {
+      socket.on('open', () => resolve(101));
+      socket.on('unexpected-response', (request, response) => {
+        request.destroy();
+        resolve(response.statusCode ?? 0);
+      });
+      socket.on('error', reject);
+    });
+  } finally {
+    socket.terminate();
+  }
+}

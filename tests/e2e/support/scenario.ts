@@ -1,0 +1,24 @@
+import { readFileSync } from 'node:fs';
+
+interface Scenario {
+  station: string;
+  traders: { id: string; name: string }[];
+  logins: { account: string; token: string }[];
+  fundAccounts: { account: string; name: string; property: 'stock' | 'futures' }[];
+  securities: { symbol: string; name: string }[];
+}
+
+/** The world that the simulator plays unless it is told otherwise. */
+export const scenario = JSON.parse(
+  readFileSync(new URL('../../../simulator/scenarios/default.json', import.meta.url), 'utf8'),
+) as Scenario;
+
+export const login = scenario.logins[0]!;
+export const traderIds = scenario.traders.map(({ id }) => id).sort();
+export const symbols = scenario.securities.map(({ symbol }) => symbol);
+
+export function fundAccounts(property?: 'stock' | 'futures') {
+  return scenario.fundAccounts
+    .filter((account) => property === undefined || account.property === property)
+    .map(({ account, name }) => ({ fundAccount: account, fundAccountName: name }));
+}

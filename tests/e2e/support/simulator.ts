@@ -1,0 +1,71 @@
+import { spawn, type ChildProcessByStdio } from 'node:child_process';
+import { once } from 'node:events';
+import type { Readable } from 'node:stream';
+
+/** How long a simulator may take to start or to end before it counts as stuck. */
+const patienceMs = 60_000;
+
+export interface Ended {
+  code: number | null;
+  signal: NodeJS.Signals | null;
+}
+
+/** A running simulator process and everything that it prints. */
+export class Simulator {
+  stdout = '';
+  stderr = '';
+  readonly ended: Promise<Ended>;
+  private readonly child: ChildProcessByStdio<null, Readable, Readable>;
+
+  constructor(args: readonly string[]) {
+    this.child = spawn(process.env.VARNEL_SIMULATOR!, args, { stdio: ['ignore', 'pipe', 'pipe'] });
+    this.child.stdout.setEncoding('utf8').on('data', (text: string) => (this.stdout += text));
+    this.child.stderr.setEncoding('utf8').on('data', (text: string) => (this.stderr += text));
+    // "close", not "exit": by then all output has been read.
+    this.ended = once(this.child, 'close').then(([code, signal]) => ({ code, signal }) as Ended);
+  }
+
+  /** The address, once the simulator answers there. */
+  async listening(): Promise<string> {
+    const line = this.printed('stdout', /^listening on (http:\/\/127\.0\.0\.1:\d+\/)$/m).then(([, url]) => url!);
+    const failed = this.ended.then(({ code, signal }) => {
+      throw new Error(`the simulator ended (${code ?? signal}) before it listened:\n${this.stderr}`);
+    });
+    return Promise.race([line, failed, this.stuck('did not start')]);
+  }
+
+  /** Waits for something in the log. */
+  async logged(pattern: RegExp): Promise<void> {
+    await this.printed('stderr', pattern);
+  }
+
+  /** Sends the signal and waits for the end. */
+  async stop(signal: 'SIGTERM' | 'SIGINT' = 'SIGTERM'): Promise<Ended> {
+    this.child.kill(signal);
+    return Promise.race([this.ended, this.stuck(`did not end on ${signal}`)]);
+  }
+
+  private printed(where: 'stdout' | 'stderr', pattern: RegExp): Promise<RegExpExecArray> {
+    return new Promise((resolve) => {
+      const look = () => {
+        const found = pattern.exec(this[where]);
+        if (!found) return;
+        this.child[where].off('data', look);
+        resolve(found);
+      };
+      this.child[where].on('data', look);
+      look();
+    });
+  }
+
+  private stuck(what: string): Promise<never> {
+    return new Promise((_, reject) => {
+      const timer = setTimeout(() => {
+        this.child.kill('SIGKILL');
+        reject(new Error(`the simulator ${what} within ${patienceMs} ms:\n${this.stderr}`));
+      }, patienceMs);
+      // A timer must not outlive the process that it watches.
+      void this.ended.finally(() => clearTimeout(timer));
+    });
+  }
+}

@@ -1,0 +1,261 @@
+import type { Page } from '@playwright/test';
+import { candleFields, klinePeriods } from '@varnel/web-client';
+import { Frames } from './support/frames';
+import { fundAccounts, login, scenario, symbols, traderIds } from './support/scenario';
+import { expect, roots, test } from './support/test';
+
+test.use({ root: roots.workbench });
+
+const entry = (page: Page, kind: 'call' | 'event' | 'connection', name: string) =>
+  page.getByTestId('entry').and(page.locator(`[data-kind="${kind}"][data-name="${name}"]`));
+
+/** Opens the desk and waits until all that it asks at once is answered. */
+async function openDesk(page: Page): Promise<Frames> {
+  const frames = new Frames(page);
+  await page.goto('/');
+  await expect(page.getByTestId('connection')).toHaveText('已连接 connected');
+  await expect(page.getByTestId('kline-table').locator('tbody tr')).not.toHaveCount(0);
+  await expect(page.getByLabel('只看未应答')).toBeVisible();
+  await expect(page.getByTestId('entry').filter({ hasText: '尚无应答' })).toHaveCount(0);
+  return frames;
+}
+
+async function sendFreely(page: Page, method: string, args: string) {
+  const form = page.getByTestId('free-call');
+  await form.getByLabel('方法').fill(method);
+  await form.getByLabel('参数').fill(args);
+  await form.getByRole('button', { name: '发送' }).click();
+}
+
+function accountRows(page: Page) {
+  return page.getByTestId('accounts').locator('tbody tr');
+}
+
+const rowTexts = (accounts: ReturnType<typeof fundAccounts>) =>
+  accounts.map(({ fundAccount, fundAccountName }) => `${fundAccount}${fundAccountName}`);
+
+test.describe('the desk', () => {
+  test('calls all six methods and shows the answers', async ({ page }) => {
+    const faults: string[] = [];
+    page.on('pageerror', (error) => faults.push(error.message));
+    page.on('console', (message) => message.type() === 'error' && faults.push(message.text()));
+    const frames = await openDesk(page);
+
+    await expect(page.getByTestId('login-trader')).toHaveText(login.account);
+    await expect(page.getByTestId('token')).toHaveText(login.token);
+    await expect(page.getByTestId('traders').locator('li')).toHaveText(traderIds);
+    await expect(accountRows(page)).toHaveText(rowTexts(fundAccounts()));
+    await expect(page.getByTestId('station-answer')).toHaveText(scenario.station);
+
+    const methods = ['Token', 'LoginTrader', 'TraderList', 'FundAccountList', 'OPStation', 'KLineData'];
+    for (const method of methods) {
+      const calls = frames.sent.filter(({ invoke }) => invoke === `Data_get${method}_REQ`);
+      const replies = frames.replies(`Data_get${method}_RES`);
+      expect(calls, method).toHaveLength(1);
+      expect(replies, method).toHaveLength(1);
+      expect(replies[0]).toMatchObject({ code: '0', msg: '', uuid: calls[0]!.args[0] });
+      await expect(entry(page, 'call', `Data_get${method}_REQ`)).toContainText('成功 ok');
+      await expect(entry(page, 'event', `Data_get${method}_RES`)).toHaveCount(1);
+    }
+    expect(frames.received).toHaveLength(methods.length);
+    expect(faults).toEqual([]);
+  });
+
+  test('says that it is a simulation', async ({ page }) => {
+    await openDesk(page);
+    await expect(page.getByRole('banner')).toContainText('模拟环境');
+    await expect(page.getByRole('banner')).toContainText('SIMULATION');
+  });
+
+  test('shows the fund accounts of the property that was chosen', async ({ page }) => {
+    await openDesk(page);
+    for (const property of ['stock', 'futures'] as const) {
+      const expected = fundAccounts(property);
+      expect(expected.length).toBeGreaterThan(0);
+      await page.getByLabel('属性').selectOption({ label: property === 'stock' ? '1 股票 stock' : '2 期货 futures' });
+      await expect(accountRows(page)).toHaveText(rowTexts(expected));
+    }
+  });
+
+  const stations: [string, string, string][] = [
+    ['A', 'B', ';A;B'],
+    ['A', '', ';A'],
+    ['', 'B', ';B'],
+    ['', '', ''],
+    ['站点"一"', '\\', ';站点"一";\\'],
+  ];
+  test('asks for the operator station with both inputs', async ({ page }) => {
+    await openDesk(page);
+    const panel = page.getByTestId('station');
+    for (const [first, second, added] of stations) {
+      await panel.getByLabel('站点信息一').fill(first);
+      await panel.getByLabel('站点信息二').fill(second);
+      await panel.getByRole('button', { name: '查询' }).click();
+      await expect(page.getByTestId('station-answer')).toHaveText(scenario.station + added);
+    }
+  });
+
+  test('labels every control', async ({ page }) => {
+    await openDesk(page);
+    const controls = page.locator('input, select, textarea, button, summary, [tabindex="0"]');
+    expect(await controls.count()).toBeGreaterThan(10);
+    for (const control of await controls.all()) await expect(control).toHaveAccessibleName(/\S/);
+  });
+
+  for (const width of [1280, 1000, 600]) {
+    test(`fits a window ${width} pixels wide`, async ({ page }) => {
+      await page.setViewportSize({ width, height: 800 });
+      await openDesk(page);
+      expect(await page.evaluate(() => document.documentElement.scrollWidth)).toBeLessThanOrEqual(width);
+    });
+  }
+
+  test('says when the connection has ended', async ({ page, simulator }) => {
+    await openDesk(page);
+    await simulator.stop();
+    await expect(page.getByTestId('connection')).toContainText('已断开 disconnected');
+    await expect(page.getByTestId('connection')).toContainText('1001');
+    await expect(entry(page, 'connection', 'close')).toHaveCount(1);
+  });
+});
+
+test.describe('K-lines', () => {
+  async function ask(page: Page, symbol: string, start: string, stop: string, period: '1' | '2') {
+    const panel = page.getByTestId('klines');
+    await panel.getByLabel('证券代码').fill(symbol);
+    await panel.getByLabel('开始').fill(start);
+    await panel.getByLabel('结束').fill(stop);
+    await panel.getByLabel('周期').selectOption(period);
+    await panel.getByRole('button', { name: '查询' }).click();
+  }
+
+  const queries: [string, '1' | '2', string, string][] = [
+    ['the days of February', '2', '20250201', '20250228'],
+    ['the minutes of a morning', '1', '20250228093000', '20250228113000'],
+    ['all that one answer holds', '1', '', ''],
+  ];
+  for (const [name, period, start, stop] of queries) {
+    test(`${name}: chart and table show as many candles as the reply carried`, async ({ page }) => {
+      const frames = await openDesk(page);
+      const symbol = symbols[1]!;
+      await ask(page, symbol, start, stop, period);
+      await expect(page.getByTestId('kline-chart')).toContainText(
+        `${symbol} ${period === klinePeriods.minute ? '分钟线' : '日线'}`,
+      );
+
+      const replies = frames.replies('Data_getKLineData_RES');
+      expect(replies).toHaveLength(2); // the one on opening, and this
+      const candles = replies[1]!.resultData as { close: number; symbol: string }[];
+      expect(candles.length).toBeGreaterThan(10);
+      expect(Object.keys(candles[0]!).sort()).toEqual(Object.values(candleFields).sort());
+      expect(new Set(candles.map((candle) => candle.symbol))).toEqual(new Set([symbol]));
+
+      const rows = page.getByTestId('kline-table').locator('tbody tr');
+      await expect(page.getByTestId('kline-chart')).toHaveAttribute('data-candles', String(candles.length));
+      await expect(rows).toHaveCount(candles.length);
+      // Newest first: the closing prices of the ends are those of the reply.
+      await expect(rows.first().locator('td').nth(4)).toHaveText(candles[candles.length - 1]!.close.toFixed(2));
+      await expect(rows.last().locator('td').nth(4)).toHaveText(candles[0]!.close.toFixed(2));
+    });
+  }
+
+  test('are drawn: the chart shows rising and falling candles', async ({ page }) => {
+    await openDesk(page);
+    const colours = () =>
+      page.getByTestId('kline-chart').evaluate((chart) => {
+        const seen = { up: 0, down: 0 };
+        for (const canvas of chart.querySelectorAll('canvas')) {
+          const { data } = canvas.getContext('2d')!.getImageData(0, 0, canvas.width, canvas.height);
+          for (let at = 0; at < data.length; at += 4) {
+            const colour = (data[at]! << 16) | (data[at + 1]! << 8) | data[at + 2]!;
+            if (data[at + 3] === 255 && colour === 0xe5575c) seen.up += 1;
+            if (data[at + 3] === 255 && colour === 0x35a97c) seen.down += 1;
+          }
+        }
+        return Math.min(seen.up, seen.down);
+      });
+    await expect.poll(colours).toBeGreaterThan(100);
+  });
+
+  test('that do not exist: the call stays without answer, and the next one is answered', async ({ page }) => {
+    const frames = await openDesk(page);
+    await ask(page, 'NOSUCH.SH', '', '', '2');
+    // Another call after it is answered, this one is not.
+    await ask(page, symbols[0]!, '20250201', '20250228', '2');
+    await expect.poll(() => frames.replies('Data_getKLineData_RES').length).toBe(2);
+    const calls = frames.sent.filter(({ invoke }) => invoke === 'Data_getKLineData_REQ');
+    expect(calls).toHaveLength(3);
+    await expect(entry(page, 'call', 'Data_getKLineData_REQ').nth(1)).toContainText('尚无应答');
+    await expect(entry(page, 'call', 'Data_getKLineData_REQ').nth(0)).toContainText('成功 ok');
+  });
+
+  test('asked for in vain end in a time-out', async ({ page }) => {
+    await page.clock.install();
+    await openDesk(page);
+    await ask(page, 'NOSUCH.SH', '', '', '2');
+    await expect(entry(page, 'call', 'Data_getKLineData_REQ')).toHaveCount(2);
+    await page.clock.fastForward(10_000);
+    await expect(page.getByTestId('klines').getByRole('alert')).toHaveText('10 秒内无应答 no answer');
+  });
+});
+
+test.describe('the inspector', () => {
+  test('shows what was asked and answered, laid out', async ({ page }) => {
+    await openDesk(page);
+    await page.getByRole('button', { name: '清空' }).click();
+    await sendFreely(page, 'Data_getFundAccountList_REQ', '["mine", 2]');
+    const call = entry(page, 'call', 'Data_getFundAccountList_REQ');
+    const answer = entry(page, 'event', 'Data_getFundAccountList_RES');
+    await expect(call).toContainText(/成功 ok · [\d.]+ ms/);
+    await expect(answer).toContainText(/[\d.]+ ms/);
+
+    await call.locator('summary').click();
+    await expect(call.locator('pre')).toHaveText(['mine', '2']);
+    await answer.locator('summary').click();
+    const envelope = { code: '0', msg: '', resultData: fundAccounts('futures'), uuid: 'mine' };
+    await expect(answer.locator('pre')).toHaveText(JSON.stringify(envelope, null, 2));
+  });
+
+  for (const method of ['Data_getBuffer_REQ', 'Data_saveBuffer_REQ', 'Data_getTOKEN_REQ', 'NoSuch_call_REQ']) {
+    test(`${method}: nobody handles it, nothing comes, and it is marked so`, async ({ page }) => {
+      const frames = await openDesk(page);
+      await page.getByRole('button', { name: '清空' }).click();
+      await sendFreely(page, method, '["u1"]');
+      await sendFreely(page, 'Data_getToken_REQ', '["later"]');
+      await expect(entry(page, 'call', 'Data_getToken_REQ')).toContainText('成功 ok');
+
+      await expect(entry(page, 'call', method)).toContainText('尚无应答 no answer');
+      await expect(page.getByTestId('entry')).toHaveCount(3); // two calls, one answer
+      expect(frames.received.at(-1)!.event).toBe('Data_getToken_RES');
+      expect(frames.sent.at(-2)).toEqual({ invoke: method, args: ['u1'] });
+
+      await page.getByLabel('只看未应答').check();
+      await expect(page.getByTestId('entry')).toHaveCount(1);
+    });
+  }
+
+  test('shows the empty reply of a call with too few arguments', async ({ page }) => {
+    await openDesk(page);
+    await page.getByRole('button', { name: '清空' }).click();
+    await sendFreely(page, 'Data_getOPStation_REQ', '["u1", "A"]');
+    await expect(entry(page, 'call', 'Data_getOPStation_REQ')).toContainText('空应答 empty');
+    const answer = entry(page, 'event', 'Data_getOPStation_RES');
+    await answer.locator('summary').click();
+    await expect(answer.locator('pre')).toContainText('空应答 empty reply');
+  });
+
+  test('sends nothing that is no argument list, and says why', async ({ page }) => {
+    const frames = await openDesk(page);
+    const before = frames.sent.length;
+    const form = page.getByTestId('free-call');
+    for (const bad of ['', '["u1"', '{"0":"u1"}', '"u1"']) {
+      await form.getByLabel('参数').fill(bad);
+      await expect(form.getByRole('button', { name: '发送' })).toBeDisabled();
+      await expect(form.getByRole('status')).not.toBeEmpty();
+      await form.getByLabel('方法').press('Enter');
+    }
+    await sendFreely(page, 'Data_getToken_REQ', '["u1"]');
+    await expect(form.getByRole('status')).toBeEmpty();
+    await expect.poll(() => frames.sent.length).toBe(before + 1);
+  });
+});
