@@ -17,8 +17,9 @@ bool identical(const QVariant &a, const QVariant &b)
 {
     if (a.userType() != b.userType())
         return false;
-    // QVariant compares values of this type by their address.
-    if (a.userType() == qMetaTypeId<QList<QVariantMap>>())
+    // QVariant compares values of this type by their address. Asked by name: asking for the type's id would register
+    // it, which is the library's to do.
+    if (qstrcmp(a.typeName(), "QList<QVariantMap>") == 0)
         return sameElements(a.value<QList<QVariantMap>>(), b.value<QList<QVariantMap>>());
     switch (a.userType()) {
     case QMetaType::QVariantList:
