@@ -3,7 +3,6 @@
 #include "QtValues.h"
 
 #include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QHash>
 #include <QThread>
 #include <QTimer>
@@ -179,12 +178,11 @@ void PrintTo(const ViewEvent &event, std::ostream *os)
 
 bool spinUntil(const std::function<bool()> &condition, int timeoutMs)
 {
-    const QDeadlineTimer deadline(timeoutMs);
-    QTimer alarm; // ends the wait below when nothing else does
+    QTimer alarm; // also ends the wait below when nothing else does
     alarm.setSingleShot(true);
     alarm.start(timeoutMs);
     while (!condition()) {
-        if (deadline.hasExpired())
+        if (!alarm.isActive())
             return false;
         QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
     }
