@@ -2,8 +2,7 @@
 
 #include "CUnPackMessageCommon.h"
 #include "QvPresenterClass.h"
-
-#include <QMetaObject>
+#include "platform/Wakeup.h"
 
 namespace sim {
 
@@ -34,10 +33,10 @@ void MessageBus::serve(const QString &requestType, const QString &answerType, An
     m_services.insert(requestType, {answerType, std::move(answer)});
 }
 
-int MessageBus::join(QvPresenterClass *presenter, const QString &name)
+int MessageBus::join(QvPresenterClass *presenter, const QString &name, Wakeup *digested)
 {
     const std::lock_guard lock(m_mutex);
-    m_presenters.insert(++m_lastPid, {presenter, name, 0});
+    m_presenters.insert(++m_lastPid, {presenter, name, digested, 0});
     return m_lastPid;
 }
 
@@ -189,8 +188,7 @@ void MessageBus::answer(Request request, std::unique_lock<std::mutex> &lock)
     call(pid, lock, [&](const Presenter &presenter) {
         presenter.object->ProcQuotationMsg(presenter.name, answerType, list);
         // Queued behind all that the call itself has queued for the presenter's thread.
-        QMetaObject::invokeMethod(
-            presenter.object, [this, pid] { digested(pid); }, Qt::QueuedConnection);
+        presenter.digested->post();
     });
 }
 

@@ -23,6 +23,8 @@ class QvPresenterClass;
 
 namespace sim {
 
+class Wakeup;
+
 /// The terminal's message bus: carries requests and events between presenters, on a thread of its own.
 /// Made by the Terminal and shared with every presenter, so that it outlives them all; after stop() it accepts
 /// nothing and calls nobody. Everything may be called from any thread. It never calls a presenter on the caller's
@@ -38,8 +40,12 @@ public:
     /// From now on requests of that type are answered by a message of answerType.
     void serve(const QString &requestType, const QString &answerType, Answer answer);
 
-    /// Gives the presenter its address.
-    int join(QvPresenterClass *presenter, const QString &name);
+    /// Gives the presenter its address. Behind each answer the bus posts digested, on which the presenter's thread
+    /// calls digested().
+    int join(QvPresenterClass *presenter, const QString &name, Wakeup *digested);
+
+    /// The presenter's thread has worked through one more answer.
+    void digested(int pid);
 
     /// Returns when no call into the presenter is under way any more, and none will follow.
     void leave(int pid);
@@ -67,6 +73,7 @@ private:
     struct Presenter {
         QvPresenterClass *object = nullptr;
         QString name;
+        Wakeup *digested = nullptr;
         int undigested = 0; ///< answers delivered that its own thread has not worked through yet
     };
     struct Service {
@@ -90,7 +97,6 @@ private:
     void runErrand(Errand errand, std::unique_lock<std::mutex> &lock);
     void answer(Request request, std::unique_lock<std::mutex> &lock);
     void call(int pid, std::unique_lock<std::mutex> &lock, const std::function<void(const Presenter &)> &call);
-    void digested(int pid);
     QVariantList fetch(const CMessageCommon &request, std::unique_lock<std::mutex> &lock);
 
     const std::chrono::microseconds m_latency;

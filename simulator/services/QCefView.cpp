@@ -1,11 +1,36 @@
 #include "services/QCefViewAccess.h"
 
-#include <QMetaObject>
+#include "platform/Wakeup.h"
+
+#include <QVector>
+
+#include <mutex>
 
 class QCefView::Private {
 public:
+    void deliver();
+
     QCefViewAccess::Page page; // owning thread only
+
+    // Guarded by mutex
+    std::mutex mutex;
+    QVector<QCefEvent> queue;
+
+    sim::Wakeup wakeup{[this] { deliver(); }};
 };
+
+void QCefView::Private::deliver()
+{
+    QVector<QCefEvent> events;
+    {
+        const std::lock_guard lock(mutex);
+        events.swap(queue);
+    }
+    for (const QCefEvent &event : qAsConst(events)) {
+        if (page)
+            page(event);
+    }
+}
 
 QCefView::QCefView(QWidget *parent) : QWidget(parent), d(new Private) {}
 
@@ -16,15 +41,12 @@ QCefView::~QCefView()
 
 bool QCefView::broadcastEvent(const QCefEvent &event)
 {
-    // Always queued, so that the library, which may hold a mutex, is never re-entered. Qt drops what is still queued
-    // when the view dies.
-    return QMetaObject::invokeMethod(
-        this,
-        [this, event] {
-            if (d->page)
-                d->page(event);
-        },
-        Qt::QueuedConnection);
+    // Always queued, so that the library, which may hold a mutex, is never re-entered. A burst wakes the thread once.
+    const std::lock_guard lock(d->mutex);
+    d->queue.append(event);
+    if (d->queue.size() == 1)
+        d->wakeup.post();
+    return true;
 }
 
 void QCefViewAccess::setPage(QCefView &view, Page page)

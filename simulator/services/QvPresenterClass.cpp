@@ -3,6 +3,7 @@
 #include "CEventMessageCommon.h"
 #include "CMessageCommon.h"
 #include "platform/Terminal.h"
+#include "platform/Wakeup.h"
 
 namespace {
 
@@ -13,13 +14,18 @@ constexpr int kRefused = -1;
 
 class QvPresenterClass::Private {
 public:
+    Private(QvPresenterClass *presenter, const QString &name)
+        : bus(sim::Terminal::instance().bus()), pid(bus->join(presenter, name, &digested))
+    {
+    }
+
     const std::shared_ptr<sim::MessageBus> bus; // shared: a presenter may outlive the terminal
+    sim::Wakeup digested{[this] { bus->digested(pid); }};
     const int pid;
 };
 
 QvPresenterClass::QvPresenterClass(const QString &name, QObject *parent, IMessageInterface::ThreadType)
-    : QObject(parent)
-    , d(new Private{sim::Terminal::instance().bus(), sim::Terminal::instance().bus()->join(this, name)})
+    : QObject(parent), d(new Private(this, name))
 {
 }
 

@@ -1,21 +1,19 @@
 #pragma once
 
 #include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QTimer>
 
-/// Turns the event loop until the condition holds; false when it does not within ten seconds. It waits for events,
+/// Turns the event loop until the condition holds; false when it does not within half a minute. It waits for events,
 /// never for time.
 template <typename Condition>
 bool await(Condition condition)
 {
-    constexpr int kPatienceMs = 10000;
-    const QDeadlineTimer deadline(kPatienceMs);
-    QTimer wakeAtDeadline;
-    wakeAtDeadline.setSingleShot(true);
-    wakeAtDeadline.start(kPatienceMs);
+    constexpr int kPatienceMs = 30000;
+    QTimer alarm; // also ends the wait below when nothing else does
+    alarm.setSingleShot(true);
+    alarm.start(kPatienceMs);
     while (!condition()) {
-        if (deadline.hasExpired())
+        if (!alarm.isActive())
             return false;
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
         QCoreApplication::sendPostedEvents(nullptr,

@@ -213,15 +213,16 @@ TEST_F(PageConnectionTest, APageThatStopsReadingIsDropped)
                   "Sec-WebSocket-Version: 13\r\nSec-WebSocket-Key: AAAAAAAAAAAAAAAAAAAAAA==\r\n"
                   "Origin: http://allowed.example\r\n\r\n");
     ASSERT_TRUE(await([&] { return pages().size() == 2; }));
-    // Each call is answered with 2,000 candles of more than 150 bytes.
-    const QByteArray call = "{\"invoke\":\"Data_getKLineData_REQ\",\"args\":[\"u\",\"609801.SH\",\"\",\"\",\"1\"]}";
-    ASSERT_LT(call.size(), 126); // what the short frame form can hold
-    QByteArray frame("\x81", 1);
-    frame += char(0x80 | call.size());
+    // Each call is answered with its long uuid.
+    const QByteArray uuid(PageConnection::kMaxFrame - 100, 'u');
+    const QByteArray call = "{\"invoke\":\"Data_getToken_REQ\",\"args\":[\"" + uuid + "\"]}";
+    QByteArray frame("\x81\xff", 2); // a masked text with a length of eight bytes
+    for (int shift = 56; shift >= 0; shift -= 8)
+        frame += char(qint64(call.size()) >> shift);
     frame += QByteArray(4, '\0'); // the mask
     frame += call;
     constexpr qint64 kSystemBuffers = 8 * 1024 * 1024;
-    const qint64 needed = (PageConnection::kMaxBacklog + kSystemBuffers) / (2000 * 150);
+    const qint64 needed = (PageConnection::kMaxBacklog + kSystemBuffers) / uuid.size() + 1;
     for (qint64 i = 0; i < needed; ++i)
         stalled.write(frame);
     EXPECT_TRUE(await([&] { return pages().size() == 1; }));

@@ -56,7 +56,7 @@ TEST(RequestHead, WhatIsNoHeadIsRefused)
              QByteArray("GET / HTTP/1.1\r\nA: b\r\n folded\r\n\r\n"),
              QByteArray("GET / HTTP/1.1\nA: b\r\n\r\n"),
              QByteArray("GET / HTTP/1.1\r\nA: b\rc: d\r\n\r\n"),
-             QByteArray("GET / HTTP/1.1\r\nA: \0\r\n\r\n", 28),
+             QByteArray("GET / HTTP/1.1\r\nA: ") + '\0' + "\r\n\r\n",
              QByteArray("GET / HTTP/1.1\r\nA: b\r\n"),
          })
         EXPECT_FALSE(RequestHead::parse(bad)) << bad.toStdString();

@@ -6,7 +6,7 @@
 #include "QvPresenterClass.h"
 #include "Tessar_Fields.h"
 
-#include <QSemaphore>
+#include <future>
 
 using namespace sim;
 
@@ -42,17 +42,10 @@ public:
         return reply.toList();
     }
 
-    void ProcQuotationMsg(QString, QVariant type, QVariant data) override
-    {
-        answerType = type;
-        answer = data.toList();
-        answered.release();
-    }
+    void ProcQuotationMsg(QString, QVariant type, QVariant data) override { answer.set_value({type, data.toList()}); }
 
     QString lastId;
-    QVariant answerType;
-    QVariantList answer;
-    QSemaphore answered;
+    std::promise<std::pair<QVariant, QVariantList>> answer; ///< the first one: its type and its candles
 };
 
 class KLineServiceTest : public TerminalTest {
@@ -74,11 +67,13 @@ protected:
 TEST_F(KLineServiceTest, TheAnswerToAnAsynchronousRequestNamesTheRequestInEveryCandle)
 {
     ASSERT_EQ(0, asking.sendRequest_Async(asking.request(kSymbol, QString(), QString(), MinuteKLinePeriod)));
-    ASSERT_TRUE(asking.answered.tryAcquire(1, 10000));
-    EXPECT_EQ(QVariant(QStringLiteral("KLineResponse")), asking.answerType);
-    ASSERT_EQ(2000, asking.answer.size());
+    std::future<std::pair<QVariant, QVariantList>> future = asking.answer.get_future();
+    ASSERT_EQ(std::future_status::ready, future.wait_for(std::chrono::seconds(30)));
+    const auto [type, candles] = future.get();
+    EXPECT_EQ(QVariant(QStringLiteral("KLineResponse")), type);
+    ASSERT_EQ(2000, candles.size());
     EXPECT_FALSE(asking.lastId.isEmpty());
-    for (const QVariant &candle : qAsConst(asking.answer))
+    for (const QVariant &candle : candles)
         ASSERT_EQ(asking.lastId, candle.toMap().value(Tessar_Fields::System::clientMsgID).toString());
 }
 
