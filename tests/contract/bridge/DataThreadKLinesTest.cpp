@@ -10,7 +10,6 @@
 #include <memory>
 
 using testing::_;
-using testing::ElementsAre;
 using testing::Return;
 
 namespace {

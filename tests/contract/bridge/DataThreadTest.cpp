@@ -11,7 +11,6 @@
 
 #include <memory>
 
-using testing::_;
 using testing::ElementsAre;
 using testing::Return;
 
