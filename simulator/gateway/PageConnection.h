@@ -21,7 +21,7 @@ public:
     static constexpr int kMaxFrame = 1024 * 1024;
 
     /// What may wait to be sent. A page that lets more pile up has stopped reading and is dropped.
-    static constexpr qint64 kMaxBacklog = 16 * 1024 * 1024;
+    static constexpr qint64 kMaxBacklog = qint64{16} * 1024 * 1024;
 
     /// Takes the socket over. tcp: what is below it, owned by it.
     PageConnection(QWebSocket *socket, const QPointer<QTcpSocket> &tcp, int number, QObject *parent);

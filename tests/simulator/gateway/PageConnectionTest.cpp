@@ -98,6 +98,7 @@ TEST_F(PageConnectionTest, ManyPagesGetTheirOwnAnswers)
 {
     constexpr int kPages = 50;
     std::vector<std::unique_ptr<Page>> all;
+    all.reserve(kPages);
     for (int i = 0; i < kPages; ++i)
         all.push_back(std::make_unique<Page>(gateway));
     for (int i = 0; i < kPages; ++i) {
@@ -221,7 +222,7 @@ TEST_F(PageConnectionTest, APageThatStopsReadingIsDropped)
         frame += char(qint64(call.size()) >> shift);
     frame += QByteArray(4, '\0'); // the mask
     frame += call;
-    constexpr qint64 kSystemBuffers = 8 * 1024 * 1024;
+    constexpr qint64 kSystemBuffers = qint64{8} * 1024 * 1024;
     const qint64 needed = (PageConnection::kMaxBacklog + kSystemBuffers) / uuid.size() + 1;
     for (qint64 i = 0; i < needed; ++i)
         stalled.write(frame);
