@@ -1,6 +1,17 @@
 #include "books/Books.h"
 
+#include "exchange/Instrument.h"
+
 namespace sim {
+
+namespace {
+
+QString numbered(const QString &prefix, int number)
+{
+    return prefix + QString::number(number).rightJustified(8, QLatin1Char('0'));
+}
+
+} // namespace
 
 Books::Books(const QMap<QString, QString> &traders, const QVector<FundAccount> &fundAccounts,
              const QString &orderIdPrefix)
@@ -8,8 +19,10 @@ Books::Books(const QMap<QString, QString> &traders, const QVector<FundAccount> &
 {
     for (int i = 0; i < m_fundAccounts.size(); ++i) {
         m_byAccount.insert(m_fundAccounts[i].account, i);
-        for (const QString &tradingAccount : m_fundAccounts[i].tradingAccounts)
+        for (const QString &tradingAccount : m_fundAccounts[i].tradingAccounts) {
             m_byTradingAccount.insert(tradingAccount, i);
+            m_ledgers.insert(tradingAccount, Ledger());
+        }
     }
 }
 
@@ -39,7 +52,64 @@ const FundAccount *Books::fundAccountOf(const QString &tradingAccount) const
 
 QString Books::nextClientOrderId()
 {
-    return m_orderIdPrefix + QString::number(++m_lastOrderId).rightJustified(8, QLatin1Char('0'));
+    return numbered(m_orderIdPrefix, ++m_lastOrderId);
+}
+
+const Ledger *Books::ledger(const QString &tradingAccount) const
+{
+    const auto found = m_ledgers.constFind(tradingAccount);
+    return found == m_ledgers.constEnd() ? nullptr : &*found;
+}
+
+Ledger *Books::ledgerToOpen(const QString &tradingAccount)
+{
+    const auto found = m_ledgers.find(tradingAccount);
+    return found == m_ledgers.end() ? nullptr : &*found;
+}
+
+int Books::enter(Order order, const Prices &prices)
+{
+    const int number = m_orders.size();
+    order.id = numbered(QStringLiteral("O") + m_orderIdPrefix, number + 1);
+    order.changed = order.entered;
+    order.remark = violatedRule(order);
+    if (order.remark.isEmpty())
+        order.remark = ledgerOf(order).shortage(order, prices);
+    if (order.remark.isEmpty()) {
+        const QString &exchange = order.instrument->exchange;
+        order.exchangeOrderId = numbered(exchange, ++m_lastExchangeOrder[exchange]);
+        ledgerOf(order).reserve(order);
+    } else {
+        order.status = OrderStatus::Rejected;
+    }
+    m_orders.append(order);
+    return number;
+}
+
+void Books::deal(int order, const QDateTime &time, double price, qint64 qty)
+{
+    Order &dealt = m_orders[order];
+    Q_ASSERT(qty > 0 && qty <= dealt.leaveQty());
+    Ledger &ledger = ledgerOf(dealt);
+    ledger.release(dealt);
+    const double fee = ledger.deal(dealt, price, qty);
+    const double amount = dealt.amount(price, qty);
+    dealt.dealtQty += qty;
+    dealt.dealtAmount += amount;
+    dealt.status = dealt.dealtQty == dealt.qty ? OrderStatus::Filled : OrderStatus::PartlyFilled;
+    dealt.changed = time;
+    ledger.reserve(dealt);
+    const QString id = numbered(QStringLiteral("E") + m_orderIdPrefix, m_executions.size() + 1);
+    m_executions.append({id, order, time, price, qty, amount, fee});
+}
+
+void Books::cancel(int order, const QDateTime &time)
+{
+    Order &cancelled = m_orders[order];
+    Q_ASSERT(cancelled.isOpen());
+    ledgerOf(cancelled).release(cancelled);
+    cancelled.status = cancelled.dealtQty == 0 ? OrderStatus::Cancelled : OrderStatus::PartlyCancelled;
+    cancelled.changed = time;
 }
 
 } // namespace sim

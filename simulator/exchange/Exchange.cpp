@@ -3,16 +3,24 @@
 #include "exchange/TradingCalendar.h"
 
 #include <cmath>
+#include <cstdint>
 
 namespace sim {
 
 namespace {
 
-// Purposes of the random numbers of one minute.
-enum Chance : quint64 { UpperShadow, LowerShadow, Volume, Average };
+// Purposes of random numbers.
+enum Chance : quint64 { UpperShadow, LowerShadow, Volume, Average, HighStep, LowStep, StepPrice, BestSide, Depth };
 
 /// Shadows reach up to this part of the price beyond open and close.
 constexpr double kShadow = 0.0006;
+
+// A minute's prices, from its open to its close, are seen in steps: each is one quote.
+constexpr int kSecondsPerStep = 3;
+constexpr int kStepsPerMinute = 60 / kSecondsPerStep;
+constexpr int kStepsPerDay = kStepsPerMinute * calendar::kMinutesPerDay;
+
+constexpr int kLevels = 5;
 
 /// How busy a minute of the day is: the opening and the close are busier than noon. Averages 1 over a day.
 double busyness(int minuteOfDay)
@@ -26,6 +34,11 @@ double busyness(int minuteOfDay)
 struct Exchange::Ticks {
     qint64 open, high, low, close, volume;
     double value; ///< sum of ticks times volume
+
+    double amount(const Instrument &instrument) const
+    {
+        return std::round(value * instrument.tick * instrument.multiplier * 100) / 100;
+    }
 
     void append(const Ticks &later)
     {
@@ -42,8 +55,24 @@ Exchange::Exchange(const QVector<Instrument> &instruments, quint64 seed, const Q
 {
     const qint64 startDay = calendar::tradingDaysBefore(start);
     m_bySymbol.reserve(m_instruments.size());
-    for (int i = 0; i < m_instruments.size(); ++i)
-        m_bySymbol.insert(m_instruments[i].symbol, {i, PricePath(m_instruments[i], seed, startDay)});
+    m_bySecurityId.reserve(m_instruments.size());
+    for (int i = 0; i < m_instruments.size(); ++i) {
+        const Instrument &instrument = m_instruments[i];
+        m_bySymbol.insert(instrument.symbol, {i, PricePath(instrument, seed, startDay)});
+        m_bySecurityId.insert({instrument.securityId, instrument.exchange}, i);
+    }
+}
+
+const Instrument *Exchange::instrument(const QString &symbol) const
+{
+    const auto found = m_bySymbol.constFind(symbol);
+    return found == m_bySymbol.constEnd() ? nullptr : &m_instruments[found->index];
+}
+
+const Instrument *Exchange::instrumentOf(const QString &securityId, const QString &exchange) const
+{
+    const auto found = m_bySecurityId.constFind({securityId, exchange});
+    return found == m_bySecurityId.constEnd() ? nullptr : &m_instruments[*found];
 }
 
 qint64 Exchange::openTicks(const Listed &listed, qint64 minute) const
@@ -67,7 +96,7 @@ Exchange::Ticks Exchange::minuteTicks(const Listed &listed, qint64 minute, qint6
 
     const double usual = double(instrument.dailyVolume) / calendar::kMinutesPerDay;
     const double shares = usual * busyness(ofDay) * (0.4 + 1.2 * path.chance(minute, Volume));
-    ticks.volume = std::llround(shares / instrument.lot) * instrument.lot;
+    ticks.volume = std::llround(shares / double(instrument.lot)) * instrument.lot;
     ticks.value =
         double(ticks.volume) * (double(ticks.low) + double(ticks.high - ticks.low) * path.chance(minute, Average));
     return ticks;
@@ -80,6 +109,104 @@ Exchange::Ticks Exchange::dayTicks(const Listed &listed, qint64 tradingDay) cons
     for (qint64 minute = first + 1; minute < first + calendar::kMinutesPerDay; ++minute)
         day.append(minuteTicks(listed, minute, day.close)); // within a day each minute opens where the last closed
     return day;
+}
+
+Exchange::Ticks Exchange::beginOf(const Listed &listed, qint64 minute, const Ticks &whole, int steps) const
+{
+    if (steps == kStepsPerMinute)
+        return whole;
+
+    // Two different steps of the minute touch its high and its low.
+    const PricePath &path = listed.path;
+    const int highStep = 1 + int((kStepsPerMinute - 1) * path.chance(minute, HighStep));
+    const int lowStep =
+        1 + (highStep + int((kStepsPerMinute - 2) * path.chance(minute, LowStep))) % (kStepsPerMinute - 1);
+    const auto priceOf = [&](int step) {
+        if (step == highStep)
+            return whole.high;
+        if (step == lowStep)
+            return whole.low;
+        const double onTheWay = double(whole.open) + double(whole.close - whole.open) * step / kStepsPerMinute;
+        const double aside = path.chance(minute * kStepsPerMinute + step, StepPrice) - 0.5;
+        return qBound(whole.low, std::llround(onTheWay + aside * double(whole.high - whole.low)), whole.high);
+    };
+
+    Ticks begin{whole.open, whole.open, whole.open, whole.open, 0, 0};
+    for (int step = 1; step <= steps; ++step)
+        begin.append({0, priceOf(step), priceOf(step), priceOf(step), 0, 0});
+    const qint64 lot = m_instruments[listed.index].lot;
+    begin.volume = whole.volume / lot * steps / kStepsPerMinute * lot;
+    if (begin.volume > 0) {
+        const double average = qBound(double(begin.low), whole.value / double(whole.volume), double(begin.high));
+        begin.value = average * double(begin.volume);
+    }
+    return begin;
+}
+
+void Exchange::addDepth(const Listed &listed, qint64 step, qint64 last, Quote &quote) const
+{
+    const PricePath &path = listed.path;
+    const Instrument &instrument = m_instruments[listed.index];
+    const double usualLots = double(instrument.dailyVolume) / calendar::kMinutesPerDay / double(instrument.lot) / 4;
+    const qint64 lowest = qMax<qint64>(1, instrument.ticksOf(quote.lowerLimit));
+    const qint64 highest = instrument.limitRate > 0 ? instrument.ticksOf(quote.upperLimit) : INT64_MAX;
+
+    // The last trade was at one of the two best prices.
+    const qint64 bestBid = path.chance(step, BestSide) < 0.5 ? last : last - 1;
+    for (int level = 0; level < kLevels; ++level) {
+        const auto offer = [&](qint64 ticks, quint64 purpose) {
+            if (ticks < lowest || ticks > highest)
+                return QuoteLevel();
+            const double lots = usualLots * (0.2 + 1.6 * path.chance(step, Depth + purpose));
+            return QuoteLevel{instrument.priceOf(ticks), (1 + std::llround(lots)) * instrument.lot};
+        };
+        quote.bids.append(offer(bestBid - level, quint64(level)));
+        quote.asks.append(offer(bestBid + 1 + level, quint64(kLevels + level)));
+    }
+}
+
+std::optional<Quote> Exchange::quote(const QString &symbol) const
+{
+    const auto found = m_bySymbol.constFind(symbol);
+    if (found == m_bySymbol.constEnd())
+        return std::nullopt;
+
+    // Before a day's first step, the day before is the latest that has anything to show.
+    const Instrument &instrument = m_instruments[found->index];
+    const qint64 step = calendar::secondsTradedBy(m_clock.now()) / kSecondsPerStep;
+    const qint64 day = (step - 1) / kStepsPerDay;
+    const qint64 minute = (step - 1) / kStepsPerMinute;
+    const int stepsOfMinute = int(step - minute * kStepsPerMinute);
+    if (calendar::dateOf(day) < instrument.listed)
+        return std::nullopt;
+
+    const qint64 first = day * calendar::kMinutesPerDay;
+    const auto upTo = [&](qint64 number, qint64 open) {
+        const Ticks whole = minuteTicks(*found, number, open);
+        return number < minute ? whole : beginOf(*found, number, whole, stepsOfMinute);
+    };
+    Ticks ticks = upTo(first, openTicks(*found, first));
+    for (qint64 number = first + 1; number <= minute; ++number)
+        ticks.append(upTo(number, ticks.close));
+
+    Quote quote;
+    quote.symbol = symbol;
+    quote.time = calendar::endOfMinute(minute).addSecs((stepsOfMinute - kStepsPerMinute) * kSecondsPerStep);
+    const qint64 before = found->path.ticks(day - 1, calendar::kMinutesPerDay);
+    quote.previousClose = instrument.priceOf(before);
+    quote.open = instrument.priceOf(ticks.open);
+    quote.high = instrument.priceOf(ticks.high);
+    quote.low = instrument.priceOf(ticks.low);
+    quote.last = instrument.priceOf(ticks.close);
+    if (instrument.limitRate > 0) { // at least one tick away, however cheap the security is
+        const qint64 reach = qMax<qint64>(1, std::llround(double(before) * instrument.limitRate));
+        quote.upperLimit = instrument.priceOf(before + reach);
+        quote.lowerLimit = instrument.priceOf(qMax<qint64>(1, before - reach));
+    }
+    quote.volume = ticks.volume;
+    quote.amount = ticks.amount(instrument);
+    addDepth(*found, step, ticks.close, quote);
+    return quote;
 }
 
 QVector<Candle> Exchange::candles(const QString &symbol, const QDateTime &start, const QDateTime &stop,
@@ -106,11 +233,9 @@ QVector<Candle> Exchange::candles(const QString &symbol, const QDateTime &start,
     candles.reserve(int(qMax<qint64>(0, last - first)));
     for (qint64 number = first; number < last; ++number) {
         const Ticks ticks = minutes ? minuteTicks(*found, number, openTicks(*found, number)) : dayTicks(*found, number);
-        // Dividing whole ticks gives the double nearest to the decimal price; multiplying by 0.01 would not.
-        const auto price = [&](qint64 n) { return double(n) / instrument.ticksPerUnit; };
-        const double amount = ticks.value / instrument.ticksPerUnit * instrument.multiplier;
+        const auto price = [&](qint64 n) { return instrument.priceOf(n); };
         candles.append({endOf(number), price(ticks.open), price(ticks.high), price(ticks.low), price(ticks.close),
-                        ticks.volume, std::round(amount * 100) / 100});
+                        ticks.volume, ticks.amount(instrument)});
     }
     return candles;
 }

@@ -3,9 +3,12 @@
 #include "exchange/Clock.h"
 #include "exchange/Instrument.h"
 #include "exchange/PricePath.h"
+#include "exchange/Quote.h"
 
 #include <QHash>
 #include <QVector>
+
+#include <optional>
 
 namespace sim {
 
@@ -35,6 +38,15 @@ public:
 
     const QVector<Instrument> &instruments() const { return m_instruments; }
 
+    /// Null when it is not listed.
+    const Instrument *instrument(const QString &symbol) const;
+    const Instrument *instrumentOf(const QString &securityId, const QString &exchange) const;
+
+    /// How the security stands now. From a day's opening until the next trading day's it is that day's quote; it
+    /// changes every three seconds of trading, and never contradicts a candle: after a candle's last second the
+    /// quote has gone through exactly that candle.
+    std::optional<Quote> quote(const QString &symbol) const;
+
     /// The finished candles that end between start and stop, both included, oldest first. An invalid stop means
     /// now, an invalid start means as far back as there is anything. Empty for an unknown symbol. A day's candle
     /// is made of its 240 minutes' candles exactly.
@@ -52,9 +64,16 @@ private:
     qint64 openTicks(const Listed &listed, qint64 minute) const;
     Ticks dayTicks(const Listed &listed, qint64 tradingDay) const;
 
+    /// So many steps of the minute, of which the whole is given.
+    Ticks beginOf(const Listed &listed, qint64 minute, const Ticks &whole, int steps) const;
+
+    /// The five best prices on each side of the last one.
+    void addDepth(const Listed &listed, qint64 step, qint64 last, Quote &quote) const;
+
     const QVector<Instrument> m_instruments;
     const Clock &m_clock;
     QHash<QString, Listed> m_bySymbol;
+    QHash<QPair<QString, QString>, int> m_bySecurityId; ///< with the exchange; indices in m_instruments
 };
 
 } // namespace sim

@@ -5,19 +5,42 @@
 
 namespace sim {
 
-/// One listed security. A plain value, constant after the scenario has been read.
+enum class SecurityKind { Share, Fund, Bond, Future };
+
+/// One listed security. A plain value, constant once it is listed.
 struct Instrument {
-    QString symbol;     ///< unique, "600801.SH"
-    QString securityId; ///< the exchange's own code, "600801"
+    QString symbol;     ///< unique, "609801.SH"
+    QString securityId; ///< the exchange's own code, "609801"
     QString exchange;
     QString name;
-    QString spellCode;      ///< first letters of the name's pinyin, for searches
-    double price = 0;       ///< closing price of the last trading day before the scenario starts
-    int ticksPerUnit = 100; ///< 1 divided by the price step, so that prices are exact decimals
-    int lot = 100;          ///< smallest traded quantity
-    int multiplier = 1;     ///< money per price unit and share or contract
-    qint64 dailyVolume = 0; ///< what a usual day trades, in shares or contracts
-    QDate listed;           ///< first trading day; there is no candle before it
+    QString spellCode; ///< first letters of the name's pinyin, for searches
+
+    SecurityKind kind = SecurityKind::Share;
+    QString subType; ///< the SecurityClass that the rules below come from
+    QString board;   ///< market segment, "main"
+
+    double price = 0;         ///< closing price of the last trading day before the scenario starts
+    double tick = 0.01;       ///< price step, of at most four decimals
+    int decimals = 2;         ///< of the tick and so of every price
+    qint64 lot = 100;         ///< smallest step of a buy, and of what is traded
+    qint64 minQty = 100;      ///< of one order
+    qint64 maxQty = 0;        ///< of one order
+    qint64 displayStep = 100; ///< by how much an order ticket steps
+    double multiplier = 1;    ///< money per price unit and share, bond or contract
+    double interest = 0;      ///< bonds: accrued, for 100 of face value
+    double limitRate = 0;     ///< how far a day's prices may go from the previous close; 0: as far as they like
+    double volatility = 1;    ///< how lively the price is: 1 is about 1.5 % a day
+    qint64 dailyVolume = 0;   ///< what a usual day trades, in shares, bonds or contracts
+    QDate listed;             ///< first trading day; there is no candle before it
+
+    /// The double nearest to the decimal price of that many ticks.
+    double priceOf(qint64 ticks) const;
+
+    /// A price in ticks, rounded to the nearest.
+    qint64 ticksOf(double price) const;
 };
+
+/// The fewest decimals, up to four, that write the tick exactly; -1 when four are not enough.
+int decimalsOf(double tick);
 
 } // namespace sim

@@ -1,5 +1,6 @@
 #include "exchange/PricePath.h"
 
+#include "exchange/Random.h"
 #include "exchange/TradingCalendar.h"
 
 #include <QtMath>
@@ -7,6 +8,8 @@
 #include <cmath>
 
 namespace sim {
+
+using namespace random;
 
 namespace {
 
@@ -21,34 +24,6 @@ constexpr double kNightMove = 0.008;
 constexpr quint64 kNight = 1000;
 constexpr quint64 kCallersPurposes = 2000;
 
-/// Scrambles a number so that neighbours have nothing in common (the finaliser of SplitMix64).
-quint64 scramble(quint64 x)
-{
-    x += Q_UINT64_C(0x9e3779b97f4a7c15);
-    x = (x ^ (x >> 30)) * Q_UINT64_C(0xbf58476d1ce4e5b9);
-    x = (x ^ (x >> 27)) * Q_UINT64_C(0x94d049bb133111eb);
-    return x ^ (x >> 31);
-}
-
-/// FNV-1a over the text's characters; qHash is salted anew in every process.
-quint64 hash(const QString &text)
-{
-    quint64 h = Q_UINT64_C(0xcbf29ce484222325);
-    for (const QChar c : text)
-        h = (h ^ c.unicode()) * Q_UINT64_C(0x100000001b3);
-    return h;
-}
-
-quint64 subkey(quint64 key, quint64 purpose)
-{
-    return scramble(key ^ scramble(purpose));
-}
-
-double from0To1(quint64 key, qint64 index)
-{
-    return double(scramble(key ^ quint64(index)) >> 11) / double(Q_UINT64_C(1) << 53);
-}
-
 double around0(quint64 key, qint64 index)
 {
     return 2 * from0To1(key, index) - 1;
@@ -59,7 +34,8 @@ double around0(quint64 key, qint64 index)
 PricePath::PricePath(const Instrument &instrument, quint64 seed, qint64 startDay)
     : m_key(scramble(seed) ^ hash(instrument.symbol))
     , m_nightKey(subkey(m_key, kNight))
-    , m_ticksAtStart(instrument.price * instrument.ticksPerUnit)
+    , m_volatility(instrument.volatility)
+    , m_ticksAtStart(instrument.price / instrument.tick)
 {
     for (int layer = 0; layer < kLayers; ++layer)
         m_layerKeys[size_t(layer)] = subkey(m_key, quint64(layer));
@@ -82,13 +58,13 @@ double PricePath::logPrice(qint64 tradingDay, int minutesEnded) const
 
 qint64 PricePath::ticks(qint64 tradingDay, int minutesEnded) const
 {
-    const double price = m_ticksAtStart * std::exp(logPrice(tradingDay, minutesEnded) - m_logAtStart);
+    const double price = m_ticksAtStart * std::exp(m_volatility * (logPrice(tradingDay, minutesEnded) - m_logAtStart));
     return qMax<qint64>(1, std::llround(price));
 }
 
-double PricePath::chance(qint64 minute, quint64 purpose) const
+double PricePath::chance(qint64 number, quint64 purpose) const
 {
-    return from0To1(subkey(m_key, kCallersPurposes + purpose), minute);
+    return from0To1(subkey(m_key, kCallersPurposes + purpose), number);
 }
 
 } // namespace sim

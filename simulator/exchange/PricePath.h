@@ -18,8 +18,8 @@ public:
     /// below one tick.
     qint64 ticks(qint64 tradingDay, int minutesEnded) const;
 
-    /// A number in [0, 1) that belongs to one minute of trading and one purpose.
-    double chance(qint64 minute, quint64 purpose) const;
+    /// A number in [0, 1) that belongs to one purpose and, of what the caller numbers for it, one.
+    double chance(qint64 number, quint64 purpose) const;
 
 private:
     double logPrice(qint64 tradingDay, int minutesEnded) const;
@@ -32,6 +32,7 @@ private:
     quint64 m_key; ///< mixes seed and symbol
     quint64 m_nightKey;
     std::array<quint64, kLayers> m_layerKeys;
+    double m_volatility;
     double m_ticksAtStart;
     double m_logAtStart;
 };

@@ -12,10 +12,13 @@ constexpr int kAfternoonOpen = 13 * 60;
 constexpr int kDaysPerWeek = 7;
 constexpr int kTradingDaysPerWeek = 5;
 
-int endedToday(const QTime &time)
+/// Seconds of trading that have passed at that time of a trading day.
+int tradedToday(const QTime &time)
 {
-    const int minute = time.hour() * 60 + time.minute();
-    return qBound(0, minute - kMorningOpen, kHalfDay) + qBound(0, minute - kAfternoonOpen, kHalfDay);
+    const auto since = [&](int openingMinute) {
+        return qBound(0, time.msecsSinceStartOfDay() / 1000 - openingMinute * 60, kHalfDay * 60);
+    };
+    return since(kMorningOpen) + since(kAfternoonOpen);
 }
 
 bool trades(const QDate &date)
@@ -50,10 +53,15 @@ QDateTime endOfDay(qint64 tradingDay)
     return endOfMinute(tradingDay * kMinutesPerDay + kMinutesPerDay - 1);
 }
 
+qint64 secondsTradedBy(const QDateTime &time)
+{
+    const int today = trades(time.date()) ? tradedToday(time.time()) : 0;
+    return tradingDaysBefore(time.date()) * kSecondsPerDay + today;
+}
+
 qint64 minutesEndedBy(const QDateTime &time)
 {
-    const int today = trades(time.date()) ? endedToday(time.time()) : 0;
-    return tradingDaysBefore(time.date()) * kMinutesPerDay + today;
+    return secondsTradedBy(time) / 60;
 }
 
 qint64 daysEndedBy(const QDateTime &time)

@@ -7,6 +7,7 @@
 namespace sim::calendar {
 
 constexpr int kMinutesPerDay = 240;
+constexpr int kSecondsPerDay = kMinutesPerDay * 60;
 
 /// The number of trading days before the date, counted from a fixed day in the far past.
 qint64 tradingDaysBefore(const QDate &date);
@@ -19,6 +20,9 @@ QDateTime endOfMinute(qint64 minute);
 
 /// When trading day n closes.
 QDateTime endOfDay(qint64 tradingDay);
+
+/// How many seconds of trading have passed at that time.
+qint64 secondsTradedBy(const QDateTime &time);
 
 /// How many minutes of trading have ended at that time, its very second included.
 qint64 minutesEndedBy(const QDateTime &time);

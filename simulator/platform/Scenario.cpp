@@ -1,5 +1,6 @@
 #include "platform/Scenario.h"
 
+#include "exchange/SecurityClass.h"
 #include "platform/StrictJson.h"
 
 #include <QFile>
@@ -11,7 +12,8 @@ namespace sim {
 
 namespace {
 
-constexpr int kMaxTicksPerUnit = 10000;
+constexpr int kMaxTick = 1000;
+constexpr int kMaxGenerated = 1000;
 constexpr qint64 kMaxCount = 1000000000;
 constexpr qint64 kMaxSeed = Q_INT64_C(1) << 53; // JSON's numbers are exact up to here
 
@@ -109,25 +111,43 @@ QVector<FundAccount> readFundAccounts(JsonNode &root)
     return fundAccounts;
 }
 
-/// Price steps are 1 divided by a whole number (0.01, 0.001, 0.2, 1), so that prices are exact in decimals.
-int readTicksPerUnit(JsonNode &node)
+double readTick(JsonNode &node)
 {
     const QString key = QStringLiteral("tick");
     const double tick = node.number(key);
-    const double perUnit = tick > 0 ? std::round(1 / tick) : 0;
-    if (!(perUnit >= 1 && perUnit <= kMaxTicksPerUnit && std::abs(perUnit * tick - 1) < 1e-9))
-        node.fail(key, QStringLiteral("must be 1 divided by a whole number from 1 to %1").arg(kMaxTicksPerUnit));
-    return int(perUnit);
+    if (!(tick >= 0.0001 && tick <= kMaxTick) || decimalsOf(tick) < 0)
+        node.fail(key, QStringLiteral("must be a positive multiple of 0.0001, at most %1").arg(kMaxTick));
+    return tick;
 }
 
-double readPrice(JsonNode &node, int ticksPerUnit)
+double readPrice(JsonNode &node, const Instrument &security)
 {
     const QString key = QStringLiteral("price");
     const double price = node.number(key);
-    const double ticks = price * ticksPerUnit;
+    const double ticks = price / security.tick;
     if (!(ticks >= 1 && ticks <= double(kMaxCount)) || std::abs(ticks - std::round(ticks)) > 1e-6)
         node.fail(key, QStringLiteral("must be a positive multiple of the tick, at most %1 ticks").arg(kMaxCount));
-    return std::round(ticks) / ticksPerUnit;
+    return security.priceOf(std::llround(ticks));
+}
+
+const SecurityClass &readClass(JsonNode &node)
+{
+    const QString key = QStringLiteral("subType");
+    const QString subType = node.text(key);
+    const SecurityClass *found = securityClass(subType);
+    if (!found)
+        node.fail(key, QStringLiteral("\"%1\" is not a known sub-type").arg(subType));
+    return *found;
+}
+
+/// What 100 of face value has accrued: no bond accrues that much.
+double readInterest(JsonNode &node)
+{
+    const QString key = QStringLiteral("interest");
+    const double interest = node.number(key);
+    if (!(interest >= 0 && interest < 100))
+        node.fail(key, QStringLiteral("must be at least 0 and below 100"));
+    return interest;
 }
 
 QVector<Instrument> readSecurities(JsonNode &root, const QDate &start)
@@ -135,6 +155,7 @@ QVector<Instrument> readSecurities(JsonNode &root, const QDate &start)
     const QString listed = QStringLiteral("listed");
     QVector<Instrument> securities;
     QSet<QString> symbols;
+    QSet<QPair<QString, QString>> ids;
     for (JsonNode &node : root.objects(QStringLiteral("securities"))) {
         Instrument security;
         security.symbol = unique(node, QStringLiteral("symbol"), symbols);
@@ -142,15 +163,21 @@ QVector<Instrument> readSecurities(JsonNode &root, const QDate &start)
         security.exchange = node.text(QStringLiteral("exchange"));
         security.name = node.text(QStringLiteral("name"));
         security.spellCode = node.text(QStringLiteral("spellCode"));
-        security.ticksPerUnit = readTicksPerUnit(node);
-        security.price = readPrice(node, security.ticksPerUnit);
-        security.lot = int(node.wholeNumber(QStringLiteral("lot"), 1, kMaxCount));
-        security.multiplier = int(node.wholeNumber(QStringLiteral("multiplier"), 1, kMaxCount));
+        readClass(node).applyTo(security);
+        security.tick = readTick(node);
+        security.decimals = decimalsOf(security.tick);
+        security.price = readPrice(node, security);
+        if (security.kind == SecurityKind::Bond)
+            security.interest = readInterest(node);
+        security.multiplier = double(node.wholeNumber(QStringLiteral("multiplier"), 1, kMaxCount));
         security.dailyVolume = node.wholeNumber(QStringLiteral("dailyVolume"), 0, kMaxCount);
         security.listed = date(node, listed);
         node.finish();
         if (security.listed >= start)
             node.fail(listed, QStringLiteral("must be before the scenario starts"));
+        if (ids.contains({security.securityId, security.exchange}))
+            node.fail(QStringLiteral("securityId"), QStringLiteral("\"%1\" is there twice").arg(security.securityId));
+        ids.insert({security.securityId, security.exchange});
         securities.append(security);
     }
     return securities;
@@ -167,6 +194,7 @@ Scenario readRoot(JsonNode root)
     scenario.logins = readLogins(root, scenario.traders);
     scenario.fundAccounts = readFundAccounts(root);
     scenario.securities = readSecurities(root, scenario.start.date());
+    scenario.generatedSecurities = int(root.wholeNumber(QStringLiteral("generatedSecurities"), 0, kMaxGenerated));
     root.finish();
     return scenario;
 }

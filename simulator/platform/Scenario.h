@@ -20,6 +20,7 @@ struct VARNEL_HOST_API Scenario {
     QMap<QString, QString> traders;
     QVector<FundAccount> fundAccounts;
     QVector<Instrument> securities;
+    int generatedSecurities = 0; ///< how many more are made up from the seed
 
     /// Reads a scenario file. On failure false, with one line in error that names the file, the place and what is
     /// wrong; the scenario is then not to be used.

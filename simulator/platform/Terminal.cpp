@@ -1,5 +1,7 @@
 #include "platform/Terminal.h"
 
+#include "books/OpeningBooks.h"
+#include "exchange/Listing.h"
 #include "services/KLineService.h"
 
 #include <QtGlobal>
@@ -19,12 +21,14 @@ Terminal::Terminal(const Scenario &scenario, const Login &login, double speed)
     : m_login(login)
     , m_station(scenario.station)
     , m_clock(scenario.start, speed)
-    , m_exchange(scenario.securities, scenario.seed, scenario.start.date(), m_clock)
+    , m_exchange(listing(scenario.securities, scenario.generatedSecurities, scenario.seed, scenario.start.date()),
+                 scenario.seed, scenario.start.date(), m_clock)
     , m_books(scenario.traders, scenario.fundAccounts, scenario.start.toString(QStringLiteral("yyyyMMdd")))
     , m_bus(std::make_shared<MessageBus>(std::chrono::microseconds(qint64(kLatencyMicroseconds / speed))))
 {
     Q_ASSERT(!s_terminal);
     s_terminal = this;
+    openBooks(m_books, m_exchange, scenario.seed, scenario.start);
     KLineService::install(*m_bus, m_exchange);
 }
 
@@ -32,6 +36,14 @@ Terminal::~Terminal()
 {
     m_bus->stop();
     s_terminal = nullptr;
+}
+
+Prices Terminal::latestPrices() const
+{
+    return [this](const QString &symbol) {
+        const std::optional<Quote> quote = m_exchange.quote(symbol);
+        return quote ? quote->last : 0.0;
+    };
 }
 
 Terminal &Terminal::instance()

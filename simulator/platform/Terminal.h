@@ -26,7 +26,12 @@ public:
     const Login &login() const { return m_login; }
     const QString &station() const { return m_station; }
     Books &books() { return m_books; }
+    const Books &books() const { return m_books; }
     const Exchange &exchange() const { return m_exchange; }
+
+    /// What everything listed trades at now.
+    Prices latestPrices() const;
+
     const std::shared_ptr<MessageBus> &bus() const { return m_bus; }
 
 private:

@@ -1,8 +1,12 @@
 #include "CBusinessDataBase.h"
 
 #include "Tessar_Fields.h"
+#include "Tessar_Values.h"
 #include "Varnel_Fields.h"
 #include "platform/Terminal.h"
+#include "services/TradeRecords.h"
+
+using namespace sim;
 
 CBusinessDataBase *CBusinessDataBase::GetInstance()
 {
@@ -12,19 +16,52 @@ CBusinessDataBase *CBusinessDataBase::GetInstance()
 
 QString CBusinessDataBase::GetLoginAccount() const
 {
-    return sim::Terminal::instance().login().account;
+    return Terminal::instance().login().account;
 }
 
 QVariantMap CBusinessDataBase::GetAccountDetailsByTradinngAccount(const QString &tradingAccount)
 {
-    const sim::FundAccount *fund = sim::Terminal::instance().books().fundAccountOf(tradingAccount);
+    using namespace Varnel_Fields;
+    const Terminal &terminal = Terminal::instance();
+    const FundAccount *fund = terminal.books().fundAccountOf(tradingAccount);
     if (!fund)
         return {};
-    return {{Tessar_Fields::UserAccount::tradingAccount, tradingAccount},
-            {Varnel_Fields::FastFocus::fundAccount, fund->account}};
+    const Ledger &ledger = *terminal.books().ledger(tradingAccount);
+    const Valuation value = ledger.value(terminal.latestPrices());
+
+    // An account that is short on balance writes its figures the other way round and says so.
+    const bool isShort = value.marketValue < 0;
+    const int sign = isShort ? -1 : 1;
+    const double profit = value.marketValue - value.holdingCost;
+    QVariantMap details{
+        {Tessar_Fields::UserAccount::tradingAccount, tradingAccount},
+        {FastFocus::fundAccount, fund->account},
+        {Tessar_Fields::Security::positionFlag, positionFlag(isShort)},
+        {NormalFundEx::marketValue, sign * value.marketValue},
+        {NormalFundEx::assetBalance, value.totalAsset},
+        {Futures::HoldingCost, sign * value.holdingCost},
+        {Futures::OpenCost, sign * value.openCost},
+        {Futures::ClosePosProfitDate, ledger.closeProfitByDate()},
+        {Futures::ClosePosProfitTrade, ledger.closeProfitByTrade()},
+        {AssetView::profitAndLoss, profit},
+    };
+    if (value.holdingCost != 0)
+        details.insert(AssetView::returnRate, profit / (sign * value.holdingCost));
+    return details;
+}
+
+QVariantMap CBusinessDataBase::getTradeAccountParam(const QString &account, const QString &currency)
+{
+    const Terminal &terminal = Terminal::instance();
+    const Ledger *ledger = terminal.books().ledger(account);
+    if (!ledger || currency != Tessar_Values::Currency::CNY)
+        return {};
+    const Valuation value = ledger->value(terminal.latestPrices());
+    return {{Tessar_Fields::Security::tradeableCash, value.available},
+            {Varnel_Fields::Security::withDrawQuota, value.withdrawable}};
 }
 
 QString CBusinessDataBase::getClientOrderID()
 {
-    return sim::Terminal::instance().books().nextClientOrderId();
+    return Terminal::instance().books().nextClientOrderId();
 }

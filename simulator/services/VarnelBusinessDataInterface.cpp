@@ -1,5 +1,6 @@
 #include "VarnelBusinessDataInterface.h"
 
+#include "Varnel_Values.h"
 #include "platform/Terminal.h"
 
 namespace {
@@ -47,6 +48,24 @@ QString VarnelBusinessDataInterface::GetVarnelOrderStation(QString information)
 {
     const QString &station = sim::Terminal::instance().station();
     return information.isEmpty() ? station : station + QLatin1Char(';') + information;
+}
+
+QString VarnelBusinessDataInterface::GetAccountAssetPropByTradingAccount(const QString &tradingAccount)
+{
+    const sim::FundAccount *fund = sim::Terminal::instance().books().fundAccountOf(tradingAccount);
+    if (!fund)
+        return {};
+    return fund->property == sim::FuturesFund ? Varnel_Values::FundAccountType::Future : QStringLiteral("stock");
+}
+
+VarnelMarketValueInfo VarnelBusinessDataInterface::GetMarketValueByTradingAccount(const QString &tradingAccount)
+{
+    const sim::Terminal &terminal = sim::Terminal::instance();
+    const sim::Ledger *ledger = terminal.books().ledger(tradingAccount);
+    if (!ledger)
+        return {};
+    const sim::Valuation value = ledger->value(terminal.latestPrices());
+    return {value.marketValue, value.holdingCost};
 }
 
 int VarnelBusinessDataInterface::GetOrloEventMsgIdByStr(const QString &eventName)

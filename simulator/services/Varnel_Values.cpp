@@ -12,6 +12,7 @@ const QString shEntrustAfterHours = QStringLiteral("AfterHours");
 namespace SideUnion {
 const QString pfpBuy = QStringLiteral("AfterHoursBuy");
 const QString pfpSell = QStringLiteral("AfterHoursSell");
-const QStringList buyItemList{QStringLiteral("Buy"), QStringLiteral("AfterHoursBuy")};
+const QStringList buyItemList{QStringLiteral("Buy"), QStringLiteral("BuyOpen"), QStringLiteral("BuyClose"),
+                              QStringLiteral("AfterHoursBuy")};
 } // namespace SideUnion
 } // namespace Varnel_Values

@@ -9,6 +9,8 @@ class TerminalTest : public testing::Test {
 protected:
     static constexpr double kSpeed = 1000;
 
+    explicit TerminalTest(double speed = kSpeed) : terminal(scenario, scenario.logins.first(), speed) {}
+
     static sim::Scenario defaultScenario()
     {
         sim::Scenario scenario;
@@ -18,5 +20,11 @@ protected:
     }
 
     const sim::Scenario scenario = defaultScenario();
-    sim::Terminal terminal{scenario, scenario.logins.first(), kSpeed};
+    sim::Terminal terminal;
+};
+
+/// The same at a moment that does not pass: prices stay, and the bus answers nothing.
+class StandingTerminalTest : public TerminalTest {
+protected:
+    StandingTerminalTest() : TerminalTest(1e-6) {}
 };

@@ -1,5 +1,7 @@
 #include "exchange/Exchange.h"
 
+#include "exchange/TestClock.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -11,22 +13,6 @@ namespace {
 const QString kStock = QStringLiteral("600001.SH");
 const QString kFuture = QStringLiteral("F1.CF");
 
-QDateTime at(const char *text)
-{
-    QDateTime time = QDateTime::fromString(QLatin1String(text), QStringLiteral("yyyy-MM-dd HH:mm:ss"));
-    time.setTimeSpec(Qt::UTC);
-    return time;
-}
-
-class FixedClock : public Clock {
-public:
-    explicit FixedClock(const QDateTime &time) : m_time(time) {}
-    QDateTime now() const override { return m_time; }
-
-private:
-    QDateTime m_time;
-};
-
 QVector<Instrument> instruments()
 {
     Instrument stock;
@@ -37,7 +23,8 @@ QVector<Instrument> instruments()
     Instrument future = stock;
     future.symbol = kFuture;
     future.price = 3886.4;
-    future.ticksPerUnit = 5;
+    future.tick = 0.2;
+    future.decimals = 1;
     future.lot = 1;
     future.multiplier = 300;
     future.dailyVolume = 72000;
@@ -57,7 +44,7 @@ protected:
         return exchange.candles(kStock, at(start), at(stop), period);
     }
 
-    const FixedClock clock{at("2025-03-03 10:00:30")}; // a Monday
+    const TestClock clock{at("2025-03-03 10:00:30")}; // a Monday
     const Exchange exchange{instruments(), 7, QDate(2025, 3, 3), clock};
 };
 
@@ -77,7 +64,7 @@ void expectSame(const QVector<Candle> &expected, const QVector<Candle> &actual)
 void expectSane(const QVector<Candle> &candles, const Instrument &instrument)
 {
     const auto isTick = [&](double price) {
-        return price > 0 && price == std::round(price * instrument.ticksPerUnit) / instrument.ticksPerUnit;
+        return price > 0 && price == instrument.priceOf(instrument.ticksOf(price));
     };
     QDateTime last;
     for (const Candle &candle : candles) {
@@ -172,7 +159,7 @@ TEST_F(ExchangeTest, OtherSeedsAndSymbolsGiveOtherCandles)
 
 TEST_F(ExchangeTest, AnotherMomentOfTheClockChangesNoCandle)
 {
-    const FixedClock later(at("2025-03-05 14:00:00"));
+    const TestClock later(at("2025-03-05 14:00:00"));
     const Exchange inTwoDays(instruments(), 7, QDate(2025, 3, 3), later);
     expectSame(range("2025-02-24 00:00:00", "2025-03-03 23:59:59", CandlePeriod::Minute),
                inTwoDays.candles(kStock, at("2025-02-24 00:00:00"), at("2025-03-03 10:00:00"), CandlePeriod::Minute));

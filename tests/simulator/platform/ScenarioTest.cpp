@@ -16,7 +16,12 @@ const char kGood[] = R"({
         {"account": "S1", "name": "一", "property": "stock", "tradingAccounts": ["A", "B"]},
         {"account": "F1", "name": "期", "property": "futures", "tradingAccounts": ["C"]}],
     "securities": [{"symbol": "1.SH", "securityId": "1", "exchange": "SH", "name": "东", "spellCode": "D",
-        "price": 3886.4, "tick": 0.2, "lot": 100, "multiplier": 1, "dailyVolume": 1000, "listed": "2015-01-05"}]
+        "subType": "IndexFuture", "price": 3886.4, "tick": 0.2, "multiplier": 300, "dailyVolume": 1000,
+        "listed": "2015-01-05"},
+        {"symbol": "2.SH", "securityId": "2", "exchange": "SH", "name": "债", "spellCode": "Z",
+        "subType": "TreasuryBond", "price": 101.235, "tick": 0.005, "interest": 1.25, "multiplier": 1,
+        "dailyVolume": 0, "listed": "2016-01-05"}],
+    "generatedSecurities": 12
 })";
 
 struct Outcome {
@@ -59,7 +64,7 @@ const Mistake kMistakes[] = {
     {"NoObject", kGood, "[]", "must be an object"},
     {"MissingKey", "\"seed\": 5,", "", "seed: is missing"},
     {"UnknownKey", "\"seed\"", "\"sede\": 1, \"seed\"", "sede: is not a known key"},
-    {"UnknownKeyBelow", "\"lot\"", "\"lots\": 1, \"lot\"", "securities[0].lots: is not a known key"},
+    {"UnknownKeyBelow", "\"tick\": 0.2", "\"tick\": 0.2, \"ticks\": 1", "securities[0].ticks: is not a known key"},
     {"WrongType", "\"n\"", "7", "name: must be a text"},
     {"EmptyText", "\"PC\"", "\"\"", "station: must not be empty"},
     {"NegativeSeed", "\"seed\": 5", "\"seed\": -5", "seed: must be a whole number from 0 to 9007199254740992"},
@@ -83,15 +88,25 @@ const Mistake kMistakes[] = {
     {"NoTradingAccount", "[\"C\"]", "[]", "fundAccounts[1].tradingAccounts: must not be empty"},
     {"TradingAccountNoText", "[\"C\"]", "[3]", "fundAccounts[1].tradingAccounts: must hold texts that are not empty"},
     {"TradingAccountTwice", "\"C\"", "\"A\"", "fundAccounts[1].tradingAccounts: \"A\" is there twice"},
-    {"BadTick", "\"tick\": 0.2", "\"tick\": 0.3",
-     "securities[0].tick: must be 1 divided by a whole number from 1 to 10000"},
+    {"SymbolTwice", "2.SH", "1.SH", "securities[1].symbol: \"1.SH\" is there twice"},
+    {"CodeTwice", "\"securityId\": \"2\"", "\"securityId\": \"1\"", "securities[1].securityId: \"1\" is there twice"},
+    {"UnknownSubType", "IndexFuture", "Future", "securities[0].subType: \"Future\" is not a known sub-type"},
+    {"InterestOfAFuture", "\"tick\": 0.2", "\"tick\": 0.2, \"interest\": 0",
+     "securities[0].interest: is not a known key"},
+    {"BondWithoutInterest", "\"interest\": 1.25,", "", "securities[1].interest: is missing"},
+    {"NegativeInterest", "1.25", "-1.25", "securities[1].interest: must be at least 0 and below 100"},
+    {"BadTick", "\"tick\": 0.2", "\"tick\": 0.33333",
+     "securities[0].tick: must be a positive multiple of 0.0001, at most 1000"},
     {"ZeroTick", "\"tick\": 0.2", "\"tick\": 0",
-     "securities[0].tick: must be 1 divided by a whole number from 1 to 10000"},
+     "securities[0].tick: must be a positive multiple of 0.0001, at most 1000"},
+    {"TinyTick", "\"tick\": 0.2", "\"tick\": 1e-12",
+     "securities[0].tick: must be a positive multiple of 0.0001, at most 1000"},
+    {"TooManyGenerated", "\"generatedSecurities\": 12", "\"generatedSecurities\": 1001",
+     "generatedSecurities: must be a whole number from 0 to 1000"},
     {"PriceOffTick", "3886.4", "3886.5",
      "securities[0].price: must be a positive multiple of the tick, at most 1000000000 ticks"},
     {"NegativePrice", "3886.4", "-3886.4",
      "securities[0].price: must be a positive multiple of the tick, at most 1000000000 ticks"},
-    {"ZeroLot", "\"lot\": 100", "\"lot\": 0", "securities[0].lot: must be a whole number from 1 to 1000000000"},
     {"HugeVolume", "\"dailyVolume\": 1000", "\"dailyVolume\": 1e300",
      "securities[0].dailyVolume: must be a whole number from 0 to 1000000000"},
     {"BadListing", "2015-01-05", "2015-1-5", "securities[0].listed: must be a date like 2015-01-05"},
@@ -117,10 +132,16 @@ TEST(Scenario, AGoodFileIsReadWhole)
     EXPECT_EQ(StockFund, scenario.fundAccounts[0].property);
     EXPECT_EQ(FuturesFund, scenario.fundAccounts[1].property);
     EXPECT_EQ(2, scenario.fundAccounts[0].tradingAccounts.size());
-    ASSERT_EQ(1, scenario.securities.size());
-    EXPECT_EQ(5, scenario.securities[0].ticksPerUnit);
+    ASSERT_EQ(2, scenario.securities.size());
+    EXPECT_EQ(SecurityKind::Future, scenario.securities[0].kind);
+    EXPECT_EQ(50, scenario.securities[0].maxQty);
+    EXPECT_EQ(0.2, scenario.securities[0].tick);
+    EXPECT_EQ(1, scenario.securities[0].decimals);
     EXPECT_EQ(3886.4, scenario.securities[0].price);
     EXPECT_EQ(QDate(2015, 1, 5), scenario.securities[0].listed);
+    EXPECT_EQ(101.235, scenario.securities[1].price);
+    EXPECT_EQ(1.25, scenario.securities[1].interest);
+    EXPECT_EQ(12, scenario.generatedSecurities);
 }
 
 TEST(Scenario, TheBuiltInOneIsGood)

@@ -1,0 +1,371 @@
+#include "books/OpeningBooks.h"
+
+#include "books/Books.h"
+#include "exchange/Exchange.h"
+#include "exchange/Random.h"
+#include "exchange/TradingCalendar.h"
+
+#include <QHash>
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+namespace sim {
+
+namespace {
+
+constexpr int kOrdersPerAccount = 80;
+constexpr int kSecondsPerMinute = 60;
+
+/// How many securities of a kind an account deals in, and what it begins with.
+struct Habit {
+    SecurityKind kind;
+    int securities;
+    double smallest; ///< a position's value
+    double largest;
+};
+
+const QVector<Habit> kStockHabits{{SecurityKind::Share, 12, 50e3, 600e3},
+                                  {SecurityKind::Fund, 3, 50e3, 300e3},
+                                  {SecurityKind::Bond, 3, 100e3, 500e3}};
+const QVector<Habit> kFuturesHabits{{SecurityKind::Future, 4, 2e6, 12e6}};
+
+constexpr double kSmallestOrder = 20e3;
+constexpr double kLargestOrder = 250e3;
+constexpr qint64 kMostContracts = 6; ///< in an order
+
+constexpr double kMarketOrders = 0.1;
+constexpr double kOpening = 0.6; ///< rather than closing
+constexpr double kCancels = 0.3;
+constexpr int kLongestWait = 10; ///< minutes until a cancel
+constexpr double kMistakes = 0.06;
+constexpr double kAlgoOrders = 0.3;
+constexpr double kBias = 0.8; ///< of a futures account towards its usual direction
+
+/// The part of a minute's volume that one order gets.
+constexpr double kParticipation = 0.02;
+
+/// How far limits lie from the price: on the cautious side more often than on the eager one.
+constexpr double kMostCautious = 0.006;
+constexpr double kMostEager = 0.003;
+
+const QStringList kTags{QStringLiteral("manual"), QStringLiteral("basket"), QStringLiteral("rebalance")};
+const QString kAlgoTag = QStringLiteral("strategy");
+const QStringList kAlgos{QStringLiteral("GRID-01"), QStringLiteral("GRID-02"), QStringLiteral("TWAP-01")};
+
+/// The day so far, minute by minute.
+class Session {
+public:
+    Session(const Exchange &exchange, const QDateTime &start) : m_exchange(exchange), m_start(start) {}
+
+    int minutes() const
+    {
+        const QDateTime midnight(m_start.date(), QTime(0, 0), Qt::UTC);
+        return int(calendar::minutesEndedBy(m_start) - calendar::minutesEndedBy(midnight));
+    }
+
+    /// Reads the security's candles. False when there is none for some minute: then it cannot be dealt in.
+    bool follow(const Instrument &instrument)
+    {
+        const QDateTime midnight(m_start.date(), QTime(0, 0), Qt::UTC);
+        const QVector<Candle> candles = m_exchange.candles(instrument.symbol, midnight, m_start, CandlePeriod::Minute);
+        m_candles.insert(instrument.symbol, candles);
+        return candles.size() == minutes();
+    }
+
+    /// Of a security that is followed.
+    Candle candle(const QString &symbol, int minute) const { return m_candles[symbol][minute]; }
+
+private:
+    const Exchange &m_exchange;
+    const QDateTime m_start;
+    QHash<QString, QVector<Candle>> m_candles;
+};
+
+struct Deal {
+    QDateTime time;
+    int order;
+    double price;
+    qint64 qty;
+};
+
+/// One account's day.
+class AccountDay {
+public:
+    AccountDay(Books &books, Session &session, const FundAccount &fund, quint64 key, bool mostlyShort)
+        : m_books(books)
+        , m_session(session)
+        , m_isFutures(fund.property == FuturesFund)
+        , m_mostlyShort(mostlyShort)
+        , m_account(fund.tradingAccounts.first())
+        , m_traders(books.traders().keys())
+        , m_chance(random::subkey(key, random::hash(fund.account)))
+    {
+    }
+
+    /// The money and the positions of the morning.
+    void open(const QVector<Instrument> &listed);
+
+    /// The seconds of trading at which orders will be entered, in no order.
+    QVector<int> plan(int minutes);
+
+    void enterOrder(int second);
+
+    /// Adds the deals that the minute's candles bring to the account's open orders.
+    void findDeals(int minute, QVector<Deal> &deals);
+
+    /// Cancels what is due at the end of the minute.
+    void cancelOrders(int minute);
+
+private:
+    /// An order that can still be dealt in.
+    struct Working {
+        int order;
+        int enteredSecond;
+        int cancelMinute; ///< -1: never
+    };
+
+    double chance() { return m_chance.from0To1(); }
+    qint64 whole(qint64 first, qint64 last) { return m_chance.whole(first, last); }
+    bool happens(double probability) { return chance() < probability; }
+    double between(double low, double high) { return low + (high - low) * chance(); }
+
+    template <typename List>
+    auto oneOf(const List &list)
+    {
+        return list[int(whole(0, list.size() - 1))];
+    }
+
+    void pick(const QVector<Instrument> &listed, const Habit &habit);
+    bool mostlyShort() { return m_isFutures && happens(kBias) == m_mostlyShort; }
+    void makeOpening(Order &order);
+    bool makeClosing(Order &order);
+    void makeMistake(Order &order);
+    Order makeOrder(int second);
+
+    Books &m_books;
+    Session &m_session;
+    const bool m_isFutures;
+    const bool m_mostlyShort;
+    const QString m_account;
+    const QStringList m_traders;
+    random::Sequence m_chance;
+    QVector<const Instrument *> m_instruments;
+    QVector<Working> m_working;
+};
+
+/// That value in the security's lots.
+qint64 qtyWorth(const Instrument &instrument, double value)
+{
+    const double lots = value / (instrument.price * instrument.multiplier * double(instrument.lot));
+    return qMax(instrument.minQty, qint64(lots) * instrument.lot);
+}
+
+/// The price moved by that part of it, within the day's limits.
+double priceAt(const Instrument &instrument, double price, double change)
+{
+    const double tick = instrument.priceOf(1);
+    double moved = price * (1 + change);
+    if (instrument.limitRate > 0) {
+        moved = qBound(instrument.price * (1 - instrument.limitRate) + tick, moved,
+                       instrument.price * (1 + instrument.limitRate) - tick);
+    }
+    return instrument.priceOf(qMax<qint64>(1, instrument.ticksOf(moved)));
+}
+
+void AccountDay::pick(const QVector<Instrument> &listed, const Habit &habit)
+{
+    QVector<const Instrument *> candidates;
+    for (const Instrument &instrument : listed) {
+        if (instrument.kind == habit.kind && instrument.dailyVolume > 0)
+            candidates.append(&instrument);
+    }
+    Ledger &ledger = *m_books.ledgerToOpen(m_account);
+    for (int i = 0; i < habit.securities && !candidates.isEmpty(); ++i) {
+        const Instrument *instrument = candidates.takeAt(int(whole(0, candidates.size() - 1)));
+        if (!m_session.follow(*instrument))
+            continue;
+        m_instruments.append(instrument);
+        const qint64 qty = qtyWorth(*instrument, between(habit.smallest, habit.largest));
+        const double spread = m_isFutures ? 0.03 : 0.15;
+        const double openPrice = instrument->priceOf(
+            qMax<qint64>(1, instrument->ticksOf(instrument->price * (1 + between(-spread, spread)))));
+        ledger.holdFromBefore(*instrument, m_isFutures && m_mostlyShort, qty, openPrice);
+    }
+}
+
+void AccountDay::open(const QVector<Instrument> &listed)
+{
+    const double cash = m_isFutures ? between(20e6, 30e6) : between(6e6, 10e6);
+    *m_books.ledgerToOpen(m_account) = Ledger(std::floor(cash));
+    const QVector<Habit> &habits = m_isFutures ? kFuturesHabits : kStockHabits;
+    for (const Habit &habit : habits)
+        pick(listed, habit);
+}
+
+QVector<int> AccountDay::plan(int minutes)
+{
+    QVector<int> seconds;
+    for (int i = 0; i < kOrdersPerAccount && minutes > 0 && !m_instruments.isEmpty(); ++i)
+        seconds.append(int(whole(0, qint64(minutes) * kSecondsPerMinute - 1)));
+    return seconds;
+}
+
+void AccountDay::makeOpening(Order &order)
+{
+    order.instrument = oneOf(m_instruments);
+    if (m_isFutures) {
+        order.side = mostlyShort() ? Side::SellOpen : Side::BuyOpen;
+        order.qty = whole(1, kMostContracts);
+    } else {
+        order.side = Side::Buy;
+        order.qty = qtyWorth(*order.instrument, between(kSmallestOrder, kLargestOrder));
+    }
+}
+
+bool AccountDay::makeClosing(Order &order)
+{
+    QVector<const Position *> closable;
+    for (const Position &position : m_books.ledger(m_account)->positions()) {
+        if (position.closableQty() > 0)
+            closable.append(&position);
+    }
+    if (closable.isEmpty())
+        return false;
+    const Position &position = *oneOf(closable);
+    order.instrument = position.instrument;
+    if (m_isFutures) {
+        order.side = position.isShort ? Side::BuyClose : Side::SellClose;
+        order.qty = whole(1, qMin(kMostContracts, position.closableQty()));
+    } else {
+        order.side = Side::Sell;
+        const qint64 wanted = qtyWorth(*order.instrument, between(kSmallestOrder, kLargestOrder));
+        order.qty = qMin(wanted, position.closableQty());
+    }
+    return true;
+}
+
+/// Turns the order into one that the broker will refuse.
+void AccountDay::makeMistake(Order &order)
+{
+    const Instrument &instrument = *order.instrument;
+    const bool limited = instrument.limitRate > 0 && order.priceType == PriceType::Limit;
+    if (limited && happens(0.5))
+        order.price = instrument.priceOf(instrument.ticksOf(instrument.price * (1 + 2 * instrument.limitRate)));
+    else if (opens(order.side) && instrument.lot > 1 && happens(0.5))
+        order.qty += instrument.lot / 2;
+    else
+        order.qty = instrument.maxQty; // more than the account can pay for or holds
+}
+
+Order AccountDay::makeOrder(int second)
+{
+    Order order;
+    order.clientId = m_books.nextClientOrderId();
+    order.tradingAccount = m_account;
+    order.trader = oneOf(m_traders);
+    if (happens(kAlgoOrders)) {
+        order.tag = kAlgoTag;
+        order.algoId = oneOf(kAlgos);
+    } else {
+        order.tag = oneOf(kTags);
+    }
+    if (happens(kOpening) || !makeClosing(order))
+        makeOpening(order);
+
+    const Candle candle = m_session.candle(order.instrument->symbol, second / kSecondsPerMinute);
+    order.entered = candle.end.addSecs(second % kSecondsPerMinute - kSecondsPerMinute);
+    if (happens(kMarketOrders)) {
+        order.priceType = PriceType::Market;
+    } else {
+        const double eagerness = between(-kMostCautious, kMostEager);
+        order.price = priceAt(*order.instrument, candle.open, isBuy(order.side) ? eagerness : -eagerness);
+    }
+    if (happens(kMistakes))
+        makeMistake(order);
+    return order;
+}
+
+void AccountDay::enterOrder(int second)
+{
+    const int minute = second / kSecondsPerMinute;
+    const Prices prices = [&](const QString &symbol) { return m_session.candle(symbol, minute).open; };
+    const int number = m_books.enter(makeOrder(second), prices);
+    const int cancelMinute = happens(kCancels) ? minute + int(whole(0, kLongestWait)) : -1;
+    if (m_books.orders()[number].isOpen())
+        m_working.append({number, second, cancelMinute});
+}
+
+void AccountDay::findDeals(int minute, QVector<Deal> &deals)
+{
+    for (const Working &working : qAsConst(m_working)) {
+        const Order &order = m_books.orders()[working.order];
+        const Instrument &instrument = *order.instrument;
+        const Candle candle = m_session.candle(instrument.symbol, minute);
+        const bool buys = isBuy(order.side);
+        const bool limited = order.priceType == PriceType::Limit;
+        if (limited && (buys ? candle.low > order.price : candle.high < order.price))
+            continue;
+        const qint64 lots = qint64(double(candle.volume) * kParticipation) / instrument.lot;
+        if (candle.volume < instrument.lot)
+            continue;
+
+        // The second counts from 1: a deal belongs to the candle in which it ends, and follows its order.
+        const int minuteBegan = minute * kSecondsPerMinute;
+        const int second = int(whole(qMax(0, working.enteredSecond - minuteBegan) + 1, kSecondsPerMinute));
+        double price = instrument.priceOf(whole(instrument.ticksOf(candle.low), instrument.ticksOf(candle.high)));
+        if (limited)
+            price = buys ? qMin(price, order.price) : qMax(price, order.price);
+        deals.append({candle.end.addSecs(second - kSecondsPerMinute), working.order, price,
+                      qMin(order.leaveQty(), qMax<qint64>(1, lots) * instrument.lot)});
+    }
+}
+
+void AccountDay::cancelOrders(int minute)
+{
+    const auto gone = [&](const Working &working) {
+        const Order &order = m_books.orders()[working.order];
+        if (order.isOpen() && working.cancelMinute == minute)
+            m_books.cancel(working.order, m_session.candle(order.instrument->symbol, minute).end);
+        return !order.isOpen();
+    };
+    m_working.erase(std::remove_if(m_working.begin(), m_working.end(), gone), m_working.end());
+}
+
+} // namespace
+
+void openBooks(Books &books, const Exchange &exchange, quint64 seed, const QDateTime &start)
+{
+    Session session(exchange, start);
+    std::vector<AccountDay> days;
+    QMap<int, int> funds; // how many of a property there were before
+    for (const FundAccount &fund : books.fundAccounts(AllFunds)) {
+        const bool mostlyShort = funds[fund.property]++ % 2 == 0; // so that there is one of each direction
+        days.emplace_back(books, session, fund, random::scramble(seed), mostlyShort);
+        days.back().open(exchange.instruments());
+    }
+
+    QVector<QPair<int, int>> entries; // second and day
+    for (size_t i = 0; i < days.size(); ++i) {
+        for (const int second : days[i].plan(session.minutes()))
+            entries.append({second, int(i)});
+    }
+    std::sort(entries.begin(), entries.end());
+
+    auto entry = entries.cbegin();
+    for (int minute = 0; minute < session.minutes(); ++minute) {
+        for (; entry != entries.cend() && entry->first / kSecondsPerMinute == minute; ++entry)
+            days[size_t(entry->second)].enterOrder(entry->first);
+        QVector<Deal> deals;
+        for (AccountDay &day : days)
+            day.findDeals(minute, deals);
+        std::stable_sort(deals.begin(), deals.end(), [](const Deal &a, const Deal &b) { return a.time < b.time; });
+        for (const Deal &deal : qAsConst(deals))
+            books.deal(deal.order, deal.time, deal.price, deal.qty);
+        for (AccountDay &day : days)
+            day.cancelOrders(minute);
+    }
+}
+
+} // namespace sim

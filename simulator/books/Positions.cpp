@@ -1,0 +1,182 @@
+#include "books/Positions.h"
+
+#include "exchange/Instrument.h"
+
+#include <cmath>
+
+namespace sim {
+
+namespace {
+
+constexpr double kMarginRate = 0.12; // of what a future is worth
+
+bool isFuture(const Instrument &instrument)
+{
+    return instrument.kind == SecurityKind::Future;
+}
+
+bool soldOnTheSameDay(const Instrument &instrument)
+{
+    return instrument.kind == SecurityKind::Bond || isFuture(instrument);
+}
+
+double feeRate(SecurityKind kind)
+{
+    switch (kind) {
+    case SecurityKind::Share:
+        return 0.00025;
+    case SecurityKind::Fund:
+        return 0.0001;
+    case SecurityKind::Bond:
+        return 0.00002;
+    case SecurityKind::Future:
+        return 0.000023;
+    }
+    return 0;
+}
+
+constexpr double kShareSaleTax = 0.0005;
+
+} // namespace
+
+double feeOf(const Instrument &instrument, Side side, double amount)
+{
+    const bool taxed = instrument.kind == SecurityKind::Share && !isBuy(side);
+    const double rate = feeRate(instrument.kind) + (taxed ? kShareSaleTax : 0);
+    return std::round(amount * rate * 100) / 100;
+}
+
+double moneyToOpen(const Instrument &instrument, Side side, double amount)
+{
+    return amount * (isFuture(instrument) ? kMarginRate : 1) + feeOf(instrument, side, amount);
+}
+
+qint64 Position::closableQty() const
+{
+    return openingQty + (soldOnTheSameDay(*instrument) ? openedQty : 0) - closedQty - frozenQty;
+}
+
+double Position::marketValue(double price) const
+{
+    return price * double(qty()) * double(instrument->multiplier);
+}
+
+Position &Ledger::positionOf(const Instrument &instrument, bool isShort)
+{
+    Position &position = m_positions[{instrument.symbol, isShort}];
+    position.instrument = &instrument;
+    position.isShort = isShort;
+    return position;
+}
+
+qint64 Ledger::closableQty(const QString &symbol, bool isShort) const
+{
+    const auto found = m_positions.constFind({symbol, isShort});
+    return found == m_positions.constEnd() ? 0 : found->closableQty();
+}
+
+void Ledger::holdFromBefore(const Instrument &instrument, bool isShort, qint64 qty, double openPrice)
+{
+    Position &position = positionOf(instrument, isShort);
+    const double units = double(qty) * double(instrument.multiplier);
+    position.openingQty += qty;
+    position.openCost += openPrice * units;
+    position.holdingCost += (isFuture(instrument) ? instrument.price : openPrice) * units;
+}
+
+QString Ledger::shortage(const Order &order, const Prices &prices) const
+{
+    const qint64 qty = order.leaveQty();
+    if (!opens(order.side)) {
+        const bool enough = qty <= closableQty(order.instrument->symbol, isOfShort(order.side));
+        return enough ? QString() : QStringLiteral("可用持仓不足");
+    }
+    const double needed = moneyToOpen(*order.instrument, order.side, order.amount(order.reservePrice(), qty));
+    return needed <= value(prices).available ? QString() : QStringLiteral("可用资金不足");
+}
+
+void Ledger::setAside(const Order &order, int sign)
+{
+    const qint64 qty = order.leaveQty();
+    if (opens(order.side)) {
+        const double amount = order.amount(order.reservePrice(), qty);
+        m_frozenCash += sign * moneyToOpen(*order.instrument, order.side, amount);
+    } else {
+        positionOf(*order.instrument, isOfShort(order.side)).frozenQty += sign * qty;
+    }
+}
+
+void Ledger::reserve(const Order &order)
+{
+    setAside(order, 1);
+}
+
+void Ledger::release(const Order &order)
+{
+    setAside(order, -1);
+}
+
+double Ledger::deal(const Order &order, double price, qint64 qty)
+{
+    const Instrument &instrument = *order.instrument;
+    const double amount = order.amount(price, qty);
+    const double fee = feeOf(instrument, order.side, amount);
+    Position &position = positionOf(instrument, isOfShort(order.side));
+    m_fees += fee;
+    m_cash -= fee;
+    if (opens(order.side)) {
+        position.openedQty += qty;
+        position.openCost += amount;
+        position.holdingCost += amount;
+        if (!isFuture(instrument))
+            m_cash -= amount;
+        return fee;
+    }
+
+    // What is closed takes its part of the average cost with it.
+    const double part = double(qty) / double(position.qty());
+    const double openCost = position.openCost * part;
+    const double holdingCost = position.holdingCost * part;
+    const int sign = position.isShort ? -1 : 1;
+    position.closedQty += qty;
+    position.openCost -= openCost;
+    position.holdingCost -= holdingCost;
+    m_closeProfitByTrade += sign * (amount - openCost);
+    m_closeProfitByDate += sign * (amount - holdingCost);
+    if (isFuture(instrument)) {
+        m_cash += sign * (amount - holdingCost);
+    } else {
+        m_cash += amount;
+        m_soldToday += amount - fee;
+    }
+    return fee;
+}
+
+Valuation Ledger::value(const Prices &prices) const
+{
+    Valuation value;
+    double paidInFull = 0;
+    double futuresProfit = 0;
+    double margin = 0;
+    for (const Position &position : m_positions) {
+        if (position.qty() == 0)
+            continue;
+        const int sign = position.isShort ? -1 : 1;
+        const double marketValue = position.marketValue(prices(position.instrument->symbol));
+        value.marketValue += sign * marketValue;
+        value.holdingCost += sign * position.holdingCost;
+        value.openCost += sign * position.openCost;
+        if (isFuture(*position.instrument)) {
+            futuresProfit += sign * (marketValue - position.holdingCost);
+            margin += position.holdingCost * kMarginRate;
+        } else {
+            paidInFull += marketValue;
+        }
+    }
+    value.totalAsset = m_cash + paidInFull + futuresProfit;
+    value.available = m_cash + futuresProfit - margin - m_frozenCash;
+    value.withdrawable = qMax(0.0, value.available - m_soldToday - qMax(0.0, futuresProfit));
+    return value;
+}
+
+} // namespace sim

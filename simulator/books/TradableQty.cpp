@@ -1,0 +1,37 @@
+#include "books/TradableQty.h"
+
+#include "exchange/Instrument.h"
+
+namespace sim {
+
+namespace {
+
+qint64 affordableQty(const Order &order, double available)
+{
+    const Instrument &instrument = *order.instrument;
+    const auto needed = [&](qint64 qty) {
+        return moneyToOpen(instrument, order.side, order.amount(order.reservePrice(), qty));
+    };
+    const double neededForMost = needed(instrument.maxQty);
+    if (neededForMost <= available)
+        return instrument.maxQty;
+    // Needs grow in step with the quantity but for their rounding, so this starts at most a few lots too high.
+    const double part = qMax(0.0, available) / neededForMost;
+    qint64 qty = (qint64(part * double(instrument.maxQty)) / instrument.lot + 1) * instrument.lot;
+    while (qty > 0 && needed(qty) > available)
+        qty -= instrument.lot;
+    return qty;
+}
+
+} // namespace
+
+qint64 tradableQty(const Ledger &ledger, Order order, const Prices &prices)
+{
+    const Instrument &instrument = *order.instrument;
+    const bool isOpening = opens(order.side);
+    order.qty = isOpening ? affordableQty(order, ledger.value(prices).available)
+                          : qMin(ledger.closableQty(instrument.symbol, isOfShort(order.side)), instrument.maxQty);
+    return violatedRule(order).isEmpty() ? order.qty : 0;
+}
+
+} // namespace sim

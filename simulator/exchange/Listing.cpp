@@ -1,0 +1,247 @@
+#include "exchange/Listing.h"
+
+#include "exchange/Names.h"
+#include "exchange/SecurityClass.h"
+
+#include <QSet>
+
+#include <cmath>
+#include <functional>
+
+namespace sim {
+
+namespace {
+
+using random::Sequence;
+
+const QString kIndexFuture = QStringLiteral("IndexFuture");
+const QString kCommodityFuture = QStringLiteral("CommodityFuture");
+
+/// Securities whose codes are a prefix and a running number.
+struct Series {
+    int share; ///< per cent of all that are made up; what is missing from 100 are futures
+    QString prefix;
+    QString exchange;
+    QString subType;
+    double tick;
+    double cheapest;
+    double dearest;
+    std::function<SpelledName(Sequence &)> name;
+};
+
+SpelledName company(Sequence &chance)
+{
+    const SpelledName stem = madeUpStem(chance);
+    return stem + madeUpBusiness(chance);
+}
+
+SpelledName tradedFund(Sequence &chance)
+{
+    const SpelledName stem = madeUpStem(chance);
+    return stem + madeUpTheme(chance) + SpelledName{QStringLiteral("ETF"), QStringLiteral("ETF")};
+}
+
+SpelledName openFund(Sequence &chance)
+{
+    const SpelledName stem = madeUpStem(chance);
+    return stem + madeUpTheme(chance) + SpelledName{QStringLiteral("LOF"), QStringLiteral("LOF")};
+}
+
+SpelledName convertible(Sequence &chance)
+{
+    return madeUpStem(chance) + SpelledName{QStringLiteral("转债"), QStringLiteral("ZZ")};
+}
+
+SpelledName treasury(Sequence &chance)
+{
+    return madeUpStem(chance) + SpelledName{QStringLiteral("国债"), QStringLiteral("GZ")};
+}
+
+const QVector<Series> &allSeries()
+{
+    const auto text = [](const char *latin1) { return QString::fromLatin1(latin1); };
+    const QString sh = text("SH");
+    const QString sz = text("SZ");
+    // clang-format off
+    static const QVector<Series> series{
+        // % prefix      exch. sub-type                    tick   from  to   name
+        {27, text("609"), sh, text("MainShare"),          0.01,  3,    90,  company},
+        {20, text("009"), sz, text("MainShare"),          0.01,  3,    60,  company},
+        {10, text("689"), sh, text("GrowthShare"),        0.01,  12,   150, company},
+        {12, text("309"), sz, text("GrowthShare"),        0.01,  8,    120, company},
+        {8,  text("519"), sh, text("ExchangeTradedFund"), 0.001, 0.7,  6,   tradedFund},
+        {4,  text("189"), sz, text("ListedOpenFund"),     0.001, 0.8,  2.5, openFund},
+        {4,  text("119"), sh, text("ConvertibleBond"),    0.001, 98,   180, convertible},
+        {4,  text("129"), sz, text("ConvertibleBond"),    0.001, 98,   180, convertible},
+        {2,  text("029"), sh, text("TreasuryBond"),       0.001, 97,   106, treasury},
+    };
+    // clang-format on
+    return series;
+}
+
+/// What futures are traded on. Each has one contract for each of the coming months.
+struct Product {
+    QString code;
+    QString exchange;
+    SpelledName name;
+    QString subType;
+    double tick;
+    double price;
+    double multiplier;
+    qint64 dailyVolume; ///< of the month that is traded most
+};
+
+const QVector<Product> &allProducts()
+{
+    const auto text = [](const char *utf8) { return QString::fromUtf8(utf8); };
+    const QString cf = text("CF");
+    // clang-format off
+    static const QVector<Product> products{
+        {text("YL"), cf, {text("云岭股指"), text("YLGZ")}, kIndexFuture,     0.2,  3880,  300,  72000},
+        {text("QH"), cf, {text("青禾股指"), text("QHGZ")}, kIndexFuture,     0.2,  6120,  200,  54000},
+        {text("NM"), cf, {text("南禾棉纱"), text("NHMS")}, kCommodityFuture, 5,    13600, 5,    310000},
+        {text("ZT"), cf, {text("渚溪精铜"), text("ZXJT")}, kCommodityFuture, 10,   76200, 5,    120000},
+        {text("XT"), cf, {text("玄峦铁砂"), text("XLTS")}, kCommodityFuture, 0.5,  812,   100,  280000},
+        {text("JT"), cf, {text("霁棠白糖"), text("JTBT")}, kCommodityFuture, 1,    5940,  10,   260000},
+        {text("LG"), cf, {text("蓼荻黄金"), text("LDHJ")}, kCommodityFuture, 0.02, 682,   1000, 150000},
+    };
+    // clang-format on
+    return products;
+}
+
+class Lister {
+public:
+    Lister(const QVector<Instrument> &given, quint64 seed, const QDate &start)
+        : m_chance(random::subkey(seed, random::hash(QStringLiteral("listing")))), m_start(start), m_listed(given)
+    {
+        for (const Instrument &instrument : given) {
+            m_codes.insert({instrument.securityId, instrument.exchange});
+            m_symbols.insert(instrument.symbol);
+            m_names.insert(instrument.name);
+        }
+    }
+
+    void add(const Series &series, int count);
+    void addFutures(int count);
+
+    const QVector<Instrument> &listed() const { return m_listed; }
+
+private:
+    bool isNew(const QString &securityId, const QString &exchange) const
+    {
+        return !m_codes.contains({securityId, exchange}) && !m_symbols.contains(symbolOf(securityId, exchange));
+    }
+
+    static QString symbolOf(const QString &securityId, const QString &exchange)
+    {
+        return securityId + QLatin1Char('.') + exchange;
+    }
+
+    Instrument begin(const QString &securityId, const QString &exchange, const SpelledName &name,
+                     const QString &subType, double tick) const;
+    void addContract(const Product &product, const QDate &month, int monthsAhead);
+    void list(const Instrument &instrument);
+
+    Sequence m_chance;
+    const QDate m_start;
+    QVector<Instrument> m_listed;
+    QSet<QPair<QString, QString>> m_codes;
+    QSet<QString> m_symbols;
+    QSet<QString> m_names;
+};
+
+Instrument Lister::begin(const QString &securityId, const QString &exchange, const SpelledName &name,
+                         const QString &subType, double tick) const
+{
+    Instrument instrument;
+    instrument.symbol = symbolOf(securityId, exchange);
+    instrument.securityId = securityId;
+    instrument.exchange = exchange;
+    instrument.name = name.name;
+    instrument.spellCode = name.spellCode;
+    securityClass(subType)->applyTo(instrument);
+    instrument.tick = tick;
+    instrument.decimals = decimalsOf(tick);
+    return instrument;
+}
+
+void Lister::list(const Instrument &instrument)
+{
+    m_codes.insert({instrument.securityId, instrument.exchange});
+    m_symbols.insert(instrument.symbol);
+    m_names.insert(instrument.name);
+    m_listed.append(instrument);
+}
+
+void Lister::add(const Series &series, int count)
+{
+    constexpr double kSmallestTurnover = 4e7; // money a day
+    constexpr double kLargestTurnover = 2e9;
+    const auto between = [&](double from, double to) { // small ones are frequent, large ones are not
+        return from * std::pow(to / from, m_chance.from0To1());
+    };
+
+    for (int number = 0; count > 0; ++number) {
+        const QString securityId = series.prefix + QString::number(number).rightJustified(3, QLatin1Char('0'));
+        if (!isNew(securityId, series.exchange))
+            continue;
+        SpelledName name = series.name(m_chance);
+        while (m_names.contains(name.name))
+            name = series.name(m_chance);
+
+        Instrument instrument = begin(securityId, series.exchange, name, series.subType, series.tick);
+        instrument.price = instrument.priceOf(instrument.ticksOf(between(series.cheapest, series.dearest)));
+        instrument.dailyVolume = qint64(between(kSmallestTurnover, kLargestTurnover) / instrument.price);
+        if (instrument.kind == SecurityKind::Bond)
+            instrument.interest = double(m_chance.whole(1, 35000)) / 10000;
+        instrument.listed = m_start.addDays(-m_chance.whole(60, 9000));
+        list(instrument);
+        --count;
+    }
+}
+
+void Lister::addContract(const Product &product, const QDate &month, int monthsAhead)
+{
+    const QString code = month.toString(QStringLiteral("yyMM"));
+    const SpelledName name = product.name + SpelledName{code, code};
+    Instrument contract = begin(product.code + code, product.exchange, name, product.subType, product.tick);
+    const double carry = 1 + 0.002 * monthsAhead + 0.002 * m_chance.from0To1(); // later is a little dearer
+    contract.price = contract.priceOf(contract.ticksOf(product.price * carry));
+    contract.multiplier = product.multiplier;
+    contract.dailyVolume = qMax<qint64>(500, product.dailyVolume >> (monthsAhead / 2)); // and traded less
+    contract.listed = m_start.addDays(-m_chance.whole(30, 300));
+    list(contract);
+}
+
+void Lister::addFutures(int count)
+{
+    const QDate thisMonth(m_start.year(), m_start.month(), 1);
+    for (int ahead = 0; count > 0; ++ahead) {
+        const QDate month = thisMonth.addMonths(ahead);
+        for (const Product &product : allProducts()) {
+            if (count == 0)
+                break;
+            if (!isNew(product.code + month.toString(QStringLiteral("yyMM")), product.exchange))
+                continue;
+            addContract(product, month, ahead);
+            --count;
+        }
+    }
+}
+
+} // namespace
+
+QVector<Instrument> listing(const QVector<Instrument> &given, int generated, quint64 seed, const QDate &start)
+{
+    Lister lister(given, seed, start);
+    int left = generated;
+    for (const Series &series : allSeries()) {
+        const int count = generated * series.share / 100;
+        lister.add(series, count);
+        left -= count;
+    }
+    lister.addFutures(left);
+    return lister.listed();
+}
+
+} // namespace sim

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QDateTime>
+#include <QString>
+#include <QVector>
+
+namespace sim {
+
+/// What is on offer at one price. An empty level (no more prices that side) is 0 and 0.
+struct QuoteLevel {
+    double price = 0;
+    qint64 qty = 0;
+};
+
+/// How a security stands: its day so far and the five best prices of each side.
+struct Quote {
+    QString symbol;
+    QDateTime time; ///< of the last change
+    double previousClose = 0;
+    double open = 0;
+    double high = 0;
+    double low = 0;
+    double last = 0;
+    double upperLimit = 0; ///< 0 when there is no limit
+    double lowerLimit = 0;
+    qint64 volume = 0;        ///< shares, bonds or contracts
+    double amount = 0;        ///< money
+    QVector<QuoteLevel> bids; ///< five, best first
+    QVector<QuoteLevel> asks;
+};
+
+} // namespace sim

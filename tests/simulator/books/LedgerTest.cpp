@@ -1,0 +1,180 @@
+#include "books/Positions.h"
+#include "exchange/Instrument.h"
+
+#include <gtest/gtest.h>
+
+using namespace sim;
+
+namespace {
+
+Instrument instrument(SecurityKind kind, const char *symbol)
+{
+    Instrument instrument;
+    instrument.symbol = QLatin1String(symbol);
+    instrument.kind = kind;
+    instrument.price = 10;
+    instrument.maxQty = 100000;
+    instrument.limitRate = 0.1;
+    return instrument;
+}
+
+class LedgerTest : public testing::Test {
+protected:
+    LedgerTest()
+    {
+        future.price = 4000;
+        future.tick = 0.2;
+        future.decimals = 1;
+        future.lot = 1;
+        future.minQty = 1;
+        future.multiplier = 300;
+    }
+
+    static Order order(const Instrument &instrument, Side side, double price, qint64 qty)
+    {
+        Order order;
+        order.instrument = &instrument;
+        order.side = side;
+        order.price = price;
+        order.qty = qty;
+        return order;
+    }
+
+    static Prices at(double price)
+    {
+        return [price](const QString &) { return price; };
+    }
+
+    Instrument share = instrument(SecurityKind::Share, "S");
+    Instrument bond = instrument(SecurityKind::Bond, "B");
+    Instrument future = instrument(SecurityKind::Future, "F");
+};
+
+} // namespace
+
+TEST_F(LedgerTest, WhatIsBoughtIsPaidInFullWithItsFee)
+{
+    Ledger ledger(100000);
+    const double fee = ledger.deal(order(share, Side::Buy, 10, 1000), 10, 1000);
+    EXPECT_DOUBLE_EQ(2.5, fee);
+    EXPECT_DOUBLE_EQ(89997.5, ledger.cash());
+    const Valuation value = ledger.value(at(11));
+    EXPECT_DOUBLE_EQ(11000, value.marketValue);
+    EXPECT_DOUBLE_EQ(10000, value.holdingCost);
+    EXPECT_DOUBLE_EQ(100997.5, value.totalAsset);
+}
+
+TEST_F(LedgerTest, SharesThatWereBoughtTodayCannotBeSoldToday)
+{
+    Ledger ledger(100000);
+    ledger.holdFromBefore(share, false, 500, 9);
+    ledger.deal(order(share, Side::Buy, 10, 1000), 10, 1000);
+    EXPECT_EQ(500, ledger.closableQty(share.symbol, false));
+    EXPECT_EQ(QString(), ledger.shortage(order(share, Side::Sell, 10, 500), at(10)));
+    EXPECT_NE(QString(), ledger.shortage(order(share, Side::Sell, 10, 501), at(10)));
+
+    ledger.deal(order(bond, Side::Buy, 10, 100), 10, 100);
+    EXPECT_EQ(100, ledger.closableQty(bond.symbol, false));
+}
+
+TEST_F(LedgerTest, SellingTakesItsPartOfTheAverageCostAndTheProceedsStay)
+{
+    Ledger ledger;
+    ledger.holdFromBefore(share, false, 1000, 8);
+    const double fee = ledger.deal(order(share, Side::Sell, 10, 250), 10, 250);
+    EXPECT_DOUBLE_EQ(1.88, fee); // 0.625 and 1.25 of tax
+    EXPECT_DOUBLE_EQ(2498.12, ledger.cash());
+    EXPECT_DOUBLE_EQ(500, ledger.closeProfitByTrade());
+    const Valuation value = ledger.value(at(10));
+    EXPECT_DOUBLE_EQ(6000, value.holdingCost);
+    EXPECT_DOUBLE_EQ(2498.12, value.available);
+    EXPECT_DOUBLE_EQ(0, value.withdrawable);
+}
+
+TEST_F(LedgerTest, OpenOrdersSetAsideWhatTheyNeed)
+{
+    Ledger ledger(10000);
+    Order buy = order(share, Side::Buy, 9, 1000);
+    EXPECT_EQ(QString(), ledger.shortage(buy, at(10)));
+    ledger.reserve(buy);
+    EXPECT_DOUBLE_EQ(9002.25, ledger.frozenCash());
+    EXPECT_DOUBLE_EQ(997.75, ledger.value(at(10)).available);
+    EXPECT_NE(QString(), ledger.shortage(buy, at(10)));
+    ledger.release(buy);
+    EXPECT_DOUBLE_EQ(0, ledger.frozenCash());
+
+    ledger.holdFromBefore(share, false, 500, 9);
+    const Order sell = order(share, Side::Sell, 10, 300);
+    ledger.reserve(sell);
+    EXPECT_EQ(200, ledger.closableQty(share.symbol, false));
+    ledger.release(sell);
+    EXPECT_EQ(500, ledger.closableQty(share.symbol, false));
+}
+
+TEST_F(LedgerTest, AnOrderAtMarketPriceSetsAsideTheDaysHighestPrice)
+{
+    Order buy = order(share, Side::Buy, 0, 100);
+    buy.priceType = PriceType::Market;
+    EXPECT_DOUBLE_EQ(11, buy.reservePrice());
+}
+
+TEST_F(LedgerTest, OpeningAFutureBindsMarginAndMovesNoMoney)
+{
+    Ledger ledger(1000000);
+    const double fee = ledger.deal(order(future, Side::SellOpen, 4000, 2), 4000, 2);
+    EXPECT_DOUBLE_EQ(55.2, fee);
+    EXPECT_DOUBLE_EQ(1000000 - fee, ledger.cash());
+    const Valuation value = ledger.value(at(3990)); // a short position gains when the price falls
+    EXPECT_DOUBLE_EQ(-2394000, value.marketValue);
+    EXPECT_DOUBLE_EQ(-2400000, value.openCost);
+    EXPECT_DOUBLE_EQ(1006000 - fee, value.totalAsset);
+    EXPECT_DOUBLE_EQ(1006000 - fee - 288000, value.available);
+    EXPECT_DOUBLE_EQ(1000000 - fee - 288000, value.withdrawable);
+    EXPECT_EQ(2, ledger.closableQty(future.symbol, true));
+    EXPECT_EQ(0, ledger.closableQty(future.symbol, false));
+}
+
+TEST_F(LedgerTest, FuturesFromBeforeCountAtYesterdaysClose)
+{
+    Ledger ledger(0);
+    ledger.holdFromBefore(future, true, 2, 4100);
+    EXPECT_DOUBLE_EQ(-2400000, ledger.value(at(4000)).holdingCost);
+    EXPECT_DOUBLE_EQ(-2460000, ledger.value(at(4000)).openCost);
+    const double fee = ledger.deal(order(future, Side::BuyClose, 3950, 1), 3950, 1);
+    EXPECT_DOUBLE_EQ(15000, ledger.closeProfitByDate());  // since yesterday: 50 points
+    EXPECT_DOUBLE_EQ(45000, ledger.closeProfitByTrade()); // since it was opened: 150
+    EXPECT_DOUBLE_EQ(15000 - fee, ledger.cash());
+    EXPECT_EQ(1, ledger.closableQty(future.symbol, true));
+}
+
+struct Rule {
+    const char *name;
+    Side side;
+    double price;
+    qint64 qty;
+    bool kept;
+};
+
+class OrderRules : public testing::TestWithParam<Rule> {};
+
+INSTANTIATE_TEST_SUITE_P(
+    All, OrderRules,
+    testing::Values(Rule{"Usual", Side::Buy, 10, 300, true}, Rule{"AtTheUpperLimit", Side::Buy, 11, 300, true},
+                    Rule{"OverTheUpperLimit", Side::Buy, 11.01, 300, false},
+                    Rule{"AtTheLowerLimit", Side::Sell, 9, 300, true},
+                    Rule{"UnderTheLowerLimit", Side::Sell, 8.99, 300, false},
+                    Rule{"BetweenTicks", Side::Buy, 10.005, 300, false}, Rule{"NoPrice", Side::Buy, 0, 300, false},
+                    Rule{"OddLotBought", Side::Buy, 10, 150, false}, Rule{"OddLotSold", Side::Sell, 10, 150, true},
+                    Rule{"Nothing", Side::Sell, 10, 0, false}, Rule{"TooMany", Side::Buy, 10, 100100, false}),
+    [](const auto &info) { return std::string(info.param.name); });
+
+TEST_P(OrderRules, AreApplied)
+{
+    const Instrument share = instrument(SecurityKind::Share, "S");
+    Order order;
+    order.instrument = &share;
+    order.side = GetParam().side;
+    order.price = GetParam().price;
+    order.qty = GetParam().qty;
+    EXPECT_EQ(GetParam().kept, violatedRule(order).isEmpty()) << qPrintable(violatedRule(order));
+}

@@ -1,0 +1,246 @@
+#include "exchange/Exchange.h"
+
+#include "exchange/TestClock.h"
+
+#include <gtest/gtest.h>
+
+using namespace sim;
+
+namespace {
+
+const QString kStock = QStringLiteral("600001.SH");
+
+Instrument stock()
+{
+    Instrument stock;
+    stock.symbol = kStock;
+    stock.securityId = QStringLiteral("600001");
+    stock.exchange = QStringLiteral("SH");
+    stock.price = 18.36;
+    stock.limitRate = 0.1;
+    stock.volatility = 0.6;
+    stock.dailyVolume = 2000000;
+    stock.listed = QDate(2010, 1, 4);
+    return stock;
+}
+
+class QuoteTest : public testing::Test {
+protected:
+    Quote quoteAt(const QDateTime &time, const Exchange &of)
+    {
+        clock.set(time);
+        const std::optional<Quote> quote = of.quote(kStock);
+        EXPECT_TRUE(quote.has_value());
+        return quote.value_or(Quote());
+    }
+
+    Quote quoteAt(const char *time) { return quoteAt(at(time), exchange); }
+
+    Exchange exchangeOf(const Instrument &instrument) const { return {{instrument}, 7, QDate(2025, 3, 3), clock}; }
+
+    TestClock clock{at("2025-03-03 10:00:30")}; // a Monday
+    const Exchange exchange = exchangeOf(stock());
+};
+
+void expectSame(const Quote &expected, const Quote &actual)
+{
+    EXPECT_EQ(expected.time, actual.time);
+    EXPECT_EQ(expected.last, actual.last);
+    EXPECT_EQ(expected.high, actual.high);
+    EXPECT_EQ(expected.volume, actual.volume);
+    EXPECT_EQ(expected.amount, actual.amount);
+    for (int level = 0; level < 5; ++level) {
+        EXPECT_EQ(expected.bids[level].price, actual.bids[level].price);
+        EXPECT_EQ(expected.asks[level].qty, actual.asks[level].qty);
+    }
+}
+
+} // namespace
+
+TEST_F(QuoteTest, IsWhatTheCandlesOfTheDayAddUpTo)
+{
+    const Quote quote = quoteAt("2025-03-03 13:10:00");
+    const QVector<Candle> candles =
+        exchange.candles(kStock, at("2025-03-03 09:31:00"), QDateTime(), CandlePeriod::Minute);
+    ASSERT_EQ(130, candles.size());
+    double high = 0;
+    double low = 1e9;
+    double amount = 0;
+    qint64 volume = 0;
+    for (const Candle &candle : candles) {
+        high = std::max(high, candle.high);
+        low = std::min(low, candle.low);
+        amount += candle.amount;
+        volume += candle.volume;
+    }
+    EXPECT_EQ(candles.first().open, quote.open);
+    EXPECT_EQ(candles.last().close, quote.last);
+    EXPECT_EQ(high, quote.high);
+    EXPECT_EQ(low, quote.low);
+    EXPECT_EQ(volume, quote.volume);
+    EXPECT_NEAR(amount, quote.amount, 130 * 0.005 + 0.005); // each was rounded to the cent
+    EXPECT_EQ(at("2025-03-03 13:10:00"), quote.time);
+}
+
+TEST_F(QuoteTest, AMinuteIsGoneThroughStepByStepFromItsOpenToItsClose)
+{
+    // The first minutes of days: there the quote's high and low are the candle's.
+    for (QDateTime begin = at("2025-02-03 09:30:00"); begin <= at("2025-02-28 09:30:00"); begin = begin.addDays(1)) {
+        clock.set(begin.addSecs(60));
+        const QVector<Candle> candles = exchange.candles(kStock, clock.now(), clock.now(), CandlePeriod::Minute);
+        if (candles.isEmpty())
+            continue; // a weekend
+        const Candle &candle = candles[0];
+
+        Quote before;
+        for (int second = 3; second <= 60; second += 3) {
+            const Quote quote = quoteAt(begin.addSecs(second), exchange);
+            EXPECT_EQ(begin.addSecs(second), quote.time);
+            EXPECT_EQ(candle.open, quote.open);
+            EXPECT_LE(candle.low, quote.last);
+            EXPECT_GE(candle.high, quote.last);
+            EXPECT_LE(quote.low, quote.last);
+            EXPECT_GE(quote.high, quote.last);
+            EXPECT_GE(quote.volume, before.volume);
+            EXPECT_EQ(0, quote.volume % 100);
+            EXPECT_GE(quote.amount, before.amount);
+            if (quote.volume > 0) {
+                const double average = quote.amount / double(quote.volume);
+                EXPECT_GE(average, quote.low - 1e-4); // the amount is rounded
+                EXPECT_LE(average, quote.high + 1e-4);
+            }
+            if (second == 57) { // both ends of the candle have been seen before it closes
+                EXPECT_EQ(candle.high, quote.high);
+                EXPECT_EQ(candle.low, quote.low);
+            }
+            before = quote;
+        }
+        EXPECT_EQ(candle.close, before.last);
+        EXPECT_EQ(candle.high, before.high);
+        EXPECT_EQ(candle.low, before.low);
+        EXPECT_EQ(candle.volume, before.volume);
+        EXPECT_EQ(candle.amount, before.amount);
+    }
+}
+
+TEST_F(QuoteTest, ChangesEveryThreeSeconds)
+{
+    const Quote quote = quoteAt("2025-03-03 10:00:03");
+    expectSame(quote, quoteAt("2025-03-03 10:00:05"));
+    EXPECT_NE(quote.volume, quoteAt("2025-03-03 10:00:06").volume);
+}
+
+TEST_F(QuoteTest, StaysThatOfTheLastTradingDayUntilTheNextOneHasOpened)
+{
+    const Quote friday = quoteAt("2025-02-28 15:00:00");
+    EXPECT_EQ(18.36, friday.last);
+    EXPECT_EQ(at("2025-02-28 15:00:00"), friday.time);
+    for (const char *later : {"2025-02-28 23:00:00", "2025-03-01 11:00:00", "2025-03-03 09:30:02"})
+        expectSame(friday, quoteAt(later));
+
+    const Quote monday = quoteAt("2025-03-03 09:30:03");
+    EXPECT_EQ(at("2025-03-03 09:30:03"), monday.time);
+    EXPECT_EQ(18.36, monday.previousClose);
+    EXPECT_LT(monday.volume, friday.volume);
+    EXPECT_EQ(at("2025-03-03 11:30:00"), quoteAt("2025-03-03 12:15:00").time);
+}
+
+TEST_F(QuoteTest, ThePreviousCloseIsThatOfTheDayBefore)
+{
+    const QVector<Candle> thursday =
+        exchange.candles(kStock, at("2025-02-27 15:00:00"), at("2025-02-27 15:00:00"), CandlePeriod::Day);
+    ASSERT_EQ(1, thursday.size());
+    EXPECT_EQ(thursday[0].close, quoteAt("2025-02-28 14:00:00").previousClose);
+}
+
+TEST_F(QuoteTest, FiveLevelsOnEachSideStandATickApart)
+{
+    const Instrument instrument = stock();
+    for (int second = 0; second < 60; second += 3) {
+        const Quote quote = quoteAt(at("2025-03-03 10:20:00").addSecs(second), exchange);
+        ASSERT_EQ(5, quote.bids.size());
+        ASSERT_EQ(5, quote.asks.size());
+        const qint64 best = instrument.ticksOf(quote.bids[0].price);
+        EXPECT_TRUE(quote.last == quote.bids[0].price || quote.last == quote.asks[0].price);
+        for (int level = 0; level < 5; ++level) {
+            EXPECT_EQ(instrument.priceOf(best - level), quote.bids[level].price);
+            EXPECT_EQ(instrument.priceOf(best + 1 + level), quote.asks[level].price);
+            for (const qint64 qty : {quote.bids[level].qty, quote.asks[level].qty}) {
+                EXPECT_GT(qty, 0);
+                EXPECT_EQ(0, qty % instrument.lot);
+            }
+        }
+    }
+}
+
+TEST_F(QuoteTest, LimitsAreRoundedToTheTick)
+{
+    EXPECT_EQ(20.2, quoteAt("2025-03-03 10:00:00").upperLimit);
+    EXPECT_EQ(16.52, quoteAt("2025-03-03 10:00:00").lowerLimit);
+
+    Instrument unlimited = stock();
+    unlimited.limitRate = 0;
+    const Exchange other = exchangeOf(unlimited);
+    EXPECT_EQ(0, quoteAt(clock.now(), other).upperLimit);
+    EXPECT_EQ(0, quoteAt(clock.now(), other).lowerLimit);
+}
+
+TEST_F(QuoteTest, LevelsBeyondALimitAreEmpty)
+{
+    Instrument narrow = stock();
+    narrow.volatility = 0;
+    narrow.limitRate = 0.001; // two ticks
+    const Exchange other = exchangeOf(narrow);
+    for (int second = 0; second < 60; second += 3) {
+        const Quote quote = quoteAt(at("2025-03-03 10:20:00").addSecs(second), other);
+        EXPECT_EQ(18.38, quote.upperLimit);
+        EXPECT_EQ(18.34, quote.lowerLimit);
+        for (const QVector<QuoteLevel> &side : {quote.bids, quote.asks}) {
+            for (const QuoteLevel &level : side) {
+                EXPECT_EQ(level.price > 0, level.qty > 0);
+                EXPECT_TRUE(level.price == 0 || (level.price >= 18.34 && level.price <= 18.38)) << level.price;
+            }
+        }
+        EXPECT_EQ(0, quote.asks.last().qty);
+        EXPECT_EQ(0, quote.bids.last().qty);
+    }
+}
+
+TEST_F(QuoteTest, NothingIsOfferedForNothing)
+{
+    Instrument penny = stock();
+    penny.price = 0.01;
+    const Exchange other = exchangeOf(penny);
+    const Quote quote = quoteAt(clock.now(), other);
+    EXPECT_EQ(0.01, quote.lowerLimit);
+    EXPECT_EQ(0.02, quote.upperLimit);
+    EXPECT_EQ(0, quote.bids.last().price);
+}
+
+TEST_F(QuoteTest, DoesNotDependOnWhatWasAskedBefore)
+{
+    const Quote late = quoteAt("2025-03-03 14:31:27");
+    const Exchange other = exchangeOf(stock());
+    quoteAt(at("2025-03-03 10:00:00"), other);
+    expectSame(late, quoteAt(at("2025-03-03 14:31:27"), other));
+}
+
+TEST_F(QuoteTest, ThereIsNoneBeforeTheListingAndOfTheUnknown)
+{
+    clock.set(at("2010-01-03 12:00:00"));
+    EXPECT_FALSE(exchange.quote(kStock));
+    clock.set(at("2010-01-04 12:00:00"));
+    EXPECT_TRUE(exchange.quote(kStock));
+    EXPECT_FALSE(exchange.quote(QStringLiteral("600001")));
+    EXPECT_FALSE(exchange.quote(QString()));
+}
+
+TEST_F(QuoteTest, InstrumentsAreFoundBySymbolAndByCodeAndExchange)
+{
+    ASSERT_TRUE(exchange.instrument(kStock));
+    EXPECT_EQ(kStock, exchange.instrument(kStock)->symbol);
+    EXPECT_FALSE(exchange.instrument(QStringLiteral("600001")));
+    EXPECT_EQ(exchange.instrument(kStock), exchange.instrumentOf(QStringLiteral("600001"), QStringLiteral("SH")));
+    EXPECT_FALSE(exchange.instrumentOf(QStringLiteral("600001"), QStringLiteral("SZ")));
+    EXPECT_FALSE(exchange.instrumentOf(QString(), QString()));
+}
