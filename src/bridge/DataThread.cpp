@@ -5,6 +5,7 @@
 #include "dataservice/DataProcess.h"
 #include "msgcenter/WebMsgCenter.h"
 
+#include "CommonQuotaHandler.h"
 #include "VarnelCefView.h"
 
 #include <QDebug>
@@ -55,13 +56,33 @@ void DataThread::answer(const QString &replyEvent, const QVariantList &args, Que
         Reply::send(view, replyEvent, PageArguments::answer<Readings...>(args, query, DataProcess::instance()));
 }
 
+namespace {
+
+/// The quote is fetched here; the data service only packs it.
+QString currentTick(DataProcess *process, const QString &uuid, const QString &symbol)
+{
+    return process->processTick(uuid, symbol, CommonQuotaHandler::instance()->GetQuotaSnapshot(symbol, 0), false);
+}
+
+} // namespace
+
 // One line for each call: its reply, the readings of its parameters after the uuid, and what answers it.
 // clang-format off
-void DataThread::Data_getToken_REQ(const QVariantList &args)           { answer<>          (ReplyEvent::Data_getToken,           args, &DataProcess::processToken); }
-void DataThread::Data_getFundAccountList_REQ(const QVariantList &args) { answer<Integer>   (ReplyEvent::Data_getFundAccountList, args, &DataProcess::processFundAccountList); }
-void DataThread::Data_getTraderList_REQ(const QVariantList &args)      { answer<>          (ReplyEvent::Data_getTraderList,      args, &DataProcess::processTraderList); }
-void DataThread::Data_getLoginTrader_REQ(const QVariantList &args)     { answer<>          (ReplyEvent::Data_getLoginTrader,     args, &DataProcess::processLoginTrader); }
-void DataThread::Data_getOPStation_REQ(const QVariantList &args)       { answer<Text, Text>(ReplyEvent::Data_getOPStation,       args, &DataProcess::processGetOPStation); }
+void DataThread::Data_getToken_REQ(const QVariantList &args)                { answer<>                                                (ReplyEvent::Data_getToken,                 args, &DataProcess::processToken); }
+void DataThread::Data_getSymbolDetail_REQ(const QVariantList &args)         { answer<Text>                                            (ReplyEvent::Data_getSymbolDetail,          args, &DataProcess::processSymbolDetail); }
+void DataThread::Data_getCurrentTick_REQ(const QVariantList &args)          { answer<Text>                                            (ReplyEvent::Data_getCurrentTick,           args, currentTick); }
+void DataThread::Data_getFundAccountList_REQ(const QVariantList &args)      { answer<Integer>                                         (ReplyEvent::Data_getFundAccountList,       args, &DataProcess::processFundAccountList); }
+void DataThread::Data_getTraderList_REQ(const QVariantList &args)           { answer<>                                                (ReplyEvent::Data_getTraderList,            args, &DataProcess::processTraderList); }
+void DataThread::Data_getLoginTrader_REQ(const QVariantList &args)          { answer<>                                                (ReplyEvent::Data_getLoginTrader,           args, &DataProcess::processLoginTrader); }
+void DataThread::Data_getSymbolList_REQ(const QVariantList &args)           { answer<Variant>                                         (ReplyEvent::Data_getSymbolList,            args, &DataProcess::processSymbolList); }
+void DataThread::Data_getSymbolListWithDetail_REQ(const QVariantList &args) { answer<Variant>                                         (ReplyEvent::Data_getSymbolListWithDetail,  args, &DataProcess::processSymbolListWithDetail); }
+void DataThread::Data_getEntrustList_REQ(const QVariantList &args)          { answer<Variant, Integer, Integer>                       (ReplyEvent::Data_getEntrustList,           args, &DataProcess::processEntrustList); }
+void DataThread::Data_getExecutionList_REQ(const QVariantList &args)        { answer<Variant, Integer, Integer>                       (ReplyEvent::Data_getExecutionList,         args, &DataProcess::processExecutionList); }
+void DataThread::Data_getPositionList_REQ(const QVariantList &args)         { answer<CommaList, Text>                                 (ReplyEvent::Data_getPositionList,          args, &DataProcess::processPositionList); }
+void DataThread::Data_getAsset_REQ(const QVariantList &args)                { answer<Text>                                            (ReplyEvent::Data_getAsset,                 args, &DataProcess::processAsset); }
+void DataThread::Data_getTradableQty_REQ(const QVariantList &args)          { answer<Text, Text, Text, Text, Text, Text, Text>        (ReplyEvent::Data_getTradableQty,           args, &DataProcess::processTradableQty); }
+void DataThread::Data_getUpsDownsAnalysis_REQ(const QVariantList &args)     { answer<Text, Text, Text>                                (ReplyEvent::Data_getUpsDownsAnalysis,      args, &DataProcess::processUpsDowns); }
+void DataThread::Data_getOPStation_REQ(const QVariantList &args)            { answer<Text, Text>                                      (ReplyEvent::Data_getOPStation,             args, &DataProcess::processGetOPStation); }
 // clang-format on
 
 /// The one call that is answered later, and the one that a short list gets no reply for.
@@ -84,10 +105,6 @@ void DataThread::receiveKLines(const QString &requestId, const QList<QVariantMap
     VarnelCefView *const view = m_view;
     if (!view)
         return;
-    QVariantList candles;
-    candles.reserve(data.size());
-    for (const QVariantMap &candle : data)
-        candles.append(candle);
     Reply::send(view, ReplyEvent::Data_getKLineData,
-                Reply::text(uuid, candles, QtWarningMsg, VARNEL_OPERATION(DataThread, receiveKLines)));
+                Reply::text(uuid, Reply::toList(data), QtWarningMsg, VARNEL_OPERATION(DataThread, receiveKLines)));
 }

@@ -37,9 +37,19 @@ public:
 private:
     // The handlers, found by name. Their order is fixed.
     Q_INVOKABLE void Data_getToken_REQ(const QVariantList &args);
+    Q_INVOKABLE void Data_getSymbolDetail_REQ(const QVariantList &args);
+    Q_INVOKABLE void Data_getCurrentTick_REQ(const QVariantList &args);
     Q_INVOKABLE void Data_getFundAccountList_REQ(const QVariantList &args);
     Q_INVOKABLE void Data_getTraderList_REQ(const QVariantList &args);
     Q_INVOKABLE void Data_getLoginTrader_REQ(const QVariantList &args);
+    Q_INVOKABLE void Data_getSymbolList_REQ(const QVariantList &args);
+    Q_INVOKABLE void Data_getSymbolListWithDetail_REQ(const QVariantList &args);
+    Q_INVOKABLE void Data_getEntrustList_REQ(const QVariantList &args);
+    Q_INVOKABLE void Data_getExecutionList_REQ(const QVariantList &args);
+    Q_INVOKABLE void Data_getPositionList_REQ(const QVariantList &args);
+    Q_INVOKABLE void Data_getAsset_REQ(const QVariantList &args);
+    Q_INVOKABLE void Data_getTradableQty_REQ(const QVariantList &args);
+    Q_INVOKABLE void Data_getUpsDownsAnalysis_REQ(const QVariantList &args);
     Q_INVOKABLE void Data_getKLineData_REQ(const QVariantList &args);
     Q_INVOKABLE void Data_getOPStation_REQ(const QVariantList &args);
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDebug>
 #include <QLoggingCategory>
 
 /// The one category of this library: a terminal filters it by the name "varnel.websdk".
@@ -19,3 +20,7 @@ struct Operation {
     {                                                                                \
 #        klass "::" #        operation, #        klass ".cpp", __LINE__, Q_FUNC_INFO \
     }
+
+/// A log line of the operation, begun with its name; the rest is streamed in. A debug line on a busy path asks
+/// lcWebSdk().isDebugEnabled() first.
+QDebug logLine(QtMsgType level, const Operation &operation);

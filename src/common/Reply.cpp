@@ -2,7 +2,6 @@
 
 #include "VarnelCefView.h"
 
-#include <QDebug>
 #include <QJsonDocument>
 
 using namespace WebConstants;
@@ -11,9 +10,7 @@ QString Reply::toText(const QVariant &value, QtMsgType level, const Operation &o
 {
     const QJsonDocument document = QJsonDocument::fromVariant(value);
     if (document.isNull()) {
-        const QMessageLogger logger(operation.file, operation.line, operation.function);
-        (level == QtWarningMsg ? logger.warning(lcWebSdk()) : logger.debug(lcWebSdk()))
-            << operation.name << qUtf8Printable(Message::argumentConversionError) << value;
+        logLine(level, operation) << qUtf8Printable(Message::argumentConversionError) << value;
         return QString();
     }
     return QString::fromUtf8(document.toJson(QJsonDocument::Compact));
@@ -24,6 +21,21 @@ QString Reply::text(const QString &uuid, const QVariant &resultData, QtMsgType l
 {
     return toText(QVariantMap{{Key::uuid, uuid}, {Key::code, code}, {Key::msg, msg}, {Key::resultData, resultData}},
                   level, operation);
+}
+
+QString Reply::textWithoutResult(const QString &uuid, QtMsgType level, const Operation &operation, const QString &code,
+                                 const QString &msg)
+{
+    return toText(QVariantMap{{Key::uuid, uuid}, {Key::code, code}, {Key::msg, msg}}, level, operation);
+}
+
+QVariantList Reply::toList(const QList<QVariantMap> &records)
+{
+    QVariantList list;
+    list.reserve(records.size());
+    for (const QVariantMap &record : records)
+        list.append(record);
+    return list;
 }
 
 void Reply::send(VarnelCefView *view, const QString &event, const QString &text)

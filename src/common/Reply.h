@@ -19,6 +19,13 @@ QString toText(const QVariant &value, QtMsgType level, const Operation &operatio
 QString text(const QString &uuid, const QVariant &resultData, QtMsgType level, const Operation &operation,
              const QString &code = WebConstants::Code::success, const QString &msg = QString());
 
+/// The same without the key "resultData".
+QString textWithoutResult(const QString &uuid, QtMsgType level, const Operation &operation,
+                          const QString &code = WebConstants::Code::success, const QString &msg = QString());
+
+/// Records in the form in which a reply or push can carry them.
+QVariantList toList(const QList<QVariantMap> &records);
+
 /// Broadcasts one event with one text argument on the view, which must not be null.
 void send(VarnelCefView *view, const QString &event, const QString &text);
 

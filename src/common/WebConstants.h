@@ -107,6 +107,15 @@ inline const QString code = QStringLiteral("code");
 inline const QString msg = QStringLiteral("msg");
 inline const QString resultData = QStringLiteral("resultData");
 
+// Filters
+inline const QString symbol = QStringLiteral("symbol");
+inline const QString trader = QStringLiteral("trader");
+inline const QString orderStatus = QStringLiteral("orderStatus");
+inline const QString symbolFilter = QStringLiteral("symbolFilter");
+inline const QString securityType = QStringLiteral("securityType");
+inline const QString securitySubType = QStringLiteral("securitySubType");
+inline const QString securityPost = QStringLiteral("securityPost");
+
 // Accounts
 inline const QString fundAccount = QStringLiteral("fundAccount");
 inline const QString fundAccountName = QStringLiteral("fundAccountName");
@@ -135,6 +144,16 @@ inline const QString execId = QStringLiteral("execId");
 inline const QString orderSource = QStringLiteral("orderSource");
 inline const QString instanceID = QStringLiteral("instanceID");
 
+// A cell of an order or execution record
+inline const QString displayRole = QStringLiteral("displayRole");
+inline const QString userRole = QStringLiteral("userRole");
+
+// A page of records
+inline const QString totalSize = QStringLiteral("totalSize");
+inline const QString size = QStringLiteral("size");
+inline const QString entrustInfoList = QStringLiteral("entrustInfoList");
+inline const QString executionInfoList = QStringLiteral("executionInfoList");
+
 // Position records
 inline const QString securityAccount = QStringLiteral("securityAccount");
 inline const QString exchange = QStringLiteral("exchange");
@@ -150,6 +169,31 @@ inline const QString marketValueCNY = QStringLiteral("marketValueCNY");
 inline const QString totalCost = QStringLiteral("totalCost");
 inline const QString profit = QStringLiteral("profit");
 inline const QString profitRate = QStringLiteral("profitRate");
+inline const QString stockInterest = QStringLiteral("stockInterest");
+
+// Asset records
+inline const QString holdingCost = QStringLiteral("holdingCost");
+inline const QString fetchableCash = QStringLiteral("fetchableCash");
+inline const QString totalAsset = QStringLiteral("totalAsset");
+inline const QString tradableCash = QStringLiteral("tradableCash");
+inline const QString closePosProfitDate = QStringLiteral("closePosProfitDate");
+inline const QString closePosProfitTrade = QStringLiteral("closePosProfitTrade");
+inline const QString floatingProfit = QStringLiteral("floatingProfit");
+
+// Securities
+inline const QString displayName = QStringLiteral("displayName");
+inline const QString spellName = QStringLiteral("spellName");
+inline const QString qtyUnit = QStringLiteral("qtyUnit");
+inline const QString precision = QStringLiteral("precision");
+inline const QString priceUnit = QStringLiteral("priceUnit");
+inline const QString qtyStep = QStringLiteral("qtyStep");
+inline const QString qtyPrecision = QStringLiteral("qtyPrecision");
+inline const QString minQty = QStringLiteral("minQty");
+inline const QString maxQty = QStringLiteral("maxQty");
+inline const QString priceLimitType = QStringLiteral("priceLimitType");
+
+// Tradable quantity
+inline const QString qty = QStringLiteral("qty");
 } // namespace Key
 
 /// Columns of the host's report generators. Where column and page key are the same text, they are the
@@ -195,6 +239,12 @@ using Key::profit;
 inline const QString profitRate = QStringLiteral("profit_rate");
 } // namespace Column
 
+/// Keys of a cell in the host's line data: the decimal texts of two item data roles.
+namespace LineDataRole {
+inline const QString display = QString::number(Qt::DisplayRole);
+inline const QString user = QString::number(Qt::UserRole);
+} // namespace LineDataRole
+
 /// Values of "code": texts, never numbers.
 namespace Code {
 inline const QString success = QStringLiteral("0");
@@ -204,6 +254,8 @@ inline const QString failure = QStringLiteral("-1");
 /// Fixed texts of "msg" and of log lines.
 namespace Message {
 inline const QString argumentConversionError = QStringLiteral("参数转换错误");
+inline const QString filterConversionError = QStringLiteral("过滤条件参数转换错误");
+inline const QString queryFailed = QStringLiteral("query failed");
 } // namespace Message
 
 /// The K-line request and its answer on the host bus.

@@ -7,8 +7,11 @@
 #include <QMap>
 #include <QObject>
 #include <QStringList>
+#include <QVariantMap>
 
 #include <atomic>
+
+class QJsonDocument;
 
 /// Turns the host's records into the texts that pages read.
 /// One for the process, made by the first instance(), destroyed when the library is unloaded.
@@ -24,8 +27,11 @@ public:
     /// last call counts for all views.
     void init();
 
-    // Each of these returns the whole reply as compact JSON; uuid comes back in it unchanged. "code" is "0"
-    // and "msg" empty, whatever the host answers: nothing found is an empty result, not a failure.
+    // The operations named process… return the whole reply as compact JSON; uuid comes back in it unchanged.
+    // Unless it says otherwise, "code" is "0" and "msg" empty, whatever the host answers: nothing found is an
+    // empty result, not a failure. A reply that JSON cannot express is the empty text, and one log line.
+
+    // Login and accounts
 
     /// "resultData": the token of the current login.
     QString processToken(const QString &uuid);
@@ -44,10 +50,90 @@ public:
     /// neither is empty.
     QString processGetOPStation(const QString &uuid, const QString &first, const QString &second);
 
+    // Orders and executions
+
+    /// The host's query keys for a page's filter, an object of optional lists of texts; anything else has no
+    /// conditions. Fund accounts become the first trading account of each.
+    QVariantMap parseOrderFilter(const QJsonDocument &filter);
+
+    /// "resultData": {"totalSize", "size", "entrustInfoList"}. filter: a JSON text; anything else gets "code"
+    /// "-1" and no "resultData". The two integers page through the list as the host defines it.
+    QString processEntrustList(const QString &uuid, const QVariant &filter, const int &pageArg1, const int &pageArg2);
+
+    /// The same with "executionInfoList".
+    QString processExecutionList(const QString &uuid, const QVariant &filter, const int &pageArg1, const int &pageArg2);
+
+    // Positions and assets
+
+    /// "resultData": the positions of the fund accounts, account by account; with a symbol only those of exactly
+    /// that symbol.
+    QString processPositionList(const QString &uuid, const QStringList &fundAccounts, const QString &symbol);
+
+    /// "resultData": the asset record of each of the fund accounts, a text separated by commas; unknown ones are
+    /// left out.
+    QString processAsset(const QString &uuid, const QString &fundAccounts);
+
+    /// The asset record of a fund account: amounts in the account's currency as texts with two decimals. Empty
+    /// for an unknown fund account.
+    QVariantMap packageAsset(const QString &fundAccount);
+
+    // Records
+
+    /// A host record as pages know it: each page key with the pair of its display text and underlying value.
+    QVariantMap packageEntrustOrderMsg(const QVariantMap &record);
+    QVariantMap packageExecutionOrderMsg(const QVariantMap &record);
+
+    /// A position as pages know it: one value for each page key, and the bond interest.
+    QVariantMap packagePositionMsg(const QVariantMap &record);
+
+    // The packaged record alone as compact JSON, for a push.
+    QString getEntrustOrderMsg(const QVariantMap &record);
+    QString getExecutionOrderMsg(const QVariantMap &record);
+    QString getPositionMsg(const QVariantMap &record);
+    QString getAssetMsg(const QString &fundAccount); ///< "{}" for an unknown fund account
+
+    // Securities
+
+    /// "resultData": {"symbol", "displayName", "spellName"} of each security that the filter selects. filter: a
+    /// JSON text whose "symbolFilter" lists security classes; what is no JSON gets "code" "-1" and no
+    /// "resultData".
+    QString processSymbolList(const QString &uuid, const QVariant &filter);
+
+    /// The same with the trading properties of each: about a dozen host calls for every security.
+    QString processSymbolListWithDetail(const QString &uuid, const QVariant &filter);
+
+    /// "resultData": the trading properties of the symbols, a text separated by commas; one record for each part,
+    /// known or not.
+    QString processSymbolDetail(const QString &uuid, const QString &symbols);
+
+    // Quotes
+
+    /// "resultData": the quote as it is. bare: the quote alone as JSON, without an envelope, for a push.
+    QString processTick(const QString &uuid, const QString &symbol, const QVariantMap &tick, bool bare);
+
+    /// "resultData": the candles, asked of the host in the same call, which blocks. "code" is "-1" when the request
+    /// failed; whatever candles came are there all the same. No page call leads here; it is for hosts.
+    QString processKLineData(const QString &uuid, const QString &symbol, const QString &startTime,
+                             const QString &stopTime, EMD_KLINE_PERIOD period);
+
+    /// Always the empty text.
+    QString processUpsDowns(const QString &uuid, const QString &argument1, const QString &argument2,
+                            const QString &argument3);
+
+    /// "resultData": {"qty"}, the most that could be traded, as the host's text. Absent for an unknown fund
+    /// account. Arguments 4, 7 and 8 are the host's and passed on unchanged.
+    QString processTradableQty(const QString &uuid, const QString &fundAccount, const QString &symbol,
+                               const QString &argument4, const QString &side, const QString &priceType,
+                               const QString &argument7, const QString &argument8);
+
 private:
     DataProcess();
     void initOrderField();
     void initPositionField();
+
+    /// Recomputes market value, holding cost, profit and return rate of an account's details; those of a futures
+    /// account stay the host's.
+    void refillMarketRelaData(QVariantMap &details, const QString &assetProp);
 
     // Written by init() while other threads may read it: they see the old value or the new one.
     std::atomic<ShowType> showType{ShowType(0)};
