@@ -1,9 +1,8 @@
 #include "msgcenter/WebMsgCenter.h"
 
 #include "HostTest.h"
+#include "KLineMessages.h"
 #include "LogRecorder.h"
-
-#include "Tessar_Fields.h"
 
 #include <QSignalSpy>
 #include <QThread>
@@ -14,17 +13,6 @@ using testing::Return;
 using testing::SetArgReferee;
 
 namespace {
-
-const QString symbol = QStringLiteral("sym");
-const QString from = QStringLiteral("20240102");
-const QString to = QStringLiteral("20240131");
-
-MessageFields requestFields(int period)
-{
-    return {{QStringLiteral("Symbol"), symbol},     {QStringLiteral("StartTime"), from},
-            {QStringLiteral("StopTime"), to},       {QStringLiteral("ExrightsType"), 10},
-            {QStringLiteral("PeriodType"), period}, {Tessar_Fields::System::msgType, QStringLiteral("KLineRequest")}};
-}
 
 QVariantMap candle(const QString &requestId, int n)
 {
@@ -45,10 +33,7 @@ protected:
         center = WebMsgCenter::instance();
     }
 
-    auto isRequest(int period)
-    {
-        return IsMessage(QVariant(QStringLiteral("KLineRequest")), start.pid, requestFields(period));
-    }
+    auto isRequest(int period) const { return isKLineRequest(start.pid, period); }
 
     HostStart start;
     WebMsgCenter *center = nullptr;
@@ -65,7 +50,7 @@ TEST_F(KLinesTest, AsyncRequestSetsItsIdBeforeItIsSentAndPassesTheResultOn)
         return -17;
     });
     const LogRecorder log;
-    EXPECT_EQ(center->asyncRequestKLineData(symbol, from, to, DayKLinePeriod, clientMsgID), -17);
+    EXPECT_EQ(center->asyncRequestKLineData(kLineSymbol, kLineFrom, kLineTo, DayKLinePeriod, clientMsgID), -17);
     EXPECT_EQ(clientMsgID, id);
     EXPECT_EQ(idWhenSent, id);
     EXPECT_TRUE(log.lines().isEmpty());
@@ -76,8 +61,8 @@ TEST_F(KLinesTest, EachRequestHasAnIdOfItsOwn)
     EXPECT_CALL(host, QvPresenterClass_sendRequest_Async(isRequest(1))).Times(2).WillRepeatedly(Return(0));
     QString a;
     QString b;
-    EXPECT_EQ(center->asyncRequestKLineData(symbol, from, to, MinuteKLinePeriod, a), 0);
-    EXPECT_EQ(center->asyncRequestKLineData(symbol, from, to, MinuteKLinePeriod, b), 0);
+    EXPECT_EQ(center->asyncRequestKLineData(kLineSymbol, kLineFrom, kLineTo, MinuteKLinePeriod, a), 0);
+    EXPECT_EQ(center->asyncRequestKLineData(kLineSymbol, kLineFrom, kLineTo, MinuteKLinePeriod, b), 0);
     EXPECT_NE(a, b);
 }
 
@@ -85,7 +70,7 @@ TEST_F(KLinesTest, PeriodIsPassedThroughWhateverItIs)
 {
     EXPECT_CALL(host, QvPresenterClass_sendRequest_Async(isRequest(77))).WillOnce(Return(0));
     QString id;
-    center->asyncRequestKLineData(symbol, from, to, EMD_KLINE_PERIOD(77), id);
+    center->asyncRequestKLineData(kLineSymbol, kLineFrom, kLineTo, EMD_KLINE_PERIOD(77), id);
 }
 
 TEST_F(KLinesTest, SyncRequestReturnsTheCandlesInOrder)
@@ -95,7 +80,7 @@ TEST_F(KLinesTest, SyncRequestReturnsTheCandlesInOrder)
             SetArgReferee<1>(QVariant(QVariantList{candle(QStringLiteral("x"), 1), candle(QStringLiteral("x"), 2), 7})),
             Return(0)));
     QList<QVariantMap> data{candle(QStringLiteral("old"), 0)};
-    EXPECT_EQ(center->syncRequestKLineData(symbol, from, to, MinuteKLinePeriod, data), 0);
+    EXPECT_EQ(center->syncRequestKLineData(kLineSymbol, kLineFrom, kLineTo, MinuteKLinePeriod, data), 0);
     EXPECT_EQ(data, (QList<QVariantMap>{candle(QStringLiteral("x"), 1), candle(QStringLiteral("x"), 2), {}}));
 }
 
@@ -104,7 +89,7 @@ TEST_F(KLinesTest, SyncRequestThatFailsLeavesTheCallersList)
     EXPECT_CALL(host, QvPresenterClass_sendRequest_Sync(isRequest(1), _))
         .WillOnce(DoAll(SetArgReferee<1>(QVariant(QVariantList{candle(QStringLiteral("x"), 1)})), Return(3)));
     QList<QVariantMap> data{candle(QStringLiteral("old"), 0)};
-    EXPECT_EQ(center->syncRequestKLineData(symbol, from, to, MinuteKLinePeriod, data), 3);
+    EXPECT_EQ(center->syncRequestKLineData(kLineSymbol, kLineFrom, kLineTo, MinuteKLinePeriod, data), 3);
     EXPECT_EQ(data, QList<QVariantMap>{candle(QStringLiteral("old"), 0)});
 }
 
@@ -113,7 +98,7 @@ TEST_F(KLinesTest, SyncRequestWithoutCandlesEmptiesTheCallersList)
     EXPECT_CALL(host, QvPresenterClass_sendRequest_Sync(isRequest(1), _)).Times(2).WillRepeatedly(Return(0));
     for (int i = 0; i < 2; ++i) {
         QList<QVariantMap> data{candle(QStringLiteral("old"), 0)};
-        EXPECT_EQ(center->syncRequestKLineData(symbol, from, to, MinuteKLinePeriod, data), 0);
+        EXPECT_EQ(center->syncRequestKLineData(kLineSymbol, kLineFrom, kLineTo, MinuteKLinePeriod, data), 0);
         EXPECT_TRUE(data.isEmpty());
     }
 }

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "HostMock.h"
+
+/// What the host answers to calls that several operations make. Each expectation is for exactly one call.
+
+void expectAccounts(HostMock &host, const QString &fundAccount, const QList<tagUserAccountInfo> &accounts);
+
+/// A report generator that fills each cell with two values that name their column; for testing::WithArgs.
+bool fillCells(QMap<int, QVariantMap> &lineData, const QStringList &columns);
+QString displayText(const QString &column); ///< what it fills in to be displayed
+QString userValue(const QString &column);   ///< what it fills in as the value behind that
+
+/// What is asked about a position of that symbol, in this order; the cells are those of fillCells.
+void expectPosition(HostMock &host, const QVariantMap &record, const QString &symbol, const QVariantMap &quote = {},
+                    const QVariantMap &securityDetails = {});
+
+/// Everything that the host knows about a security. No two numbers are the same.
+struct SecurityAnswers {
+    QVariantMap details;
+    int qtyUnit = 11;
+    int precision = 12;
+    double priceUnit = 0.013;
+    int displayQtyStep = 14;
+    int qtyStep = 15;
+    qint64 minQty = 100;
+    qint64 maxQty = 1000000;
+    QString type = QStringLiteral("type");
+    QString subType = QStringLiteral("sub-type");
+};
+
+/// The calls for one record with all properties of a security, in this order; a bond is asked about after these.
+void expectSecurity(HostMock &host, const QString &symbol, const SecurityAnswers &answers = {});
+
+/// The call for a bond's base data, which must start at zero and empty.
+void expectBond(HostMock &host, const QString &symbol, const QString &result, double interest);
+
+/// The details of a bond.
+QVariantMap bondDetails();
