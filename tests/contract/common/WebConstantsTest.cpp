@@ -1,28 +1,12 @@
 #include "common/WebConstants.h"
 
-#include <gmock/gmock.h>
+#include "HeaderTexts.h"
 
-#include <QFile>
-#include <QRegularExpression>
-#include <QStringList>
+#include <gmock/gmock.h>
 
 #include <algorithm>
 
 namespace {
-
-/// Every text of the header, in its order, read from the source: what no list kept by hand could forget.
-QStringList textsOfTheHeader()
-{
-    QFile header(QStringLiteral(VARNEL_WEB_CONSTANTS_HEADER));
-    if (!header.open(QIODevice::ReadOnly))
-        return {};
-    const QString source = QString::fromUtf8(header.readAll());
-    static const QRegularExpression literal(QStringLiteral("QStringLiteral\\(\"([^\"]*)\"\\)"));
-    QStringList texts;
-    for (auto match = literal.globalMatch(source); match.hasNext();)
-        texts.append(match.next().captured(1));
-    return texts;
-}
 
 QStringList sortedNames(const char *names)
 {
