@@ -39,7 +39,7 @@ export function connect(bridge: CallBridge, options: ConnectOptions = {}): Conne
   let closed = false;
 
   function open(call: Call) {
-    const { method, answer, deferred } = describe(call);
+    const { method, answer, deferred, answersEmpty } = describe(call);
     const event = answeredCalls[method];
     const waiting = new Map<string, Waiting>(); // by uuid, oldest first
 
@@ -60,8 +60,9 @@ export function connect(bridge: CallBridge, options: ConnectOptions = {}): Conne
     function onReply(reply: unknown): void {
       if (reply === '') {
         const oldest = takeUnnamed();
-        if (oldest) oldest[1].reject(new RejectedCallError(method, oldest[0]));
-        else options.onUnpaired?.(event, reply);
+        if (!oldest) options.onUnpaired?.(event, reply);
+        else if (answersEmpty) oldest[1].resolve(reply);
+        else oldest[1].reject(new RejectedCallError(method, oldest[0]));
         return;
       }
       const envelope = parse(reply);
@@ -80,7 +81,7 @@ export function connect(bridge: CallBridge, options: ConnectOptions = {}): Conne
         try {
           found.resolve(answer(resultData));
         } catch (error) {
-          found.reject(new UnexpectedReplyError(method, uuid, String(reply), (error as Error).message));
+          found.reject(new UnexpectedReplyError(method, uuid, String(reply), `resultData${(error as Error).message}`));
         }
       }
     }

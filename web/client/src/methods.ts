@@ -8,6 +8,8 @@ interface Method {
   answer: (resultData: unknown) => unknown;
   /** The answer is fetched elsewhere first: answers may overtake each other, and one may never come. */
   deferred?: true;
+  /** The empty reply is the answer here, not a rejection. */
+  answersEmpty?: true;
 }
 
 /** The calls that a connection offers. Types, argument lists and answers all derive from this table. */
@@ -28,6 +30,22 @@ export const methods = {
     ],
     answer: answers.text,
   },
+  getSymbolList: {
+    method: 'Data_getSymbolList_REQ',
+    parameters: [['symbolFilter', 'securityClasses']],
+    answer: answers.securityEntries,
+  },
+  getSymbolListWithDetail: {
+    method: 'Data_getSymbolListWithDetail_REQ',
+    parameters: [['symbolFilter', 'securityClasses']],
+    answer: answers.securityDetails,
+  },
+  getSymbolDetail: {
+    method: 'Data_getSymbolDetail_REQ',
+    parameters: [['symbols', 'commaList']],
+    answer: answers.securityDetails,
+  },
+  getCurrentTick: { method: 'Data_getCurrentTick_REQ', parameters: [['symbol', 'text']], answer: answers.tick },
   getKLineData: {
     method: 'Data_getKLineData_REQ',
     parameters: [
@@ -38,6 +56,56 @@ export const methods = {
     ],
     answer: answers.candles,
     deferred: true,
+  },
+  getUpsDownsAnalysis: {
+    method: 'Data_getUpsDownsAnalysis_REQ',
+    parameters: [
+      ['first', 'text'],
+      ['second', 'text'],
+      ['third', 'text'],
+    ],
+    answer: answers.text,
+    answersEmpty: true,
+  },
+  getEntrustList: {
+    method: 'Data_getEntrustList_REQ',
+    parameters: [
+      ['filter', 'orderFilter'],
+      ['start', 'integer'],
+      ['count', 'integer'],
+    ],
+    answer: answers.entrustList,
+  },
+  getExecutionList: {
+    method: 'Data_getExecutionList_REQ',
+    parameters: [
+      ['filter', 'orderFilter'],
+      ['start', 'integer'],
+      ['count', 'integer'],
+    ],
+    answer: answers.executionList,
+  },
+  getPositionList: {
+    method: 'Data_getPositionList_REQ',
+    parameters: [
+      ['fundAccounts', 'commaList'],
+      ['symbol', 'text'],
+    ],
+    answer: answers.positions,
+  },
+  getAsset: { method: 'Data_getAsset_REQ', parameters: [['fundAccounts', 'commaList']], answer: answers.assets },
+  getTradableQty: {
+    method: 'Data_getTradableQty_REQ',
+    parameters: [
+      ['fundAccount', 'text'],
+      ['symbol', 'text'],
+      ['exchange', 'text'],
+      ['side', 'text'],
+      ['priceType', 'text'],
+      ['price', 'text'],
+      ['tag', 'text'],
+    ],
+    answer: answers.tradableQty,
   },
 } as const satisfies Record<string, Method>;
 

@@ -1,20 +1,52 @@
+import * as records from './records.js';
+import { list, optional, text } from './shapes.js';
+
 /**
  * How a value travels: `parameters` are written the way the terminal reads them, `answers` are checked before a page
  * gets them as their type. Both throw on a value that would not arrive as meant.
  */
 
-export type Json = null | boolean | number | string | Json[] | { [key: string]: Json };
-export type JsonObject = { [key: string]: Json };
+/** Conditions on orders and executions, each a list of accepted values; without a list there is no condition. */
+export const orderFilterKeys = ['fundAccount', 'symbol', 'trader', 'orderStatus', 'orderSource', 'instanceID'] as const;
 
-export interface FundAccount {
-  fundAccount: string;
-  fundAccountName: string;
+export type OrderFilter = { readonly [Key in (typeof orderFilterKeys)[number]]?: readonly string[] };
+
+/** A class of securities, as the terminal's search knows it. */
+export interface SecurityClass {
+  readonly securityType?: string;
+  readonly securitySubType?: readonly string[];
+  readonly securityPost?: readonly string[];
 }
 
-/** The fields of a candle are the quote service's; `candleFields` lists them. */
-export type Candle = JsonObject;
-
 const largestInteger = 2 ** 31 - 1;
+
+const isText = (value: unknown) => typeof value === 'string';
+const isTexts = (value: unknown) => Array.isArray(value) && value.every(isText);
+
+interface Expected {
+  holds: (value: unknown) => boolean;
+  is: string;
+}
+
+const aText: Expected = { holds: isText, is: 'a string' };
+const texts: Expected = { holds: isTexts, is: 'a list of strings' };
+
+const orderFilterEntries = new Map<string, Expected>(orderFilterKeys.map((key) => [key, texts]));
+const securityClassEntries = new Map<string, Expected>([
+  ['securityType', aText],
+  ['securitySubType', texts],
+  ['securityPost', texts],
+] satisfies [keyof SecurityClass, Expected][]);
+
+/** The terminal passes over what it does not know or cannot read, so a slip would go unnoticed there. */
+function checkEntries(value: unknown, entries: ReadonlyMap<string, Expected>): void {
+  if (typeof value !== 'object' || value === null || Array.isArray(value)) throw new TypeError('must be an object');
+  for (const [key, entry] of Object.entries(value)) {
+    const expected = entries.get(key);
+    if (!expected) throw new TypeError(`has the unknown key "${key}"`);
+    if (entry !== undefined && !expected.holds(entry)) throw new TypeError(`"${key}" must be ${expected.is}`);
+  }
+}
 
 export const parameters = {
   text(value: string): string {
@@ -28,33 +60,40 @@ export const parameters = {
     if (Math.abs(value) > largestInteger) throw new RangeError('must fit 32 bits');
     return value;
   },
+
+  /** Travels as one text with commas. Without an entry the terminal would read one empty entry. */
+  commaList(value: readonly string[]): string {
+    if (!isTexts(value)) throw new TypeError('must be a list of strings');
+    if (value.length === 0) throw new RangeError('must not be empty');
+    if (value.some((entry) => entry.includes(','))) throw new RangeError('must have no comma in an entry');
+    return value.join(',');
+  },
+
+  /** Travels as JSON text: the terminal refuses an object. */
+  orderFilter(value: OrderFilter): string {
+    checkEntries(value, orderFilterEntries);
+    return JSON.stringify(value);
+  },
+
+  securityClasses(value: readonly SecurityClass[]): string {
+    if (!Array.isArray(value)) throw new TypeError('must be a list');
+    value.forEach((each) => checkEntries(each, securityClassEntries));
+    return JSON.stringify({ symbolFilter: value });
+  },
 };
-
-function text(data: unknown): string {
-  if (typeof data !== 'string') throw new TypeError('resultData is no text');
-  return data;
-}
-
-function list<Item>(item: (data: unknown) => Item): (data: unknown) => Item[] {
-  return (data) => {
-    if (!Array.isArray(data)) throw new TypeError('resultData is no list');
-    return data.map((entry) => item(entry));
-  };
-}
-
-function object(data: unknown): JsonObject {
-  if (typeof data !== 'object' || data === null || Array.isArray(data)) throw new TypeError('an entry is no object');
-  return data as JsonObject;
-}
-
-function fundAccount(data: unknown): FundAccount {
-  const { fundAccount, fundAccountName } = object(data);
-  return { fundAccount: text(fundAccount), fundAccountName: text(fundAccountName) };
-}
 
 export const answers = {
   text,
   texts: list(text),
-  fundAccounts: list(fundAccount),
-  candles: list<Candle>(object),
+  fundAccounts: list(records.fundAccount),
+  candles: list(records.candle),
+  tick: records.tick,
+  securityEntries: list(records.securityEntry),
+  securityDetails: list(records.securityDetail),
+  entrustList: records.entrustList,
+  executionList: records.executionList,
+  positions: list(records.position),
+  assets: list(records.asset),
+  /** Missing when the terminal has no such fund account. */
+  tradableQty: optional(records.tradableQty),
 };

@@ -7,6 +7,10 @@ import {
   RejectedCallError,
   TimeoutError,
   UnexpectedReplyError,
+  assetKeys,
+  entrustKeys,
+  executionKeys,
+  positionKeys,
   type Call,
   type Connection,
 } from '../src/index.js';
@@ -27,6 +31,32 @@ afterEach(() => {
   expect(vi.getTimerCount()).toBe(0); // an answered call leaves no timer behind
   vi.useRealTimers();
 });
+
+const filter = { symbol: ['s'], orderStatus: ['1', '2'] };
+const page = { filter, start: 40, count: 20 };
+const order = Object.fromEntries(entrustKeys.map((key) => [key, { displayRole: key, userRole: 1 }]));
+const execution = Object.fromEntries(executionKeys.map((key) => [key, { displayRole: null, userRole: null }]));
+const position = { ...Object.fromEntries(positionKeys.map((key) => [key, 1.5])), stockInterest: 0 };
+const asset = Object.fromEntries(assetKeys.map((key) => [key, '0.00']));
+const detail = {
+  symbol: 's',
+  securityId: '1',
+  exchange: 'X',
+  displayName: '一',
+  spellName: 'Y',
+  qtyUnit: 100,
+  precision: 2,
+  priceUnit: 0.01,
+  qtyStep: 100,
+  qtyPrecision: 1,
+  minQty: '100',
+  maxQty: '1000000',
+  securityType: 'a',
+  securitySubType: 'b',
+  priceLimitType: false,
+  stockInterest: 1.25,
+};
+const classes = [{ securityType: 'a', securitySubType: ['b'], securityPost: [] }];
 
 /** Every call: what the page passes, what the terminal gets after the identifier, an answer. */
 const table: [Call, Record<string, unknown> | undefined, string, unknown[], string, unknown][] = [
@@ -49,6 +79,72 @@ const table: [Call, Record<string, unknown> | undefined, string, unknown[], stri
     ['s', 'f', 't', '1'],
     'Data_getKLineData_RES',
     [{ open: 1 }, { open: 2 }],
+  ],
+  [
+    'getSymbolList',
+    { symbolFilter: classes },
+    'Data_getSymbolList_REQ',
+    [JSON.stringify({ symbolFilter: classes })],
+    'Data_getSymbolList_RES',
+    [{ symbol: 's', displayName: '一|二', spellName: 'YE' }],
+  ],
+  [
+    'getSymbolListWithDetail',
+    { symbolFilter: [] },
+    'Data_getSymbolListWithDetail_REQ',
+    ['{"symbolFilter":[]}'],
+    'Data_getSymbolListWithDetail_RES',
+    [detail],
+  ],
+  [
+    'getSymbolDetail',
+    { symbols: ['s', '', 't'] },
+    'Data_getSymbolDetail_REQ',
+    ['s,,t'],
+    'Data_getSymbolDetail_RES',
+    [detail, { ...detail, symbol: '' }, detail],
+  ],
+  ['getCurrentTick', { symbol: 's' }, 'Data_getCurrentTick_REQ', ['s'], 'Data_getCurrentTick_RES', { any: [1] }],
+  [
+    'getUpsDownsAnalysis',
+    { first: '1', second: '2', third: '3' },
+    'Data_getUpsDownsAnalysis_REQ',
+    ['1', '2', '3'],
+    'Data_getUpsDownsAnalysis_RES',
+    '',
+  ],
+  [
+    'getEntrustList',
+    page,
+    'Data_getEntrustList_REQ',
+    [JSON.stringify(filter), 40, 20],
+    'Data_getEntrustList_RES',
+    { totalSize: 41, size: 1, entrustInfoList: [order] },
+  ],
+  [
+    'getExecutionList',
+    { ...page, filter: {} },
+    'Data_getExecutionList_REQ',
+    ['{}', 40, 20],
+    'Data_getExecutionList_RES',
+    { totalSize: 41, size: 1, executionInfoList: [execution] },
+  ],
+  [
+    'getPositionList',
+    { fundAccounts: ['1', '2'], symbol: '' },
+    'Data_getPositionList_REQ',
+    ['1,2', ''],
+    'Data_getPositionList_RES',
+    [position],
+  ],
+  ['getAsset', { fundAccounts: ['1'] }, 'Data_getAsset_REQ', ['1'], 'Data_getAsset_RES', [asset]],
+  [
+    'getTradableQty',
+    { tag: 'g', price: 'f', priceType: 'e', side: 'd', exchange: 'c', symbol: 'b', fundAccount: 'a' },
+    'Data_getTradableQty_REQ',
+    ['a', 'b', 'c', 'd', 'e', 'f', 'g'],
+    'Data_getTradableQty_RES',
+    { qty: '300' },
   ],
 ];
 
@@ -146,6 +242,26 @@ describe('empty replies', () => {
     bridge.emit('Data_getToken_RES', '');
     expect(unpaired).toEqual([['Data_getToken_RES', '']]);
   });
+
+  it('are the answer of the rise-and-fall analysis', async () => {
+    const asked = { first: '', second: '', third: '' };
+    const [first, second] = [sdk.getUpsDownsAnalysis(asked), sdk.getUpsDownsAnalysis(asked)];
+    bridge.emit('Data_getUpsDownsAnalysis_RES', '');
+    expect(await first).toBe('');
+    bridge.emit('Data_getUpsDownsAnalysis_RES', '');
+    expect(await second).toBe('');
+    bridge.emit('Data_getUpsDownsAnalysis_RES', '');
+    expect(unpaired).toEqual([['Data_getUpsDownsAnalysis_RES', '']]);
+  });
+});
+
+describe('a tradable quantity', () => {
+  it('of an account that the terminal does not know is undefined', async () => {
+    const asked = { fundAccount: '', symbol: '', exchange: '', side: '', priceType: '', price: '', tag: '' };
+    const answer = sdk.getTradableQty(asked);
+    bridge.reply('Data_getTradableQty_RES', bridge.uuid(0), undefined);
+    expect(await answer).toBeUndefined();
+  });
 });
 
 describe('failures', () => {
@@ -193,10 +309,63 @@ describe('failures', () => {
       '0',
     ],
     ['a code that is no text', () => sdk.getToken(), 'Data_getToken_RES', 'T', 0],
+    ['a quote that is a list', () => sdk.getCurrentTick({ symbol: 's' }), 'Data_getCurrentTick_RES', [], '0'],
   ])('reject %s', async (_, call, event, data, code) => {
     const answer = call();
     bridge.reply(event, bridge.uuid(0), data, code as string);
     await expect(answer).rejects.toBeInstanceOf(UnexpectedReplyError);
+  });
+
+  const without = (record: object, key: string) =>
+    Object.fromEntries(Object.entries(record).filter(([k]) => k !== key));
+  it.each([
+    [
+      'resultData.entrustInfoList[1].side is no object',
+      () => sdk.getEntrustList(page),
+      'Data_getEntrustList_RES',
+      { totalSize: 2, size: 2, entrustInfoList: [order, { ...order, side: '买入' }] },
+    ],
+    [
+      'resultData.executionInfoList[0].execId.userRole is missing',
+      () => sdk.getExecutionList(page),
+      'Data_getExecutionList_RES',
+      { totalSize: 1, size: 1, executionInfoList: [{ ...execution, execId: { displayRole: '' } }] },
+    ],
+    [
+      'resultData.totalSize is no number',
+      () => sdk.getEntrustList(page),
+      'Data_getEntrustList_RES',
+      { totalSize: '2', size: 0, entrustInfoList: [] },
+    ],
+    [
+      'resultData[0].cost is missing',
+      () => sdk.getPositionList({ fundAccounts: ['1'], symbol: '' }),
+      'Data_getPositionList_RES',
+      [without(position, 'cost')],
+    ],
+    [
+      'resultData[0].minQty is no text',
+      () => sdk.getSymbolDetail({ symbols: ['s'] }),
+      'Data_getSymbolDetail_RES',
+      [{ ...detail, minQty: 100 }],
+    ],
+    [
+      'resultData[0].priceLimitType is neither true nor false',
+      () => sdk.getSymbolDetail({ symbols: ['s'] }),
+      'Data_getSymbolDetail_RES',
+      [{ ...detail, priceLimitType: 0 }],
+    ],
+    [
+      'resultData[0].profit is no text',
+      () => sdk.getAsset({ fundAccounts: ['1'] }),
+      'Data_getAsset_RES',
+      [{ ...asset, profit: 0 }],
+    ],
+    ['resultData is no list', () => sdk.getSymbolList({ symbolFilter: [] }), 'Data_getSymbolList_RES', { symbol: 's' }],
+  ])('say where the answer differs: %s', async (message, call, event, data) => {
+    const answer = call();
+    bridge.reply(event, bridge.uuid(0), data);
+    await expect(answer).rejects.toThrow(`unexpected reply: ${message}`);
   });
 
   it('are all call errors with their own name', async () => {
@@ -232,8 +401,54 @@ describe('arguments that would not arrive', () => {
     expect(bridge.calls).toEqual([]);
   });
 
+  const lists: [string, () => Promise<unknown>][] = [
+    ['getAsset: fundAccounts must be a list of strings', () => sdk.getAsset({ fundAccounts: '1' as never })],
+    ['getAsset: fundAccounts must be a list of strings', () => sdk.getAsset({ fundAccounts: [1] as never })],
+    ['getAsset: fundAccounts must not be empty', () => sdk.getAsset({ fundAccounts: [] })],
+    ['getSymbolDetail: symbols must have no comma in an entry', () => sdk.getSymbolDetail({ symbols: ['a,b'] })],
+    ['getEntrustList: filter must be an object', () => sdk.getEntrustList({ ...page, filter: '{}' as never })],
+    ['getEntrustList: filter must be an object', () => sdk.getEntrustList({ ...page, filter: [] as never })],
+    ['getEntrustList: filter must be an object', () => sdk.getEntrustList({ ...page, filter: null as never })],
+    [
+      'getEntrustList: filter has the unknown key "account"',
+      () => sdk.getEntrustList({ ...page, filter: { account: ['1'] } as never }),
+    ],
+    [
+      'getExecutionList: filter has the unknown key "constructor"',
+      () => sdk.getExecutionList({ ...page, filter: { constructor: ['1'] } as never }),
+    ],
+    [
+      'getEntrustList: filter "symbol" must be a list of strings',
+      () => sdk.getEntrustList({ ...page, filter: { symbol: 's' } as never }),
+    ],
+    ['getSymbolList: symbolFilter must be a list', () => sdk.getSymbolList({ symbolFilter: {} as never })],
+    [
+      'getSymbolList: symbolFilter "securityType" must be a string',
+      () => sdk.getSymbolList({ symbolFilter: [{ securityType: ['a'] as never }] }),
+    ],
+    [
+      'getSymbolListWithDetail: symbolFilter "securityPost" must be a list of strings',
+      () => sdk.getSymbolListWithDetail({ symbolFilter: [{ securityPost: 'a' as never }] }),
+    ],
+  ];
+  it.each(lists)('%s', async (message, call) => {
+    await expect(call()).rejects.toThrow(message);
+    expect(bridge.calls).toEqual([]);
+  });
+
+  it('a condition that is undefined is none', async () => {
+    const answer = sdk.getEntrustList({ ...page, filter: { symbol: undefined, trader: ['t'] } as never });
+    expect(bridge.calls[0]!.args[1]).toBe('{"trader":["t"]}');
+    bridge.reply('Data_getEntrustList_RES', bridge.uuid(0), { totalSize: 0, size: 0, entrustInfoList: [] });
+    await answer;
+  });
+
   // Never run: the type checker is the test.
   void (() => {
+    // @ts-expect-error there is no such condition
+    void sdk.getEntrustList({ ...page, filter: { status: ['1'] } });
+    // @ts-expect-error an order has no execution identifier
+    void sdk.getEntrustList(page).then(({ entrustInfoList }) => entrustInfoList[0]!.execId);
     // @ts-expect-error an argument is needed
     void sdk.getFundAccountList();
     // @ts-expect-error the reading is integer
