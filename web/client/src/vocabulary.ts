@@ -18,3 +18,52 @@ export const klinePeriods = { minute: '1', day: '2' } as const;
 
 /** Values of getFundAccountList's fundProp. */
 export const fundProperties = { all: 0, stock: 1, futures: 2 } as const;
+
+/** Values of securityType, in filters and details. */
+export const securityTypes = { share: 'Share', fund: 'Fund', bond: 'Bond', future: 'Future' } as const;
+
+/** Fields of a quote. Prices and quantities of the five best levels are lists, best first. */
+export const quoteFields = {
+  symbol: 'symbol',
+  time: 'time',
+  previousClose: 'previousClose',
+  open: 'open',
+  high: 'high',
+  low: 'low',
+  last: 'last',
+  upperLimit: 'upperLimit',
+  lowerLimit: 'lowerLimit',
+  volume: 'volume',
+  amount: 'amount',
+  bidPrices: 'bidPrices',
+  bidQtys: 'bidQtys',
+  askPrices: 'askPrices',
+  askQtys: 'askQtys',
+} as const;
+
+/** Values of orderStatus in a filter, and of an order's status. */
+export const orderStatuses = {
+  reported: 'Reported',
+  partlyFilled: 'PartlyFilled',
+  filled: 'Filled',
+  partlyCancelled: 'PartlyCancelled',
+  cancelled: 'Cancelled',
+  rejected: 'Rejected',
+} as const;
+
+/**
+ * Values of sideUnion, and sides to ask with: plain ones for shares, funds and bonds, those that open or close for
+ * futures. A record's side is only buy or sell.
+ */
+export const sides = {
+  buy: 'Buy',
+  sell: 'Sell',
+  buyOpen: 'BuyOpen',
+  sellOpen: 'SellOpen',
+  buyClose: 'BuyClose',
+  sellClose: 'SellClose',
+  afterHoursBuy: 'AfterHoursBuy',
+  afterHoursSell: 'AfterHoursSell',
+} as const;
+
+export const priceTypes = { limit: 'Limit', market: 'Market', afterHours: 'AfterHours' } as const;

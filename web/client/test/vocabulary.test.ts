@@ -1,5 +1,14 @@
 import { describe, expect, it } from 'vitest';
-import { candleFields, fundProperties, klinePeriods } from '../src/index.js';
+import {
+  candleFields,
+  fundProperties,
+  klinePeriods,
+  orderStatuses,
+  priceTypes,
+  quoteFields,
+  securityTypes,
+  sides,
+} from '../src/index.js';
 import { quoted, readDocument, tableAfter } from './markdown.js';
 
 const page = readDocument('vocabulary.md');
@@ -8,6 +17,25 @@ describe('the documented vocabulary', () => {
   it('has the same candle fields', () => {
     const documented = tableAfter(page, 'Fields of a candle').flatMap(([fields]) => quoted(fields!));
     expect(documented.sort()).toEqual(Object.values<string>(candleFields).sort());
+  });
+
+  it('has the same quote fields', () => {
+    const documented = tableAfter(page, 'Fields of a quote').flatMap(([fields]) => quoted(fields!));
+    expect(documented.sort()).toEqual(Object.values<string>(quoteFields).sort());
+  });
+
+  it('has the same types of securities', () => {
+    const documented = tableAfter(page, '## Securities').flatMap(([, type]) => quoted(type!));
+    expect([...new Set(documented)].sort()).toEqual(Object.values<string>(securityTypes).sort());
+  });
+
+  it.each([
+    ['States of an order', orderStatuses],
+    ['Sides, the values', sides],
+    ['Price types:', priceTypes],
+  ])('has the same codes under "%s"', (heading, codes) => {
+    const documented = tableAfter(page, heading).flatMap(([code]) => quoted(code!));
+    expect(documented).toEqual(Object.values<string>(codes));
   });
 
   it('has the same fund properties', () => {

@@ -4,10 +4,14 @@ import type { ConnectionState, ConnectionWatch } from './bridge';
 import type { Journal } from './journal';
 import { AccountsPanel } from './panels/AccountsPanel';
 import { FreeCallForm } from './panels/FreeCallForm';
+import { HoldingsView } from './panels/HoldingsView';
 import { InspectorPanel } from './panels/InspectorPanel';
 import { KLinePanel } from './panels/KLinePanel';
 import { LoginPanel } from './panels/LoginPanel';
+import { OrdersView } from './panels/OrdersView';
+import { SecuritiesView } from './panels/SecuritiesView';
 import { StationPanel } from './panels/StationPanel';
+import { Tabs } from './Tabs';
 import { useAnswer } from './useAnswer';
 
 interface Props {
@@ -42,6 +46,19 @@ export function App({ sdk, journal, connection }: Props) {
   }, [sdk, followLogin, followToken, followTraders]);
   useEffect(refresh, [refresh]);
 
+  const overview = (
+    <>
+      <div className="column">
+        <LoginPanel login={login} token={token} traders={traders} onRefresh={refresh} />
+        <AccountsPanel sdk={sdk} />
+        <StationPanel sdk={sdk} />
+      </div>
+      <div className="column">
+        <KLinePanel sdk={sdk} />
+      </div>
+    </>
+  );
+
   return (
     <div className="desk">
       <header className="bar">
@@ -55,14 +72,15 @@ export function App({ sdk, journal, connection }: Props) {
         </p>
       </header>
       <main className="panels">
-        <div className="column">
-          <LoginPanel login={login} token={token} traders={traders} onRefresh={refresh} />
-          <AccountsPanel sdk={sdk} />
-          <StationPanel sdk={sdk} />
-        </div>
-        <div className="column">
-          <KLinePanel sdk={sdk} />
-        </div>
+        <Tabs
+          label="视图 views"
+          tabs={[
+            { title: '总览', hint: 'Overview', className: 'aside', content: overview },
+            { title: '证券', hint: 'Securities', className: 'aside', content: <SecuritiesView sdk={sdk} /> },
+            { title: '委托与成交', hint: 'Orders', className: '', content: <OrdersView sdk={sdk} /> },
+            { title: '资产与持仓', hint: 'Holdings', className: '', content: <HoldingsView sdk={sdk} /> },
+          ]}
+        />
         <div className="column">
           <InspectorPanel journal={journal} />
           <FreeCallForm bridge={journal} />

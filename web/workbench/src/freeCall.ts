@@ -21,3 +21,8 @@ export function layOut(value: unknown): string {
     return value;
   }
 }
+
+/** The parts of a text with commas, without blanks around them; none of an empty text. */
+export function commaParts(text: string): string[] {
+  return text.trim() === '' ? [] : text.split(',').map((part) => part.trim());
+}

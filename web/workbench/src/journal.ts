@@ -1,5 +1,6 @@
 import {
   answeredCalls,
+  methods,
   pushEvents,
   reservedEvents,
   unansweredCalls,
@@ -41,6 +42,11 @@ const knownEvents = [
   ...pushEvents,
   ...reservedEvents,
 ];
+
+/** Calls whose empty reply is their answer. */
+const answerEmpty = new Set<string>(
+  Object.values(methods).flatMap((call) => ('answersEmpty' in call ? [call.method] : [])),
+);
 
 /** How the terminal reads a call identifier that is no text. */
 function asText(value: unknown): string {
@@ -133,7 +139,8 @@ export class Journal implements CallBridge {
     const call = this.callAnsweredBy(name, args, reply);
     if (call) {
       const afterMs = performance.now() - this.started.get(call)!;
-      call.answer = { outcome: !reply ? 'empty' : reply.code === '0' ? 'ok' : 'failed', afterMs };
+      const succeeded = reply ? reply.code === '0' : answerEmpty.has(call.name);
+      call.answer = { outcome: succeeded ? 'ok' : reply ? 'failed' : 'empty', afterMs };
       entry.afterMs = afterMs;
       this.forget(call);
     }

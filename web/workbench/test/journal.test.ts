@@ -93,6 +93,12 @@ describe('the journal', () => {
     expect(calls().map(({ answer }) => answer?.outcome)).toEqual(['empty', undefined]);
   });
 
+  it('knows the call whose empty reply is its answer', () => {
+    journal.invokeMethod('Data_getUpsDownsAnalysis_REQ', 'u1', '', '', '');
+    bridge.emit('Data_getUpsDownsAnalysis_RES', '');
+    expect(calls()[0]!.answer?.outcome).toBe('ok');
+  });
+
   it('answers one call for one event, even when an identifier is used twice', () => {
     journal.invokeMethod('Data_getToken_REQ', 'same');
     journal.invokeMethod('Data_getToken_REQ', 'same');

@@ -1,6 +1,8 @@
 import { describe, expect, it } from 'vitest';
 import { barOf, drawable, readableTime, secondsOf } from '../src/candles';
-import { layOut, readArguments } from '../src/freeCall';
+import { commaParts, layOut, readArguments } from '../src/freeCall';
+import { clockOf, quoteOf } from '../src/quote';
+import { rate, toneOf, wholeNumber, written } from '../src/values';
 
 describe('arguments typed by hand', () => {
   it.each([
@@ -12,6 +14,17 @@ describe('arguments typed by hand', () => {
 
   it.each(['', '[', '"u1"', '{}', 'null', '7', '["u1",]'])('"%s" is refused with a reason', (text) => {
     expect(readArguments(text)).toEqual({ ok: false, reason: expect.stringMatching(/\S/) });
+  });
+});
+
+describe('a text with commas', () => {
+  it.each([
+    ['', []],
+    [' ', []],
+    ['a', ['a']],
+    ['a, b ,,c', ['a', 'b', '', 'c']],
+  ])('"%s" has its parts', (text, parts) => {
+    expect(commaParts(text)).toEqual(parts);
   });
 });
 
@@ -66,5 +79,106 @@ describe('candles', () => {
     );
     expect(drawable(broken)).toEqual([]);
     expect(drawable([barOf({ ...candle, [field]: '1.5' })])).toHaveLength(1);
+  });
+});
+
+describe('quotes', () => {
+  const tick = {
+    symbol: 's',
+    time: '20250303100000',
+    previousClose: 10,
+    open: 10.1,
+    high: 10.4,
+    low: 9.9,
+    last: 10.2,
+    upperLimit: 11,
+    lowerLimit: 9,
+    volume: 5000,
+    amount: 51000,
+    bidPrices: [10.2, 10.1, 0],
+    bidQtys: [300, 200, 0],
+    askPrices: [10.3],
+    askQtys: [400],
+  };
+
+  it('become figures and levels, the empty levels left out', () => {
+    expect(quoteOf(tick)).toEqual({
+      time: '20250303100000',
+      previousClose: 10,
+      figures: {
+        last: 10.2,
+        open: 10.1,
+        high: 10.4,
+        low: 9.9,
+        upperLimit: 11,
+        lowerLimit: 9,
+        volume: 5000,
+        amount: 51000,
+      },
+      bids: [
+        { price: 10.2, qty: 300 },
+        { price: 10.1, qty: 200 },
+      ],
+      asks: [{ price: 10.3, qty: 400 }],
+    });
+  });
+
+  it('of a security that is not quoted are empty', () => {
+    const { time, figures, bids, asks } = quoteOf({});
+    expect([time, bids, asks]).toEqual(['', [], []]);
+    expect(new Set(Object.values(figures))).toEqual(new Set([Number.NaN]));
+  });
+
+  it.each([
+    ['20250303100003', '10:00:03'],
+    ['10:00', '10:00'],
+    ['', ''],
+  ])('show the time "%s" as "%s"', (time, shown) => {
+    expect(clockOf(time)).toBe(shown);
+  });
+
+  it('with more prices than quantities keep what is whole', () => {
+    expect(quoteOf({ ...tick, bidQtys: [300] }).bids).toEqual([{ price: 10.2, qty: 300 }]);
+  });
+});
+
+describe('values', () => {
+  it.each([
+    [null, '—'],
+    [undefined, '—'],
+    ['', ''],
+    ['1e3', '1e3'],
+    [1234567.891, '1,234,567.891'],
+    [0.00001, '0'],
+    [true, 'true'],
+    [[1], '[1]'],
+  ])('%j is written %s', (value, text) => {
+    expect(written(value)).toBe(text);
+  });
+
+  it.each([
+    [0.0123, '1.23%'],
+    [-1, '-100.00%'],
+    [null, '—'],
+  ])('%j is the rate %s', (value, text) => {
+    expect(rate(value)).toBe(text);
+  });
+
+  it('that are no number are not written as one', () => {
+    expect([wholeNumber(1234.4), wholeNumber(Number.NaN)]).toEqual(['1,234', '—']);
+  });
+
+  it.each([
+    [1, 'up'],
+    [-0.01, 'down'],
+    [0, ''],
+    ['12.50', 'up'],
+    ['-0.01', 'down'],
+    ['0.00', ''],
+    ['none', ''],
+    [null, ''],
+    [undefined, ''],
+  ] as const)('%j has the tone "%s"', (value, tone) => {
+    expect(toneOf(value)).toBe(tone);
   });
 });

@@ -1,0 +1,48 @@
+import type { ReactNode } from 'react';
+import { fieldNames } from './columns';
+
+export interface Column<Item> {
+  key: keyof typeof fieldNames;
+  write: (item: Item) => ReactNode;
+  isFigure: (item: Item) => boolean;
+  tone?: (item: Item) => 'up' | 'down' | '';
+}
+
+interface Props<Item> {
+  label: string;
+  columns: readonly Column<Item>[];
+  items: readonly Item[];
+  busy: boolean;
+  testId: string;
+}
+
+/** Records of the terminal, a row each. A column of figures is written to the right. */
+export function RecordTable<Item>({ label, columns, items, busy, testId }: Props<Item>) {
+  const isFigures = columns.map(({ isFigure }) => items.length > 0 && items.every(isFigure));
+  return (
+    <div className="scroll" tabIndex={0} role="region" aria-label={label}>
+      <table className="records" aria-busy={busy} data-testid={testId}>
+        <thead>
+          <tr>
+            {columns.map(({ key }, place) => (
+              <th key={key} scope="col" title={key} className={isFigures[place] ? 'number' : ''}>
+                {fieldNames[key]}
+              </th>
+            ))}
+          </tr>
+        </thead>
+        <tbody>
+          {items.map((item, row) => (
+            <tr key={row}>
+              {columns.map(({ key, write, tone }, place) => (
+                <td key={key} data-key={key} className={`${isFigures[place] ? 'number' : ''} ${tone?.(item) ?? ''}`}>
+                  {write(item)}
+                </td>
+              ))}
+            </tr>
+          ))}
+        </tbody>
+      </table>
+    </div>
+  );
+}
