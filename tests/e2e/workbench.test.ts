@@ -1,24 +1,10 @@
 import type { Page } from '@playwright/test';
 import { candleFields, klinePeriods } from '@varnel/web-client';
-import { Frames } from './support/frames';
+import { entry, openDesk, openView, views } from './support/desk';
 import { fundAccounts, login, scenario, symbols, traderIds } from './support/scenario';
 import { expect, roots, test } from './support/test';
 
 test.use({ root: roots.workbench });
-
-const entry = (page: Page, kind: 'call' | 'event' | 'connection', name: string) =>
-  page.getByTestId('entry').and(page.locator(`[data-kind="${kind}"][data-name="${name}"]`));
-
-/** Opens the desk and waits until all that it asks at once is answered. */
-async function openDesk(page: Page): Promise<Frames> {
-  const frames = new Frames(page);
-  await page.goto('/');
-  await expect(page.getByTestId('connection')).toHaveText('已连接 connected');
-  await expect(page.getByTestId('kline-table').locator('tbody tr')).not.toHaveCount(0);
-  await expect(page.getByLabel('只看未应答')).toBeVisible();
-  await expect(page.getByTestId('entry').filter({ hasText: '尚无应答' })).toHaveCount(0);
-  return frames;
-}
 
 async function sendFreely(page: Page, method: string, args: string) {
   const form = page.getByTestId('free-call');
@@ -35,7 +21,7 @@ const rowTexts = (accounts: ReturnType<typeof fundAccounts>) =>
   accounts.map(({ fundAccount, fundAccountName }) => `${fundAccount}${fundAccountName}`);
 
 test.describe('the desk', () => {
-  test('calls all six methods and shows the answers', async ({ page }) => {
+  test('opens with six calls and shows the answers', async ({ page }) => {
     const faults: string[] = [];
     page.on('pageerror', (error) => faults.push(error.message));
     page.on('console', (message) => message.type() === 'error' && faults.push(message.text()));
@@ -95,18 +81,26 @@ test.describe('the desk', () => {
     }
   });
 
-  test('labels every control', async ({ page }) => {
-    await openDesk(page);
-    const controls = page.locator('input, select, textarea, button, summary, [tabindex="0"]');
-    expect(await controls.count()).toBeGreaterThan(10);
-    for (const control of await controls.all()) await expect(control).toHaveAccessibleName(/\S/);
-  });
+  for (const view of views) {
+    test(`labels every control of ${view}`, async ({ page }) => {
+      await openDesk(page);
+      await openView(page, view);
+      const controls = page
+        .locator('input, select, textarea, button, summary, [tabindex="0"]')
+        .filter({ visible: true });
+      expect(await controls.count()).toBeGreaterThan(10);
+      for (const control of await controls.all()) await expect(control).toHaveAccessibleName(/\S/);
+    });
+  }
 
   for (const width of [1280, 1000, 600]) {
     test(`fits a window ${width} pixels wide`, async ({ page }) => {
       await page.setViewportSize({ width, height: 800 });
       await openDesk(page);
-      expect(await page.evaluate(() => document.documentElement.scrollWidth)).toBeLessThanOrEqual(width);
+      for (const view of views) {
+        await openView(page, view);
+        expect(await page.evaluate(() => document.documentElement.scrollWidth), view).toBeLessThanOrEqual(width);
+      }
     });
   }
 

@@ -5,7 +5,7 @@ interface Scenario {
   traders: { id: string; name: string }[];
   logins: { account: string; token: string }[];
   fundAccounts: { account: string; name: string; property: 'stock' | 'futures' }[];
-  securities: { symbol: string; name: string }[];
+  securities: { symbol: string; name: string; spellCode: string }[];
 }
 
 /** The world that the simulator plays unless it is told otherwise. */

@@ -1,0 +1,52 @@
+import { expect, type Page } from '@playwright/test';
+import type { AnsweredCall } from '@varnel/web-client'; // and window.CallBridge
+import { answeredCalls } from '@varnel/web-client';
+import type { Envelope } from './peer';
+
+let calls = 0;
+
+/** Makes a call in the page and gives the argument of its reply event. One at a time for each method. */
+export function replyTo(page: Page, method: AnsweredCall, uuid: string, ...args: unknown[]): Promise<unknown> {
+  return page.evaluate(
+    ([name, event, all]) =>
+      new Promise((resolve) => {
+        const hear = (reply: unknown) => {
+          window.CallBridge.removeEventListener(event, hear);
+          resolve(reply);
+        };
+        window.CallBridge.addEventListener(event, hear);
+        window.CallBridge.invokeMethod(name, ...all);
+      }),
+    [method, answeredCalls[method], [uuid, ...args]] as const,
+  );
+}
+
+export async function envelopeOf(page: Page, method: AnsweredCall, ...args: unknown[]): Promise<Envelope> {
+  const uuid = `call ${++calls}`;
+  const envelope = JSON.parse((await replyTo(page, method, uuid, ...args)) as string) as Envelope;
+  expect(envelope.uuid).toBe(uuid);
+  return envelope;
+}
+
+/** Makes a call that must succeed, and gives its result. */
+export async function ask<Result>(page: Page, method: AnsweredCall, ...args: unknown[]): Promise<Result> {
+  const { code, msg, resultData } = await envelopeOf(page, method, ...args);
+  expect({ code, msg }).toEqual({ code: '0', msg: '' });
+  return resultData as Result;
+}
+
+/** A call whose JSON argument the terminal cannot read. */
+export async function expectRefused(page: Page, method: AnsweredCall, ...args: unknown[]): Promise<void> {
+  const envelope = await envelopeOf(page, method, ...args);
+  expect(envelope).toEqual({ code: '-1', msg: '过滤条件参数转换错误', uuid: envelope.uuid });
+}
+
+/** What is no JSON document, and so no filter. */
+export const refusedFilters: [name: string, filter: unknown][] = [
+  ['a word', 'abc'],
+  ['the empty text', ''],
+  ['JSON cut short', '{"symbol":["'],
+  ['an object instead of its text', { symbol: [] }],
+  ['a number', 7],
+  ['null', null],
+];

@@ -1,0 +1,25 @@
+import { expect, type Page } from '@playwright/test';
+import { Frames } from './frames';
+
+export const entry = (page: Page, kind: 'call' | 'event' | 'connection', name: string) =>
+  page.getByTestId('entry').and(page.locator(`[data-kind="${kind}"][data-name="${name}"]`));
+
+/** Opens the desk and waits until all that it asks at once is answered. */
+export async function openDesk(page: Page): Promise<Frames> {
+  const frames = new Frames(page);
+  await page.goto('/');
+  await expect(page.getByTestId('connection')).toHaveText('已连接 connected');
+  await expect(page.getByTestId('kline-table').locator('tbody tr')).not.toHaveCount(0);
+  await expect(page.getByLabel('只看未应答')).toBeVisible();
+  await expect(page.getByTestId('entry').filter({ hasText: '尚无应答' })).toHaveCount(0);
+  return frames;
+}
+
+export const views = ['总览', '证券', '委托与成交', '资产与持仓'] as const;
+
+/** Shows a view and waits until all that it asks at once is answered. */
+export async function openView(page: Page, view: (typeof views)[number]): Promise<void> {
+  await page.getByRole('tab', { name: view }).click();
+  await expect(page.getByRole('tabpanel', { name: view }).locator('tbody tr')).not.toHaveCount(0);
+  await expect(page.getByTestId('entry').filter({ hasText: '尚无应答' })).toHaveCount(0);
+}
