@@ -2,8 +2,8 @@
 
 #include <QString>
 
-/// Every text that the library itself defines, each exactly once, all made without allocation. Texts of
-/// the host are not here: the host headers name them and the host defines them.
+/// Every text that the library itself defines, each exactly once; using one allocates nothing. Texts of the
+/// host are not here: the host headers name them and the host defines them.
 namespace WebConstants {
 
 /// Calls that a page may make.
