@@ -7,7 +7,6 @@
 #include "Tessar_Fields.h"
 
 using testing::_;
-using testing::ElementsAre;
 using testing::InSequence;
 using testing::Return;
 

@@ -63,7 +63,7 @@ TEST(EffectiveSide, IsABuyAfterHoursWhenTheHostCallsItOne)
 
 TEST(EffectiveSide, IsASellAfterHoursOtherwise)
 {
-    const QString aBuy = SideUnion::buyItemList.first();
+    const QString &aBuy = SideUnion::buyItemList.first();
     for (const QString &side : {QString(), QStringLiteral("any"), aBuy.toUpper(), aBuy + QLatin1Char(' '),
                                 aBuy.chopped(1), SideUnion::pfpBuy, SideUnion::pfpSell})
         EXPECT_EQ(effectiveSide(side, PriceType::shEntrustAfterHours), SideUnion::pfpSell) << qPrintable(side);
