@@ -161,7 +161,7 @@ void Exchange::addDepth(const Listed &listed, qint64 step, qint64 last, Quote &q
             return QuoteLevel{instrument.priceOf(ticks), (1 + std::llround(lots)) * instrument.lot};
         };
         quote.bids.append(offer(bestBid - level, quint64(level)));
-        quote.asks.append(offer(bestBid + 1 + level, quint64(kLevels + level)));
+        quote.asks.append(offer(bestBid + 1 + level, quint64(kLevels) + quint64(level)));
     }
 }
 
@@ -191,7 +191,7 @@ std::optional<Quote> Exchange::quote(const QString &symbol) const
 
     Quote quote;
     quote.symbol = symbol;
-    quote.time = calendar::endOfMinute(minute).addSecs((stepsOfMinute - kStepsPerMinute) * kSecondsPerStep);
+    quote.time = calendar::endOfMinute(minute).addSecs(qint64(stepsOfMinute - kStepsPerMinute) * kSecondsPerStep);
     const qint64 before = found->path.ticks(day - 1, calendar::kMinutesPerDay);
     quote.previousClose = instrument.priceOf(before);
     quote.open = instrument.priceOf(ticks.open);

@@ -134,8 +134,8 @@ TEST_F(RecordersTest, LogLinesAreRecordedWithTheirPlace)
 {
     static const QLoggingCategory category("mock.test");
     LogRecorder log;
-    qCWarning(category) << "one line" << 1;
-    BusThread().run([] { qCCritical(category) << "another"; });
+    qCWarning(category, "one line 1");
+    BusThread().run([] { qCCritical(category, "another"); });
     ASSERT_EQ(log.lines().size(), 2);
     const LogLine line = log.linesWith(QStringLiteral("one line")).value(0);
     EXPECT_EQ(line.type, QtWarningMsg);

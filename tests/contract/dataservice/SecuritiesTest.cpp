@@ -7,7 +7,6 @@
 
 using testing::_;
 using testing::InSequence;
-using testing::Return;
 
 namespace {
 
