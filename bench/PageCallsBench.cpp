@@ -69,7 +69,7 @@ public:
 void tokenBaseline(benchmark::State &state)
 {
     Page page;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         page.send(QStringLiteral("Data_getToken_RES"), bareReply(QvCore::instance()->getCurrentToken()));
         page.takeEvents();
     }
@@ -81,7 +81,7 @@ void tokenCall(benchmark::State &state)
     Page page;
     auto *dispatcher = new DataThread(&page.view);
     const QVariantList args{uuid};
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         dispatcher->onInvokeMethod(0, 0, QStringLiteral("Data_getToken_REQ"), args);
         page.takeEvents();
     }
@@ -92,7 +92,7 @@ void candlesBaseline(benchmark::State &state)
 {
     Page page;
     const QVariantList answer = candles(QStringLiteral("1"), int(state.range(0)));
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         page.send(QStringLiteral("Data_getKLineData_RES"), bareReply(answer));
         page.takeEvents();
     }
@@ -119,7 +119,7 @@ void candlesAnswer(benchmark::State &state)
 {
     Page page;
     auto *dispatcher = new DataThread(&page.view);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         state.PauseTiming();
         const QVariantList answer = candles(leaveRequest(dispatcher), int(state.range(0)));
         state.ResumeTiming();
@@ -140,7 +140,7 @@ void candlesForOneOfManyViews(benchmark::State &state)
         leaveRequest(dispatchers.back());
     }
     const QVariantList answer = candles(QStringLiteral("nobody's"), 240);
-    for (auto _ : state)
+    while (state.KeepRunning())
         WebMsgCenter::instance()->ProcQuotationMsg(QString(), QStringLiteral("KLineResponse"), answer);
 }
 BENCHMARK(candlesForOneOfManyViews)
