@@ -50,6 +50,19 @@ struct Exchange::Ticks {
     }
 };
 
+struct Exchange::Moment {
+    explicit Moment(qint64 step)
+        : day((step - 1) / kStepsPerDay)
+        , minute((step - 1) / kStepsPerMinute)
+        , stepsOfMinute(int(step - minute * kStepsPerMinute))
+    {
+    }
+
+    const qint64 day;
+    const qint64 minute;
+    const int stepsOfMinute;
+};
+
 Exchange::Exchange(const QVector<Instrument> &instruments, quint64 seed, const QDate &start, const Clock &clock)
     : m_instruments(instruments), m_clock(clock)
 {
@@ -165,34 +178,67 @@ void Exchange::addDepth(const Listed &listed, qint64 step, qint64 last, Quote &q
     }
 }
 
-std::optional<Quote> Exchange::quote(const QString &symbol) const
+qint64 Exchange::stepAt(const QDateTime &time)
+{
+    return calendar::secondsTradedBy(time) / kSecondsPerStep;
+}
+
+QDateTime Exchange::timeOfStep(qint64 step)
+{
+    const Moment moment(step);
+    return calendar::endOfMinute(moment.minute)
+        .addSecs(qint64{moment.stepsOfMinute - kStepsPerMinute} * kSecondsPerStep);
+}
+
+bool Exchange::isClose(qint64 step)
+{
+    return step % kStepsPerDay == 0;
+}
+
+bool Exchange::isTraded(const Listed &listed, const Moment &moment) const
+{
+    return calendar::dateOf(moment.day) >= m_instruments[listed.index].listed;
+}
+
+std::optional<double> Exchange::lastPrice(const QString &symbol, qint64 step) const
 {
     const auto found = m_bySymbol.constFind(symbol);
-    if (found == m_bySymbol.constEnd())
+    const Moment moment(step);
+    if (found == m_bySymbol.constEnd() || !isTraded(*found, moment))
         return std::nullopt;
+    const Ticks whole = minuteTicks(*found, moment.minute, openTicks(*found, moment.minute));
+    const qint64 last = beginOf(*found, moment.minute, whole, moment.stepsOfMinute).close;
+    return m_instruments[found->index].priceOf(last);
+}
 
+std::optional<Quote> Exchange::quote(const QString &symbol) const
+{
+    return quote(symbol, m_clock.now());
+}
+
+std::optional<Quote> Exchange::quote(const QString &symbol, const QDateTime &time) const
+{
     // Before a day's first step, the day before is the latest that has anything to show.
-    const Instrument &instrument = m_instruments[found->index];
-    const qint64 step = calendar::secondsTradedBy(m_clock.now()) / kSecondsPerStep;
-    const qint64 day = (step - 1) / kStepsPerDay;
-    const qint64 minute = (step - 1) / kStepsPerMinute;
-    const int stepsOfMinute = int(step - minute * kStepsPerMinute);
-    if (calendar::dateOf(day) < instrument.listed)
+    const qint64 step = stepAt(time);
+    const Moment moment(step);
+    const auto found = m_bySymbol.constFind(symbol);
+    if (found == m_bySymbol.constEnd() || !isTraded(*found, moment))
         return std::nullopt;
 
-    const qint64 first = day * calendar::kMinutesPerDay;
+    const Instrument &instrument = m_instruments[found->index];
+    const qint64 first = moment.day * calendar::kMinutesPerDay;
     const auto upTo = [&](qint64 number, qint64 open) {
         const Ticks whole = minuteTicks(*found, number, open);
-        return number < minute ? whole : beginOf(*found, number, whole, stepsOfMinute);
+        return number < moment.minute ? whole : beginOf(*found, number, whole, moment.stepsOfMinute);
     };
     Ticks ticks = upTo(first, openTicks(*found, first));
-    for (qint64 number = first + 1; number <= minute; ++number)
+    for (qint64 number = first + 1; number <= moment.minute; ++number)
         ticks.append(upTo(number, ticks.close));
 
     Quote quote;
     quote.symbol = symbol;
-    quote.time = calendar::endOfMinute(minute).addSecs(qint64(stepsOfMinute - kStepsPerMinute) * kSecondsPerStep);
-    const qint64 before = found->path.ticks(day - 1, calendar::kMinutesPerDay);
+    quote.time = timeOfStep(step);
+    const qint64 before = found->path.ticks(moment.day - 1, calendar::kMinutesPerDay);
     quote.previousClose = instrument.priceOf(before);
     quote.open = instrument.priceOf(ticks.open);
     quote.high = instrument.priceOf(ticks.high);

@@ -42,10 +42,21 @@ public:
     const Instrument *instrument(const QString &symbol) const;
     const Instrument *instrumentOf(const QString &securityId, const QString &exchange) const;
 
-    /// How the security stands now. From a day's opening until the next trading day's it is that day's quote; it
-    /// changes every three seconds of trading, and never contradicts a candle: after a candle's last second the
-    /// quote has gone through exactly that candle.
+    /// How the security stands now, or stood at that time. From a day's opening until the next trading day's it is
+    /// that day's quote; it changes every three seconds of trading, and never contradicts a candle: after a candle's
+    /// last second the quote has gone through exactly that candle.
     std::optional<Quote> quote(const QString &symbol) const;
+    std::optional<Quote> quote(const QString &symbol, const QDateTime &time) const;
+
+    // The changes of the quotes are numbered steps of all trading, the same ones for every security.
+
+    /// The latest step at that time, its very second included.
+    static qint64 stepAt(const QDateTime &time);
+    static QDateTime timeOfStep(qint64 step);
+    static bool isClose(qint64 step); ///< the last one of a trading day
+
+    /// The last price of the quote that the step brings, for much less work.
+    std::optional<double> lastPrice(const QString &symbol, qint64 step) const;
 
     /// The finished candles that end between start and stop, both included, oldest first. An invalid stop means
     /// now, an invalid start means as far back as there is anything. Empty for an unknown symbol. A day's candle
@@ -58,11 +69,14 @@ private:
         int index; ///< in m_instruments
         PricePath path;
     };
-    struct Ticks; ///< a candle in whole ticks
+    struct Ticks;  ///< a candle in whole ticks
+    struct Moment; ///< a step as part of its minute
 
     Ticks minuteTicks(const Listed &listed, qint64 minute, qint64 open) const;
     qint64 openTicks(const Listed &listed, qint64 minute) const;
     Ticks dayTicks(const Listed &listed, qint64 tradingDay) const;
+
+    bool isTraded(const Listed &listed, const Moment &moment) const;
 
     /// So many steps of the minute, of which the whole is given.
     Ticks beginOf(const Listed &listed, qint64 minute, const Ticks &whole, int steps) const;

@@ -244,3 +244,27 @@ TEST_F(QuoteTest, InstrumentsAreFoundBySymbolAndByCodeAndExchange)
     EXPECT_FALSE(exchange.instrumentOf(QStringLiteral("600001"), QStringLiteral("SZ")));
     EXPECT_FALSE(exchange.instrumentOf(QString(), QString()));
 }
+
+TEST_F(QuoteTest, OfAnotherTimeIsWhatItWasThen)
+{
+    const Quote then = quoteAt("2025-03-03 10:00:30");
+    clock.set(at("2025-03-03 14:30:00"));
+    expectSame(then, *exchange.quote(kStock, at("2025-03-03 10:00:30")));
+    EXPECT_FALSE(exchange.quote(QStringLiteral("nothing"), at("2025-03-03 10:00:30")));
+}
+
+TEST_F(QuoteTest, EveryStepHasItsTimeAndItsLastPrice)
+{
+    for (const char *time : {"2025-03-03 09:30:03", "2025-03-03 11:30:00", "2025-03-03 13:00:03", "2025-03-03 15:00:00",
+                             "2025-03-04 09:30:03"})
+        EXPECT_EQ(at(time), Exchange::timeOfStep(Exchange::stepAt(at(time)))) << time;
+
+    const qint64 close = Exchange::stepAt(at("2025-03-03 23:00:00"));
+    EXPECT_EQ(at("2025-03-03 15:00:00"), Exchange::timeOfStep(close));
+    for (qint64 step = close - 45; step <= close + 45; ++step) {
+        EXPECT_EQ(step == close, Exchange::isClose(step));
+        EXPECT_EQ(exchange.quote(kStock, Exchange::timeOfStep(step))->last, *exchange.lastPrice(kStock, step));
+    }
+    EXPECT_FALSE(exchange.lastPrice(QStringLiteral("nothing"), close));
+    EXPECT_FALSE(exchange.lastPrice(kStock, Exchange::stepAt(at("2009-12-30 10:00:00"))));
+}
