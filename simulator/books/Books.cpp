@@ -67,14 +67,14 @@ Ledger *Books::ledgerToOpen(const QString &tradingAccount)
     return found == m_ledgers.end() ? nullptr : &*found;
 }
 
-int Books::enter(Order order, const Prices &prices)
+int Books::enter(Order order, Money available)
 {
     const int number = m_orders.size();
     order.id = numbered(QStringLiteral("O") + m_orderIdPrefix, number + 1);
     order.changed = order.entered;
     order.remark = violatedRule(order);
     if (order.remark.isEmpty())
-        order.remark = ledgerOf(order).shortage(order, prices);
+        order.remark = ledgerOf(order).shortage(order, available);
     if (order.remark.isEmpty()) {
         const QString &exchange = order.instrument->exchange;
         order.exchangeOrderId = numbered(exchange, ++m_lastExchangeOrder[exchange]);
@@ -92,8 +92,8 @@ void Books::deal(int order, const QDateTime &time, double price, qint64 qty)
     Q_ASSERT(qty > 0 && qty <= dealt.leaveQty());
     Ledger &ledger = ledgerOf(dealt);
     ledger.release(dealt);
-    const double fee = ledger.deal(dealt, price, qty);
-    const double amount = dealt.amount(price, qty);
+    const Money fee = ledger.deal(dealt, price, qty);
+    const Money amount = dealt.amount(price, qty);
     dealt.dealtQty += qty;
     dealt.dealtAmount += amount;
     dealt.status = dealt.dealtQty == dealt.qty ? OrderStatus::Filled : OrderStatus::PartlyFilled;

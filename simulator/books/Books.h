@@ -71,8 +71,8 @@ public:
     Ledger *ledgerToOpen(const QString &tradingAccount);
 
     /// Enters an order of a known trading account, and gives its number. It is rejected when it breaks a rule or when
-    /// the account cannot afford it.
-    int enter(Order order, const Prices &prices);
+    /// the account cannot afford it. available: what the account's value leaves for new orders.
+    int enter(Order order, Money available);
 
     /// A deal of an open order, of at most its open quantity.
     void deal(int order, const QDateTime &time, double price, qint64 qty);

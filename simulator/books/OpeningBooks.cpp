@@ -291,7 +291,8 @@ void AccountDay::enterOrder(int second)
 {
     const int minute = second / kSecondsPerMinute;
     const Prices prices = [&](const QString &symbol) { return m_session.candle(symbol, minute).open; };
-    const int number = m_books.enter(makeOrder(second), prices);
+    const Money available = m_books.ledger(m_account)->value(prices).available;
+    const int number = m_books.enter(makeOrder(second), available);
     const int cancelMinute = happens(kCancels) ? minute + int(whole(0, kLongestWait)) : -1;
     if (m_books.orders()[number].isOpen())
         m_working.append({number, second, cancelMinute});

@@ -40,14 +40,14 @@ bool isOfShort(Side side)
     return side == Side::SellOpen || side == Side::BuyClose;
 }
 
-double Order::amount(double price, qint64 qty) const
+Money Order::amount(double price, qint64 qty) const
 {
-    return std::round(price * double(qty) * double(instrument->multiplier) * 100) / 100;
+    return Money::rounded(price * double(qty) * instrument->multiplier);
 }
 
 double Order::averagePrice() const
 {
-    return dealtQty == 0 ? 0 : dealtAmount / (double(dealtQty) * instrument->multiplier);
+    return dealtQty == 0 ? 0 : dealtAmount.yuan() / (double(dealtQty) * instrument->multiplier);
 }
 
 double Order::reservePrice() const

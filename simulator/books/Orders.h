@@ -1,5 +1,7 @@
 #pragma once
 
+#include "books/Money.h"
+
 #include <QDateTime>
 #include <QString>
 
@@ -40,9 +42,9 @@ struct Order {
 
     OrderStatus status = OrderStatus::Reported;
     qint64 dealtQty = 0;
-    double dealtAmount = 0; ///< money, multiplier counted in
-    QDateTime changed;      ///< when it came to its status
-    QString remark;         ///< why it was rejected
+    Money dealtAmount; ///< multiplier counted in
+    QDateTime changed; ///< when it came to its status
+    QString remark;    ///< why it was rejected
 
     bool isOpen() const { return status == OrderStatus::Reported || status == OrderStatus::PartlyFilled; }
 
@@ -50,7 +52,7 @@ struct Order {
     qint64 leaveQty() const { return isOpen() ? qty - dealtQty : 0; }
 
     /// The money that so many at that price are worth.
-    double amount(double price, qint64 qty) const;
+    Money amount(double price, qint64 qty) const;
 
     /// Of its deals, 0 when there is none.
     double averagePrice() const;
@@ -69,8 +71,8 @@ struct Execution {
     QDateTime time;
     double price = 0;
     qint64 qty = 0;
-    double amount = 0;
-    double fee = 0;
+    Money amount;
+    Money fee;
 };
 
 } // namespace sim

@@ -2,8 +2,6 @@
 
 #include "exchange/Instrument.h"
 
-#include <cmath>
-
 namespace sim {
 
 namespace {
@@ -37,18 +35,22 @@ double feeRate(SecurityKind kind)
 
 constexpr double kShareSaleTax = 0.0005;
 
-} // namespace
-
-double feeOf(const Instrument &instrument, Side side, double amount)
+Money withSign(int sign, Money money)
 {
-    const bool taxed = instrument.kind == SecurityKind::Share && !isBuy(side);
-    const double rate = feeRate(instrument.kind) + (taxed ? kShareSaleTax : 0);
-    return std::round(amount * rate * 100) / 100;
+    return sign < 0 ? -money : money;
 }
 
-double moneyToOpen(const Instrument &instrument, Side side, double amount)
+} // namespace
+
+Money feeOf(const Instrument &instrument, Side side, Money amount)
 {
-    return amount * (isFuture(instrument) ? kMarginRate : 1) + feeOf(instrument, side, amount);
+    const bool taxed = instrument.kind == SecurityKind::Share && !isBuy(side);
+    return amount.part(feeRate(instrument.kind) + (taxed ? kShareSaleTax : 0));
+}
+
+Money moneyToOpen(const Instrument &instrument, Side side, Money amount)
+{
+    return (isFuture(instrument) ? amount.part(kMarginRate) : amount) + feeOf(instrument, side, amount);
 }
 
 qint64 Position::closableQty() const
@@ -56,9 +58,9 @@ qint64 Position::closableQty() const
     return openingQty + (soldOnTheSameDay(*instrument) ? openedQty : 0) - closedQty - frozenQty;
 }
 
-double Position::marketValue(double price) const
+Money Position::marketValue(double price) const
 {
-    return price * double(qty()) * double(instrument->multiplier);
+    return Money::rounded(price * double(qty()) * instrument->multiplier);
 }
 
 Position &Ledger::positionOf(const Instrument &instrument, bool isShort)
@@ -80,27 +82,27 @@ void Ledger::holdFromBefore(const Instrument &instrument, bool isShort, qint64 q
     Position &position = positionOf(instrument, isShort);
     const double units = double(qty) * double(instrument.multiplier);
     position.openingQty += qty;
-    position.openCost += openPrice * units;
-    position.holdingCost += (isFuture(instrument) ? instrument.price : openPrice) * units;
+    position.openCost += Money::rounded(openPrice * units);
+    position.holdingCost += Money::rounded((isFuture(instrument) ? instrument.price : openPrice) * units);
 }
 
-QString Ledger::shortage(const Order &order, const Prices &prices) const
+QString Ledger::shortage(const Order &order, Money available) const
 {
     const qint64 qty = order.leaveQty();
     if (!opens(order.side)) {
         const bool enough = qty <= closableQty(order.instrument->symbol, isOfShort(order.side));
         return enough ? QString() : QStringLiteral("可用持仓不足");
     }
-    const double needed = moneyToOpen(*order.instrument, order.side, order.amount(order.reservePrice(), qty));
-    return needed <= value(prices).available ? QString() : QStringLiteral("可用资金不足");
+    const Money needed = moneyToOpen(*order.instrument, order.side, order.amount(order.reservePrice(), qty));
+    return needed <= available ? QString() : QStringLiteral("可用资金不足");
 }
 
 void Ledger::setAside(const Order &order, int sign)
 {
     const qint64 qty = order.leaveQty();
     if (opens(order.side)) {
-        const double amount = order.amount(order.reservePrice(), qty);
-        m_frozenCash += sign * moneyToOpen(*order.instrument, order.side, amount);
+        const Money money = moneyToOpen(*order.instrument, order.side, order.amount(order.reservePrice(), qty));
+        m_frozenCash += withSign(sign, money);
     } else {
         positionOf(*order.instrument, isOfShort(order.side)).frozenQty += sign * qty;
     }
@@ -116,11 +118,11 @@ void Ledger::release(const Order &order)
     setAside(order, -1);
 }
 
-double Ledger::deal(const Order &order, double price, qint64 qty)
+Money Ledger::deal(const Order &order, double price, qint64 qty)
 {
     const Instrument &instrument = *order.instrument;
-    const double amount = order.amount(price, qty);
-    const double fee = feeOf(instrument, order.side, amount);
+    const Money amount = order.amount(price, qty);
+    const Money fee = feeOf(instrument, order.side, amount);
     Position &position = positionOf(instrument, isOfShort(order.side));
     m_fees += fee;
     m_cash -= fee;
@@ -135,16 +137,16 @@ double Ledger::deal(const Order &order, double price, qint64 qty)
 
     // What is closed takes its part of the average cost with it.
     const double part = double(qty) / double(position.qty());
-    const double openCost = position.openCost * part;
-    const double holdingCost = position.holdingCost * part;
+    const Money openCost = position.openCost.part(part);
+    const Money holdingCost = position.holdingCost.part(part);
     const int sign = position.isShort ? -1 : 1;
     position.closedQty += qty;
     position.openCost -= openCost;
     position.holdingCost -= holdingCost;
-    m_closeProfitByTrade += sign * (amount - openCost);
-    m_closeProfitByDate += sign * (amount - holdingCost);
+    m_closeProfitByTrade += withSign(sign, amount - openCost);
+    m_closeProfitByDate += withSign(sign, amount - holdingCost);
     if (isFuture(instrument)) {
-        m_cash += sign * (amount - holdingCost);
+        m_cash += withSign(sign, amount - holdingCost);
     } else {
         m_cash += amount;
         m_soldToday += amount - fee;
@@ -155,27 +157,27 @@ double Ledger::deal(const Order &order, double price, qint64 qty)
 Valuation Ledger::value(const Prices &prices) const
 {
     Valuation value;
-    double paidInFull = 0;
-    double futuresProfit = 0;
-    double margin = 0;
+    Money paidInFull;
+    Money futuresProfit;
+    Money margin;
     for (const Position &position : m_positions) {
         if (position.qty() == 0)
             continue;
         const int sign = position.isShort ? -1 : 1;
-        const double marketValue = position.marketValue(prices(position.instrument->symbol));
-        value.marketValue += sign * marketValue;
-        value.holdingCost += sign * position.holdingCost;
-        value.openCost += sign * position.openCost;
+        const Money marketValue = position.marketValue(prices(position.instrument->symbol));
+        value.marketValue += withSign(sign, marketValue);
+        value.holdingCost += withSign(sign, position.holdingCost);
+        value.openCost += withSign(sign, position.openCost);
         if (isFuture(*position.instrument)) {
-            futuresProfit += sign * (marketValue - position.holdingCost);
-            margin += position.holdingCost * kMarginRate;
+            futuresProfit += withSign(sign, marketValue - position.holdingCost);
+            margin += position.holdingCost.part(kMarginRate);
         } else {
             paidInFull += marketValue;
         }
     }
     value.totalAsset = m_cash + paidInFull + futuresProfit;
     value.available = m_cash + futuresProfit - margin - m_frozenCash;
-    value.withdrawable = qMax(0.0, value.available - m_soldToday - qMax(0.0, futuresProfit));
+    value.withdrawable = qMax(Money(), value.available - m_soldToday - qMax(Money(), futuresProfit));
     return value;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "books/Money.h"
 #include "books/Orders.h"
 
 #include <QMap>
@@ -18,29 +19,29 @@ using Prices = std::function<double(const QString &symbol)>;
 struct Position {
     const Instrument *instrument = nullptr;
     bool isShort = false;
-    qint64 openingQty = 0;  ///< held before the day began
-    qint64 openedQty = 0;   ///< today
-    qint64 closedQty = 0;   ///< today
-    qint64 frozenQty = 0;   ///< set aside for orders that close it
-    double openCost = 0;    ///< what is held cost when it was opened
-    double holdingCost = 0; ///< the same; for futures what came from before today counts at yesterday's close
+    qint64 openingQty = 0; ///< held before the day began
+    qint64 openedQty = 0;  ///< today
+    qint64 closedQty = 0;  ///< today
+    qint64 frozenQty = 0;  ///< set aside for orders that close it
+    Money openCost;        ///< what is held cost when it was opened
+    Money holdingCost;     ///< the same; for futures what came from before today counts at yesterday's close
 
     qint64 qty() const { return openingQty + openedQty - closedQty; }
 
     /// What an order may close now. What is bought today of shares and funds can only be sold tomorrow.
     qint64 closableQty() const;
 
-    double marketValue(double price) const;
+    Money marketValue(double price) const;
 };
 
 /// What a trading account is worth at given prices. Short positions count as negative in the first three.
 struct Valuation {
-    double marketValue = 0;
-    double holdingCost = 0;
-    double openCost = 0;
-    double totalAsset = 0;
-    double available = 0;    ///< money for new orders
-    double withdrawable = 0; ///< money that may leave the account
+    Money marketValue;
+    Money holdingCost;
+    Money openCost;
+    Money totalAsset;
+    Money available;    ///< money for new orders
+    Money withdrawable; ///< money that may leave the account
 };
 
 /// The money and the positions of one trading account.
@@ -51,13 +52,14 @@ struct Valuation {
 class Ledger {
 public:
     Ledger() = default;
-    explicit Ledger(double openingCash) : m_cash(openingCash) {}
+    explicit Ledger(double openingCash) : m_cash(Money::rounded(openingCash)) {}
 
     /// A position from before today. openPrice: what it was opened at.
     void holdFromBefore(const Instrument &instrument, bool isShort, qint64 qty, double openPrice);
 
-    /// Why the account cannot place the order, for its owner to read; empty when it can.
-    QString shortage(const Order &order, const Prices &prices) const;
+    /// Why the account cannot place the order, for its owner to read; empty when it can. available: what its value at
+    /// current prices leaves for new orders.
+    QString shortage(const Order &order, Money available) const;
 
     /// Sets aside what the order's open quantity needs, or gives it back. Call release before the order changes and
     /// reserve after.
@@ -65,7 +67,7 @@ public:
     void release(const Order &order);
 
     /// Enters a deal of the order, and gives its fee.
-    double deal(const Order &order, double price, qint64 qty);
+    Money deal(const Order &order, double price, qint64 qty);
 
     /// By symbol and whether they are short. Those that were closed today are there still, with nothing in them.
     const QMap<QPair<QString, bool>, Position> &positions() const { return m_positions; }
@@ -73,13 +75,13 @@ public:
     /// What an order may close now; nothing of what is not held.
     qint64 closableQty(const QString &symbol, bool isShort) const;
 
-    double cash() const { return m_cash; } ///< with what is set aside
-    double frozenCash() const { return m_frozenCash; }
-    double fees() const { return m_fees; }
+    Money cash() const { return m_cash; } ///< with what is set aside
+    Money frozenCash() const { return m_frozenCash; }
+    Money fees() const { return m_fees; }
 
     /// The profit of what was closed today: since yesterday's close, and since it was opened.
-    double closeProfitByDate() const { return m_closeProfitByDate; }
-    double closeProfitByTrade() const { return m_closeProfitByTrade; }
+    Money closeProfitByDate() const { return m_closeProfitByDate; }
+    Money closeProfitByTrade() const { return m_closeProfitByTrade; }
 
     Valuation value(const Prices &prices) const;
 
@@ -88,18 +90,18 @@ private:
     void setAside(const Order &order, int sign);
 
     QMap<QPair<QString, bool>, Position> m_positions;
-    double m_cash = 0;
-    double m_frozenCash = 0;
-    double m_soldToday = 0; ///< proceeds, which stay in the account until tomorrow
-    double m_fees = 0;
-    double m_closeProfitByDate = 0;
-    double m_closeProfitByTrade = 0;
+    Money m_cash;
+    Money m_frozenCash;
+    Money m_soldToday; ///< proceeds, which stay in the account until tomorrow
+    Money m_fees;
+    Money m_closeProfitByDate;
+    Money m_closeProfitByTrade;
 };
 
 /// What a broker takes for a deal of that amount.
-double feeOf(const Instrument &instrument, Side side, double amount);
+Money feeOf(const Instrument &instrument, Side side, Money amount);
 
 /// The money that opening so much needs, with its fee: all of it, or the margin of futures.
-double moneyToOpen(const Instrument &instrument, Side side, double amount);
+Money moneyToOpen(const Instrument &instrument, Side side, Money amount);
 
 } // namespace sim

@@ -6,19 +6,19 @@ namespace sim {
 
 namespace {
 
-qint64 affordableQty(const Order &order, double available)
+qint64 affordableQty(const Order &order, Money available)
 {
     const Instrument &instrument = *order.instrument;
     const auto needed = [&](qint64 qty) {
         return moneyToOpen(instrument, order.side, order.amount(order.reservePrice(), qty));
     };
-    const double neededForMost = needed(instrument.maxQty);
+    const Money neededForMost = needed(instrument.maxQty);
     if (neededForMost <= available)
         return instrument.maxQty;
     // Needs grow in step with the quantity but for their rounding, so this starts at most a few lots too high.
-    const double part = qMax(0.0, available) / neededForMost;
+    const double part = qMax(0.0, available.yuan()) / neededForMost.yuan();
     qint64 qty = (qint64(part * double(instrument.maxQty)) / instrument.lot + 1) * instrument.lot;
-    while (qty > 0 && needed(qty) > available)
+    while (qty > 0 && available < needed(qty))
         qty -= instrument.lot;
     return qty;
 }

@@ -30,23 +30,23 @@ QVariantMap CBusinessDataBase::GetAccountDetailsByTradinngAccount(const QString 
     const Valuation value = ledger.value(terminal.latestPrices());
 
     // An account that is short on balance writes its figures the other way round and says so.
-    const bool isShort = value.marketValue < 0;
+    const bool isShort = value.marketValue < Money();
     const int sign = isShort ? -1 : 1;
-    const double profit = value.marketValue - value.holdingCost;
+    const double profit = (value.marketValue - value.holdingCost).yuan();
     QVariantMap details{
         {Tessar_Fields::UserAccount::tradingAccount, tradingAccount},
         {FastFocus::fundAccount, fund->account},
         {Tessar_Fields::Security::positionFlag, positionFlag(isShort)},
-        {NormalFundEx::marketValue, sign * value.marketValue},
-        {NormalFundEx::assetBalance, value.totalAsset},
-        {Futures::HoldingCost, sign * value.holdingCost},
-        {Futures::OpenCost, sign * value.openCost},
-        {Futures::ClosePosProfitDate, ledger.closeProfitByDate()},
-        {Futures::ClosePosProfitTrade, ledger.closeProfitByTrade()},
+        {NormalFundEx::marketValue, sign * value.marketValue.yuan()},
+        {NormalFundEx::assetBalance, value.totalAsset.yuan()},
+        {Futures::HoldingCost, sign * value.holdingCost.yuan()},
+        {Futures::OpenCost, sign * value.openCost.yuan()},
+        {Futures::ClosePosProfitDate, ledger.closeProfitByDate().yuan()},
+        {Futures::ClosePosProfitTrade, ledger.closeProfitByTrade().yuan()},
         {AssetView::profitAndLoss, profit},
     };
-    if (value.holdingCost != 0)
-        details.insert(AssetView::returnRate, profit / (sign * value.holdingCost));
+    if (value.holdingCost != Money())
+        details.insert(AssetView::returnRate, profit / (sign * value.holdingCost.yuan()));
     return details;
 }
 
@@ -57,8 +57,8 @@ QVariantMap CBusinessDataBase::getTradeAccountParam(const QString &account, cons
     if (!ledger || currency != Tessar_Values::Currency::CNY)
         return {};
     const Valuation value = ledger->value(terminal.latestPrices());
-    return {{Tessar_Fields::Security::tradeableCash, value.available},
-            {Varnel_Fields::Security::withDrawQuota, value.withdrawable}};
+    return {{Tessar_Fields::Security::tradeableCash, value.available.yuan()},
+            {Varnel_Fields::Security::withDrawQuota, value.withdrawable.yuan()}};
 }
 
 QString CBusinessDataBase::getClientOrderID()

@@ -59,11 +59,11 @@ const RecordFields<OrderSource> &orderFields()
             {CustomField::priceType, [](Source s) { return priceTypeCodes().code(s.order.priceType); }},
             {Security::price, [](Source s) { return s.order.price; }},
             {Security::orderQty, [](Source s) { return s.order.qty; }},
-            {RecordField::orderAmount, [](Source s) { return s.order.amount(s.order.price, s.order.qty); }},
+            {RecordField::orderAmount, [](Source s) { return s.order.amount(s.order.price, s.order.qty).yuan(); }},
             {RecordField::leaveQty, [](Source s) { return s.order.leaveQty(); }},
             {RecordField::dealQty, [](Source s) { return s.order.dealtQty; }},
             {RecordField::dealPrice, [](Source s) { return s.order.averagePrice(); }},
-            {RecordField::dealAmount, [](Source s) { return s.order.dealtAmount; }},
+            {RecordField::dealAmount, [](Source s) { return s.order.dealtAmount.yuan(); }},
             {RecordField::remark, [](Source s) { return s.order.remark; }},
         };
         for (auto field = own.cbegin(); field != own.cend(); ++field)
@@ -82,8 +82,8 @@ const RecordFields<ExecutionSource> &executionFields()
             {RecordField::dealTime, [](Source s) { return timeText(s.execution.time); }},
             {RecordField::dealQty, [](Source s) { return s.execution.qty; }},
             {RecordField::dealPrice, [](Source s) { return s.execution.price; }},
-            {RecordField::dealAmount, [](Source s) { return s.execution.amount; }},
-            {RecordField::fee, [](Source s) { return s.execution.fee; }},
+            {RecordField::dealAmount, [](Source s) { return s.execution.amount.yuan(); }},
+            {RecordField::fee, [](Source s) { return s.execution.fee.yuan(); }},
         };
         for (auto field = sharedFields().cbegin(); field != sharedFields().cend(); ++field) {
             all.insert(field.key(), [read = field.value()](Source s) { return read({s.books, orderOf(s)}); });
@@ -109,8 +109,8 @@ const RecordFields<PositionSource> &positionFields()
         {Security::positionFlag, [](Source s) { return positionFlag(s.position.isShort); }},
         {RecordField::currentQty, [](Source s) { return sign(s) * s.position.qty(); }},
         {RecordField::tradableQty, [](Source s) { return sign(s) * s.position.closableQty(); }},
-        {Varnel_Fields::Futures::HoldingCost, [](Source s) { return sign(s) * s.position.holdingCost; }},
-        {Varnel_Fields::Futures::OpenCost, [](Source s) { return sign(s) * s.position.openCost; }},
+        {Varnel_Fields::Futures::HoldingCost, [](Source s) { return sign(s) * s.position.holdingCost.yuan(); }},
+        {Varnel_Fields::Futures::OpenCost, [](Source s) { return sign(s) * s.position.openCost.yuan(); }},
     };
     return fields;
 }

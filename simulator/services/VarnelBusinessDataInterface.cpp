@@ -65,7 +65,7 @@ VarnelMarketValueInfo VarnelBusinessDataInterface::GetMarketValueByTradingAccoun
     if (!ledger)
         return {};
     const sim::Valuation value = ledger->value(terminal.latestPrices());
-    return {value.marketValue, value.holdingCost};
+    return {value.marketValue.yuan(), value.holdingCost.yuan()};
 }
 
 int VarnelBusinessDataInterface::GetOrloEventMsgIdByStr(const QString &eventName)

@@ -55,13 +55,13 @@ protected:
 TEST_F(LedgerTest, WhatIsBoughtIsPaidInFullWithItsFee)
 {
     Ledger ledger(100000);
-    const double fee = ledger.deal(order(share, Side::Buy, 10, 1000), 10, 1000);
+    const double fee = ledger.deal(order(share, Side::Buy, 10, 1000), 10, 1000).yuan();
     EXPECT_DOUBLE_EQ(2.5, fee);
-    EXPECT_DOUBLE_EQ(89997.5, ledger.cash());
+    EXPECT_DOUBLE_EQ(89997.5, ledger.cash().yuan());
     const Valuation value = ledger.value(at(11));
-    EXPECT_DOUBLE_EQ(11000, value.marketValue);
-    EXPECT_DOUBLE_EQ(10000, value.holdingCost);
-    EXPECT_DOUBLE_EQ(100997.5, value.totalAsset);
+    EXPECT_DOUBLE_EQ(11000, value.marketValue.yuan());
+    EXPECT_DOUBLE_EQ(10000, value.holdingCost.yuan());
+    EXPECT_DOUBLE_EQ(100997.5, value.totalAsset.yuan());
 }
 
 TEST_F(LedgerTest, SharesThatWereBoughtTodayCannotBeSoldToday)
@@ -70,8 +70,8 @@ TEST_F(LedgerTest, SharesThatWereBoughtTodayCannotBeSoldToday)
     ledger.holdFromBefore(share, false, 500, 9);
     ledger.deal(order(share, Side::Buy, 10, 1000), 10, 1000);
     EXPECT_EQ(500, ledger.closableQty(share.symbol, false));
-    EXPECT_EQ(QString(), ledger.shortage(order(share, Side::Sell, 10, 500), at(10)));
-    EXPECT_NE(QString(), ledger.shortage(order(share, Side::Sell, 10, 501), at(10)));
+    EXPECT_EQ(QString(), ledger.shortage(order(share, Side::Sell, 10, 500), ledger.value(at(10)).available));
+    EXPECT_NE(QString(), ledger.shortage(order(share, Side::Sell, 10, 501), ledger.value(at(10)).available));
 
     ledger.deal(order(bond, Side::Buy, 10, 100), 10, 100);
     EXPECT_EQ(100, ledger.closableQty(bond.symbol, false));
@@ -81,27 +81,27 @@ TEST_F(LedgerTest, SellingTakesItsPartOfTheAverageCostAndTheProceedsStay)
 {
     Ledger ledger;
     ledger.holdFromBefore(share, false, 1000, 8);
-    const double fee = ledger.deal(order(share, Side::Sell, 10, 250), 10, 250);
+    const double fee = ledger.deal(order(share, Side::Sell, 10, 250), 10, 250).yuan();
     EXPECT_DOUBLE_EQ(1.88, fee); // 0.625 and 1.25 of tax
-    EXPECT_DOUBLE_EQ(2498.12, ledger.cash());
-    EXPECT_DOUBLE_EQ(500, ledger.closeProfitByTrade());
+    EXPECT_DOUBLE_EQ(2498.12, ledger.cash().yuan());
+    EXPECT_DOUBLE_EQ(500, ledger.closeProfitByTrade().yuan());
     const Valuation value = ledger.value(at(10));
-    EXPECT_DOUBLE_EQ(6000, value.holdingCost);
-    EXPECT_DOUBLE_EQ(2498.12, value.available);
-    EXPECT_DOUBLE_EQ(0, value.withdrawable);
+    EXPECT_DOUBLE_EQ(6000, value.holdingCost.yuan());
+    EXPECT_DOUBLE_EQ(2498.12, value.available.yuan());
+    EXPECT_DOUBLE_EQ(0, value.withdrawable.yuan());
 }
 
 TEST_F(LedgerTest, OpenOrdersSetAsideWhatTheyNeed)
 {
     Ledger ledger(10000);
     Order buy = order(share, Side::Buy, 9, 1000);
-    EXPECT_EQ(QString(), ledger.shortage(buy, at(10)));
+    EXPECT_EQ(QString(), ledger.shortage(buy, ledger.value(at(10)).available));
     ledger.reserve(buy);
-    EXPECT_DOUBLE_EQ(9002.25, ledger.frozenCash());
-    EXPECT_DOUBLE_EQ(997.75, ledger.value(at(10)).available);
-    EXPECT_NE(QString(), ledger.shortage(buy, at(10)));
+    EXPECT_DOUBLE_EQ(9002.25, ledger.frozenCash().yuan());
+    EXPECT_DOUBLE_EQ(997.75, ledger.value(at(10)).available.yuan());
+    EXPECT_NE(QString(), ledger.shortage(buy, ledger.value(at(10)).available));
     ledger.release(buy);
-    EXPECT_DOUBLE_EQ(0, ledger.frozenCash());
+    EXPECT_DOUBLE_EQ(0, ledger.frozenCash().yuan());
 
     ledger.holdFromBefore(share, false, 500, 9);
     const Order sell = order(share, Side::Sell, 10, 300);
@@ -121,15 +121,15 @@ TEST_F(LedgerTest, AnOrderAtMarketPriceSetsAsideTheDaysHighestPrice)
 TEST_F(LedgerTest, OpeningAFutureBindsMarginAndMovesNoMoney)
 {
     Ledger ledger(1000000);
-    const double fee = ledger.deal(order(future, Side::SellOpen, 4000, 2), 4000, 2);
+    const double fee = ledger.deal(order(future, Side::SellOpen, 4000, 2), 4000, 2).yuan();
     EXPECT_DOUBLE_EQ(55.2, fee);
-    EXPECT_DOUBLE_EQ(1000000 - fee, ledger.cash());
+    EXPECT_DOUBLE_EQ(1000000 - fee, ledger.cash().yuan());
     const Valuation value = ledger.value(at(3990)); // a short position gains when the price falls
-    EXPECT_DOUBLE_EQ(-2394000, value.marketValue);
-    EXPECT_DOUBLE_EQ(-2400000, value.openCost);
-    EXPECT_DOUBLE_EQ(1006000 - fee, value.totalAsset);
-    EXPECT_DOUBLE_EQ(1006000 - fee - 288000, value.available);
-    EXPECT_DOUBLE_EQ(1000000 - fee - 288000, value.withdrawable);
+    EXPECT_DOUBLE_EQ(-2394000, value.marketValue.yuan());
+    EXPECT_DOUBLE_EQ(-2400000, value.openCost.yuan());
+    EXPECT_DOUBLE_EQ(1006000 - fee, value.totalAsset.yuan());
+    EXPECT_DOUBLE_EQ(1006000 - fee - 288000, value.available.yuan());
+    EXPECT_DOUBLE_EQ(1000000 - fee - 288000, value.withdrawable.yuan());
     EXPECT_EQ(2, ledger.closableQty(future.symbol, true));
     EXPECT_EQ(0, ledger.closableQty(future.symbol, false));
 }
@@ -138,12 +138,12 @@ TEST_F(LedgerTest, FuturesFromBeforeCountAtYesterdaysClose)
 {
     Ledger ledger(0);
     ledger.holdFromBefore(future, true, 2, 4100);
-    EXPECT_DOUBLE_EQ(-2400000, ledger.value(at(4000)).holdingCost);
-    EXPECT_DOUBLE_EQ(-2460000, ledger.value(at(4000)).openCost);
-    const double fee = ledger.deal(order(future, Side::BuyClose, 3950, 1), 3950, 1);
-    EXPECT_DOUBLE_EQ(15000, ledger.closeProfitByDate());  // since yesterday: 50 points
-    EXPECT_DOUBLE_EQ(45000, ledger.closeProfitByTrade()); // since it was opened: 150
-    EXPECT_DOUBLE_EQ(15000 - fee, ledger.cash());
+    EXPECT_DOUBLE_EQ(-2400000, ledger.value(at(4000)).holdingCost.yuan());
+    EXPECT_DOUBLE_EQ(-2460000, ledger.value(at(4000)).openCost.yuan());
+    const double fee = ledger.deal(order(future, Side::BuyClose, 3950, 1), 3950, 1).yuan();
+    EXPECT_DOUBLE_EQ(15000, ledger.closeProfitByDate().yuan());  // since yesterday: 50 points
+    EXPECT_DOUBLE_EQ(45000, ledger.closeProfitByTrade().yuan()); // since it was opened: 150
+    EXPECT_DOUBLE_EQ(15000 - fee, ledger.cash().yuan());
     EXPECT_EQ(1, ledger.closableQty(future.symbol, true));
 }
 

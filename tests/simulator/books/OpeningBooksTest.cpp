@@ -57,7 +57,7 @@ QStringList story(const Books &books)
         lines.append(QStringLiteral("%1 %2 %3 %4 %5 %6")
                          .arg(order.id, order.tradingAccount, order.instrument->symbol)
                          .arg(order.price)
-                         .arg(order.dealtAmount)
+                         .arg(order.dealtAmount.yuan())
                          .arg(int(order.status)));
     }
     return lines;
@@ -119,7 +119,7 @@ TEST_F(OpeningBooksTest, ExecutionsAddUpToWhatTheirOrdersDealt)
     for (const Execution &execution : books.executions()) {
         const Order &order = books.orders()[execution.order];
         qty[execution.order] += execution.qty;
-        amount[execution.order] += execution.amount;
+        amount[execution.order] += execution.amount.yuan();
         EXPECT_GT(execution.time, order.entered);
         EXPECT_LE(execution.time, order.changed);
         EXPECT_TRUE(!last.isValid() || execution.time >= last);
@@ -130,7 +130,7 @@ TEST_F(OpeningBooksTest, ExecutionsAddUpToWhatTheirOrdersDealt)
     EXPECT_GT(books.executions().size(), 100);
     for (int i = 0; i < books.orders().size(); ++i) {
         EXPECT_EQ(qty.value(i), books.orders()[i].dealtQty) << i;
-        EXPECT_NEAR(amount.value(i), books.orders()[i].dealtAmount, 0.005) << i;
+        EXPECT_NEAR(amount.value(i), books.orders()[i].dealtAmount.yuan(), 0.005) << i;
     }
 }
 
@@ -201,7 +201,7 @@ TEST_F(OpeningBooksTest, PositionsAreWhatTheyWereAtTheOpeningAndTheExecutionsSin
             EXPECT_GE(position->qty(), 0);
             EXPECT_GE(position->closableQty(), 0);
             EXPECT_LE(position->closableQty(), position->qty());
-            EXPECT_GE(position->openCost, -0.01);
+            EXPECT_LE(Money(), position->openCost);
             ++kinds[position->instrument->kind];
             anyShort = anyShort || position->isShort;
             anyLongFuture = anyLongFuture || (account >= QStringLiteral("C1") && !position->isShort);
@@ -219,9 +219,9 @@ TEST_F(OpeningBooksTest, MoneyAddsUp)
     const World morning("2025-03-03 09:20:00"); // the same accounts before their first order
     for (const QString &account : {QStringLiteral("A1"), QStringLiteral("B1")}) {
         const Ledger &ledger = *books.ledger(account);
-        double cash = morning.books.ledger(account)->cash();
-        double frozen = 0;
-        double fees = 0;
+        Money cash = morning.books.ledger(account)->cash();
+        Money frozen;
+        Money fees;
         for (const Execution &execution : books.executions()) {
             const Order &order = books.orders()[execution.order];
             if (order.tradingAccount != account)
@@ -231,24 +231,24 @@ TEST_F(OpeningBooksTest, MoneyAddsUp)
         }
         for (const Order &order : books.orders()) {
             if (order.tradingAccount == account && isBuy(order.side)) {
-                const double amount = order.amount(order.reservePrice(), order.leaveQty());
+                const Money amount = order.amount(order.reservePrice(), order.leaveQty());
                 frozen += amount + feeOf(*order.instrument, order.side, amount);
             }
         }
-        double held = 0;
+        Money held;
         for (const Position &position : ledger.positions())
             held += position.marketValue(closes()(position.instrument->symbol));
 
-        EXPECT_GT(fees, 0);
-        EXPECT_GT(frozen, 0);
-        EXPECT_NEAR(fees, ledger.fees(), 0.005);
-        EXPECT_NEAR(cash - fees, ledger.cash(), 0.005);
-        EXPECT_NEAR(frozen, ledger.frozenCash(), 0.005);
+        EXPECT_LT(Money(), fees);
+        EXPECT_LT(Money(), frozen);
+        EXPECT_EQ(fees, ledger.fees());
+        EXPECT_EQ(cash - fees, ledger.cash());
+        EXPECT_EQ(frozen, ledger.frozenCash());
         const Valuation value = ledger.value(closes());
-        EXPECT_NEAR(held, value.marketValue, 0.005);
-        EXPECT_NEAR(ledger.cash() + held, value.totalAsset, 0.005);
-        EXPECT_NEAR(ledger.cash() - frozen, value.available, 0.005);
-        EXPECT_GT(value.available, 0);
+        EXPECT_EQ(held, value.marketValue);
+        EXPECT_EQ(ledger.cash() + held, value.totalAsset);
+        EXPECT_EQ(ledger.cash() - frozen, value.available);
+        EXPECT_LT(Money(), value.available);
         EXPECT_LE(value.withdrawable, value.available);
     }
 }
@@ -258,22 +258,23 @@ TEST_F(OpeningBooksTest, AFuturesAccountsAssetsAreItsMoneyAndItsFloatingProfit)
     const World morning("2025-03-03 09:20:00");
     for (const QString &account : {QStringLiteral("C1"), QStringLiteral("D1")}) {
         const Ledger &ledger = *books.ledger(account);
-        const double before = morning.books.ledger(account)->cash();
-        EXPECT_NEAR(before + ledger.closeProfitByDate() - ledger.fees(), ledger.cash(), 0.005);
+        const Money before = morning.books.ledger(account)->cash();
+        EXPECT_EQ(before + ledger.closeProfitByDate() - ledger.fees(), ledger.cash());
         const Valuation value = ledger.value(closes());
-        EXPECT_NEAR(ledger.cash() + value.marketValue - value.holdingCost, value.totalAsset, 0.005);
+        EXPECT_EQ(ledger.cash() + value.marketValue - value.holdingCost, value.totalAsset);
         EXPECT_LT(value.available, value.totalAsset); // margin
-        EXPECT_GT(value.available, 0);
+        EXPECT_LT(Money(), value.available);
     }
-    EXPECT_LT(books.ledger(QStringLiteral("C1"))->value(closes()).marketValue, 0); // one sells short, the other not
-    EXPECT_GT(books.ledger(QStringLiteral("D1"))->value(closes()).marketValue, 0);
+    EXPECT_LT(books.ledger(QStringLiteral("C1"))->value(closes()).marketValue,
+              Money()); // one sells short, the other not
+    EXPECT_LT(Money(), books.ledger(QStringLiteral("D1"))->value(closes()).marketValue);
 }
 
 TEST_F(OpeningBooksTest, TradingAccountsAfterTheFirstAreEmpty)
 {
     const Ledger *ledger = books.ledger(QStringLiteral("A2"));
     ASSERT_TRUE(ledger);
-    EXPECT_EQ(0, ledger->cash());
+    EXPECT_EQ(Money(), ledger->cash());
     EXPECT_TRUE(ledger->positions().isEmpty());
     EXPECT_FALSE(books.ledger(QStringLiteral("nobody")));
 }

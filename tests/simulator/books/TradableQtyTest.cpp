@@ -38,9 +38,9 @@ protected:
         EXPECT_EQ(qty, most(ledger, order));
         order.qty = qty;
         EXPECT_EQ(QString(), violatedRule(order));
-        EXPECT_EQ(QString(), ledger.shortage(order, prices));
+        EXPECT_EQ(QString(), ledger.shortage(order, ledger.value(prices).available));
         order.qty = qty + order.instrument->lot;
-        EXPECT_NE(QString(), ledger.shortage(order, prices));
+        EXPECT_NE(QString(), ledger.shortage(order, ledger.value(prices).available));
     }
 
     const Instrument main = listed("MainShare", 10);

@@ -64,13 +64,14 @@ TEST_F(AssetsTest, AStockAccountIsItsCashAndWhatItHolds)
         const Ledger &ledger = *terminal.books().ledger(account);
         EXPECT_GT(info.marketValue, 0);
         EXPECT_NEAR(info.marketValue, number(account_details, NormalFundEx::marketValue), 0.001);
-        EXPECT_NEAR(ledger.cash() + info.marketValue, number(account_details, NormalFundEx::assetBalance), 0.001);
+        EXPECT_NEAR(ledger.cash().yuan() + info.marketValue, number(account_details, NormalFundEx::assetBalance),
+                    0.001);
         EXPECT_NEAR(info.holdingCost, sum(positions(account), Futures::HoldingCost), 0.001);
         EXPECT_NEAR(info.marketValue - info.holdingCost, number(account_details, AssetView::profitAndLoss), 0.001);
 
         const QVariantMap money = parameters(account);
         const double tradable = number(money, Tessar_Fields::Security::tradeableCash);
-        EXPECT_NEAR(ledger.cash() - ledger.frozenCash(), tradable, 0.001);
+        EXPECT_NEAR((ledger.cash() - ledger.frozenCash()).yuan(), tradable, 0.001);
         EXPECT_LE(number(money, Varnel_Fields::Security::withDrawQuota), tradable);
         EXPECT_NE(Varnel_Values::FundAccountType::Future,
                   VarnelBusinessDataInterface::GetAccountAssetPropByTradingAccount(account));
@@ -89,8 +90,9 @@ TEST_F(AssetsTest, AFuturesAccountsFiguresAreItsPositionsFigures)
         double floating = 0;
         double marketValue = 0;
         for (const Position &position : terminal.books().ledger(account)->positions()) {
-            const double value = position.marketValue(terminal.latestPrices()(position.instrument->symbol));
-            floating += position.isShort ? position.openCost - value : value - position.openCost;
+            const double value = position.marketValue(terminal.latestPrices()(position.instrument->symbol)).yuan();
+            const double openCost = position.openCost.yuan();
+            floating += position.isShort ? openCost - value : value - openCost;
             marketValue += position.isShort ? -value : value;
         }
         EXPECT_GE(number(figures, NormalFundEx::marketValue), 0);
@@ -100,7 +102,7 @@ TEST_F(AssetsTest, AFuturesAccountsFiguresAreItsPositionsFigures)
                     0.001);
         EXPECT_NEAR(number(figures, AssetView::profitAndLoss),
                     sign * (number(figures, NormalFundEx::marketValue) - number(figures, Futures::HoldingCost)), 0.001);
-        EXPECT_NEAR(terminal.books().ledger(account)->cash() + number(figures, AssetView::profitAndLoss),
+        EXPECT_NEAR(terminal.books().ledger(account)->cash().yuan() + number(figures, AssetView::profitAndLoss),
                     number(figures, NormalFundEx::assetBalance), 0.001);
         EXPECT_NE(0, number(figures, Futures::ClosePosProfitDate));
         EXPECT_NE(number(figures, Futures::ClosePosProfitDate), number(figures, Futures::ClosePosProfitTrade));
