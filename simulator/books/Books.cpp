@@ -13,41 +13,14 @@ QString numbered(const QString &prefix, int number)
 
 } // namespace
 
-Books::Books(const QMap<QString, QString> &traders, const QVector<FundAccount> &fundAccounts,
-             const QString &orderIdPrefix)
-    : m_traders(traders), m_fundAccounts(fundAccounts), m_orderIdPrefix(orderIdPrefix)
+Books::Books(const Accounts &accounts, const QString &orderIdPrefix)
+    : m_accounts(accounts), m_orderIdPrefix(orderIdPrefix)
 {
-    for (int i = 0; i < m_fundAccounts.size(); ++i) {
-        m_byAccount.insert(m_fundAccounts[i].account, i);
-        for (const QString &tradingAccount : m_fundAccounts[i].tradingAccounts) {
-            m_byTradingAccount.insert(tradingAccount, i);
+    const QVector<FundAccount> funds = accounts.fundAccounts(AllFunds);
+    for (const FundAccount &fund : funds) {
+        for (const QString &tradingAccount : fund.tradingAccounts)
             m_ledgers.insert(tradingAccount, Ledger());
-        }
     }
-}
-
-QVector<FundAccount> Books::fundAccounts(int property) const
-{
-    if (property == AllFunds)
-        return m_fundAccounts;
-    QVector<FundAccount> accounts;
-    for (const FundAccount &account : m_fundAccounts) {
-        if (account.property == property)
-            accounts.append(account);
-    }
-    return accounts;
-}
-
-const FundAccount *Books::fundAccount(const QString &account) const
-{
-    const auto found = m_byAccount.constFind(account);
-    return found == m_byAccount.constEnd() ? nullptr : &m_fundAccounts[*found];
-}
-
-const FundAccount *Books::fundAccountOf(const QString &tradingAccount) const
-{
-    const auto found = m_byTradingAccount.constFind(tradingAccount);
-    return found == m_byTradingAccount.constEnd() ? nullptr : &m_fundAccounts[*found];
 }
 
 QString Books::nextClientOrderId()
@@ -82,6 +55,7 @@ int Books::enter(Order order, Money available)
     } else {
         order.status = OrderStatus::Rejected;
     }
+    m_byOrderId.insert(order.id, number);
     m_orders.append(order);
     return number;
 }

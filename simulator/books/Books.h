@@ -1,57 +1,26 @@
 #pragma once
 
+#include "books/Accounts.h"
 #include "books/Orders.h"
 #include "books/Positions.h"
 
 #include <QHash>
-#include <QMap>
 #include <QString>
-#include <QStringList>
 #include <QVector>
 
 #include <atomic>
 
 namespace sim {
 
-/// Someone who may log in to the terminal: a trader of the organisation, with the token of that login.
-struct Login {
-    QString account;
-    QString token;
-};
-
-/// What a fund account is for. The numbers are what pages send.
-enum FundProperty {
-    AllFunds = 0, ///< only in queries
-    StockFund = 1,
-    FuturesFund = 2,
-};
-
-/// One fund account and the exchange accounts below it, the first being the one that is used by default.
-struct FundAccount {
-    QString account;
-    QString name;
-    FundProperty property = StockFund;
-    QStringList tradingAccounts; ///< never empty
-};
-
-/// The broker's books: who trades and with which accounts, their orders and deals, money and positions.
-/// Made once for a scenario. Accounts are constant after construction. Orders and ledgers are written by one thread
-/// while the terminal is being made, and constant from then on, so that any thread may read everything at once.
-/// Numbers of accounts are unique: that is checked when the scenario is read.
+/// The broker's books: orders and deals, money and positions of all trading accounts.
+/// Made by the TradingDesk, which opens them and guards them from then on. Only nextClientOrderId may be called
+/// without its lock. They know nothing of time, prices and the exchange's matching.
 class Books {
 public:
-    Books(const QMap<QString, QString> &traders, const QVector<FundAccount> &fundAccounts,
-          const QString &orderIdPrefix);
+    /// The accounts must outlive the books.
+    Books(const Accounts &accounts, const QString &orderIdPrefix);
 
-    /// Identifier to name.
-    const QMap<QString, QString> &traders() const { return m_traders; }
-
-    /// In the scenario's order; AllFunds gives every one.
-    QVector<FundAccount> fundAccounts(int property) const;
-
-    /// Null when there is none.
-    const FundAccount *fundAccount(const QString &account) const;
-    const FundAccount *fundAccountOf(const QString &tradingAccount) const;
+    const Accounts &accounts() const { return m_accounts; }
 
     /// A fresh client order identifier, never given twice. Any thread.
     QString nextClientOrderId();
@@ -61,6 +30,9 @@ public:
 
     /// In the order in which they were entered; an order's number is its place.
     const QVector<Order> &orders() const { return m_orders; }
+
+    /// The number of the order, -1 for an unknown identifier.
+    int orderNumber(const QString &id) const { return m_byOrderId.value(id, -1); }
 
     /// In the order in which they happened.
     const QVector<Execution> &executions() const { return m_executions; }
@@ -83,13 +55,11 @@ public:
 private:
     Ledger &ledgerOf(const Order &order) { return m_ledgers[order.tradingAccount]; }
 
-    const QMap<QString, QString> m_traders;
-    const QVector<FundAccount> m_fundAccounts;
+    const Accounts &m_accounts;
     const QString m_orderIdPrefix;
-    QHash<QString, int> m_byAccount; ///< indices in m_fundAccounts
-    QHash<QString, int> m_byTradingAccount;
     std::atomic<int> m_lastOrderId{0};
     QVector<Order> m_orders;
+    QHash<QString, int> m_byOrderId; ///< indices in m_orders
     QVector<Execution> m_executions;
     QHash<QString, Ledger> m_ledgers;        ///< by trading account, one for each
     QHash<QString, int> m_lastExchangeOrder; ///< by exchange

@@ -99,7 +99,7 @@ public:
         , m_isFutures(fund.property == FuturesFund)
         , m_mostlyShort(mostlyShort)
         , m_account(fund.tradingAccounts.first())
-        , m_traders(books.traders().keys())
+        , m_traders(books.accounts().traders().keys())
         , m_chance(random::subkey(key, random::hash(fund.account)))
     {
     }
@@ -341,7 +341,7 @@ void openBooks(Books &books, const Exchange &exchange, quint64 seed, const QDate
     Session session(exchange, start);
     std::vector<AccountDay> days;
     QMap<int, int> funds; // how many of a property there were before
-    for (const FundAccount &fund : books.fundAccounts(AllFunds)) {
+    for (const FundAccount &fund : books.accounts().fundAccounts(AllFunds)) {
         const bool mostlyShort = funds[fund.property]++ % 2 == 0; // so that there is one of each direction
         days.emplace_back(books, session, fund, random::scramble(seed), mostlyShort);
         days.back().open(exchange.instruments());

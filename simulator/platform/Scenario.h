@@ -1,7 +1,7 @@
 #pragma once
 
 #include "HostApi.h"
-#include "books/Books.h"
+#include "books/Accounts.h"
 #include "exchange/Instrument.h"
 
 #include <QDateTime>

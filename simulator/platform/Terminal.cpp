@@ -1,6 +1,5 @@
 #include "platform/Terminal.h"
 
-#include "books/OpeningBooks.h"
 #include "exchange/Listing.h"
 #include "services/KLineService.h"
 
@@ -23,12 +22,12 @@ Terminal::Terminal(const Scenario &scenario, const Login &login, double speed)
     , m_clock(scenario.start, speed)
     , m_exchange(listing(scenario.securities, scenario.generatedSecurities, scenario.seed, scenario.start.date()),
                  scenario.seed, scenario.start.date(), m_clock)
-    , m_books(scenario.traders, scenario.fundAccounts, scenario.start.toString(QStringLiteral("yyyyMMdd")))
+    , m_accounts(scenario.traders, scenario.fundAccounts)
     , m_bus(std::make_shared<MessageBus>(std::chrono::microseconds(qint64(kLatencyMicroseconds / speed))))
+    , m_desk(m_accounts, scenario.start.toString(QStringLiteral("yyyyMMdd")), m_exchange, scenario.seed, scenario.start)
 {
     Q_ASSERT(!s_terminal);
     s_terminal = this;
-    openBooks(m_books, m_exchange, scenario.seed, scenario.start);
     KLineService::install(*m_bus, m_exchange);
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "HostApi.h"
-#include "books/Books.h"
+#include "books/TradingDesk.h"
 #include "exchange/Exchange.h"
 #include "platform/MessageBus.h"
 #include "platform/Scenario.h"
@@ -11,10 +11,9 @@
 
 namespace sim {
 
-/// The make-believe terminal: clock, market, books, login and bus of one scenario. What the host's classes answer
-/// comes from here.
-/// Made and destroyed by main (or a test), one at a time; in between any thread may use it. The library's singletons
-/// outlive it: all they touch at their end is the bus, which they share.
+/// The make-believe terminal: clock, market, trading desk, login and bus of one scenario. What the host's classes
+/// answer comes from here. Made and destroyed by main (or a test), one at a time; in between any thread may use it. The
+/// library's singletons outlive it: all they touch at their end is the bus, which they share.
 class VARNEL_HOST_API Terminal {
 public:
     Terminal(const Scenario &scenario, const Login &login, double speed);
@@ -25,8 +24,9 @@ public:
 
     const Login &login() const { return m_login; }
     const QString &station() const { return m_station; }
-    Books &books() { return m_books; }
-    const Books &books() const { return m_books; }
+    const Accounts &accounts() const { return m_accounts; }
+    TradingDesk &desk() { return m_desk; }
+    const TradingDesk &desk() const { return m_desk; }
     const Exchange &exchange() const { return m_exchange; }
 
     /// What everything listed trades at now.
@@ -41,8 +41,9 @@ private:
     const QString m_station;
     const SimulatedClock m_clock;
     const Exchange m_exchange;
-    Books m_books;
+    const Accounts m_accounts;
     const std::shared_ptr<MessageBus> m_bus;
+    TradingDesk m_desk;
 };
 
 } // namespace sim

@@ -13,81 +13,127 @@ using namespace sim;
 
 namespace {
 
-/// The records that meet every condition, newest first: those from row offset on, as many as count says or, when it
-/// says none, all.
-/// at: the source of the record of a number, numbers being given in the order of time.
-template <typename Source, typename At>
-QList<QVariantMap> select(const RecordFields<Source> &fields, const QVariantMap &conditions, int size, At at,
-                          int &total, int offset, int count)
-{
-    struct Condition {
+/// Which records of one kind are asked for.
+template <typename Source>
+class Selection {
+public:
+    Selection(const RecordFields<Source> &fields, const QVariantMap &conditions)
+    {
+        for (auto condition = conditions.cbegin(); condition != conditions.cend(); ++condition) {
+            const auto field = fields.constFind(condition.key());
+            if (field == fields.cend()) {
+                m_isEmpty = true; // no record has that field, so none has one of its values
+                return;
+            }
+            const QStringList accepted = condition.value().toStringList();
+            m_tests.push_back({*field, QSet<QString>(accepted.begin(), accepted.end())});
+        }
+    }
+
+    /// The numbers of the records that meet every condition, newest first: those from row offset on, as many as count
+    /// says or, when it says none, all.
+    /// at: the source of the record of a number, numbers being given in the order of time.
+    template <typename At>
+    std::vector<int> numbers(int size, At at, int &total, int offset, int count) const
+    {
+        total = 0;
+        std::vector<int> page;
+        for (int number = m_isEmpty ? -1 : size - 1; number >= 0; --number) {
+            if (!includes(at(number)))
+                continue;
+            if (total >= offset && (count <= 0 || int(page.size()) < count))
+                page.push_back(number);
+            ++total;
+        }
+        return page;
+    }
+
+private:
+    struct Test {
         std::function<QVariant(const Source &)> read;
         QSet<QString> accepted;
     };
-    total = 0;
-    std::vector<Condition> tests;
-    for (auto condition = conditions.cbegin(); condition != conditions.cend(); ++condition) {
-        const auto field = fields.constFind(condition.key());
-        if (field == fields.cend())
-            return {}; // no record has that field, so none has one of its values
-        const QStringList accepted = condition.value().toStringList();
-        tests.push_back({*field, QSet<QString>(accepted.begin(), accepted.end())});
+
+    bool includes(const Source &source) const
+    {
+        return std::all_of(m_tests.begin(), m_tests.end(),
+                           [&](const Test &test) { return test.accepted.contains(test.read(source).toString()); });
     }
 
-    QList<QVariantMap> page;
-    for (int number = size - 1; number >= 0; --number) {
-        const Source source = at(number);
-        const bool meets = std::all_of(tests.begin(), tests.end(), [&](const Condition &test) {
-            return test.accepted.contains(test.read(source).toString());
-        });
-        if (!meets)
-            continue;
-        if (total >= offset && (count <= 0 || page.size() < count))
-            page.append(recordOf(fields, source));
-        ++total;
-    }
-    return page;
-}
+    std::vector<Test> m_tests;
+    bool m_isEmpty = false;
+};
 
 } // namespace
 
 // The lists that the library leaves empty (sorting, choice of fields) have no meaning here: they are left unnamed.
+// What is asked for is copied from the books; the records are made of the copies, so that trading need not wait.
 
 QList<QVariantMap> BusinessDataInterface::GetOrderListByCustomKey(const QVariantMap &keys, int &total, int offset,
                                                                   int count, QList<QString>, const QStringList &)
 {
-    const Books &books = Terminal::instance().books();
-    return select(
-        orderFields(), keys, books.orders().size(),
-        [&](int number) {
-            return OrderSource{books, books.orders()[number]};
-        },
-        total, offset, count);
+    const Terminal &terminal = Terminal::instance();
+    const Accounts &accounts = terminal.accounts();
+    const Selection<OrderSource> selection(orderFields(), keys);
+    std::vector<Order> page;
+    {
+        const TradingDesk::Reader books = terminal.desk().read();
+        const QVector<Order> &orders = books->orders();
+        const auto at = [&](int number) { return OrderSource{accounts, orders[number]}; };
+        const std::vector<int> numbers = selection.numbers(orders.size(), at, total, offset, count);
+        page.reserve(numbers.size());
+        for (const int number : numbers)
+            page.push_back(orders[number]);
+    }
+    QList<QVariantMap> records;
+    for (const Order &order : page)
+        records.append(recordOf(orderFields(), OrderSource{accounts, order}));
+    return records;
 }
 
 QList<QVariantMap> BusinessDataInterface::GetExecutionListByCustomKey(const QVariantMap &keys, int &total, int offset,
                                                                       int count, const QStringList &)
 {
-    const Books &books = Terminal::instance().books();
-    return select(
-        executionFields(), keys, books.executions().size(),
-        [&](int number) {
-            return ExecutionSource{books, books.executions()[number]};
-        },
-        total, offset, count);
+    const Terminal &terminal = Terminal::instance();
+    const Accounts &accounts = terminal.accounts();
+    const Selection<ExecutionSource> selection(executionFields(), keys);
+    std::vector<std::pair<Order, Execution>> page;
+    {
+        const TradingDesk::Reader books = terminal.desk().read();
+        const QVector<Execution> &executions = books->executions();
+        const auto at = [&](int number) {
+            return ExecutionSource{accounts, books->orders()[executions[number].order], executions[number]};
+        };
+        const std::vector<int> numbers = selection.numbers(executions.size(), at, total, offset, count);
+        page.reserve(numbers.size());
+        for (const int number : numbers)
+            page.emplace_back(at(number).order, executions[number]);
+    }
+    QList<QVariantMap> records;
+    for (const auto &[order, execution] : page)
+        records.append(recordOf(executionFields(), ExecutionSource{accounts, order, execution}));
+    return records;
+}
+
+QMap<QString, QVariant> BusinessDataInterface::GetOrderDetailByOrderID(const QString &orderId)
+{
+    const Terminal &terminal = Terminal::instance();
+    const std::optional<Order> order = terminal.desk().order(orderId);
+    return order ? recordOf(orderFields(), OrderSource{terminal.accounts(), *order}) : QVariantMap();
 }
 
 QList<QVariantMap> BusinessDataInterface::GetPositionListByAccount(const QVariantMap &accountDetails, const QString &,
                                                                    const QString &symbol, const QString &,
                                                                    const QString &, const QString &, const QString &)
 {
-    const Books &books = Terminal::instance().books();
+    const Terminal &terminal = Terminal::instance();
     const QString tradingAccount = accountDetails.value(Tessar_Fields::UserAccount::tradingAccount).toString();
-    const FundAccount *fund = books.fundAccountOf(tradingAccount);
-    if (!fund)
+    const FundAccount *fund = terminal.accounts().fundAccountOf(tradingAccount);
+    const std::optional<Ledger> ledger = terminal.desk().ledger(tradingAccount);
+    if (!fund || !ledger)
         return {};
     QList<QVariantMap> list;
-    for (const Position &position : books.ledger(tradingAccount)->positions()) {
+    for (const Position &position : ledger->positions()) {
         if (position.qty() > 0 && (symbol.isEmpty() || position.instrument->symbol == symbol))
             list.append(recordOf(positionFields(), PositionSource{*fund, tradingAccount, position}));
     }

@@ -23,11 +23,11 @@ QVariantMap CBusinessDataBase::GetAccountDetailsByTradinngAccount(const QString 
 {
     using namespace Varnel_Fields;
     const Terminal &terminal = Terminal::instance();
-    const FundAccount *fund = terminal.books().fundAccountOf(tradingAccount);
-    if (!fund)
+    const FundAccount *fund = terminal.accounts().fundAccountOf(tradingAccount);
+    const std::optional<Ledger> ledger = terminal.desk().ledger(tradingAccount);
+    if (!fund || !ledger)
         return {};
-    const Ledger &ledger = *terminal.books().ledger(tradingAccount);
-    const Valuation value = ledger.value(terminal.latestPrices());
+    const Valuation value = ledger->value(terminal.latestPrices());
 
     // An account that is short on balance writes its figures the other way round and says so.
     const bool isShort = value.marketValue < Money();
@@ -41,8 +41,8 @@ QVariantMap CBusinessDataBase::GetAccountDetailsByTradinngAccount(const QString 
         {NormalFundEx::assetBalance, value.totalAsset.yuan()},
         {Futures::HoldingCost, sign * value.holdingCost.yuan()},
         {Futures::OpenCost, sign * value.openCost.yuan()},
-        {Futures::ClosePosProfitDate, ledger.closeProfitByDate().yuan()},
-        {Futures::ClosePosProfitTrade, ledger.closeProfitByTrade().yuan()},
+        {Futures::ClosePosProfitDate, ledger->closeProfitByDate().yuan()},
+        {Futures::ClosePosProfitTrade, ledger->closeProfitByTrade().yuan()},
         {AssetView::profitAndLoss, profit},
     };
     if (value.holdingCost != Money())
@@ -53,7 +53,7 @@ QVariantMap CBusinessDataBase::GetAccountDetailsByTradinngAccount(const QString 
 QVariantMap CBusinessDataBase::getTradeAccountParam(const QString &account, const QString &currency)
 {
     const Terminal &terminal = Terminal::instance();
-    const Ledger *ledger = terminal.books().ledger(account);
+    const std::optional<Ledger> ledger = terminal.desk().ledger(account);
     if (!ledger || currency != Tessar_Values::Currency::CNY)
         return {};
     const Valuation value = ledger->value(terminal.latestPrices());
@@ -63,5 +63,5 @@ QVariantMap CBusinessDataBase::getTradeAccountParam(const QString &account, cons
 
 QString CBusinessDataBase::getClientOrderID()
 {
-    return Terminal::instance().books().nextClientOrderId();
+    return Terminal::instance().desk().nextClientOrderId();
 }

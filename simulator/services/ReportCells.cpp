@@ -84,7 +84,7 @@ QVariantMap cellOf(const QVariant &value, CellFormat format, int decimals, ShowT
     case CellFormat::Exchange:
         return cell(exchangeName(text), value);
     case CellFormat::Trader:
-        return cell(Terminal::instance().books().traders().value(text, text), value);
+        return cell(Terminal::instance().accounts().traders().value(text, text), value);
     case CellFormat::Direction:
         return cell(sideCodes().words(directionOf(text)), directionOf(text));
     case CellFormat::Side:

@@ -17,11 +17,6 @@ QString timeText(const QDateTime &time)
     return time.toString(QStringLiteral("yyyyMMddHHmmss"));
 }
 
-const Order &orderOf(const ExecutionSource &source)
-{
-    return source.books.orders()[source.execution.order];
-}
-
 /// What an order hands down to its executions.
 const RecordFields<OrderSource> &sharedFields()
 {
@@ -38,8 +33,8 @@ const RecordFields<OrderSource> &sharedFields()
         {Security::side, [](Source s) { return sideCodes().code(s.order.side); }},
         {UserAccount::tradingAccount, [](Source s) { return s.order.tradingAccount; }},
         {Varnel_Fields::FastFocus::fundAccount,
-         [](Source s) { return s.books.fundAccountOf(s.order.tradingAccount)->account; }},
-        {RecordField::fundAccountName, [](Source s) { return s.books.fundAccountOf(s.order.tradingAccount)->name; }},
+         [](Source s) { return s.accounts.fundAccountOf(s.order.tradingAccount)->account; }},
+        {RecordField::fundAccountName, [](Source s) { return s.accounts.fundAccountOf(s.order.tradingAccount)->name; }},
         {UserAccount::loginUserId, [](Source s) { return s.order.trader; }},
         {Varnel_Fields::ETF::UserReference3, [](Source s) { return s.order.tag; }},
         {Security::algoOrderID, [](Source s) { return s.order.algoId; }},
@@ -86,7 +81,7 @@ const RecordFields<ExecutionSource> &executionFields()
             {RecordField::fee, [](Source s) { return s.execution.fee.yuan(); }},
         };
         for (auto field = sharedFields().cbegin(); field != sharedFields().cend(); ++field) {
-            all.insert(field.key(), [read = field.value()](Source s) { return read({s.books, orderOf(s)}); });
+            all.insert(field.key(), [read = field.value()](Source s) { return read({s.accounts, s.order}); });
         }
         return all;
     }();

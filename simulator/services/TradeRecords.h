@@ -1,6 +1,8 @@
 #pragma once
 
-#include "books/Books.h"
+#include "books/Accounts.h"
+#include "books/Orders.h"
+#include "books/Positions.h"
 
 #include <QHash>
 #include <QString>
@@ -44,12 +46,13 @@ template <typename Source>
 using RecordFields = QHash<QString, std::function<QVariant(const Source &)>>;
 
 struct OrderSource {
-    const Books &books;
+    const Accounts &accounts;
     const Order &order;
 };
 
 struct ExecutionSource {
-    const Books &books;
+    const Accounts &accounts;
+    const Order &order; ///< that it is an execution of
     const Execution &execution;
 };
 

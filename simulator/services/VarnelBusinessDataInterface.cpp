@@ -19,13 +19,13 @@ QList<tagUserAccountInfo> infos(const sim::FundAccount *fund, const QStringList 
 
 QList<tagUserAccountInfo> VarnelBusinessDataInterface::GetAccountInfoListFromFund(QString fundAccount, bool)
 {
-    const sim::FundAccount *fund = sim::Terminal::instance().books().fundAccount(fundAccount);
+    const sim::FundAccount *fund = sim::Terminal::instance().accounts().fundAccount(fundAccount);
     return fund ? infos(fund, fund->tradingAccounts) : QList<tagUserAccountInfo>();
 }
 
 QList<tagUserAccountInfo> VarnelBusinessDataInterface::GetAccountInfoListFromTrade(QString tradingAccount, bool)
 {
-    const sim::FundAccount *fund = sim::Terminal::instance().books().fundAccountOf(tradingAccount);
+    const sim::FundAccount *fund = sim::Terminal::instance().accounts().fundAccountOf(tradingAccount);
     return fund ? infos(fund, {tradingAccount}) : QList<tagUserAccountInfo>();
 }
 
@@ -33,7 +33,7 @@ QList<tagUserAccountInfo> VarnelBusinessDataInterface::GetFundAccountListByFundP
                                                                                     const QStringList &, bool)
 {
     QList<tagUserAccountInfo> list;
-    const QVector<sim::FundAccount> funds = sim::Terminal::instance().books().fundAccounts(fundProp);
+    const QVector<sim::FundAccount> funds = sim::Terminal::instance().accounts().fundAccounts(fundProp);
     for (const sim::FundAccount &fund : funds)
         list.append({fund.account, fund.name, fund.tradingAccounts.first()});
     return list;
@@ -41,7 +41,7 @@ QList<tagUserAccountInfo> VarnelBusinessDataInterface::GetFundAccountListByFundP
 
 QMap<QString, QString> VarnelBusinessDataInterface::GetOrganTraderList()
 {
-    return sim::Terminal::instance().books().traders();
+    return sim::Terminal::instance().accounts().traders();
 }
 
 QString VarnelBusinessDataInterface::GetVarnelOrderStation(QString information)
@@ -52,7 +52,7 @@ QString VarnelBusinessDataInterface::GetVarnelOrderStation(QString information)
 
 QString VarnelBusinessDataInterface::GetAccountAssetPropByTradingAccount(const QString &tradingAccount)
 {
-    const sim::FundAccount *fund = sim::Terminal::instance().books().fundAccountOf(tradingAccount);
+    const sim::FundAccount *fund = sim::Terminal::instance().accounts().fundAccountOf(tradingAccount);
     if (!fund)
         return {};
     return fund->property == sim::FuturesFund ? Varnel_Values::FundAccountType::Future : QStringLiteral("stock");
@@ -61,7 +61,7 @@ QString VarnelBusinessDataInterface::GetAccountAssetPropByTradingAccount(const Q
 VarnelMarketValueInfo VarnelBusinessDataInterface::GetMarketValueByTradingAccount(const QString &tradingAccount)
 {
     const sim::Terminal &terminal = sim::Terminal::instance();
-    const sim::Ledger *ledger = terminal.books().ledger(tradingAccount);
+    const std::optional<sim::Ledger> ledger = terminal.desk().ledger(tradingAccount);
     if (!ledger)
         return {};
     const sim::Valuation value = ledger->value(terminal.latestPrices());

@@ -66,7 +66,7 @@ int VarnelTradeLogic::getDispQtyStepBySymbol(const QString &symbol)
 QString VarnelTradeLogic::queryMaxTradableQty(const OrderRequestList &orders)
 {
     const Terminal &terminal = Terminal::instance();
-    const Ledger *ledger = terminal.books().ledger(orders.Account());
+    const std::optional<Ledger> ledger = terminal.desk().ledger(orders.Account());
     const QList<VarnelLogic::OrderRequest> lines = orders.Orders();
     if (!ledger || lines.size() != 1)
         return {};

@@ -20,16 +20,16 @@ protected:
     QStringList accounts(int property) const
     {
         QStringList list;
-        for (const FundAccount &fund : books.fundAccounts(property))
+        for (const FundAccount &fund : all.fundAccounts(property))
             list.append(fund.account);
         return list;
     }
 
-    Books books{{{text("T1"), text("甲")}},
-                {{text("S2"), text("二"), StockFund, {text("B"), text("A")}},
-                 {text("F1"), text("期"), FuturesFund, {text("C")}},
-                 {text("S1"), text("一"), StockFund, {text("D")}}},
-                text("20250303")};
+    const Accounts all{{{text("T1"), text("甲")}},
+                       {{text("S2"), text("二"), StockFund, {text("B"), text("A")}},
+                        {text("F1"), text("期"), FuturesFund, {text("C")}},
+                        {text("S1"), text("一"), StockFund, {text("D")}}}};
+    Books books{all, text("20250303")};
 };
 
 } // namespace
@@ -45,18 +45,18 @@ TEST_F(BooksTest, FundAccountsOfAPropertyKeepTheirOrder)
 
 TEST_F(BooksTest, AccountsAreFoundByTheirNumbers)
 {
-    ASSERT_TRUE(books.fundAccount(text("S2")));
-    EXPECT_EQ(QStringList({text("B"), text("A")}), books.fundAccount(text("S2"))->tradingAccounts);
-    ASSERT_TRUE(books.fundAccountOf(text("A")));
-    EXPECT_EQ(text("S2"), books.fundAccountOf(text("A"))->account);
-    EXPECT_EQ(text("F1"), books.fundAccountOf(text("C"))->account);
+    ASSERT_TRUE(all.fundAccount(text("S2")));
+    EXPECT_EQ(QStringList({text("B"), text("A")}), all.fundAccount(text("S2"))->tradingAccounts);
+    ASSERT_TRUE(all.fundAccountOf(text("A")));
+    EXPECT_EQ(text("S2"), all.fundAccountOf(text("A"))->account);
+    EXPECT_EQ(text("F1"), all.fundAccountOf(text("C"))->account);
 }
 
 TEST_F(BooksTest, UnknownAccountsAreNotFound)
 {
-    EXPECT_FALSE(books.fundAccount(text("A"))); // a trading account
-    EXPECT_FALSE(books.fundAccount(QString()));
-    EXPECT_FALSE(books.fundAccountOf(text("S2"))); // a fund account
+    EXPECT_FALSE(all.fundAccount(text("A"))); // a trading account
+    EXPECT_FALSE(all.fundAccount(QString()));
+    EXPECT_FALSE(all.fundAccountOf(text("S2"))); // a fund account
 }
 
 TEST_F(BooksTest, ClientOrderIdsAreNeverGivenTwice)

@@ -28,11 +28,12 @@ struct World {
 
     const TestClock clock;
     const Exchange exchange;
-    Books books{{{QStringLiteral("T1"), QStringLiteral("甲")}, {QStringLiteral("T2"), QStringLiteral("乙")}},
-                {fund("S1", StockFund, {QStringLiteral("A1"), QStringLiteral("A2")}),
-                 fund("S2", StockFund, {QStringLiteral("B1")}), fund("F1", FuturesFund, {QStringLiteral("C1")}),
-                 fund("F2", FuturesFund, {QStringLiteral("D1")})},
-                QStringLiteral("20250303")};
+    const Accounts accounts{
+        {{QStringLiteral("T1"), QStringLiteral("甲")}, {QStringLiteral("T2"), QStringLiteral("乙")}},
+        {fund("S1", StockFund, {QStringLiteral("A1"), QStringLiteral("A2")}),
+         fund("S2", StockFund, {QStringLiteral("B1")}), fund("F1", FuturesFund, {QStringLiteral("C1")}),
+         fund("F2", FuturesFund, {QStringLiteral("D1")})}};
+    Books books{accounts, QStringLiteral("20250303")};
 };
 
 class OpeningBooksTest : public testing::Test {
@@ -81,12 +82,12 @@ TEST_F(OpeningBooksTest, OrdersBelongToKnownAccountsTradersAndSecurities)
     QSet<QString> ids;
     QDateTime last = at("2025-03-03 09:30:00");
     for (const Order &order : books.orders()) {
-        const FundAccount *fund = books.fundAccountOf(order.tradingAccount);
+        const FundAccount *fund = world.accounts.fundAccountOf(order.tradingAccount);
         ASSERT_TRUE(fund);
         EXPECT_EQ(fund->tradingAccounts.first(), order.tradingAccount);
         EXPECT_EQ(fund->property == FuturesFund, order.instrument->kind == SecurityKind::Future);
         EXPECT_EQ(order.instrument, exchange.instrument(order.instrument->symbol));
-        EXPECT_TRUE(books.traders().contains(order.trader));
+        EXPECT_TRUE(world.accounts.traders().contains(order.trader));
         EXPECT_FALSE(order.tag.isEmpty());
         EXPECT_GE(order.entered, last);
         EXPECT_LE(order.changed, clock.now());

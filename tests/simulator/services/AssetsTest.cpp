@@ -48,7 +48,7 @@ protected:
     QStringList firstAccounts(FundProperty property)
     {
         QStringList accounts;
-        for (const FundAccount &fund : terminal.books().fundAccounts(property))
+        for (const FundAccount &fund : terminal.accounts().fundAccounts(property))
             accounts.append(fund.tradingAccounts.first());
         return accounts;
     }
@@ -61,7 +61,7 @@ TEST_F(AssetsTest, AStockAccountIsItsCashAndWhatItHolds)
     for (const QString &account : firstAccounts(StockFund)) {
         const QVariantMap account_details = details(account);
         const VarnelMarketValueInfo info = VarnelBusinessDataInterface::GetMarketValueByTradingAccount(account);
-        const Ledger &ledger = *terminal.books().ledger(account);
+        const Ledger ledger = terminal.desk().ledger(account).value();
         EXPECT_GT(info.marketValue, 0);
         EXPECT_NEAR(info.marketValue, number(account_details, NormalFundEx::marketValue), 0.001);
         EXPECT_NEAR(ledger.cash().yuan() + info.marketValue, number(account_details, NormalFundEx::assetBalance),
@@ -89,7 +89,8 @@ TEST_F(AssetsTest, AFuturesAccountsFiguresAreItsPositionsFigures)
         const int sign = isShort ? -1 : 1;
         double floating = 0;
         double marketValue = 0;
-        for (const Position &position : terminal.books().ledger(account)->positions()) {
+        const Ledger ledger = terminal.desk().ledger(account).value();
+        for (const Position &position : ledger.positions()) {
             const double value = position.marketValue(terminal.latestPrices()(position.instrument->symbol)).yuan();
             const double openCost = position.openCost.yuan();
             floating += position.isShort ? openCost - value : value - openCost;
@@ -102,7 +103,7 @@ TEST_F(AssetsTest, AFuturesAccountsFiguresAreItsPositionsFigures)
                     0.001);
         EXPECT_NEAR(number(figures, AssetView::profitAndLoss),
                     sign * (number(figures, NormalFundEx::marketValue) - number(figures, Futures::HoldingCost)), 0.001);
-        EXPECT_NEAR(terminal.books().ledger(account)->cash().yuan() + number(figures, AssetView::profitAndLoss),
+        EXPECT_NEAR(ledger.cash().yuan() + number(figures, AssetView::profitAndLoss),
                     number(figures, NormalFundEx::assetBalance), 0.001);
         EXPECT_NE(0, number(figures, Futures::ClosePosProfitDate));
         EXPECT_NE(number(figures, Futures::ClosePosProfitDate), number(figures, Futures::ClosePosProfitTrade));

@@ -36,19 +36,18 @@ class OrderQueriesTest : public StandingTerminalTest {
 protected:
     int numberOf(const std::function<bool(const Order &)> &test)
     {
-        const QVector<Order> &all = terminal.books().orders();
-        return int(std::count_if(all.begin(), all.end(), test));
+        return int(std::count_if(allOrders.begin(), allOrders.end(), test));
     }
 
     int numberOfExecutionsOf(const std::function<bool(const Order &)> &test)
     {
-        const QVector<Execution> &all = terminal.books().executions();
-        return int(std::count_if(all.begin(), all.end(), [&](const Execution &execution) {
-            return test(terminal.books().orders()[execution.order]);
-        }));
+        return int(std::count_if(allExecutions.begin(), allExecutions.end(),
+                                 [&](const Execution &execution) { return test(allOrders[execution.order]); }));
     }
 
-    const Order &some = terminal.books().orders()[100];
+    const QVector<Order> allOrders = terminal.desk().read()->orders();
+    const QVector<Execution> allExecutions = terminal.desk().read()->executions();
+    const Order some = allOrders[100];
 };
 
 } // namespace
@@ -59,11 +58,11 @@ TEST_F(OrderQueriesTest, WithoutConditionsEverythingComesNewestFirst)
     ASSERT_EQ(400, all.total);
     ASSERT_EQ(400, all.records.size());
     for (int i = 0; i < 400; ++i)
-        EXPECT_EQ(terminal.books().orders()[399 - i].id, all.records[i].value(Security::orderID).toString());
+        EXPECT_EQ(allOrders[399 - i].id, all.records[i].value(Security::orderID).toString());
     const Page deals = executions();
-    ASSERT_EQ(terminal.books().executions().size(), deals.total);
-    EXPECT_EQ(terminal.books().executions().last().id, deals.records.first().value(Security::execID).toString());
-    EXPECT_EQ(terminal.books().executions().first().id, deals.records.last().value(Security::execID).toString());
+    ASSERT_EQ(allExecutions.size(), deals.total);
+    EXPECT_EQ(allExecutions.last().id, deals.records.first().value(Security::execID).toString());
+    EXPECT_EQ(allExecutions.first().id, deals.records.last().value(Security::execID).toString());
 }
 
 TEST_F(OrderQueriesTest, EachConditionSelectsByItsField)
@@ -151,10 +150,18 @@ TEST_F(OrderQueriesTest, ARecordHoldsWhatTheOrderIs)
 
 TEST_F(OrderQueriesTest, AnExecutionsRecordHoldsItsOrderToo)
 {
-    const Execution &first = terminal.books().executions().first();
-    const Order &order = terminal.books().orders()[first.order];
+    const Execution &first = allExecutions.first();
+    const Order &order = allOrders[first.order];
     const QVariantMap record = executions().records.last();
     EXPECT_EQ(first.id, record.value(Security::execID).toString());
     EXPECT_EQ(order.id, record.value(Security::orderID).toString());
     EXPECT_EQ(order.tradingAccount, record.value(UserAccount::tradingAccount).toString());
+}
+
+TEST_F(OrderQueriesTest, AnOrderIsFoundByItsId)
+{
+    const QVariantMap record = BusinessDataInterface::GetOrderDetailByOrderID(some.id);
+    EXPECT_EQ(orders().records[400 - 1 - 100], record);
+    EXPECT_TRUE(BusinessDataInterface::GetOrderDetailByOrderID(QStringLiteral("nothing")).isEmpty());
+    EXPECT_TRUE(BusinessDataInterface::GetOrderDetailByOrderID(QString()).isEmpty());
 }

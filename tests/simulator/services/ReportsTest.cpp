@@ -147,7 +147,7 @@ TEST_F(ReportsTest, WhatARecordLacksIsLeftOut)
 
 TEST_F(ReportsTest, APositionIsValuatedAtTheQuote)
 {
-    for (const FundAccount &fund : terminal.books().fundAccounts(AllFunds)) {
+    for (const FundAccount &fund : terminal.accounts().fundAccounts(AllFunds)) {
         const QVariantMap details =
             CBusinessDataBase::GetInstance()->GetAccountDetailsByTradinngAccount(fund.tradingAccounts.first());
         for (const QVariantMap &record : BusinessDataInterface::GetPositionListByAccount(

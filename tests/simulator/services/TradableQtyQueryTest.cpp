@@ -23,15 +23,15 @@ protected:
     QString buying(const QString &price) { return most(kMain, "Buy", "Limit", price); }
 
     /// A position of the account that can be closed.
-    const Position &closable()
+    Position closable()
     {
-        for (const Position &position : terminal.books().ledger(account)->positions()) {
+        const Ledger ledger = terminal.desk().ledger(account).value();
+        for (const Position &position : ledger.positions()) {
             if (position.closableQty() > 0)
                 return position;
         }
         ADD_FAILURE() << "the account has nothing to sell";
-        static const Position none;
-        return none;
+        return {};
     }
 
     QString account = scenario.fundAccounts.first().tradingAccounts.first();
@@ -53,7 +53,7 @@ TEST_F(TradableQtyQueryTest, BuyingDependsOnThePriceAndComesInWholeLots)
 
 TEST_F(TradableQtyQueryTest, SellingIsWhatTheAccountMayClose)
 {
-    const Position &position = closable();
+    const Position position = closable();
     const QString qty = most(position.instrument->symbol, "Sell", "Market", QString());
     EXPECT_EQ(QString::number(qMin(position.closableQty(), position.instrument->maxQty)), qty);
     EXPECT_EQ(QStringLiteral("0"), most(QStringLiteral("309812.SZ"), "Sell", "Limit", QStringLiteral("1000")));

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QHash>
+#include <QMap>
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+namespace sim {
+
+/// Someone who may log in to the terminal: a trader of the organisation, with the token of that login.
+struct Login {
+    QString account;
+    QString token;
+};
+
+/// What a fund account is for. The numbers are what pages send.
+enum FundProperty {
+    AllFunds = 0, ///< only in queries
+    StockFund = 1,
+    FuturesFund = 2,
+};
+
+/// One fund account and the exchange accounts below it, the first being the one that is used by default.
+struct FundAccount {
+    QString account;
+    QString name;
+    FundProperty property = StockFund;
+    QStringList tradingAccounts; ///< never empty
+};
+
+/// Who trades, and with which accounts.
+/// Made once for a scenario; constant after construction, so that any thread may read it at any time and keep what it
+/// points to. Numbers of accounts are unique: that is checked when the scenario is read.
+class Accounts {
+public:
+    Accounts(const QMap<QString, QString> &traders, const QVector<FundAccount> &fundAccounts);
+
+    /// Identifier to name.
+    const QMap<QString, QString> &traders() const { return m_traders; }
+
+    /// In the scenario's order; AllFunds gives every one.
+    QVector<FundAccount> fundAccounts(int property) const;
+
+    /// Null when there is none.
+    const FundAccount *fundAccount(const QString &account) const;
+    const FundAccount *fundAccountOf(const QString &tradingAccount) const;
+
+private:
+    const QMap<QString, QString> m_traders;
+    const QVector<FundAccount> m_fundAccounts;
+    QHash<QString, int> m_byAccount; ///< indices in m_fundAccounts
+    QHash<QString, int> m_byTradingAccount;
+};
+
+} // namespace sim
