@@ -1,5 +1,6 @@
 #include "platform/MessageBus.h"
 
+#include "CPackMessageCommon.h"
 #include "CUnPackMessageCommon.h"
 #include "QvPresenterClass.h"
 #include "platform/Wakeup.h"
@@ -14,6 +15,8 @@ constexpr size_t kMaxWaiting = 10000;
 // Answers are large (thousands of candles) and a presenter's thread may be slower than the bus. A further answer is
 // made only when it has worked through the ones before, so that what piles up is small requests.
 constexpr int kMaxUndigested = 16;
+
+const QString kTerminalName = QStringLiteral("Terminal");
 
 } // namespace
 
@@ -74,9 +77,26 @@ int MessageBus::eventId(const QString &name)
 void MessageBus::publish(int pid, std::unique_ptr<CEventMessageCommon> event)
 {
     const std::lock_guard lock(m_mutex);
+    send(m_presenters.value(pid).name, std::move(event));
+}
+
+void MessageBus::announce(int eventId, const QVariantMap &row)
+{
+    CPackMessageCommon pack;
+    for (auto field = row.constBegin(); field != row.constEnd(); ++field)
+        pack.AddVaule(field.key(), field.value());
+    auto event = std::make_unique<CEventMessageCommon>();
+    event->SetType(eventId);
+    event->SetMsg(pack.GetPackedMsg(0));
+    const std::lock_guard lock(m_mutex);
+    send(kTerminalName, std::move(event));
+}
+
+void MessageBus::send(const QString &sender, std::unique_ptr<CEventMessageCommon> event)
+{
     if (m_stopping)
         return;
-    m_errands.push_back({Clock::now() + m_latency, m_presenters.value(pid).name, std::move(event), {}, {}});
+    m_errands.push_back({Clock::now() + m_latency, sender, std::move(event), {}, {}});
     m_wake.notify_all();
 }
 

@@ -57,6 +57,12 @@ public:
 
     void publish(int pid, std::unique_ptr<CEventMessageCommon> event);
 
+    /// An event of the terminal itself: its subscribers' unpackers give the row back, with a message id of its own
+    /// when it brings none. How many may wait is not limited: none may be lost, and who announces may be the very
+    /// thread that works them through, so that it cannot be made to wait either. Each stands for something that has
+    /// happened, and is small.
+    void announce(int eventId, const QVariantMap &row);
+
     /// False when nobody serves such requests, the sender is unknown, too many requests wait, or the bus has stopped.
     bool request(std::unique_ptr<CMessageCommon> request);
 
@@ -92,6 +98,7 @@ private:
         std::optional<Reply> reply = {};
     };
 
+    void send(const QString &sender, std::unique_ptr<CEventMessageCommon> event); ///< with the mutex held
     void run();
     bool mayAnswer(const Request &request) const;
     void runErrand(Errand errand, std::unique_lock<std::mutex> &lock);

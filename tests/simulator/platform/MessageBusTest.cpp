@@ -1,7 +1,9 @@
 #include "TerminalTest.h"
 
 #include "CPackMessageCommon.h"
+#include "CUnPackMessageCommon.h"
 #include "QvPresenterClass.h"
+#include "Tessar_Fields.h"
 
 #include <QCoreApplication>
 #include <QSemaphore>
@@ -189,6 +191,82 @@ TEST_F(MessageBusTest, EventsReachThoseWhoSubscribedThemOnceEach)
     publisher.PutEvent(publisher.pluginPid(), new CountedEvent(kEvent + 1, QStringLiteral("c")));
     EXPECT_THAT(other.await(1), ElementsAre("publisher 196769 c"));
     EXPECT_THAT(subscriber.await(2), ElementsAre("publisher 196768 a", "publisher 196768 b"));
+}
+
+namespace {
+
+/// Remembers the rows that it unpacks from events, as the library does.
+class RowReader : public QvPresenterClass {
+public:
+    RowReader() : QvPresenterClass(QStringLiteral("reader"), nullptr, IMessageInterface::WebThreadType)
+    {
+        SubEvent(pluginPid(), kEvent, kMode);
+    }
+
+    void ProcEventMsg(QString name, QVariant type, QVariant data) override
+    {
+        EXPECT_EQ(QStringLiteral("Terminal"), name);
+        EXPECT_EQ(kEvent, type.toInt());
+        CUnPackMessageCommon unpack;
+        unpack.SetUnPackMsg(data, false);
+        {
+            const std::lock_guard lock(m_mutex);
+            m_rows.append(unpack.GetRowValue());
+        }
+        m_arrived.release();
+    }
+
+    QVector<QVariantMap> await(int n)
+    {
+        EXPECT_TRUE(m_arrived.tryAcquire(n, kPatienceMs));
+        const std::lock_guard lock(m_mutex);
+        return std::exchange(m_rows, {});
+    }
+
+private:
+    std::mutex m_mutex;
+    QVector<QVariantMap> m_rows;
+    QSemaphore m_arrived;
+};
+
+} // namespace
+
+TEST_F(MessageBusTest, WhatTheTerminalAnnouncesIsUnpackedAsItWas)
+{
+    RowReader reader;
+    const QVariantMap row{{QStringLiteral("text"), QStringLiteral("t")},
+                          {QStringLiteral("number"), 7},
+                          {QStringLiteral("list"), QVariantList{1, QStringLiteral("two")}},
+                          {QStringLiteral("pointer"), QVariant::fromValue<QObject *>(&reader)},
+                          {Tessar_Fields::System::clientMsgID, QStringLiteral("its own")}};
+    terminal.bus()->announce(kEvent, row);
+    EXPECT_EQ(QVector<QVariantMap>{row}, reader.await(1));
+
+    terminal.bus()->announce(kEvent, {});
+    const QVariantMap bare = reader.await(1).value(0);
+    EXPECT_EQ(QStringList(Tessar_Fields::System::clientMsgID), bare.keys());
+}
+
+TEST_F(MessageBusTest, ABurstOfAnnouncementsArrivesWholeAndEachThreadsInOrder)
+{
+    RowReader reader;
+    constexpr int kEach = 5000;
+    const QString kFrom = QStringLiteral("from");
+    const QString kNumber = QStringLiteral("number");
+    const auto announce = [&](int from) {
+        for (int i = 0; i < kEach; ++i)
+            terminal.bus()->announce(kEvent, {{kFrom, from}, {kNumber, i}});
+    };
+    std::thread other([&] { announce(1); });
+    announce(0);
+    other.join();
+
+    const QVector<QVariantMap> rows = reader.await(2 * kEach);
+    int next[2] = {0, 0};
+    for (const QVariantMap &row : rows)
+        EXPECT_EQ(next[row.value(kFrom).toInt()]++, row.value(kNumber).toInt());
+    EXPECT_EQ(kEach, next[0]);
+    EXPECT_EQ(kEach, next[1]);
 }
 
 TEST_F(MessageBusTest, WhoHasLeftIsNotCalled)
