@@ -42,7 +42,7 @@ Ledger *Books::ledgerToOpen(const QString &tradingAccount)
 
 int Books::enter(Order order, Money available)
 {
-    const int number = m_orders.size();
+    const int number = int(m_orders.size());
     order.id = numbered(QStringLiteral("O") + m_orderIdPrefix, number + 1);
     order.changed = order.entered;
     order.remark = violatedRule(order);
@@ -56,13 +56,13 @@ int Books::enter(Order order, Money available)
         order.status = OrderStatus::Rejected;
     }
     m_byOrderId.insert(order.id, number);
-    m_orders.append(order);
+    m_orders.push_back(order);
     return number;
 }
 
 void Books::deal(int order, const QDateTime &time, double price, qint64 qty)
 {
-    Order &dealt = m_orders[order];
+    Order &dealt = m_orders[size_t(order)];
     Q_ASSERT(qty > 0 && qty <= dealt.leaveQty());
     Ledger &ledger = ledgerOf(dealt);
     ledger.release(dealt);
@@ -73,13 +73,13 @@ void Books::deal(int order, const QDateTime &time, double price, qint64 qty)
     dealt.status = dealt.dealtQty == dealt.qty ? OrderStatus::Filled : OrderStatus::PartlyFilled;
     dealt.changed = time;
     ledger.reserve(dealt);
-    const QString id = numbered(QStringLiteral("E") + m_orderIdPrefix, m_executions.size() + 1);
-    m_executions.append({id, order, time, price, qty, amount, fee});
+    const QString id = numbered(QStringLiteral("E") + m_orderIdPrefix, int(m_executions.size()) + 1);
+    m_executions.push_back({id, order, time, price, qty, amount, fee});
 }
 
 void Books::cancel(int order, const QDateTime &time)
 {
-    Order &cancelled = m_orders[order];
+    Order &cancelled = m_orders[size_t(order)];
     Q_ASSERT(cancelled.isOpen());
     ledgerOf(cancelled).release(cancelled);
     cancelled.status = cancelled.dealtQty == 0 ? OrderStatus::Cancelled : OrderStatus::PartlyCancelled;

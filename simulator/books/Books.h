@@ -6,9 +6,9 @@
 
 #include <QHash>
 #include <QString>
-#include <QVector>
 
 #include <atomic>
+#include <vector>
 
 namespace sim {
 
@@ -29,13 +29,13 @@ public:
     const Ledger *ledger(const QString &tradingAccount) const;
 
     /// In the order in which they were entered; an order's number is its place.
-    const QVector<Order> &orders() const { return m_orders; }
+    const std::vector<Order> &orders() const { return m_orders; }
 
     /// The number of the order, -1 for an unknown identifier.
     int orderNumber(const QString &id) const { return m_byOrderId.value(id, -1); }
 
     /// In the order in which they happened.
-    const QVector<Execution> &executions() const { return m_executions; }
+    const std::vector<Execution> &executions() const { return m_executions; }
 
     // Writing
 
@@ -58,9 +58,9 @@ private:
     const Accounts &m_accounts;
     const QString m_orderIdPrefix;
     std::atomic<int> m_lastOrderId{0};
-    QVector<Order> m_orders;
+    std::vector<Order> m_orders;     ///< not a shared vector: a write must never move it from under a reference
     QHash<QString, int> m_byOrderId; ///< indices in m_orders
-    QVector<Execution> m_executions;
+    std::vector<Execution> m_executions;
     QHash<QString, Ledger> m_ledgers;        ///< by trading account, one for each
     QHash<QString, int> m_lastExchangeOrder; ///< by exchange
 };

@@ -58,6 +58,12 @@ double Order::reservePrice() const
     return instrument->price * (1 + rate);
 }
 
+bool isAfterHours(const Order &order)
+{
+    return order.priceType == PriceType::AfterHours || order.side == Side::AfterHoursBuy ||
+           order.side == Side::AfterHoursSell;
+}
+
 QString violatedRule(const Order &order)
 {
     const Instrument &instrument = *order.instrument;

@@ -61,6 +61,9 @@ struct Order {
     double reservePrice() const;
 };
 
+/// Whether it trades at the fixed price of the close, once that is known, rather than during the day.
+bool isAfterHours(const Order &order);
+
 /// Which of the exchange's rules for quantities and prices the order breaks, for its owner to read; empty when none.
 QString violatedRule(const Order &order);
 

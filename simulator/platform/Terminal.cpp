@@ -24,7 +24,8 @@ Terminal::Terminal(const Scenario &scenario, const Login &login, double speed)
                  scenario.seed, scenario.start.date(), m_clock)
     , m_accounts(scenario.traders, scenario.fundAccounts)
     , m_bus(std::make_shared<MessageBus>(std::chrono::microseconds(qint64(kLatencyMicroseconds / speed))))
-    , m_desk(m_accounts, scenario.start.toString(QStringLiteral("yyyyMMdd")), m_exchange, scenario.seed, scenario.start)
+    , m_desk(m_accounts, scenario.start.toString(QStringLiteral("yyyyMMdd")), m_exchange, scenario.seed, scenario.start,
+[](const DeskEvents &) {})
 {
     Q_ASSERT(!s_terminal);
     s_terminal = this;

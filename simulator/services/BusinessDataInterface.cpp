@@ -78,9 +78,9 @@ QList<QVariantMap> BusinessDataInterface::GetOrderListByCustomKey(const QVariant
     std::vector<Order> page;
     {
         const TradingDesk::Reader books = terminal.desk().read();
-        const QVector<Order> &orders = books->orders();
+        const std::vector<Order> &orders = books->orders();
         const auto at = [&](int number) { return OrderSource{accounts, orders[number]}; };
-        const std::vector<int> numbers = selection.numbers(orders.size(), at, total, offset, count);
+        const std::vector<int> numbers = selection.numbers(int(orders.size()), at, total, offset, count);
         page.reserve(numbers.size());
         for (const int number : numbers)
             page.push_back(orders[number]);
@@ -100,11 +100,11 @@ QList<QVariantMap> BusinessDataInterface::GetExecutionListByCustomKey(const QVar
     std::vector<std::pair<Order, Execution>> page;
     {
         const TradingDesk::Reader books = terminal.desk().read();
-        const QVector<Execution> &executions = books->executions();
+        const std::vector<Execution> &executions = books->executions();
         const auto at = [&](int number) {
             return ExecutionSource{accounts, books->orders()[executions[number].order], executions[number]};
         };
-        const std::vector<int> numbers = selection.numbers(executions.size(), at, total, offset, count);
+        const std::vector<int> numbers = selection.numbers(int(executions.size()), at, total, offset, count);
         page.reserve(numbers.size());
         for (const int number : numbers)
             page.emplace_back(at(number).order, executions[number]);

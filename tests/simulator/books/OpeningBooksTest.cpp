@@ -68,7 +68,7 @@ QStringList story(const Books &books)
 
 TEST_F(OpeningBooksTest, ThereAreOrdersInEveryState)
 {
-    EXPECT_EQ(320, books.orders().size());
+    EXPECT_EQ(320u, books.orders().size());
     QMap<OrderStatus, int> count;
     for (const Order &order : books.orders())
         ++count[order.status];
@@ -95,7 +95,7 @@ TEST_F(OpeningBooksTest, OrdersBelongToKnownAccountsTradersAndSecurities)
         ids.insert(order.id);
         ids.insert(order.clientId);
     }
-    EXPECT_EQ(2 * books.orders().size(), ids.size());
+    EXPECT_EQ(2 * int(books.orders().size()), ids.size());
 }
 
 TEST_F(OpeningBooksTest, OnlyOrdersThatBreakNoRuleReachTheExchange)
@@ -127,9 +127,9 @@ TEST_F(OpeningBooksTest, ExecutionsAddUpToWhatTheirOrdersDealt)
         last = execution.time;
         ids.insert(execution.id);
     }
-    EXPECT_EQ(books.executions().size(), ids.size());
-    EXPECT_GT(books.executions().size(), 100);
-    for (int i = 0; i < books.orders().size(); ++i) {
+    EXPECT_EQ(int(books.executions().size()), ids.size());
+    EXPECT_GT(books.executions().size(), 100u);
+    for (int i = 0; i < int(books.orders().size()); ++i) {
         EXPECT_EQ(qty.value(i), books.orders()[i].dealtQty) << i;
         EXPECT_NEAR(amount.value(i), books.orders()[i].dealtAmount.yuan(), 0.005) << i;
     }
@@ -290,9 +290,9 @@ TEST_F(OpeningBooksTest, BeforeTheFirstMinuteThereArePositionsAndNoOrders)
 {
     for (const char *start : {"2025-03-03 09:30:59", "2025-03-01 12:00:00"}) { // the second is a Saturday
         const World early(start);
-        EXPECT_TRUE(early.books.orders().isEmpty());
+        EXPECT_TRUE(early.books.orders().empty());
         EXPECT_FALSE(early.books.ledger(QStringLiteral("A1"))->positions().isEmpty());
     }
-    EXPECT_EQ(320, World("2025-03-03 09:31:00").books.orders().size());
-    EXPECT_EQ(320, World("2025-03-03 23:00:00").books.orders().size());
+    EXPECT_EQ(320u, World("2025-03-03 09:31:00").books.orders().size());
+    EXPECT_EQ(320u, World("2025-03-03 23:00:00").books.orders().size());
 }

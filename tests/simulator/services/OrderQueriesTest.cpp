@@ -45,8 +45,8 @@ protected:
                                  [&](const Execution &execution) { return test(allOrders[execution.order]); }));
     }
 
-    const QVector<Order> allOrders = terminal.desk().read()->orders();
-    const QVector<Execution> allExecutions = terminal.desk().read()->executions();
+    const std::vector<Order> allOrders = terminal.desk().read()->orders();
+    const std::vector<Execution> allExecutions = terminal.desk().read()->executions();
     const Order some = allOrders[100];
 };
 
@@ -60,9 +60,9 @@ TEST_F(OrderQueriesTest, WithoutConditionsEverythingComesNewestFirst)
     for (int i = 0; i < 400; ++i)
         EXPECT_EQ(allOrders[399 - i].id, all.records[i].value(Security::orderID).toString());
     const Page deals = executions();
-    ASSERT_EQ(allExecutions.size(), deals.total);
-    EXPECT_EQ(allExecutions.last().id, deals.records.first().value(Security::execID).toString());
-    EXPECT_EQ(allExecutions.first().id, deals.records.last().value(Security::execID).toString());
+    ASSERT_EQ(int(allExecutions.size()), deals.total);
+    EXPECT_EQ(allExecutions.back().id, deals.records.front().value(Security::execID).toString());
+    EXPECT_EQ(allExecutions.front().id, deals.records.back().value(Security::execID).toString());
 }
 
 TEST_F(OrderQueriesTest, EachConditionSelectsByItsField)
@@ -150,9 +150,9 @@ TEST_F(OrderQueriesTest, ARecordHoldsWhatTheOrderIs)
 
 TEST_F(OrderQueriesTest, AnExecutionsRecordHoldsItsOrderToo)
 {
-    const Execution &first = allExecutions.first();
+    const Execution &first = allExecutions.front();
     const Order &order = allOrders[first.order];
-    const QVariantMap record = executions().records.last();
+    const QVariantMap record = executions().records.back();
     EXPECT_EQ(first.id, record.value(Security::execID).toString());
     EXPECT_EQ(order.id, record.value(Security::orderID).toString());
     EXPECT_EQ(order.tradingAccount, record.value(UserAccount::tradingAccount).toString());

@@ -1,0 +1,69 @@
+#include "books/OpenOrders.h"
+
+#include "books/Orders.h"
+#include "exchange/Exchange.h"
+
+#include <algorithm>
+#include <cstdint>
+
+namespace sim {
+
+OpenOrders::Queue OpenOrders::queueOf(const Order &order)
+{
+    if (isAfterHours(order))
+        return isBuy(order.side) ? AfterHoursBuys : AfterHoursSells;
+    return isBuy(order.side) ? Buys : Sells;
+}
+
+qint64 OpenOrders::keyOf(const Order &order)
+{
+    if (order.priceType == PriceType::Market)
+        return INT64_MIN;
+    const qint64 ticks = order.instrument->ticksOf(order.price);
+    return isBuy(order.side) ? -ticks : ticks;
+}
+
+void OpenOrders::add(int number, const Order &order)
+{
+    m_bySecurity[order.instrument][queueOf(order)].insert({keyOf(order), number});
+}
+
+void OpenOrders::remove(int number, const Order &order)
+{
+    const auto found = m_bySecurity.find(order.instrument);
+    if (found == m_bySecurity.end())
+        return;
+    Queues &queues = found->second;
+    queues[queueOf(order)].erase({keyOf(order), number});
+    if (std::all_of(queues.begin(), queues.end(), [](const Keys &keys) { return keys.empty(); }))
+        m_bySecurity.erase(found);
+}
+
+std::vector<OpenOrders::Reached> OpenOrders::reachedBy(const Exchange &exchange, qint64 step) const
+{
+    std::vector<Reached> all;
+    const bool isClose = Exchange::isClose(step);
+    for (const auto &[instrument, queues] : m_bySecurity) {
+        if (!isClose && queues[Buys].empty() && queues[Sells].empty())
+            continue;
+        const std::optional<double> price = exchange.lastPrice(instrument->symbol, step);
+        if (!price)
+            continue;
+        const qint64 ticks = instrument->ticksOf(*price);
+        const auto take = [&all, price = *price](const Keys &keys, qint64 upTo) {
+            for (auto key = keys.begin(); key != keys.end() && key->first <= upTo; ++key)
+                all.push_back({key->second, price});
+        };
+        take(queues[Buys], -ticks);
+        take(queues[Sells], ticks);
+        if (isClose) {
+            take(queues[AfterHoursBuys], -ticks);
+            take(queues[AfterHoursSells], ticks);
+        }
+    }
+    // Whoever came first is served first, whatever the hash of the securities' addresses says.
+    std::sort(all.begin(), all.end(), [](const Reached &a, const Reached &b) { return a.order < b.order; });
+    return all;
+}
+
+} // namespace sim

@@ -1,0 +1,95 @@
+#pragma once
+
+#include "books/TradingDesk.h"
+#include "exchange/Exchange.h"
+#include "exchange/Listing.h"
+#include "exchange/TestClock.h"
+
+#include <gtest/gtest.h>
+
+/// A market of generated securities and the desk of two accounts, with all that it has reported. Between calls no time
+/// passes.
+struct DeskWorld {
+    explicit DeskWorld(const char *start, quint64 seed = 7)
+        : clock(at(start))
+        , exchange(sim::listing({}, 120, seed, clock.now().date()), seed, clock.now().date(), clock)
+        , desk(accounts, QStringLiteral("20250303"), exchange, seed, clock.now(),
+               [this](const sim::DeskEvents &more) { events.insert(events.end(), more.begin(), more.end()); })
+    {
+    }
+
+    const sim::Instrument &any(sim::SecurityKind kind, int number = 0) const
+    {
+        for (const sim::Instrument &instrument : exchange.instruments()) {
+            if (instrument.kind == kind && number-- == 0)
+                return instrument;
+        }
+        ADD_FAILURE() << "no such security";
+        return exchange.instruments().first();
+    }
+
+    sim::Order order(const sim::Instrument &instrument, sim::Side side, qint64 qty, double price = 0) const
+    {
+        sim::Order order;
+        order.tradingAccount =
+            instrument.kind == sim::SecurityKind::Future ? QStringLiteral("C1") : QStringLiteral("A1");
+        order.instrument = &instrument;
+        order.side = side;
+        order.qty = qty;
+        order.priceType = price > 0 ? sim::PriceType::Limit : sim::PriceType::Market;
+        order.price = price;
+        return order;
+    }
+
+    /// What it trades at then, and so many ticks away.
+    double price(const sim::Instrument &instrument, const QDateTime &time, int ticks = 0) const
+    {
+        const double last = exchange.lastPrice(instrument.symbol, sim::Exchange::stepAt(time)).value_or(0);
+        return instrument.priceOf(instrument.ticksOf(last) + ticks);
+    }
+
+    sim::Order place(const sim::Order &order, const QDateTime &now) { return desk.place({order}, now).front(); }
+
+    sim::Order now(const sim::Order &order) const { return desk.order(order.id).value(); }
+
+    std::vector<sim::Execution> executionsOf(const sim::Order &order) const
+    {
+        std::vector<sim::Execution> executions;
+        const sim::TradingDesk::Reader books = desk.read();
+        for (const sim::Execution &execution : books->executions()) {
+            if (books->orders()[size_t(execution.order)].id == order.id)
+                executions.push_back(execution);
+        }
+        return executions;
+    }
+
+    template <typename Event>
+    std::vector<Event> reported() const
+    {
+        std::vector<Event> list;
+        for (const sim::DeskEvent &event : events) {
+            if (const Event *one = std::get_if<Event>(&event))
+                list.push_back(*one);
+        }
+        return list;
+    }
+
+    const TestClock clock;
+    const sim::Exchange exchange;
+    const sim::Accounts accounts{
+        {{QStringLiteral("T1"), QStringLiteral("甲")}},
+        {{QStringLiteral("S1"), QStringLiteral("一"), sim::StockFund, {QStringLiteral("A1"), QStringLiteral("A2")}},
+         {QStringLiteral("F1"), QStringLiteral("期"), sim::FuturesFund, {QStringLiteral("C1")}}}};
+    sim::DeskEvents events;
+    sim::TradingDesk desk; ///< last: it is destroyed before what it uses
+};
+
+/// Before the first order of the day: there is money, and positions.
+class DeskTest : public testing::Test {
+protected:
+    static constexpr const char *kMorning = "2025-03-03 09:20:00";
+
+    DeskWorld world{kMorning};
+    sim::TradingDesk &desk = world.desk;
+    const sim::Instrument &share = world.any(sim::SecurityKind::Share);
+};

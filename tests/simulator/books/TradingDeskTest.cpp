@@ -1,0 +1,251 @@
+#include "books/DeskTest.h"
+
+#include <QSet>
+
+using namespace sim;
+
+using TradingDeskTest = DeskTest;
+
+namespace {
+
+constexpr int kStepSeconds = 3;
+
+} // namespace
+
+TEST_F(TradingDeskTest, AnOrderWithoutALimitIsDealtInAtTheNextStep)
+{
+    const Order order = world.place(world.order(share, Side::Buy, 1000), at("2025-03-03 10:00:03"));
+    EXPECT_EQ(OrderStatus::Reported, order.status);
+    desk.advance(at("2025-03-03 10:00:05"));
+    EXPECT_EQ(OrderStatus::Reported, world.now(order).status);
+    desk.advance(at("2025-03-03 10:00:06"));
+    EXPECT_EQ(OrderStatus::Filled, world.now(order).status);
+    const std::vector<Execution> executions = world.executionsOf(order);
+    ASSERT_EQ(1u, executions.size());
+    EXPECT_EQ(at("2025-03-03 10:00:06"), executions[0].time);
+    EXPECT_EQ(world.price(share, executions[0].time), executions[0].price);
+    EXPECT_EQ(1000, executions[0].qty);
+}
+
+TEST_F(TradingDeskTest, LimitedOrdersAreDealtInWhenThePriceReachesThemAndNeverBeyondTheirLimit)
+{
+    const QDateTime entered = at("2025-03-03 10:00:00");
+    const QDateTime end = at("2025-03-03 10:20:00");
+    std::vector<Order> orders;
+    for (int number = 0; number < 8; ++number) {
+        const Instrument &instrument = world.any(SecurityKind::Future, number % 4);
+        for (int away = -60; away <= 60; away += 10) {
+            for (const Side side : {Side::BuyOpen, Side::SellOpen})
+                orders.push_back(world.order(instrument, side, 1, world.price(instrument, entered, away)));
+        }
+    }
+    int dealt = 0;
+    const std::vector<Order> placed = desk.place(orders, entered);
+    desk.advance(end);
+    for (const Order &order : placed) {
+        if (order.status == OrderStatus::Rejected)
+            continue;
+        const auto isReached = [&](double price) {
+            return isBuy(order.side) ? price <= order.price : price >= order.price;
+        };
+        QDateTime expected = entered.addSecs(kStepSeconds);
+        while (expected <= end && !isReached(world.price(*order.instrument, expected)))
+            expected = expected.addSecs(kStepSeconds);
+        const std::vector<Execution> executions = world.executionsOf(order);
+        ASSERT_EQ(expected <= end, !executions.empty()) << qPrintable(order.id);
+        for (const Execution &execution : executions) {
+            ++dealt;
+            EXPECT_EQ(expected, execution.time);
+            EXPECT_EQ(world.price(*order.instrument, expected), execution.price);
+            EXPECT_TRUE(isReached(execution.price));
+        }
+    }
+    EXPECT_GT(dealt, 20);
+    EXPECT_LT(dealt, int(placed.size()) - 20);
+}
+
+TEST_F(TradingDeskTest, LimitedOrdersAreDealtInInOneOrTwoPartsOfWholeLots)
+{
+    const QDateTime entered = at("2025-03-03 10:00:00");
+    const double limit = share.priceOf(share.ticksOf(share.price * (1 + share.limitRate)) - 1);
+    desk.place(std::vector<Order>(40, world.order(share, Side::Buy, 500, limit)), entered);
+    desk.advance(at("2025-03-03 10:01:00"));
+    QMap<size_t, int> count;
+    for (const Order &order : desk.read()->orders())
+        EXPECT_EQ(OrderStatus::Filled, order.status);
+    for (const OrderEntered &event : world.reported<OrderEntered>()) {
+        const std::vector<Execution> parts = world.executionsOf(event.order);
+        ++count[parts.size()];
+        for (const Execution &part : parts)
+            EXPECT_EQ(0, part.qty % share.lot);
+    }
+    EXPECT_EQ((QList<size_t>{1, 2}), count.keys());
+    EXPECT_GT(count[1], 5);
+    EXPECT_GT(count[2], 5);
+}
+
+TEST_F(TradingDeskTest, WhatIsForTheFixedPriceOfTheCloseIsDealtInAtTheClose)
+{
+    Order after = world.order(share, Side::AfterHoursBuy, 1000, world.price(share, at("2025-03-03 15:00:00"), 1));
+    after.priceType = PriceType::AfterHours;
+    Order tooLow = after;
+    tooLow.price = world.price(share, at("2025-03-03 15:00:00"), -1);
+    const QDateTime noon = at("2025-03-03 11:45:00");
+    const std::vector<Order> orders = desk.place({after, tooLow}, noon);
+    desk.advance(at("2025-03-03 14:59:59"));
+    EXPECT_EQ(OrderStatus::Reported, world.now(orders[0]).status);
+    desk.advance(at("2025-03-03 15:00:00"));
+    EXPECT_EQ(OrderStatus::Filled, world.now(orders[0]).status);
+    EXPECT_EQ(world.price(share, at("2025-03-03 15:00:00")), world.executionsOf(orders[0])[0].price);
+    EXPECT_EQ(OrderStatus::Reported, world.now(orders[1]).status);
+}
+
+TEST_F(TradingDeskTest, WhatIsEnteredWhileTheMarketIsClosedRestsUntilItOpens)
+{
+    const Order order = world.place(world.order(share, Side::Buy, 1000), at("2025-03-03 15:30:00"));
+    EXPECT_EQ(at("2025-03-03 15:30:00"), order.entered);
+    desk.advance(at("2025-03-04 09:30:00"));
+    EXPECT_EQ(OrderStatus::Reported, world.now(order).status);
+    desk.advance(at("2025-03-04 09:30:03"));
+    EXPECT_EQ(OrderStatus::Filled, world.now(order).status);
+}
+
+TEST_F(TradingDeskTest, OnlyTheOrdersThatTheAccountCanAffordAreEntered)
+{
+    const QDateTime time = at("2025-03-03 10:00:00");
+    const double price = world.price(share, time);
+    const double cash = desk.ledger(QStringLiteral("A1"))->cash().yuan();
+    const qint64 most = qint64(cash / price / 1.001) / share.lot * share.lot; // with its fee
+    ASSERT_GE(share.maxQty * 3, most) << "too rich for this test";
+    std::vector<Order> orders;
+    for (qint64 left = most; left > 0; left -= share.maxQty / 4)
+        orders.push_back(world.order(share, Side::Buy, qMin(left, share.maxQty / 4), price));
+    orders.push_back(world.order(share, Side::Buy, share.lot * 10, price)); // no money is left for it
+    orders.push_back(world.order(share, Side::Buy, share.lot / 2, price));
+    orders.push_back(world.order(share, Side::Sell, share.maxQty, price));
+
+    const std::vector<Order> placed = desk.place(orders, time);
+    ASSERT_EQ(orders.size(), placed.size());
+    for (size_t i = 0; i < placed.size() - 3; ++i)
+        EXPECT_EQ(OrderStatus::Reported, placed[i].status) << qPrintable(placed[i].remark);
+    const Order *refused = &placed[placed.size() - 3];
+    EXPECT_EQ(QStringLiteral("可用资金不足"), refused[0].remark);
+    EXPECT_EQ(QStringLiteral("委托数量不符合交易单位"), refused[1].remark);
+    EXPECT_EQ(QStringLiteral("可用持仓不足"), refused[2].remark);
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ(OrderStatus::Rejected, refused[i].status);
+        EXPECT_EQ(refused[i].remark, world.now(refused[i]).remark);
+        EXPECT_TRUE(refused[i].exchangeOrderId.isEmpty());
+    }
+    EXPECT_LE(desk.ledger(QStringLiteral("A1"))->frozenCash(), desk.ledger(QStringLiteral("A1"))->cash());
+}
+
+TEST_F(TradingDeskTest, ACancelEndsWhatIsOpenAndSaysWhyNotOtherwise)
+{
+    const QDateTime time = at("2025-03-03 10:00:00");
+    const Order open = world.place(world.order(share, Side::Buy, 1000, world.price(share, time, -60)), time);
+    const Order filled = world.place(world.order(share, Side::Buy, 1000), time);
+    const Order refused = world.place(world.order(share, Side::Buy, 50, 1), time);
+    const QString account = open.tradingAccount;
+    const QStringList reasons = desk.cancel({{open.id, QString()},
+                                             {open.id, QStringLiteral("A2")},
+                                             {open.id, account},
+                                             {open.id, account},
+                                             {filled.id, account},
+                                             {refused.id, account},
+                                             {QStringLiteral("nothing"), account}},
+                                            at("2025-03-03 10:00:03"));
+    EXPECT_EQ(QStringList({QStringLiteral("交易账号与委托不符"), QStringLiteral("交易账号与委托不符"), QString(),
+                           QStringLiteral("委托已撤单"), QStringLiteral("委托已全部成交，不能撤单"),
+                           QStringLiteral("废单不能撤单"), QStringLiteral("委托不存在")}),
+              reasons);
+    EXPECT_EQ(OrderStatus::Cancelled, world.now(open).status);
+    EXPECT_EQ(Money(), desk.ledger(account)->frozenCash());
+    desk.advance(at("2025-03-03 15:00:00"));
+    EXPECT_TRUE(world.executionsOf(open).empty());
+}
+
+TEST_F(TradingDeskTest, ManyOrdersAreReportedOneByOneAndTheirAccountOnce)
+{
+    const QDateTime time = at("2025-03-03 10:00:00");
+    desk.place(std::vector<Order>(500, world.order(share, Side::Buy, 100)), time);
+    EXPECT_EQ(500u, world.reported<OrderEntered>().size());
+    EXPECT_EQ(1u, world.reported<AssetChanged>().size());
+    EXPECT_EQ(501u, world.events.size()); // nothing of a position is set aside
+
+    world.events.clear();
+    desk.advance(time.addSecs(kStepSeconds));
+    EXPECT_EQ(500u, world.reported<OrderChanged>().size());
+    EXPECT_EQ(500u, world.reported<OrderExecuted>().size());
+    ASSERT_EQ(1u, world.reported<PositionChanged>().size());
+    EXPECT_GE(world.reported<PositionChanged>()[0].position.openedQty, 50000);
+    ASSERT_EQ(1u, world.reported<AssetChanged>().size());
+    EXPECT_EQ(QStringLiteral("A1"), world.reported<AssetChanged>()[0].tradingAccount);
+    EXPECT_TRUE(std::holds_alternative<AssetChanged>(world.events.back()));
+}
+
+TEST_F(TradingDeskTest, WhatIsRefusedTouchesNoAccount)
+{
+    world.place(world.order(share, Side::Buy, 50), at("2025-03-03 10:00:00"));
+    EXPECT_EQ(1u, world.reported<OrderEntered>().size());
+    EXPECT_EQ(1u, world.events.size());
+}
+
+TEST_F(TradingDeskTest, ThousandsOfOrdersRestAndAreCancelledAtOnce)
+{
+    constexpr int kOrders = 10000;
+    const QDateTime time = at("2025-03-03 10:00:00");
+    const double low = share.priceOf(share.ticksOf(share.price * (1 - share.limitRate)) + 1);
+    std::vector<Order> orders(kOrders, world.order(share, Side::Buy, 100, low));
+    for (Order &order : orders)
+        order.tradingAccount = QStringLiteral("A2"); // without money: they are refused
+    EXPECT_EQ(size_t(kOrders), desk.place(orders, time).size());
+    const Instrument &bond = world.any(SecurityKind::Bond);
+    const double cheap = bond.priceOf(bond.ticksOf(bond.price * 0.85));
+    const std::vector<Order> placed =
+        desk.place(std::vector<Order>(kOrders, world.order(bond, Side::Buy, bond.minQty, cheap)), time);
+    desk.advance(at("2025-03-03 10:10:00"));
+    std::vector<TradingDesk::CancelRequest> requests;
+    for (const Order &order : placed) {
+        if (order.isOpen())
+            requests.push_back({order.id, order.tradingAccount});
+    }
+    EXPECT_GT(requests.size(), 1000u);
+    const QStringList reasons = desk.cancel(requests, at("2025-03-03 10:11:00"));
+    EXPECT_EQ(int(requests.size()), reasons.count(QString()));
+    EXPECT_EQ(Money(), desk.ledger(QStringLiteral("A1"))->frozenCash());
+}
+
+TEST_F(TradingDeskTest, TimeDoesNotGoBack)
+{
+    desk.advance(at("2025-03-03 10:00:00"));
+    const Order order = world.place(world.order(share, Side::Buy, 100), at("2025-03-03 09:45:00"));
+    EXPECT_EQ(at("2025-03-03 10:00:00"), order.entered);
+    desk.advance(at("2025-03-03 09:59:00"));
+    EXPECT_EQ(OrderStatus::Reported, world.now(order).status);
+}
+
+TEST(OpeningOrders, GoOnLiving)
+{
+    DeskWorld world("2025-03-03 10:15:20");
+    QSet<QString> open;
+    const std::vector<Order> before = world.desk.read()->orders();
+    for (const Order &order : before) {
+        if (order.isOpen())
+            open.insert(order.id);
+    }
+    ASSERT_GT(open.size(), 10);
+    world.desk.advance(at("2025-03-03 15:00:00"));
+    int filled = 0;
+    for (const Order &order : before) {
+        const Order now = world.now(order);
+        if (!open.contains(order.id))
+            EXPECT_EQ(order.status, now.status);
+        else if (now.status == OrderStatus::Filled)
+            ++filled;
+        EXPECT_FALSE(now.status == OrderStatus::Reported && now.priceType == PriceType::Market);
+    }
+    EXPECT_GT(filled, 5);
+    for (const OrderExecuted &event : world.reported<OrderExecuted>())
+        EXPECT_GT(event.execution.time, at("2025-03-03 10:15:20"));
+}
