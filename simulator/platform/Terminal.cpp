@@ -24,8 +24,9 @@ Terminal::Terminal(const Scenario &scenario, const Login &login, double speed)
                  scenario.seed, scenario.start.date(), m_clock)
     , m_accounts(scenario.traders, scenario.fundAccounts)
     , m_bus(std::make_shared<MessageBus>(std::chrono::microseconds(qint64(kLatencyMicroseconds / speed))))
+    , m_tradeEvents(*m_bus, m_accounts)
     , m_desk(m_accounts, scenario.start.toString(QStringLiteral("yyyyMMdd")), m_exchange, scenario.seed, scenario.start,
-[](const DeskEvents &) {})
+             [this](const DeskEvents &events) { m_tradeEvents.tell(events); })
 {
     Q_ASSERT(!s_terminal);
     s_terminal = this;
@@ -38,11 +39,16 @@ Terminal::~Terminal()
     s_terminal = nullptr;
 }
 
+void Terminal::playMarket(const QDateTime &time)
+{
+    m_tradeEvents.tellOrdersLoaded();
+    m_desk.advance(time);
+}
+
 Prices Terminal::latestPrices() const
 {
-    return [this](const QString &symbol) {
-        const std::optional<Quote> quote = m_exchange.quote(symbol);
-        return quote ? quote->last : 0.0;
+    return [this, step = Exchange::stepAt(now())](const QString &symbol) {
+        return m_exchange.lastPrice(symbol, step).value_or(0);
     };
 }
 

@@ -6,6 +6,7 @@
 #include "platform/MessageBus.h"
 #include "platform/Scenario.h"
 #include "platform/SimulatedClock.h"
+#include "services/TradeEvents.h"
 
 #include <memory>
 
@@ -29,6 +30,13 @@ public:
     const TradingDesk &desk() const { return m_desk; }
     const Exchange &exchange() const { return m_exchange; }
 
+    /// Exchange time.
+    QDateTime now() const { return m_clock.now(); }
+
+    /// Plays what rests at the exchange up to that time. To be called at every change of the quotes; calls that come
+    /// late or are left out change nothing of what happens.
+    void playMarket(const QDateTime &time);
+
     /// What everything listed trades at now.
     Prices latestPrices() const;
 
@@ -43,6 +51,7 @@ private:
     const Exchange m_exchange;
     const Accounts m_accounts;
     const std::shared_ptr<MessageBus> m_bus;
+    TradeEvents m_tradeEvents;
     TradingDesk m_desk;
 };
 

@@ -1,13 +1,20 @@
 #include "VarnelTradeLogic.h"
 
 #include "OrderRequestList.h"
+#include "Tessar_Fields.h"
 #include "books/TradableQty.h"
 #include "platform/Terminal.h"
 #include "services/TradeCodes.h"
+#include "services/TradeResponses.h"
+
+#include <QLocale>
 
 namespace {
 
 using namespace sim;
+
+constexpr int kAccepted = 0;
+constexpr int kRefused = -1;
 
 /// Futures are opened and closed, all else is bought and sold.
 bool fits(Side side, const Instrument &instrument)
@@ -27,26 +34,84 @@ bool fits(Side side, const Instrument &instrument)
     return false;
 }
 
-/// The order that a line asks for; none when the line makes no sense.
-std::optional<Order> readOrder(const VarnelLogic::OrderRequest &line, const Exchange &exchange)
+/// Reads the order that a line asks for. Gives why not, for the user to read, when the line makes no sense.
+QString readOrder(const VarnelLogic::OrderRequest &line, const FundAccount &fund, const Exchange &exchange,
+                  Order &order)
 {
-    const std::optional<Side> side = sideCodes().value(line.side);
-    const std::optional<PriceType> priceType = priceTypeCodes().value(line.priceType);
-    Order order;
     order.instrument = exchange.instrument(line.symbol);
-    if (!order.instrument || !side || !priceType || !fits(*side, *order.instrument))
-        return std::nullopt;
-    if (!line.exchange.isEmpty() && line.exchange != order.instrument->exchange)
-        return std::nullopt;
+    if (!order.instrument)
+        return QStringLiteral("证券代码不存在");
+    const Instrument &instrument = *order.instrument;
+    if (!line.exchange.isEmpty() && line.exchange != instrument.exchange)
+        return QStringLiteral("交易市场与证券不符");
+    if ((fund.property == FuturesFund) != (instrument.kind == SecurityKind::Future))
+        return QStringLiteral("该账户不能交易此类证券");
+    const std::optional<Side> side = sideCodes().value(line.side);
+    if (!side || !fits(*side, instrument))
+        return QStringLiteral("买卖方向错误");
+    const std::optional<PriceType> priceType = priceTypeCodes().value(line.priceType);
+    if (!priceType)
+        return QStringLiteral("价格类型错误");
     order.side = *side;
     order.priceType = *priceType;
     if (*priceType != PriceType::Market) {
         bool isNumber = false;
         order.price = line.price.toDouble(&isNumber);
         if (!isNumber || !(order.price > 0) || qIsInf(order.price))
-            return std::nullopt;
+            return QStringLiteral("委托价格错误");
     }
-    return order;
+    return {};
+}
+
+/// The orders of a list; the reasons for which it is refused as a whole are added to errors.
+std::vector<Order> readOrders(const OrderRequestList &list, const Terminal &terminal,
+                              QList<VarnelLogic::ResponseInfo> &errors)
+{
+    const auto refuse = [&](const QString &reason) { errors.append({kRefused, reason}); };
+    const FundAccount *fund = terminal.accounts().fundAccountOf(list.Account());
+    const QList<VarnelLogic::OrderRequest> lines = list.Orders();
+    std::vector<Order> orders;
+    orders.reserve(size_t(lines.size()));
+    if (!fund) {
+        refuse(QStringLiteral("交易账号不存在"));
+        return orders;
+    }
+    if (lines.isEmpty())
+        refuse(QStringLiteral("委托列表为空"));
+    for (int i = 0; i < lines.size(); ++i) {
+        const VarnelLogic::OrderRequest &line = lines[i];
+        Order order;
+        const QString reason = readOrder(line, *fund, terminal.exchange(), order);
+        if (!reason.isEmpty())
+            refuse(lines.size() == 1 ? reason : QStringLiteral("第%1笔委托：%2").arg(i + 1).arg(reason));
+        order.clientId = line.clOrdID;
+        order.tradingAccount = list.Account();
+        order.trader = terminal.login().account;
+        order.tag = line.orderTag.isEmpty() ? list.Tag() : line.orderTag;
+        order.qty = line.orderQty;
+        orders.push_back(order);
+    }
+    return orders;
+}
+
+/// A number as a person writes it.
+QString plainText(double number)
+{
+    return QString::number(number, 'f', QLocale::FloatingPointShortest);
+}
+
+/// What becomes of an order. Everything is a text.
+QVariantMap responseOf(const Order &order)
+{
+    using namespace Tessar_Fields;
+    QVariantMap response = tradeResponse(order.id, order.remark);
+    response.insert(Security::symbol, order.instrument->symbol);
+    response.insert(Security::side, sideCodes().code(order.side));
+    response.insert(CustomField::priceType, priceTypeCodes().code(order.priceType));
+    response.insert(Security::price, plainText(order.price));
+    response.insert(Security::orderQty, QString::number(order.qty));
+    response.insert(UserAccount::securityExchange, order.instrument->exchange);
+    return response;
 }
 
 } // namespace
@@ -66,10 +131,41 @@ int VarnelTradeLogic::getDispQtyStepBySymbol(const QString &symbol)
 QString VarnelTradeLogic::queryMaxTradableQty(const OrderRequestList &orders)
 {
     const Terminal &terminal = Terminal::instance();
+    const FundAccount *fund = terminal.accounts().fundAccountOf(orders.Account());
     const std::optional<Ledger> ledger = terminal.desk().ledger(orders.Account());
     const QList<VarnelLogic::OrderRequest> lines = orders.Orders();
-    if (!ledger || lines.size() != 1)
+    Order order;
+    if (!fund || !ledger || lines.size() != 1 || !readOrder(lines.first(), *fund, terminal.exchange(), order).isEmpty())
         return {};
-    const std::optional<Order> order = readOrder(lines.first(), terminal.exchange());
-    return order ? QString::number(tradableQty(*ledger, *order, terminal.latestPrices())) : QString();
+    return QString::number(tradableQty(*ledger, order, terminal.latestPrices()));
+}
+
+// What the library fixes (the number and the flag) has no other meaning here: it is left unnamed.
+
+int VarnelTradeLogic::orders(const OrderRequestList &list, QVariant &response, int,
+                             QList<VarnelLogic::ResponseInfo> &errors, bool)
+{
+    Terminal &terminal = Terminal::instance();
+    QList<VarnelLogic::ResponseInfo> reasons;
+    const std::vector<Order> orders = readOrders(list, terminal, reasons);
+    if (!reasons.isEmpty()) {
+        errors += reasons;
+        return kRefused;
+    }
+    QVariantList responses;
+    responses.reserve(int(orders.size()));
+    for (const Order &order : terminal.desk().place(orders, terminal.now()))
+        responses.append(responseOf(order));
+    response = responses;
+    return kAccepted;
+}
+
+QList<QMap<QString, QVariant>> VarnelTradeLogic::transOrderRsp(const OrderRequestList &, const QVariant &response)
+{
+    QList<QMap<QString, QVariant>> maps;
+    const QVariantList responses = response.value<QVariantList>();
+    maps.reserve(responses.size());
+    for (const QVariant &map : responses)
+        maps.append(map.toMap());
+    return maps;
 }

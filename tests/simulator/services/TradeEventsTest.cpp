@@ -1,0 +1,242 @@
+#include "TerminalTest.h"
+#include "services/OrderEntry.h"
+
+#include "CUnPackMessageCommon.h"
+#include "QvPresenterClass.h"
+
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
+using namespace sim;
+using namespace Tessar_Fields;
+
+namespace {
+
+enum EventId {
+    OrdersLoaded = 0x30001,
+    OrderEnteredId = 0x30003,
+    PersonExecution = 0x30004,
+    OrderChangedId = 0x30005,
+    StrategyExecution = 0x30006,
+    Asset = 0x300A0,
+    PositionId = 0x31002,
+};
+
+struct Event {
+    int id;
+    QVariantMap row;
+};
+
+/// Keeps what the bus tells it.
+class Listener : public QvPresenterClass {
+public:
+    Listener() : QvPresenterClass(QStringLiteral("Listener"), nullptr, IMessageInterface::WebThreadType)
+    {
+        for (const int id :
+             {OrdersLoaded, OrderEnteredId, PersonExecution, OrderChangedId, StrategyExecution, Asset, PositionId})
+            SubEvent(pluginPid(), id, 1);
+    }
+
+    void ProcEventMsg(QString, QVariant type, QVariant data) override
+    {
+        CUnPackMessageCommon unpack;
+        unpack.SetUnPackMsg(data, false);
+        QVariantMap row = unpack.GetRowValue();
+        row.remove(System::clientMsgID); // the message's own
+        const std::lock_guard lock(m_mutex);
+        m_events.append({type.toInt(), row});
+        m_onBusThread = m_onBusThread && std::this_thread::get_id() != m_maker;
+        m_arrived.notify_all();
+    }
+
+    /// All until, and with, the one that passes the test.
+    template <typename Test>
+    QList<Event> until(Test isLast)
+    {
+        std::unique_lock lock(m_mutex);
+        int seen = 0;
+        const auto isThere = [&] {
+            while (seen < m_events.size()) {
+                if (isLast(m_events[seen++]))
+                    return true;
+            }
+            return false;
+        };
+        EXPECT_TRUE(m_arrived.wait_for(lock, std::chrono::seconds(30), isThere));
+        EXPECT_TRUE(m_onBusThread);
+        const QList<Event> events = m_events.mid(0, seen);
+        m_events = m_events.mid(seen);
+        return events;
+    }
+
+    /// All until the given account's asset event, which is the last one of an order or cancel.
+    QList<Event> untilAssetOf(const QString &account)
+    {
+        return until([&](const Event &event) {
+            return event.id == Asset && event.row.value(UserAccount::tradingAccount).toString() == account;
+        });
+    }
+
+private:
+    std::mutex m_mutex;
+    std::condition_variable m_arrived;
+    QList<Event> m_events;
+    bool m_onBusThread = true;
+    const std::thread::id m_maker = std::this_thread::get_id();
+};
+
+QList<QVariantMap> executionRecords()
+{
+    int total = 0;
+    return BusinessDataInterface::GetExecutionListByCustomKey({}, total, 0, 0, QStringList());
+}
+
+/// In real time: no quote changes by itself while a test looks.
+class TradeEventsTest : public TerminalTest {
+protected:
+    TradeEventsTest() : TerminalTest(1) {}
+
+    QList<Event> withId(const QList<Event> &events, int id) const
+    {
+        QList<Event> found;
+        for (const Event &event : events) {
+            if (event.id == id)
+                found.append(event);
+        }
+        return found;
+    }
+
+    const QString share = QStringLiteral("609801.SH");
+    const QString account = scenario.fundAccounts.first().tradingAccounts.last(); // nobody has traded with it
+    const QString futuresAccount = scenario.fundAccounts.last().tradingAccounts.first();
+    const QString future = QStringLiteral("YL2503.CF");
+    Listener listener;
+};
+
+} // namespace
+
+TEST_F(TradeEventsTest, ANewOrderIsToldAsTheListAnswersIt)
+{
+    const entry::Outcome outcome =
+        entry::place(futuresAccount, {entry::line(future, "BuyOpen", 1, QString(), "Market")});
+    const QList<Event> events = withId(listener.untilAssetOf(futuresAccount), OrderEnteredId);
+    ASSERT_EQ(1, events.size());
+    EXPECT_EQ(outcome.id(), events[0].row.value(Security::orderID).toString());
+    EXPECT_EQ(BusinessDataInterface::GetOrderDetailByOrderID(outcome.id()), events[0].row);
+}
+
+TEST_F(TradeEventsTest, ARefusedOrderIsANewOrderToo)
+{
+    const entry::Outcome outcome = entry::place(account, {entry::line(share, "Buy", 100, QStringLiteral("17"))});
+    EXPECT_EQ(QStringLiteral("可用资金不足"), outcome.text());
+    const Event event = listener.until([&](const Event &event) { return event.id == OrderEnteredId; }).last();
+    EXPECT_EQ(outcome.id(), event.row.value(Security::orderID).toString());
+    EXPECT_EQ(QStringLiteral("Rejected"), event.row.value(Security::orderStatus).toString());
+    EXPECT_EQ(outcome.text(), event.row.value(QStringLiteral("remark")).toString());
+}
+
+TEST_F(TradeEventsTest, ADealIsToldAsTheListsAnswerItWithItsPositionAndItsAccount)
+{
+    const entry::Outcome outcome =
+        entry::place(futuresAccount, {entry::line(future, "SellOpen", 2, QString(), "Market")});
+    listener.untilAssetOf(futuresAccount);
+    terminal.playMarket(terminal.now().addSecs(3600));
+    const auto isOurs = [&](const Event &event) {
+        return event.id == PersonExecution && event.row.value(Security::orderID).toString() == outcome.id();
+    };
+    QList<Event> events = listener.until(isOurs);
+    const Event execution = events.last();
+    events += listener.untilAssetOf(futuresAccount);
+
+    const QVariantMap order = BusinessDataInterface::GetOrderDetailByOrderID(outcome.id());
+    EXPECT_EQ(QStringLiteral("Filled"), order.value(Security::orderStatus).toString());
+    int changes = 0;
+    for (const Event &event : withId(events, OrderChangedId)) {
+        if (event.row.value(Security::orderID).toString() != outcome.id())
+            continue;
+        ++changes;
+        EXPECT_EQ(order, event.row);
+    }
+    EXPECT_EQ(1, changes);
+    EXPECT_FALSE(execution.row.value(Security::execID).toString().isEmpty());
+    EXPECT_TRUE(executionRecords().contains(execution.row));
+
+    int positions = 0;
+    for (const Event &event : withId(events, PositionId)) {
+        if (event.row.value(Security::symbol).toString() == future &&
+            event.row.value(Security::positionFlag).toString() == QStringLiteral("Short") &&
+            event.row.value(UserAccount::tradingAccount).toString() == futuresAccount)
+            ++positions;
+    }
+    EXPECT_EQ(1, positions);
+}
+
+TEST_F(TradeEventsTest, APositionIsToldAsTheListAnswersIt)
+{
+    entry::place(futuresAccount, {entry::line(future, "BuyOpen", 1, QString(), "Market")});
+    terminal.playMarket(terminal.now().addSecs(3600));
+    const QList<QVariantMap> held = BusinessDataInterface::GetPositionListByAccount(
+        CBusinessDataBase::GetInstance()->GetAccountDetailsByTradinngAccount(futuresAccount), QString(), future,
+        QString(), QString(), QString(), QString());
+    ASSERT_FALSE(held.isEmpty());
+    const QList<Event> events =
+        listener.until([&](const Event &event) { return event.id == PositionId && event.row == held.first(); });
+    EXPECT_EQ(held.first(), events.last().row);
+}
+
+TEST_F(TradeEventsTest, ACancelledOrderIsAChangedOrder)
+{
+    const QString stockAccount = scenario.fundAccounts.first().tradingAccounts.first();
+    const QString id = entry::place(stockAccount, {entry::line(share, "Buy", 100, QStringLiteral("17"))}).id();
+    listener.untilAssetOf(stockAccount);
+    EXPECT_EQ(QStringLiteral("0"), entry::cancel(QStringList{id}).status());
+    const QList<Event> changes = withId(listener.untilAssetOf(stockAccount), OrderChangedId);
+    ASSERT_EQ(1, changes.size());
+    EXPECT_EQ(QStringLiteral("Cancelled"), changes[0].row.value(Security::orderStatus).toString());
+    EXPECT_EQ(BusinessDataInterface::GetOrderDetailByOrderID(id), changes[0].row);
+}
+
+TEST_F(TradeEventsTest, AStrategysDealsAreToldApartFromAPersons)
+{
+    terminal.playMarket(terminal.now().addSecs(4 * 3600));
+    const QString lastId = executionRecords().first().value(Security::execID).toString();
+    const QList<Event> events =
+        listener.until([&](const Event &event) { return event.row.value(Security::execID).toString() == lastId; });
+    int ofStrategies = 0;
+    int ofPersons = 0;
+    for (const Event &event : events) {
+        const bool isOfStrategy = !event.row.value(Security::algoOrderID).toString().isEmpty();
+        if (event.id == StrategyExecution && isOfStrategy)
+            ++ofStrategies;
+        else if (event.id == PersonExecution && !isOfStrategy)
+            ++ofPersons;
+        else
+            EXPECT_TRUE(event.id != StrategyExecution && event.id != PersonExecution);
+    }
+    EXPECT_GT(ofStrategies, 0);
+    EXPECT_GT(ofPersons, 0);
+}
+
+TEST_F(TradeEventsTest, OrdersAreLoadedOnceAndFirst)
+{
+    terminal.playMarket(terminal.now());
+    terminal.playMarket(terminal.now().addSecs(3600));
+    entry::place(account, {entry::line(share, "Buy", 100, QStringLiteral("17"))});
+    const QList<Event> events = listener.until([&](const Event &event) {
+        return event.id == OrderEnteredId && event.row.value(UserAccount::tradingAccount).toString() == account;
+    });
+    EXPECT_EQ(OrdersLoaded, events.first().id);
+    EXPECT_TRUE(events.first().row.isEmpty());
+    EXPECT_EQ(1, withId(events, OrdersLoaded).size());
+}
+
+TEST_F(TradeEventsTest, AListOfOrdersIsOneAssetEvent)
+{
+    entry::place(
+        futuresAccount,
+        QVector<VarnelLogic::OrderRequest>(500, entry::line(future, "BuyOpen", 1, QString(), "Market")).toList());
+    const QList<Event> events = listener.untilAssetOf(futuresAccount);
+    EXPECT_EQ(500, withId(events, OrderEnteredId).size());
+    EXPECT_EQ(Asset, events.last().id);
+}
