@@ -3,6 +3,7 @@
 
 #include "Varnel_Fields.h"
 
+#include <QFile>
 #include <QSet>
 
 using namespace sim;
@@ -27,6 +28,14 @@ protected:
     {
         int total = -1;
         return BusinessDataInterface::GetOrderListByCustomKey({}, total, 0, 1, QList<QString>(), QStringList()).first();
+    }
+
+    static void expectDocumented(const QString &reason)
+    {
+        QFile page(QStringLiteral(DOCS_FOLDER "/vocabulary.md"));
+        ASSERT_TRUE(page.open(QIODevice::ReadOnly));
+        EXPECT_TRUE(QString::fromUtf8(page.readAll()).contains(QStringLiteral("\n| %1 |").arg(reason)))
+            << qPrintable(reason);
     }
 
     entry::Outcome place(const VarnelLogic::OrderRequest &line) const { return entry::place(account, {line}); }
@@ -89,6 +98,7 @@ TEST_F(OrderEntryTest, WhatConcernsOneOrderIsItsOwnAnswerAndItStandsInTheBooksAs
         EXPECT_EQ(0, outcome.result);
         EXPECT_EQ(QStringLiteral("-1"), outcome.status());
         EXPECT_EQ(reason, outcome.text());
+        expectDocumented(reason);
         EXPECT_EQ(outcome.id(), newest().value(Security::orderID).toString());
         EXPECT_EQ(QStringLiteral("Rejected"), newest().value(Security::orderStatus).toString());
         EXPECT_EQ(reason, newest().value(QStringLiteral("remark")).toString());
@@ -115,6 +125,7 @@ TEST_F(OrderEntryTest, ALineThatMakesNoSenseRefusesTheRequestAndNothingIsEntered
         const entry::Outcome outcome = place(line);
         EXPECT_NE(0, outcome.result);
         EXPECT_EQ(QStringList{reason}, outcome.errors);
+        expectDocumented(reason);
     }
     EXPECT_EQ(before, numberOfOrders());
 }
@@ -210,6 +221,8 @@ TEST_F(OrderEntryTest, EachCancelIsAnsweredInItsPlace)
     for (int i = 0; i < 7; ++i) {
         EXPECT_EQ(ids[i], outcome.id(i));
         EXPECT_EQ(QString::fromUtf8(texts[i]), outcome.text(i));
+        if (!outcome.text(i).isEmpty())
+            expectDocumented(outcome.text(i));
         EXPECT_EQ(outcome.text(i).isEmpty() ? QStringLiteral("0") : QStringLiteral("-1"), outcome.status(i));
     }
 }
