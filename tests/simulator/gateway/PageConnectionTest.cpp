@@ -58,7 +58,7 @@ public:
     QVector<QJsonObject> frames;
 };
 
-class PageConnectionTest : public TerminalTest {
+class PageConnectionTest : public QuietTerminalTest {
 protected:
     PageConnectionTest() { EXPECT_TRUE(gateway.listen(0)); }
 

@@ -105,7 +105,7 @@ private:
     QSemaphore m_arrived;
 };
 
-class MessageBusTest : public TerminalTest {
+class MessageBusTest : public QuietTerminalTest {
 protected:
     MessageBusTest()
     {

@@ -9,7 +9,7 @@ namespace {
 
 const QString kMain = QStringLiteral("609801.SH");
 
-class TradableQtyQueryTest : public TerminalTest {
+class TradableQtyQueryTest : public StandingTerminalTest {
 protected:
     /// What the library asks for a page: the quantity is 0, the last text the exchange.
     QString most(const QString &symbol, const char *side, const char *priceType, const QString &price,
