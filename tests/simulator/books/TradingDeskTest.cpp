@@ -146,7 +146,7 @@ TEST_F(TradingDeskTest, ACancelEndsWhatIsOpenAndSaysWhyNotOtherwise)
     const Order open = world.place(world.order(share, Side::Buy, 1000, world.price(share, time, -60)), time);
     const Order filled = world.place(world.order(share, Side::Buy, 1000), time);
     const Order refused = world.place(world.order(share, Side::Buy, 50, 1), time);
-    const QString account = open.tradingAccount;
+    const QString &account = open.tradingAccount;
     const QStringList reasons = desk.cancel({{open.id, QString()},
                                              {open.id, QStringLiteral("A2")},
                                              {open.id, account},

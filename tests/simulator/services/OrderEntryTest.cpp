@@ -108,17 +108,16 @@ TEST_F(OrderEntryTest, WhatConcernsOneOrderIsItsOwnAnswerAndItStandsInTheBooksAs
 
 TEST_F(OrderEntryTest, ALineThatMakesNoSenseRefusesTheRequestAndNothingIsEntered)
 {
-    const QString price = kLow;
     const QList<QPair<VarnelLogic::OrderRequest, QString>> lines{
-        {entry::line(QStringLiteral("609801"), "Buy", 100, price), QStringLiteral("证券代码不存在")},
-        {entry::line(QString(), "Buy", 100, price), QStringLiteral("证券代码不存在")},
-        {entry::line(kShare, "buy", 100, price), QStringLiteral("买卖方向错误")},
-        {entry::line(kShare, "BuyOpen", 100, price), QStringLiteral("买卖方向错误")},
-        {entry::line(kShare, "Buy", 100, price, "Cheap"), QStringLiteral("价格类型错误")},
+        {entry::line(QStringLiteral("609801"), "Buy", 100, kLow), QStringLiteral("证券代码不存在")},
+        {entry::line(QString(), "Buy", 100, kLow), QStringLiteral("证券代码不存在")},
+        {entry::line(kShare, "buy", 100, kLow), QStringLiteral("买卖方向错误")},
+        {entry::line(kShare, "BuyOpen", 100, kLow), QStringLiteral("买卖方向错误")},
+        {entry::line(kShare, "Buy", 100, kLow, "Cheap"), QStringLiteral("价格类型错误")},
         {entry::line(kShare, "Buy", 100, QString()), QStringLiteral("委托价格错误")},
         {entry::line(kShare, "Buy", 100, QStringLiteral("-1")), QStringLiteral("委托价格错误")},
         {entry::line(kShare, "Buy", 100, QStringLiteral("abc")), QStringLiteral("委托价格错误")},
-        {entry::line(kShare, "Buy", 100, price, "Limit", QStringLiteral("SZ")), QStringLiteral("交易市场与证券不符")},
+        {entry::line(kShare, "Buy", 100, kLow, "Limit", QStringLiteral("SZ")), QStringLiteral("交易市场与证券不符")},
         {entry::line(kFuture, "BuyOpen", 1, QString(), "Market"), QStringLiteral("该账户不能交易此类证券")},
     };
     for (const auto &[line, reason] : lines) {
