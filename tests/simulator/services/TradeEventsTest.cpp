@@ -96,6 +96,7 @@ QList<QVariantMap> executionRecords()
 class TradeEventsTest : public TerminalTest {
 protected:
     TradeEventsTest() : TerminalTest(1) {}
+    ~TradeEventsTest() override { terminal.bus()->stop(); } // nobody calls a listener that is half gone
 
     QList<Event> withId(const QList<Event> &events, int id) const
     {
