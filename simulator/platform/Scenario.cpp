@@ -111,6 +111,31 @@ QVector<FundAccount> readFundAccounts(JsonNode &root)
     return fundAccounts;
 }
 
+QVector<AlgoPermission> readAlgoPermissions(JsonNode &root, const QVector<FundAccount> &fundAccounts)
+{
+    const QString fundAccount = QStringLiteral("fundAccount");
+    QSet<QString> known;
+    for (const FundAccount &fund : fundAccounts)
+        known.insert(fund.account);
+    QVector<AlgoPermission> permissions;
+    QSet<QPair<QString, QString>> seen;
+    for (JsonNode &node : root.objectsIfAny(QStringLiteral("algoPermissions"))) {
+        AlgoPermission permission;
+        permission.fundAccount = node.text(fundAccount);
+        permission.supportType = node.text(QStringLiteral("supportType"));
+        node.finish();
+        if (!known.contains(permission.fundAccount))
+            node.fail(fundAccount,
+                      QStringLiteral("\"%1\" is not one of the fund accounts").arg(permission.fundAccount));
+        if (seen.contains({permission.fundAccount, permission.supportType}))
+            node.fail(fundAccount,
+                      QStringLiteral("\"%1\" has \"%2\" twice").arg(permission.fundAccount, permission.supportType));
+        seen.insert({permission.fundAccount, permission.supportType});
+        permissions.append(permission);
+    }
+    return permissions;
+}
+
 double readTick(JsonNode &node)
 {
     const QString key = QStringLiteral("tick");
@@ -193,6 +218,7 @@ Scenario readRoot(JsonNode root)
     scenario.traders = readTraders(root);
     scenario.logins = readLogins(root, scenario.traders);
     scenario.fundAccounts = readFundAccounts(root);
+    scenario.algoPermissions = readAlgoPermissions(root, scenario.fundAccounts);
     scenario.securities = readSecurities(root, scenario.start.date());
     scenario.generatedSecurities = int(root.wholeNumber(QStringLiteral("generatedSecurities"), 0, kMaxGenerated));
     root.finish();

@@ -10,6 +10,12 @@
 
 namespace sim {
 
+/// A fund account that may use algorithms of a support type.
+struct AlgoPermission {
+    QString fundAccount;
+    QString supportType;
+};
+
 /// A world that the simulator can play, as its file tells it. A plain value.
 struct VARNEL_HOST_API Scenario {
     QString name;
@@ -19,6 +25,7 @@ struct VARNEL_HOST_API Scenario {
     QVector<Login> logins; ///< the first one is logged in unless the command line says otherwise
     QMap<QString, QString> traders;
     QVector<FundAccount> fundAccounts;
+    QVector<AlgoPermission> algoPermissions;
     QVector<Instrument> securities;
     int generatedSecurities = 0; ///< how many more are made up from the seed
 

@@ -73,9 +73,15 @@ QStringList JsonNode::texts(const QString &key)
 
 QVector<JsonNode> JsonNode::objects(const QString &key)
 {
-    const QJsonArray array = take(key, QJsonValue::Array, "an array").toArray();
-    if (array.isEmpty())
+    const QVector<JsonNode> nodes = objectsIfAny(key);
+    if (nodes.isEmpty())
         fail(key, QStringLiteral("must not be empty"));
+    return nodes;
+}
+
+QVector<JsonNode> JsonNode::objectsIfAny(const QString &key)
+{
+    const QJsonArray array = take(key, QJsonValue::Array, "an array").toArray();
     QVector<JsonNode> nodes;
     nodes.reserve(array.size());
     for (const QJsonValue &value : array)

@@ -32,6 +32,7 @@ public:
     qint64 wholeNumber(const QString &key, qint64 min, qint64 max);
     QStringList texts(const QString &key);         ///< at least one, none empty
     QVector<JsonNode> objects(const QString &key); ///< at least one
+    QVector<JsonNode> objectsIfAny(const QString &key);
 
     /// Call after the last key was read: a key that nobody asked for is an error, most likely a typing mistake.
     void finish() const;

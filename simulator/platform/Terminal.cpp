@@ -2,6 +2,7 @@
 
 #include "exchange/Listing.h"
 #include "services/KLineService.h"
+#include "services/PermissionService.h"
 
 #include <QtGlobal>
 
@@ -31,6 +32,7 @@ Terminal::Terminal(const Scenario &scenario, const Login &login, double speed)
     Q_ASSERT(!s_terminal);
     s_terminal = this;
     KLineService::install(*m_bus, m_exchange);
+    PermissionService::install(*m_bus, scenario);
 }
 
 Terminal::~Terminal()

@@ -15,6 +15,7 @@ const char kGood[] = R"({
     "fundAccounts": [
         {"account": "S1", "name": "一", "property": "stock", "tradingAccounts": ["A", "B"]},
         {"account": "F1", "name": "期", "property": "futures", "tradingAccounts": ["C"]}],
+    "algoPermissions": [{"fundAccount": "F1", "supportType": "X"}, {"fundAccount": "F1", "supportType": "Y"}],
     "securities": [{"symbol": "1.SH", "securityId": "1", "exchange": "SH", "name": "东", "spellCode": "D",
         "subType": "IndexFuture", "price": 3886.4, "tick": 0.2, "multiplier": 300, "dailyVolume": 1000,
         "listed": "2015-01-05"},
@@ -88,6 +89,12 @@ const Mistake kMistakes[] = {
     {"NoTradingAccount", "[\"C\"]", "[]", "fundAccounts[1].tradingAccounts: must not be empty"},
     {"TradingAccountNoText", "[\"C\"]", "[3]", "fundAccounts[1].tradingAccounts: must hold texts that are not empty"},
     {"TradingAccountTwice", "\"C\"", "\"A\"", "fundAccounts[1].tradingAccounts: \"A\" is there twice"},
+    {"PermissionOfAnUnknownFund", "\"fundAccount\": \"F1\"", "\"fundAccount\": \"F2\"",
+     "algoPermissions[0].fundAccount: \"F2\" is not one of the fund accounts"},
+    {"PermissionTwice", "\"Y\"", "\"X\"", "algoPermissions[1].fundAccount: \"F1\" has \"X\" twice"},
+    {"PermissionWithoutType", "\"supportType\": \"X\"", "\"supportType\": \"\"",
+     "algoPermissions[0].supportType: must not be empty"},
+    {"PermissionsMissing", "\"algoPermissions\"", "\"permissions\"", "algoPermissions: is missing"},
     {"SymbolTwice", "2.SH", "1.SH", "securities[1].symbol: \"1.SH\" is there twice"},
     {"CodeTwice", "\"securityId\": \"2\"", "\"securityId\": \"1\"", "securities[1].securityId: \"1\" is there twice"},
     {"UnknownSubType", "IndexFuture", "Future", "securities[0].subType: \"Future\" is not a known sub-type"},
@@ -132,6 +139,10 @@ TEST(Scenario, AGoodFileIsReadWhole)
     EXPECT_EQ(StockFund, scenario.fundAccounts[0].property);
     EXPECT_EQ(FuturesFund, scenario.fundAccounts[1].property);
     EXPECT_EQ(2, scenario.fundAccounts[0].tradingAccounts.size());
+    ASSERT_EQ(2, scenario.algoPermissions.size());
+    EXPECT_EQ(QStringLiteral("F1"), scenario.algoPermissions[0].fundAccount);
+    EXPECT_EQ(QStringLiteral("X"), scenario.algoPermissions[0].supportType);
+    EXPECT_EQ(QStringLiteral("Y"), scenario.algoPermissions[1].supportType);
     ASSERT_EQ(2, scenario.securities.size());
     EXPECT_EQ(SecurityKind::Future, scenario.securities[0].kind);
     EXPECT_EQ(50, scenario.securities[0].maxQty);
@@ -142,6 +153,16 @@ TEST(Scenario, AGoodFileIsReadWhole)
     EXPECT_EQ(101.235, scenario.securities[1].price);
     EXPECT_EQ(1.25, scenario.securities[1].interest);
     EXPECT_EQ(12, scenario.generatedSecurities);
+}
+
+TEST(Scenario, NobodyNeedsToHoldAPermission)
+{
+    QByteArray json(kGood);
+    const int from = json.indexOf("[{\"fundAccount\"");
+    json.replace(from, json.indexOf(']', from) - from, "[");
+    const Outcome outcome = read(json);
+    ASSERT_TRUE(outcome.ok) << qPrintable(outcome.wholeError);
+    EXPECT_TRUE(outcome.scenario.algoPermissions.isEmpty());
 }
 
 TEST(Scenario, TheBuiltInOneIsGood)

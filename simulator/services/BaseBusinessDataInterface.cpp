@@ -1,0 +1,18 @@
+#include "BaseBusinessDataInterface.h"
+
+#include "platform/Logging.h"
+
+Q_LOGGING_CATEGORY(terminalLog, "varnel.terminal")
+
+namespace {
+
+const QString kPermissionMenu = QStringLiteral("1210");
+
+} // namespace
+
+void BaseBusinessDataInterface::OpenMenuTabByMenuID(const QString &menuId)
+{
+    // The simulated terminal has no menus: whoever develops the page sees in the log that it was asked for one.
+    qCInfo(terminalLog, "the page opens menu %s%s", qUtf8Printable(menuId),
+           menuId == kPermissionMenu ? " (permissions)" : "");
+}
