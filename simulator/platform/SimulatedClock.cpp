@@ -1,6 +1,14 @@
 #include "platform/SimulatedClock.h"
 
+#include <cmath>
+
 namespace sim {
+
+namespace {
+
+constexpr double kHourMs = 60 * 60 * 1000;
+
+} // namespace
 
 SimulatedClock::SimulatedClock(const QDateTime &start, double speed) : m_start(start), m_speed(speed)
 {
@@ -10,6 +18,12 @@ SimulatedClock::SimulatedClock(const QDateTime &start, double speed) : m_start(s
 QDateTime SimulatedClock::now() const
 {
     return m_start.addMSecs(qint64(double(m_elapsed.elapsed()) * m_speed));
+}
+
+std::chrono::milliseconds SimulatedClock::realTimeUntil(const QDateTime &time) const
+{
+    const double wait = std::ceil(double(now().msecsTo(time)) / m_speed);
+    return std::chrono::milliseconds(qint64(qBound(0.0, wait, kHourMs)));
 }
 
 } // namespace sim

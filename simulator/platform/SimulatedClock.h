@@ -5,6 +5,8 @@
 
 #include <QElapsedTimer>
 
+#include <chrono>
+
 namespace sim {
 
 /// Exchange time that starts at a given moment and runs at a given multiple of real time.
@@ -14,6 +16,9 @@ public:
     SimulatedClock(const QDateTime &start, double speed);
 
     QDateTime now() const override;
+
+    /// How long to wait until it is that time, an hour at most; 0 when it is already.
+    std::chrono::milliseconds realTimeUntil(const QDateTime &time) const;
 
 private:
     const QDateTime m_start;

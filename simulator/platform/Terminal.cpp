@@ -3,6 +3,7 @@
 #include "exchange/Listing.h"
 #include "services/KLineService.h"
 #include "services/PermissionService.h"
+#include "services/QuoteTicks.h"
 
 #include <QtGlobal>
 
@@ -33,10 +34,13 @@ Terminal::Terminal(const Scenario &scenario, const Login &login, double speed)
     s_terminal = this;
     KLineService::install(*m_bus, m_exchange);
     PermissionService::install(*m_bus, scenario);
+    m_quoteFeed = std::make_unique<QuoteFeed>(
+        m_exchange, m_clock, [](const QDateTime &) {}, QuoteTicks::emitTick);
 }
 
 Terminal::~Terminal()
 {
+    m_quoteFeed->stop();
     m_bus->stop();
     s_terminal = nullptr;
 }

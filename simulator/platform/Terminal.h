@@ -4,6 +4,7 @@
 #include "books/TradingDesk.h"
 #include "exchange/Exchange.h"
 #include "platform/MessageBus.h"
+#include "platform/QuoteFeed.h"
 #include "platform/Scenario.h"
 #include "platform/SimulatedClock.h"
 #include "services/TradeEvents.h"
@@ -41,6 +42,7 @@ public:
     Prices latestPrices() const;
 
     const std::shared_ptr<MessageBus> &bus() const { return m_bus; }
+    QuoteFeed &quoteFeed() { return *m_quoteFeed; }
 
 private:
     Q_DISABLE_COPY(Terminal)
@@ -53,6 +55,7 @@ private:
     const std::shared_ptr<MessageBus> m_bus;
     TradeEvents m_tradeEvents;
     TradingDesk m_desk;
+    std::unique_ptr<QuoteFeed> m_quoteFeed; ///< runs from the end of the construction
 };
 
 } // namespace sim

@@ -2,6 +2,7 @@
 
 #include "platform/Terminal.h"
 #include "services/QuoteFields.h"
+#include "services/QuoteTicks.h"
 
 CommonQuotaHandler::CommonQuotaHandler(QObject *parent) : QObject(parent) {}
 
@@ -27,34 +28,44 @@ QVariantList qtysOf(const QVector<sim::QuoteLevel> &levels)
     return qtys;
 }
 
-/// The simulated exchange's quotes. Snapshots only: nothing is streamed, so a subscription is accepted and that is
-/// all that happens.
+QVariantMap fieldsOf(const sim::Quote &quote)
+{
+    return {
+        {QuoteFields::symbol, quote.symbol},
+        {QuoteFields::time, quote.time.toString(QStringLiteral("yyyyMMddHHmmss"))},
+        {QuoteFields::previousClose, quote.previousClose},
+        {QuoteFields::open, quote.open},
+        {QuoteFields::high, quote.high},
+        {QuoteFields::low, quote.low},
+        {QuoteFields::last, quote.last},
+        {QuoteFields::upperLimit, quote.upperLimit},
+        {QuoteFields::lowerLimit, quote.lowerLimit},
+        {QuoteFields::volume, quote.volume},
+        {QuoteFields::amount, quote.amount},
+        {QuoteFields::bidPrices, pricesOf(quote.bids)},
+        {QuoteFields::bidQtys, qtysOf(quote.bids)},
+        {QuoteFields::askPrices, pricesOf(quote.asks)},
+        {QuoteFields::askQtys, qtysOf(quote.asks)},
+    };
+}
+
+/// The simulated exchange's quotes. There is one level, of all five prices.
 class Quotes : public CommonQuotaHandler {
 public:
-    int SubscribeQuota(const QStringList &, bool, int) override { return kAccepted; }
+    int SubscribeQuota(const QStringList &symbols, bool subscribe, int) override
+    {
+        sim::QuoteFeed &feed = sim::Terminal::instance().quoteFeed();
+        if (subscribe)
+            feed.stream(symbols);
+        else
+            feed.stopStreaming(symbols);
+        return kAccepted;
+    }
 
-    QMap<QString, QVariant> GetQuotaSnapshot(const QString &symbol, int) override // there is one level: all five prices
+    QMap<QString, QVariant> GetQuotaSnapshot(const QString &symbol, int) override
     {
         const std::optional<sim::Quote> quote = sim::Terminal::instance().exchange().quote(symbol);
-        if (!quote)
-            return {};
-        return {
-            {QuoteFields::symbol, quote->symbol},
-            {QuoteFields::time, quote->time.toString(QStringLiteral("yyyyMMddHHmmss"))},
-            {QuoteFields::previousClose, quote->previousClose},
-            {QuoteFields::open, quote->open},
-            {QuoteFields::high, quote->high},
-            {QuoteFields::low, quote->low},
-            {QuoteFields::last, quote->last},
-            {QuoteFields::upperLimit, quote->upperLimit},
-            {QuoteFields::lowerLimit, quote->lowerLimit},
-            {QuoteFields::volume, quote->volume},
-            {QuoteFields::amount, quote->amount},
-            {QuoteFields::bidPrices, pricesOf(quote->bids)},
-            {QuoteFields::bidQtys, qtysOf(quote->bids)},
-            {QuoteFields::askPrices, pricesOf(quote->asks)},
-            {QuoteFields::askQtys, qtysOf(quote->asks)},
-        };
+        return quote ? fieldsOf(*quote) : QVariantMap();
     }
 
     int GetQtyUnit(const QString &symbol) override
@@ -71,4 +82,9 @@ CommonQuotaHandler *CommonQuotaHandler::instance()
     // Never destroyed: the library's singletons are connected to it until the very end of the process.
     static auto *const handler = new Quotes;
     return handler;
+}
+
+void sim::QuoteTicks::emitTick(const Quote &quote)
+{
+    emit CommonQuotaHandler::instance()->sigTickDataUpdate(quote.symbol, fieldsOf(quote));
 }

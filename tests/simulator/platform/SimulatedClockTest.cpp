@@ -23,3 +23,14 @@ TEST(SimulatedClock, StartsAtTheGivenMomentAndRunsAtTheGivenSpeed)
     EXPECT_GE(passed, least * kSpeed);
     EXPECT_LE(passed, most * kSpeed);
 }
+
+TEST(SimulatedClock, TellsHowLongToWaitInRealTime)
+{
+    const QDateTime start(QDate(2025, 3, 3), QTime(10, 0), Qt::UTC);
+    const SimulatedClock clock(start, 0.01);
+    const auto wait = clock.realTimeUntil(start.addSecs(3));
+    EXPECT_GT(wait, std::chrono::seconds(0));
+    EXPECT_LE(wait, std::chrono::seconds(300));
+    EXPECT_EQ(std::chrono::hours(1), clock.realTimeUntil(start.addDays(365)));
+    EXPECT_EQ(std::chrono::seconds(0), clock.realTimeUntil(start.addSecs(-1)));
+}

@@ -1,0 +1,112 @@
+#include "platform/QuoteFeed.h"
+
+#include "platform/SimulatedClock.h"
+
+namespace sim {
+
+namespace {
+
+/// However fast time runs, the processor gets this rest after each step.
+constexpr std::chrono::milliseconds kRest(20);
+
+} // namespace
+
+QuoteFeed::QuoteFeed(const Exchange &exchange, const SimulatedClock &clock, StepListener onStep, TickListener onTick)
+    : m_exchange(exchange)
+    , m_clock(clock)
+    , m_onStep(std::move(onStep))
+    , m_onTick(std::move(onTick))
+    , m_digested([this] {
+        const std::lock_guard lock(m_mutex);
+        m_undigested = false;
+        m_wake.notify_all();
+    })
+    , m_step(Exchange::stepAt(clock.now()))
+    , m_restsUntil(RealClock::now())
+{
+    m_thread = std::thread([this] { run(); });
+}
+
+QuoteFeed::~QuoteFeed()
+{
+    stop();
+}
+
+void QuoteFeed::stream(const QStringList &symbols)
+{
+    const std::lock_guard lock(m_mutex);
+    for (const QString &symbol : symbols) {
+        if (!m_exchange.instrument(symbol))
+            continue;
+        m_streamed.insert(symbol);
+        m_due.insert(symbol);
+    }
+    m_wake.notify_all();
+}
+
+void QuoteFeed::stopStreaming(const QStringList &symbols)
+{
+    const std::lock_guard lock(m_mutex);
+    for (const QString &symbol : symbols) {
+        m_streamed.erase(symbol);
+        m_due.erase(symbol);
+    }
+}
+
+void QuoteFeed::stop()
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        m_stopping = true;
+        m_wake.notify_all();
+    }
+    if (m_thread.joinable())
+        m_thread.join();
+}
+
+void QuoteFeed::run()
+{
+    std::unique_lock lock(m_mutex);
+    while (!m_stopping) {
+        const RealClock::time_point next = nextStep();
+        if (next <= RealClock::now())
+            tellStep(lock);
+        else if (!m_due.empty() && !m_undigested)
+            tellTicks(lock);
+        else
+            m_wake.wait_until(lock, next);
+    }
+}
+
+QuoteFeed::RealClock::time_point QuoteFeed::nextStep() const
+{
+    const RealClock::time_point due = RealClock::now() + m_clock.realTimeUntil(Exchange::timeOfStep(m_step + 1));
+    return std::max(due, m_restsUntil);
+}
+
+void QuoteFeed::tellStep(std::unique_lock<std::mutex> &lock)
+{
+    m_step = Exchange::stepAt(m_clock.now());
+    lock.unlock();
+    m_onStep(Exchange::timeOfStep(m_step));
+    lock.lock();
+    m_due = m_streamed;
+    m_restsUntil = RealClock::now() + kRest;
+}
+
+void QuoteFeed::tellTicks(std::unique_lock<std::mutex> &lock)
+{
+    std::set<QString> due;
+    due.swap(m_due);
+    m_undigested = true;
+    lock.unlock();
+    const QDateTime time = Exchange::timeOfStep(m_step);
+    for (const QString &symbol : due) {
+        if (const std::optional<Quote> quote = m_exchange.quote(symbol, time)) // none before its first day of trading
+            m_onTick(*quote);
+    }
+    m_digested.post();
+    lock.lock();
+}
+
+} // namespace sim
