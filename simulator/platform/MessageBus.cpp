@@ -18,6 +18,13 @@ constexpr int kMaxUndigested = 16;
 
 const QString kTerminalName = QStringLiteral("Terminal");
 
+QVariantMap rowOf(const QVariant &message)
+{
+    CUnPackMessageCommon unpack;
+    unpack.SetUnPackMsg(message, false);
+    return unpack.GetRowValue();
+}
+
 } // namespace
 
 MessageBus::MessageBus(std::chrono::microseconds latency) : m_latency(latency)
@@ -34,6 +41,12 @@ void MessageBus::serve(const QString &requestType, const QString &answerType, An
 {
     const std::lock_guard lock(m_mutex);
     m_services.insert(requestType, {answerType, std::move(answer)});
+}
+
+void MessageBus::listen(int eventId, Listener listener)
+{
+    const std::lock_guard lock(m_mutex);
+    m_listeners.insert(eventId, std::move(listener));
 }
 
 int MessageBus::join(QvPresenterClass *presenter, const QString &name, Wakeup *digested)
@@ -188,6 +201,11 @@ void MessageBus::runErrand(Errand errand, std::unique_lock<std::mutex> &lock)
         return;
     }
     const QVariant type = errand.event->Type();
+    if (const Listener listener = m_listeners.value(type.toInt())) {
+        lock.unlock();
+        listener(rowOf(errand.event->Msg()));
+        lock.lock();
+    }
     const QVector<int> pids = m_subscribers.value(type.toInt());
     for (const int pid : pids) {
         call(pid, lock, [&](const Presenter &presenter) {
@@ -239,9 +257,7 @@ QVariantList MessageBus::fetch(const CMessageCommon &request, std::unique_lock<s
 {
     const Answer answer = m_services.value(request.Type().toString()).answer;
     lock.unlock();
-    CUnPackMessageCommon unpack;
-    unpack.SetUnPackMsg(request.Msg(), false);
-    QVariantList list = answer(unpack.GetRowValue());
+    QVariantList list = answer(rowOf(request.Msg()));
     lock.lock();
     return list;
 }

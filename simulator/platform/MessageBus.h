@@ -34,11 +34,17 @@ public:
     /// Answers one kind of request from its fields. Called on the bus thread.
     using Answer = std::function<QVariantList(const QVariantMap &request)>;
 
+    /// Takes in one kind of event from its fields. Called on the bus thread.
+    using Listener = std::function<void(const QVariantMap &row)>;
+
     explicit MessageBus(std::chrono::microseconds latency);
     ~MessageBus();
 
     /// From now on requests of that type are answered by a message of answerType.
     void serve(const QString &requestType, const QString &answerType, Answer answer);
+
+    /// From now on the terminal itself takes in the events of that id, before their subscribers do.
+    void listen(int eventId, Listener listener);
 
     /// Gives the presenter its address. Behind each answer the bus posts digested, on which the presenter's thread
     /// calls digested().
@@ -114,6 +120,7 @@ private:
     std::condition_variable m_returned; ///< a call into a presenter has ended
     QHash<int, Presenter> m_presenters;
     QHash<QString, Service> m_services;
+    QHash<int, Listener> m_listeners;       ///< by event id
     QHash<int, QVector<int>> m_subscribers; ///< event id to addresses, in the order of subscription
     QHash<QString, int> m_eventIds;
     std::deque<Request> m_requests;

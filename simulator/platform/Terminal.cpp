@@ -29,13 +29,14 @@ Terminal::Terminal(const Scenario &scenario, const Login &login, double speed)
     , m_tradeEvents(*m_bus, m_accounts)
     , m_desk(m_accounts, scenario.start.toString(QStringLiteral("yyyyMMdd")), m_exchange, scenario.seed, scenario.start,
              [this](const DeskEvents &events) { m_tradeEvents.tell(events); })
+    , m_strategies(*m_bus, scenario)
 {
     Q_ASSERT(!s_terminal);
     s_terminal = this;
     KLineService::install(*m_bus, m_exchange);
     PermissionService::install(*m_bus, scenario);
     m_quoteFeed = std::make_unique<QuoteFeed>(
-        m_exchange, m_clock, [](const QDateTime &) {}, QuoteTicks::emitTick);
+        m_exchange, m_clock, [this](const QDateTime &time) { m_strategies.tellTime(time); }, QuoteTicks::emitTick);
 }
 
 Terminal::~Terminal()

@@ -7,6 +7,7 @@
 #include "platform/QuoteFeed.h"
 #include "platform/Scenario.h"
 #include "platform/SimulatedClock.h"
+#include "platform/StrategyPlatform.h"
 #include "services/TradeEvents.h"
 
 #include <memory>
@@ -55,6 +56,7 @@ private:
     const std::shared_ptr<MessageBus> m_bus;
     TradeEvents m_tradeEvents;
     TradingDesk m_desk;
+    StrategyPlatform m_strategies;
     std::unique_ptr<QuoteFeed> m_quoteFeed; ///< runs from the end of the construction
 };
 

@@ -269,6 +269,21 @@ TEST_F(MessageBusTest, ABurstOfAnnouncementsArrivesWholeAndEachThreadsInOrder)
     EXPECT_EQ(kEach, next[1]);
 }
 
+TEST_F(MessageBusTest, TheTerminalListensBeforeTheSubscribers)
+{
+    RowReader reader;
+    std::thread::id thread;
+    QVariantMap heard;
+    terminal.bus()->listen(kEvent, [&](const QVariantMap &row) {
+        thread = std::this_thread::get_id();
+        heard = row;
+        terminal.bus()->announce(kEvent + 1, {}); // it may use the bus
+    });
+    terminal.bus()->announce(kEvent, {{QStringLiteral("a"), 1}});
+    EXPECT_EQ(reader.await(1).value(0), heard);
+    EXPECT_NE(std::this_thread::get_id(), thread);
+}
+
 TEST_F(MessageBusTest, WhoHasLeftIsNotCalled)
 {
     Presenter publisher("publisher");
@@ -355,8 +370,8 @@ TEST_F(MessageBusTest, EventIdsAreGivenByName)
     MessageBus &bus = *terminal.bus();
     const int in = bus.eventId(QStringLiteral("in"));
     const int out = bus.eventId(QStringLiteral("out"));
-    EXPECT_EQ(0x40000, in);
-    EXPECT_EQ(0x40001, out);
+    EXPECT_GE(in, 0x40000); // the terminal has asked before
+    EXPECT_EQ(in + 1, out);
     EXPECT_EQ(in, bus.eventId(QStringLiteral("in")));
 }
 
