@@ -81,6 +81,10 @@ void DataThread::Data_getExecutionList_REQ(const QVariantList &args)        { an
 void DataThread::Data_getPositionList_REQ(const QVariantList &args)         { answer<CommaList, Text>                                 (ReplyEvent::Data_getPositionList,          args, &DataProcess::processPositionList); }
 void DataThread::Data_getAsset_REQ(const QVariantList &args)                { answer<Text>                                            (ReplyEvent::Data_getAsset,                 args, &DataProcess::processAsset); }
 void DataThread::Data_getTradableQty_REQ(const QVariantList &args)          { answer<Text, Text, Text, Text, Text, Text, Text>        (ReplyEvent::Data_getTradableQty,           args, &DataProcess::processTradableQty); }
+void DataThread::Data_getSetting_REQ(const QVariantList &args)              { answer<Text>                                            (ReplyEvent::Data_getSetting,               args, &DataProcess::processGetSetting); }
+void DataThread::Data_saveSetting_REQ(const QVariantList &args)             { answer<Text, Text>                                      (ReplyEvent::Data_saveSetting,              args, &DataProcess::processSaveSetting); }
+void DataThread::Data_getPermission_REQ(const QVariantList &args)           { answer<Text, Text>                                      (ReplyEvent::Data_getPermission,            args, &DataProcess::processGetPermission); }
+void DataThread::Data_openPermissionMenu_REQ(const QVariantList &args)      { answer<>                                                (ReplyEvent::Data_openPermissionMenu,       args, &DataProcess::processOpenPermissionMenu); }
 void DataThread::Data_getUpsDownsAnalysis_REQ(const QVariantList &args)     { answer<Text, Text, Text>                                (ReplyEvent::Data_getUpsDownsAnalysis,      args, &DataProcess::processUpsDowns); }
 void DataThread::Data_getOPStation_REQ(const QVariantList &args)            { answer<Text, Text>                                      (ReplyEvent::Data_getOPStation,             args, &DataProcess::processGetOPStation); }
 // clang-format on
@@ -90,7 +94,7 @@ void DataThread::Data_getKLineData_REQ(const QVariantList &args)
 {
     if (args.size() < 5)
         return;
-    const EMD_KLINE_PERIOD period = Text::read(args.at(4)) == KLine::periodOneFlag ? MinuteKLinePeriod : DayKLinePeriod;
+    const EMD_KLINE_PERIOD period = Text::read(args.at(4)) == Flag::one ? MinuteKLinePeriod : DayKLinePeriod;
     QString requestId;
     WebMsgCenter::instance()->asyncRequestKLineData(Text::read(args.at(1)), Text::read(args.at(2)),
                                                     Text::read(args.at(3)), period, requestId);

@@ -49,6 +49,10 @@ private:
     Q_INVOKABLE void Data_getPositionList_REQ(const QVariantList &args);
     Q_INVOKABLE void Data_getAsset_REQ(const QVariantList &args);
     Q_INVOKABLE void Data_getTradableQty_REQ(const QVariantList &args);
+    Q_INVOKABLE void Data_getSetting_REQ(const QVariantList &args);
+    Q_INVOKABLE void Data_saveSetting_REQ(const QVariantList &args);
+    Q_INVOKABLE void Data_getPermission_REQ(const QVariantList &args);
+    Q_INVOKABLE void Data_openPermissionMenu_REQ(const QVariantList &args);
     Q_INVOKABLE void Data_getUpsDownsAnalysis_REQ(const QVariantList &args);
     Q_INVOKABLE void Data_getKLineData_REQ(const QVariantList &args);
     Q_INVOKABLE void Data_getOPStation_REQ(const QVariantList &args);

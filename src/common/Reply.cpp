@@ -38,9 +38,15 @@ QVariantList Reply::toList(const QList<QVariantMap> &records)
     return list;
 }
 
+QCefEvent Reply::event(const QString &name, const QStringList &texts)
+{
+    QCefEvent event(name);
+    for (const QString &text : texts)
+        event.arguments().append(text);
+    return event;
+}
+
 void Reply::send(VarnelCefView *view, const QString &event, const QString &text)
 {
-    QCefEvent reply(event);
-    reply.arguments().append(text);
-    view->broadcastEvent(reply);
+    view->broadcastEvent(Reply::event(event, {text}));
 }

@@ -3,6 +3,9 @@
 #include "common/Logging.h"
 #include "common/WebConstants.h"
 
+#include "QCefEvent.h"
+
+#include <QStringList>
 #include <QVariantMap>
 
 class VarnelCefView;
@@ -25,6 +28,9 @@ QString textWithoutResult(const QString &uuid, QtMsgType level, const Operation 
 
 /// Records in the form in which a reply or push can carry them.
 QVariantList toList(const QList<QVariantMap> &records);
+
+/// An event whose arguments are the texts.
+QCefEvent event(const QString &name, const QStringList &texts);
 
 /// Broadcasts one event with one text argument on the view, which must not be null.
 void send(VarnelCefView *view, const QString &event, const QString &text);

@@ -194,6 +194,11 @@ inline const QString priceLimitType = QStringLiteral("priceLimitType");
 
 // Tradable quantity
 inline const QString qty = QStringLiteral("qty");
+
+// Strategies
+inline const QString strategyID = QStringLiteral("strategyID");
+inline const QString strategyStatus = QStringLiteral("strategyStatus");
+inline const QString extField = QStringLiteral("ExtField");
 } // namespace Key
 
 /// Columns of the host's report generators. Where column and page key are the same text, they are the
@@ -258,6 +263,11 @@ inline const QString filterConversionError = QStringLiteral("过滤条件参数�
 inline const QString queryFailed = QStringLiteral("query failed");
 } // namespace Message
 
+/// A page's choice between two: this text, or any other.
+namespace Flag {
+inline const QString one = QStringLiteral("1");
+} // namespace Flag
+
 /// The K-line request and its answer on the host bus.
 namespace KLine {
 inline const QString requestType = QStringLiteral("KLineRequest");
@@ -268,8 +278,6 @@ inline const QString stopTime = QStringLiteral("StopTime");
 /// Spelled with a small r: the quote service knows it so.
 inline const QString exRightsType = QStringLiteral("ExrightsType");
 inline const QString periodType = QStringLiteral("PeriodType");
-/// The page's flag for period 1; any other text means period 2.
-inline const QString periodOneFlag = QStringLiteral("1");
 } // namespace KLine
 
 /// The message center on the host bus, and its settings file.
@@ -279,5 +287,24 @@ inline const QString presenterName = QStringLiteral("WebWebMsgCenter");
 inline const QString settingsFolder = QStringLiteral("/work/");
 inline const QString settingsFile = QStringLiteral("/WebSettings.ini");
 } // namespace Center
+
+/// Requests to the strategy platform on the host bus.
+namespace Strategy {
+inline const QString filePath = QStringLiteral("FilePath");
+inline const QString language = QStringLiteral("Language");
+inline const QString fundAccountList = QStringLiteral("FundAccountList");
+using Key::extField;
+inline const QString subType = QStringLiteral("SubType");
+/// The calling view: the platform returns it with the answer.
+inline const QString panelPtr = QStringLiteral("panelPtr");
+using Key::uuid;
+} // namespace Strategy
+
+namespace Permission {
+inline const QString initState = QStringLiteral("SnbBindInit");
+/// Two support types in one text, meant: pages ask for it so.
+inline const QString bothSupportTypes = QStringLiteral("KFZ;SNB");
+inline const QString menu = QStringLiteral("1210");
+} // namespace Permission
 
 } // namespace WebConstants

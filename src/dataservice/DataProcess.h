@@ -126,6 +126,22 @@ public:
                                const QString &argument4, const QString &side, const QString &priceType,
                                const QString &argument7, const QString &argument8);
 
+    // Settings and permissions: none of these can fail as far as a page is told.
+
+    /// "resultData": the setting of the login account; empty when it was never saved.
+    QString processGetSetting(const QString &uuid, const QString &key);
+
+    /// Saves the setting. "resultData": always empty.
+    QString processSaveSetting(const QString &uuid, const QString &key, const QString &value);
+
+    /// "resultData": the number 1 when the fund account (group) may use the support type (item), else 0. May wait
+    /// for the host's server while no permissions have been loaded yet.
+    QString processGetPermission(const QString &uuid, const QString &group, const QString &item);
+
+    /// Opens the host's permission menu. "resultData": always empty; the reply confirms the request, not its
+    /// outcome.
+    QString processOpenPermissionMenu(const QString &uuid);
+
 private:
     DataProcess();
     void initOrderField();

@@ -3,6 +3,8 @@
 #include "common/Reply.h"
 #include "msgcenter/WebMsgCenter.h"
 
+#include "BaseBusinessDataInterface.h"
+
 using namespace WebConstants;
 
 QString DataProcess::processKLineData(const QString &uuid, const QString &symbol, const QString &startTime,
@@ -14,4 +16,29 @@ QString DataProcess::processKLineData(const QString &uuid, const QString &symbol
     // Meant: a request that failed still carries whatever bars came.
     return Reply::text(uuid, Reply::toList(bars), QtWarningMsg, VARNEL_OPERATION(DataProcess, processKLineData),
                        succeeded ? Code::success : Code::failure, succeeded ? QString() : Message::queryFailed);
+}
+
+QString DataProcess::processGetSetting(const QString &uuid, const QString &key)
+{
+    return Reply::text(uuid, WebMsgCenter::instance()->getSetting(key), QtDebugMsg,
+                       VARNEL_OPERATION(DataProcess, processGetSetting));
+}
+
+QString DataProcess::processSaveSetting(const QString &uuid, const QString &key, const QString &value)
+{
+    WebMsgCenter::instance()->saveSetting(key, value);
+    return Reply::text(uuid, QString(), QtDebugMsg, VARNEL_OPERATION(DataProcess, processSaveSetting));
+}
+
+QString DataProcess::processGetPermission(const QString &uuid, const QString &group, const QString &item)
+{
+    // Meant: a number, not a boolean.
+    const int isHeld = WebMsgCenter::instance()->getPermission(group, item) ? 1 : 0;
+    return Reply::text(uuid, isHeld, QtDebugMsg, VARNEL_OPERATION(DataProcess, processGetPermission));
+}
+
+QString DataProcess::processOpenPermissionMenu(const QString &uuid)
+{
+    BaseBusinessDataInterface::OpenMenuTabByMenuID(Permission::menu);
+    return Reply::text(uuid, QString(), QtDebugMsg, VARNEL_OPERATION(DataProcess, processOpenPermissionMenu));
 }

@@ -2,10 +2,10 @@
 
 #include "common/Logging.h"
 #include "common/WebConstants.h"
+#include "msgcenter/TradingEvents.h"
 
 #include "CBusinessDataBase.h"
-#include "Orlo_Keys.h"
-#include "VarnelBusinessDataInterface.h"
+#include "CommonQuotaHandler.h"
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -17,17 +17,6 @@ using namespace WebConstants;
 namespace {
 
 constexpr int refreshIntervalMs = 200;
-
-/// The host's trading events, in the order in which the message center subscribes to them.
-constexpr int tradingEventIds[] = {
-    0x300A0, // account assets
-    0x30003, // order
-    0x30005, // order
-    0x30004, // execution
-    0x30006, // execution
-    0x31002, // position
-    0x30001, // orders loaded
-};
 
 QTimer *makeRefreshTimer()
 {
@@ -49,6 +38,7 @@ WebMsgCenter *WebMsgCenter::instance()
 WebMsgCenter::WebMsgCenter(const QString &name, QObject *parent)
     : QvPresenterClass(name, parent, IMessageInterface::WebThreadType)
 {
+    publishRegistry();
     init();
 }
 
@@ -56,8 +46,15 @@ WebMsgCenter::~WebMsgCenter() = default;
 
 void WebMsgCenter::init()
 {
-    // Unregistered, the candles of an answer could not cross from the bus thread to a view's.
+    // Unregistered, the candles of an answer could not cross from the bus thread to a view's, and no method that takes
+    // a view could be called by name.
     qRegisterMetaType<QList<QVariantMap>>("QList<QVariantMap>");
+    qRegisterMetaType<VarnelCefView *>("VarnelCefView*");
+
+    // Quotes and events come on threads of the host; both connections carry them over to the owning thread.
+    connect(CommonQuotaHandler::instance(), &CommonQuotaHandler::sigTickDataUpdate, this,
+            &WebMsgCenter::slotTickDataUpdate, Qt::AutoConnection);
+    connect(this, &WebMsgCenter::signalParseEventMsg, this, &WebMsgCenter::slotParseEventMsg, Qt::AutoConnection);
 
     const QString path = QCoreApplication::applicationDirPath() + Center::settingsFolder +
                          CBusinessDataBase::GetInstance()->GetLoginAccount() + Center::settingsFile;
@@ -69,13 +66,15 @@ void WebMsgCenter::init()
 void WebMsgCenter::AsyncInit()
 {
     m_entrustTimer = makeRefreshTimer();
+    connect(m_entrustTimer, &QTimer::timeout, this, &WebMsgCenter::slotEntrustTimeout);
     m_executionTimer = makeRefreshTimer();
+    connect(m_executionTimer, &QTimer::timeout, this, &WebMsgCenter::slotExecutionTimeout);
 
-    for (const int id : tradingEventIds)
+    for (const int id : tradingEvents)
         SubEvent(pluginPid(), QVariant(id), 1);
-    const int strategyEventId =
-        VarnelBusinessDataInterface::GetOrloEventMsgIdByStr(Orlo_Keys::EventMsgName::VELOX_TRANS_MSG_OUT);
-    SubEvent(pluginPid(), QVariant(strategyEventId), 1);
+    SubEvent(pluginPid(), QVariant(strategyEventId()), 1);
+
+    initSnbPermission();
 }
 
 void WebMsgCenter::AsyncStartEntrustTimer()
@@ -91,12 +90,28 @@ void WebMsgCenter::AsyncStartExecutionTimer()
 void WebMsgCenter::reg(VarnelCefView *view)
 {
     m_viewList.append(view);
+    publishRegistry();
 }
 
 void WebMsgCenter::unReg(VarnelCefView *view)
 {
     qCDebug(lcWebSdk) << "WebMsgCenter::unReg" << static_cast<const void *>(view);
     m_viewList.removeAll(view);
+    publishRegistry();
+}
+
+void WebMsgCenter::publishRegistry()
+{
+    const auto published = std::make_shared<const ViewRegistry>(
+        ViewRegistry{m_viewList, QSet<VarnelCefView *>(m_viewList.cbegin(), m_viewList.cend())});
+    const std::lock_guard<std::mutex> lock(m_registryMutex);
+    m_registry = published;
+}
+
+std::shared_ptr<const WebMsgCenter::ViewRegistry> WebMsgCenter::registry() const
+{
+    const std::lock_guard<std::mutex> lock(m_registryMutex);
+    return m_registry;
 }
 
 QString WebMsgCenter::getSetting(const QString &key)

@@ -4,6 +4,7 @@
 
 #include "HostTypes.h"
 #include "QvPresenterClass.h"
+#include "VarnelCefView.h" // complete, so that its pointer is known to the meta-object system
 
 #include <QHash>
 #include <QList>
@@ -13,17 +14,21 @@
 #include <QStringList>
 #include <QThread>
 #include <QVariantMap>
+#include <QVector>
 
+#include <memory>
 #include <mutex>
 
 class QSettings;
 class QTimer;
-class VarnelCefView;
+struct Operation;
 
-/// The hub of the library on the host's message bus: view registry, settings and K-line requests.
+/// The hub of the library on the host's message bus: view registry, subscriptions and pushes, settings,
+/// permissions, K-line requests and strategy control.
 /// One for the process, made and initialised by the first instance(), destroyed at process exit.
 /// It lives on the thread of that first call, which is to be the user-interface thread; what may be called
-/// from elsewhere says so. It never owns a view.
+/// from elsewhere says so. It never owns a view, and never follows the pointer of one that is not registered, but for
+/// the view that a call is made with.
 class VARNEL_WEBSDK_API WebMsgCenter : public QvPresenterClass {
     Q_OBJECT
 public:
@@ -32,13 +37,33 @@ public:
     static WebMsgCenter *instance();
     ~WebMsgCenter() override;
 
-    /// Enters a view into the registry. Owning thread only. A view that is entered twice gets each push to
-    /// all views twice.
+    /// Enters a view, not null, into the registry: from now on it gets the pushes to all views. Owning thread only. A
+    /// view that is entered twice gets each of them twice, but ticks and strategy messages once.
     void reg(VarnelCefView *view);
 
     /// Removes every entry of the view; to be called before the view goes. Owning thread only. An unknown
-    /// pointer is harmless, and none is ever followed.
+    /// pointer is harmless, and none is ever followed. Subscriptions stay: unsubscribeAll clears them.
     void unReg(VarnelCefView *view);
+
+    // Subscriptions, for the view's page. Owning thread only. Each is answered on the view by one event that
+    // carries the uuid, and does nothing when the view is null.
+
+    /// Asks the host to stream the quotes of the symbols and pushes them to the view while it is registered. Symbols
+    /// are compared exactly as they are written.
+    void subscribe(VarnelCefView *view, const QString &uuid, const QStringList &symbols);
+
+    /// Ends the pushes of these symbols to this view; the host goes on streaming them.
+    void unsubscribe(VarnelCefView *view, const QString &uuid, const QStringList &symbols);
+
+    /// Ends all of them.
+    void unsubscribeAll(VarnelCefView *view, const QString &uuid);
+
+    /// The same without an answer, for a view that goes away. The pointer is not followed.
+    void unsubscribeAll(VarnelCefView *view);
+
+    /// Whether the fund account may use the support type; false for an unknown one of either. Any thread. While no
+    /// permissions have been loaded it asks the host's server first, and blocks until that answers.
+    bool getPermission(const QString &fundAccount, const QString &supportType);
 
     /// A setting of the login account; empty when it was never saved. Any thread.
     QString getSetting(const QString &key);
@@ -57,11 +82,36 @@ public:
     int syncRequestKLineData(const QString &symbol, const QString &startTime, const QString &stopTime,
                              EMD_KLINE_PERIOD period, QList<QVariantMap> &data);
 
+    /// For the bus: takes in the trading events and the strategy platform's, on any thread. Their pushes are made on
+    /// the owning thread, but the notice that the orders are loaded is broadcast before this returns: a registered
+    /// view must not go away while it is under way.
+    void ProcEventMsg(QString eventName, QVariant type, QVariant data) override;
+
     /// For the bus: takes in K-line answers, on any thread, and ignores everything else.
     void ProcQuotationMsg(QString name, QVariant type, QVariant data) override;
 
     /// For the bus: does nothing, because answers come through ProcQuotationMsg.
     void ProcAsyncCallBack(int id, QString name, QVariant type, QVariant data) override;
+
+    // Strategy control, for the page of the view: the page's arguments, uuid first. Each is passed on to the strategy
+    // platform over the bus, which takes a copy; with fewer arguments than it needs nothing happens. Owning thread
+    // only.
+
+    /// 1 file path, 2 language (integer), 3 fund accounts (comma list), 4 basic parameters, 5 extension. All needed.
+    Q_INVOKABLE void Vlx_startStrategy_REQ(const QList<QVariant> &arguments, VarnelCefView *panelPtr);
+
+    /// 1 strategy id, 2 extension. All needed.
+    Q_INVOKABLE void Vlx_stopStrategy_REQ(const QList<QVariant> &arguments, VarnelCefView *panelPtr);
+
+    /// 1 custom-message id, 2 "1" to get the messages of that id, anything else to get them no more. All needed. Never
+    /// answered.
+    Q_INVOKABLE void Vlx_subStrategyMsg_REQ(const QList<QVariant> &arguments, VarnelCefView *panelPtr);
+
+    /// 1 custom-message id, 2 message. All needed. Never answered.
+    Q_INVOKABLE void Vlx_sendCustomInfo_REQ(const QList<QVariant> &arguments, VarnelCefView *panelPtr);
+
+    /// 1 strategy id, 2 extension. All needed.
+    Q_INVOKABLE void Vlx_queryStrategyStatus_REQ(const QList<QVariant> &arguments, VarnelCefView *panelPtr);
 
     /// The second half of the initialisation.
     Q_INVOKABLE void AsyncInit();
@@ -78,14 +128,65 @@ signals:
     /// on which the bus delivered it.
     void signalKLineDataRcv(const QString &clientMsgID, const QList<QVariantMap> &dataList);
 
+    /// An event that was taken in, on its way to the owning thread.
+    void signalParseEventMsg(const QVariant &type, const QVariantMap &dataMap);
+
+private slots:
+    void slotTickDataUpdate(const QString &symbol, const QVariantMap &data);
+    void slotEntrustTimeout();
+    void slotExecutionTimeout();
+    void slotParseEventMsg(const QVariant &type, const QVariantMap &dataMap);
+
 private:
+    /// The registered views at one moment. Never changed once it is published.
+    struct ViewRegistry {
+        QList<VarnelCefView *> views;
+        QSet<VarnelCefView *> lookup; ///< the same without doubles
+
+        bool contains(VarnelCefView *view) const { return lookup.contains(view); }
+    };
+
+    /// One of the two batches, by its members.
+    struct Batch {
+        QHash<QString, QVariantMap> &cache;
+        QStringList &order;
+        std::mutex &mutex;
+        QTimer *timer;
+    };
+
+    /// Fields of a message, in the order in which they are packed.
+    using Fields = QVector<QPair<QString, QVariant>>;
+
     WebMsgCenter(const QString &name, QObject *parent);
     void init();
+    void initSnbPermission();
+
+    void publishRegistry();
+    std::shared_ptr<const ViewRegistry> registry() const; // any thread
+    void pushToAll(const QString &event, const QStringList &texts) const;
+
+    void pushAsset(const QVariantMap &dataMap);
+    Batch entrustBatch();
+    Batch executionBatch();
+    static void collect(const Batch &batch, const QString &id, const QVariantMap &record);
+    void flush(const Batch &batch, const QString &event, const char *operation);
+
+    void sendToStrategyPlatform(const QString &subEvent, const Fields &fields, const QVariantList &arguments,
+                                VarnelCefView *view);
+    void parseStrategyEvent(const QVariantMap &dataMap);
+    void parseVlxStartResponse(const QVariantMap &dataMap);
+    void parseVlxStopResponse(const QVariantMap &dataMap);
+    void parseVlxQueryStatusResponse(const QVariantMap &dataMap);
+    void parseVlxRcvCustomMsg(const QVariantMap &dataMap);
+    void parseVlxRcvStrategyStatusUpdate(const QVariantMap &dataMap);
+    void answerStrategyCall(const QVariantMap &dataMap, const QString &replyEvent, const Operation &operation) const;
 
     QMap<VarnelCefView *, QSet<QString>> m_subscribeMap; ///< guarded by m_subscribeMutex
     std::mutex m_subscribeMutex;
 
-    QList<VarnelCefView *> m_viewList; ///< owning thread only; in order of registration, doubles possible
+    QList<VarnelCefView *> m_viewList;              ///< owning thread only; in order of registration, doubles possible
+    std::shared_ptr<const ViewRegistry> m_registry; ///< what m_viewList is, for reading; guarded by m_registryMutex
+    mutable std::mutex m_registryMutex;
 
     QThread m_workThread; ///< never started: part of the object's layout
 

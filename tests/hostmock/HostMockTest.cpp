@@ -1,5 +1,7 @@
 // The mock itself: calls, starts and messages.
 
+#include "Algo_Fields.h"
+#include "Algo_Values.h"
 #include "BusinessDataInterface.h"
 #include "CBusinessDataBase.h"
 #include "CPackMessageCommon.h"
@@ -10,7 +12,9 @@
 #include "QvPresenterClass.h"
 #include "Tessar_Fields.h"
 #include "VarnelBusinessDataInterface.h"
+#include "VarnelInitStateMgr.h"
 #include "VarnelUtils.h"
+#include "Varnel_MsgType.h"
 
 #include <gtest/gtest-spi.h>
 #include <vector>
@@ -29,6 +33,22 @@ public:
 
 const std::vector<int> subscriptions{0x300A0, 0x30003, 0x30005, 0x30004, 0x30006, 0x31002, 0x30001};
 
+/// The calls that expectPermissionLoad() describes, for a login that there is.
+QList<QVariantMap> loadPermissions(QvPresenterClass &presenter)
+{
+    const QString key = QStringLiteral("SnbBindInit");
+    if (!VarnelInitStateMgr::instance()->StartInit(key))
+        return {};
+    const QVariantMap conditions{
+        {Tessar_Fields::UserAccount::userID, CBusinessDataBase::GetInstance()->GetLoginAccount()},
+        {Algo_Fields::VarnelStrategy::supportType, Algo_Values::SupprotType::KFZ_SNB}};
+    QString error;
+    const QList<QVariantMap> records = VarnelUtils::QueryDatasFromServer(
+        &presenter, Varnel_MsgType::QueryAlgoPermissionsByConditionRequest, conditions, BlockingQueryDataMode, error);
+    VarnelInitStateMgr::instance()->FinishInit(key, error.isEmpty(), true);
+    return records;
+}
+
 /// The calls that expectStart() describes.
 void start(QvPresenterClass &presenter, const std::vector<int> &eventIds = subscriptions)
 {
@@ -39,6 +59,7 @@ void start(QvPresenterClass &presenter, const std::vector<int> &eventIds = subsc
         presenter.SubEvent(pid, id, 1);
     presenter.SubEvent(
         pid, VarnelBusinessDataInterface::GetOrloEventMsgIdByStr(Orlo_Keys::EventMsgName::VELOX_TRANS_MSG_OUT), 1);
+    loadPermissions(presenter);
 }
 
 CMessageCommon *newRequest(CPackMessageCommon &body)
@@ -135,6 +156,38 @@ TEST_F(HostMockTest, StartVariationsReachTheCaller)
     testing::TestPartResultArray missingSubscriptions;
     const testing::ScopedFakeTestPartResultReporter interceptor(&missingSubscriptions);
     testing::Mock::VerifyAndClearExpectations(&host);
+}
+
+TEST_F(HostMockTest, LoadOfPermissionsAnswersAndFailsAsItIsTold)
+{
+    Presenter presenter;
+    HostStart load;
+    load.permissions = {{{QStringLiteral("k"), 1}}};
+    expectPermissionLoad(load);
+    EXPECT_EQ(loadPermissions(presenter), load.permissions);
+
+    load.permissionError = QStringLiteral("系统忙");
+    expectPermissionLoad(load);
+    loadPermissions(presenter);
+
+    load.permissionLoadIsFree = false;
+    expectPermissionLoad(load);
+    EXPECT_TRUE(loadPermissions(presenter).isEmpty());
+}
+
+TEST_F(HostMockTest, LoadOfPermissionsForAnotherUserFails)
+{
+    Presenter presenter;
+    HostStart load;
+    expectPermissionLoad(load);
+    EXPECT_CALL(host, CBusinessDataBase_GetLoginAccount()).WillRepeatedly(Return(QStringLiteral("somebody else")));
+    testing::TestPartResultArray failures;
+    {
+        const testing::ScopedFakeTestPartResultReporter interceptor(&failures);
+        loadPermissions(presenter);
+        testing::Mock::VerifyAndClearExpectations(&host);
+    }
+    EXPECT_GT(failures.size(), 0);
 }
 
 TEST_F(HostMockTest, PackedFieldsKeepTheirOrderAndTypes)

@@ -1,11 +1,22 @@
 #include "HostTest.h"
 
+#include "Algo_Fields.h"
+#include "Algo_Values.h"
 #include "Orlo_Keys.h"
 #include "RecordingView.h"
+#include "Tessar_Fields.h"
+#include "Varnel_MsgType.h"
 
+using testing::_;
 using testing::AtLeast;
 using testing::Return;
 using testing::Sequence;
+
+namespace {
+
+const QString permissionKey = QStringLiteral("SnbBindInit");
+
+} // namespace
 
 HostTest::HostTest() : m_messagesBefore(messagesAlive())
 {
@@ -40,4 +51,41 @@ void HostTest::expectStart(const HostStart &start)
         .RetiresOnSaturation();
     EXPECT_CALL(host, QvPresenterClass_SubEvent(start.pid, Identical(QVariant(start.strategyOutEventId)), 1))
         .InSequence(order, strategyEventIsKnown);
+    expectPermissionLoad(start, order);
+}
+
+void HostTest::expectPermissionLoad(const HostStart &start, const Sequence &order)
+{
+    EXPECT_CALL(host, VarnelInitStateMgr_StartInit(permissionKey))
+        .InSequence(order)
+        .WillOnce(Return(start.permissionLoadIsFree))
+        .RetiresOnSaturation();
+    if (!start.permissionLoadIsFree)
+        return;
+    EXPECT_CALL(host, CBusinessDataBase_GetLoginAccount())
+        .InSequence(order)
+        .WillOnce(Return(start.loginAccount))
+        .RetiresOnSaturation();
+    if (!start.loginAccount.isEmpty()) {
+        const QVariantMap conditions{
+            {Tessar_Fields::UserAccount::userID, start.loginAccount},
+            {Algo_Fields::VarnelStrategy::supportType, Algo_Values::SupprotType::KFZ_SNB},
+        };
+        EXPECT_CALL(host, VarnelUtils_QueryDatasFromServer(_, Varnel_MsgType::QueryAlgoPermissionsByConditionRequest,
+                                                           Identical(conditions), BlockingQueryDataMode,
+                                                           testing::Eq(QString())))
+            .InSequence(order)
+            .WillOnce([start](const QvPresenterClass *presenter, const QString &, const QVariantMap &, QueryDataMode,
+                              QString &error) {
+                EXPECT_EQ(presenter, HostBus::presenter().presenter);
+                error = start.permissionError;
+                return start.permissions;
+            })
+            .RetiresOnSaturation();
+    }
+    const bool succeeds = !start.loginAccount.isEmpty() && start.permissionError.isEmpty();
+    EXPECT_CALL(host, VarnelInitStateMgr_FinishInit(permissionKey, succeeds, true))
+        .InSequence(order)
+        .WillOnce(Return(true))
+        .RetiresOnSaturation();
 }

@@ -1,0 +1,130 @@
+#include "msgcenter/WebMsgCenter.h"
+
+#include "common/Logging.h"
+#include "common/WebConstants.h"
+#include "dataservice/DataProcess.h"
+#include "msgcenter/TradingEvents.h"
+
+#include "CUnPackMessageCommon.h"
+#include "Orlo_Keys.h"
+#include "Tessar_Fields.h"
+#include "VarnelBusinessDataInterface.h"
+
+#include <QDebug>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QTimer>
+
+#include <algorithm>
+
+using namespace WebConstants;
+
+int strategyEventId()
+{
+    return VarnelBusinessDataInterface::GetOrloEventMsgIdByStr(Orlo_Keys::EventMsgName::VELOX_TRANS_MSG_OUT);
+}
+
+// Intake, on the bus thread: of the object's state only the published registry may be read.
+void WebMsgCenter::ProcEventMsg(QString eventName, QVariant type, QVariant data)
+{
+    Q_UNUSED(eventName)
+    const int id = type.toInt();
+    const std::shared_ptr<const ViewRegistry> registered = registry();
+    qCDebug(lcWebSdk) << "WebMsgCenter::ProcEventMsg" << registered->views.size() << id;
+    if (std::find(std::begin(tradingEvents), std::end(tradingEvents), id) == std::end(tradingEvents) &&
+        id != strategyEventId())
+        return;
+    if (registered->views.isEmpty()) {
+        qCDebug(lcWebSdk) << "WebMsgCenter::ProcEventMsg"
+                          << "object empty";
+        return;
+    }
+    if (id == OrdersLoadedEvent) {
+        // Meant: straight from the bus thread, and without an argument.
+        pushToAll(Push::orderLoaded, {});
+        return;
+    }
+    CUnPackMessageCommon unpack;
+    unpack.SetUnPackMsg(data, false);
+    emit signalParseEventMsg(type, unpack.GetRowValue());
+}
+
+void WebMsgCenter::slotParseEventMsg(const QVariant &type, const QVariantMap &dataMap)
+{
+    const int id = type.toInt();
+    switch (id) {
+    case AssetEvent:
+        return pushAsset(dataMap);
+    case EntrustEvent:
+    case EntrustChangedEvent:
+        return collect(entrustBatch(), dataMap.value(Tessar_Fields::Security::orderID).toString(),
+                       DataProcess::instance()->packageEntrustOrderMsg(dataMap));
+    case ExecutionEvent:
+    case ExecutionChangedEvent:
+        return collect(executionBatch(), dataMap.value(Tessar_Fields::Security::execID).toString(),
+                       DataProcess::instance()->packageExecutionOrderMsg(dataMap));
+    case PositionEvent:
+        return pushToAll(Push::positionUpdate, {DataProcess::instance()->getPositionMsg(dataMap)});
+    default:
+        if (id == strategyEventId())
+            parseStrategyEvent(dataMap);
+    }
+}
+
+void WebMsgCenter::pushAsset(const QVariantMap &dataMap)
+{
+    const QString tradingAccount = dataMap.value(Tessar_Fields::UserAccount::tradingAccount).toString();
+    const QList<tagUserAccountInfo> accounts =
+        VarnelBusinessDataInterface::GetAccountInfoListFromTrade(tradingAccount, true);
+    // Meant: an account that the host does not know is pushed too, as the empty text.
+    pushToAll(Push::assetUpdate,
+              {accounts.isEmpty() ? QString() : DataProcess::instance()->getAssetMsg(accounts.first().fundAccount)});
+}
+
+WebMsgCenter::Batch WebMsgCenter::entrustBatch()
+{
+    return {m_entrustCache, m_entrustOrder, m_entrustMutex, m_entrustTimer};
+}
+
+WebMsgCenter::Batch WebMsgCenter::executionBatch()
+{
+    return {m_executionCache, m_executionOrder, m_executionMutex, m_executionTimer};
+}
+
+void WebMsgCenter::collect(const Batch &batch, const QString &id, const QVariantMap &record)
+{
+    {
+        const std::lock_guard<std::mutex> lock(batch.mutex);
+        if (!batch.cache.contains(id)) // the same as the order, but without a search
+            batch.order.append(id);
+        batch.cache.insert(id, record);
+    }
+    if (!batch.timer->isActive()) // a running window is not extended
+        batch.timer->start();
+}
+
+void WebMsgCenter::flush(const Batch &batch, const QString &event, const char *operation)
+{
+    QVariantList records;
+    {
+        const std::lock_guard<std::mutex> lock(batch.mutex);
+        qCDebug(lcWebSdk) << operation << batch.order.size() << batch.cache.size();
+        records.reserve(batch.order.size());
+        for (const QString &id : qAsConst(batch.order))
+            records.append(batch.cache.value(id));
+        batch.cache.clear();
+        batch.order.clear();
+    }
+    const QJsonDocument document(QJsonArray::fromVariantList(records));
+    pushToAll(event, {QString::fromUtf8(document.toJson(QJsonDocument::Compact))});
+}
+
+void WebMsgCenter::slotEntrustTimeout()
+{
+    flush(entrustBatch(), Push::entrustUpdate, "WebMsgCenter::slotEntrustTimeout");
+}
+
+void WebMsgCenter::slotExecutionTimeout()
+{
+    flush(executionBatch(), Push::executionUpdate, "WebMsgCenter::slotExecutionTimeout");
+}
