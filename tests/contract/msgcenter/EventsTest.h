@@ -1,0 +1,39 @@
+#pragma once
+
+#include "CenterTest.h"
+
+#include "HostAnswers.h"
+
+#include "Orlo_Keys.h"
+#include "Tessar_Fields.h"
+
+/// The host's ids of its trading events.
+enum TradingEvent {
+    assetEvent = 0x300A0,
+    orderEvent = 0x30003,
+    changedOrderEvent = 0x30005,
+    executionEvent = 0x30004,
+    strategyExecutionEvent = 0x30006,
+    positionEvent = 0x31002,
+    ordersLoadedEvent = 0x30001
+};
+
+/// Base of the tests of what the bus delivers; one view is registered.
+class EventsTest : public CenterTest {
+protected:
+    EventsTest() { center->reg(&view); }
+
+    /// The id of strategy events is asked for so often; for no other event may it be.
+    void expectStrategyIdAsked(int times)
+    {
+        EXPECT_CALL(host,
+                    VarnelBusinessDataInterface_GetOrloEventMsgIdByStr(Orlo_Keys::EventMsgName::VELOX_TRANS_MSG_OUT))
+            .Times(times)
+            .WillRepeatedly(testing::Return(start.strategyOutEventId))
+            .RetiresOnSaturation();
+    }
+
+    QString intakeLine(int views, int type) const { return logText("WebMsgCenter::ProcEventMsg", views, type); }
+
+    RecordingView view;
+};
