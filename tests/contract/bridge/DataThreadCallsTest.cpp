@@ -1,10 +1,14 @@
 #include "DispatcherTest.h"
 
 #include "HostAnswers.h"
+#include "OwnAccount.h"
 #include "Replies.h"
 
+#include "Algo_Fields.h"
+#include "Algo_Values.h"
 #include "SearchConstants.h"
 #include "Tessar_Fields.h"
+#include "Varnel_Fields.h"
 
 using testing::_;
 using testing::InSequence;
@@ -15,8 +19,20 @@ namespace {
 using namespace Tessar_Fields;
 
 /// Each call of a page: how its arguments are read, and that its answer becomes its event.
-class DataThreadCallsTest : public DispatcherTest {
+class DataThreadCallsTest : private OwnAccount, public DispatcherTest {
 protected:
+    DataThreadCallsTest() : DispatcherTest(startOf(name)) {}
+
+    /// The fund account "7" may use the aliased support type.
+    static HostStart startOf(const QString &account)
+    {
+        HostStart start;
+        start.loginAccount = account;
+        start.permissions = {{{Varnel_Fields::FastFocus::fundAccount, u"7"_qs},
+                              {Algo_Fields::VarnelStrategy::supportType, Algo_Values::SupprotType::KFZ_SNB}}};
+        return start;
+    }
+
     /// Makes a call with these parameters behind the uuid "u1" and gives the text of its only event.
     QString answerTo(const char *method, const QVariantList &parameters)
     {
@@ -177,6 +193,36 @@ TEST_F(DataThreadCallsTest, TradableQuantityReadsSevenTextsInTheirOrder)
     });
     EXPECT_EQ(answerTo("Data_getTradableQty_REQ", {1, hostile, huge, true, u"five"_qs, 7.25, QVariant()}),
               successReply(uR"({"qty":"100"})"_qs));
+}
+
+TEST_F(DataThreadCallsTest, SettingsAreSavedAndReadAsTexts)
+{
+    EXPECT_EQ(answerTo("Data_getSetting_REQ", {u"number"_qs}), successReply(u"\"\""_qs));
+    for (const auto &reading : textReadings) {
+        const QString key = u"key of "_qs + reading.text;
+        EXPECT_EQ(answerTo("Data_saveSetting_REQ", {key, reading.sent}), successReply(u"\"\""_qs));
+        EXPECT_EQ(answerTo("Data_getSetting_REQ", {key}), successReply(u'"' + reading.text + u'"'));
+    }
+    EXPECT_EQ(answerTo("Data_saveSetting_REQ", {7, u"seven"_qs, u"surplus"_qs}), successReply(u"\"\""_qs));
+    EXPECT_EQ(answerTo("Data_getSetting_REQ", {u"7"_qs}), successReply(u"\"seven\""_qs));
+}
+
+TEST_F(DataThreadCallsTest, PermissionReadsFundAccountAndSupportType)
+{
+    EXPECT_CALL(host, VarnelInitStateMgr_IsInited(_)).WillRepeatedly(Return(true));
+    EXPECT_EQ(answerTo("Data_getPermission_REQ", {7, u"KFZ;SNB"_qs}), successReply(u"1"_qs));
+    EXPECT_EQ(answerTo("Data_getPermission_REQ", {u"7"_qs, u"KFZ;SNB"_qs, u"surplus"_qs}), successReply(u"1"_qs));
+    EXPECT_EQ(answerTo("Data_getPermission_REQ", {u"KFZ;SNB"_qs, 7}), successReply(u"0"_qs));
+    EXPECT_EQ(answerTo("Data_getPermission_REQ", {QVariant(), QVariantMap()}), successReply(u"0"_qs));
+    EXPECT_EQ(answerTo("Data_getPermission_REQ", {hostile, hostile}), successReply(u"0"_qs));
+}
+
+TEST_F(DataThreadCallsTest, PermissionMenuIsOpenedBeforeTheReply)
+{
+    EXPECT_CALL(host, BaseBusinessDataInterface_OpenMenuTabByMenuID(u"1210"_qs)).WillOnce([this] {
+        EXPECT_TRUE(view.events().isEmpty());
+    });
+    EXPECT_EQ(answerTo("Data_openPermissionMenu_REQ", {u"9999"_qs}), successReply(u"\"\""_qs));
 }
 
 TEST_F(DataThreadCallsTest, RiseAndFallIsTheEmptyTextWhateverIsAsked)

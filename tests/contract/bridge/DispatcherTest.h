@@ -12,9 +12,9 @@
 /// Base of the tests of the data dispatcher of one view.
 class DispatcherTest : public HostTest {
 protected:
-    DispatcherTest()
+    explicit DispatcherTest(const HostStart &start = {})
     {
-        expectStart();
+        expectStart(start);
         dispatcher = new DataThread(&view);
     }
 

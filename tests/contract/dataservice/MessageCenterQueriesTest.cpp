@@ -1,6 +1,11 @@
 #include "DataServiceTest.h"
 
+#include "OwnAccount.h"
 #include "msgcenter/KLineMessages.h"
+
+#include "Algo_Fields.h"
+#include "Algo_Values.h"
+#include "Varnel_Fields.h"
 
 using testing::_;
 using testing::DoAll;
@@ -14,7 +19,17 @@ protected:
     MessageCenterQueriesTest()
     {
         start.dataDispatchers = 0;
+        start.loginAccount = account.name;
+        start.permissions = {{{Varnel_Fields::FastFocus::fundAccount, u"f1"_qs},
+                              {Algo_Fields::VarnelStrategy::supportType, Algo_Values::SupprotType::KFZ_SNB}}};
         expectStart(start);
+    }
+
+    /// Asks for a permission when the host says that they have been loaded.
+    QString permission(const QString &fundAccount, const QString &supportType)
+    {
+        EXPECT_CALL(host, VarnelInitStateMgr_IsInited(u"SnbBindInit"_qs)).WillOnce(Return(true)).RetiresOnSaturation();
+        return process->processGetPermission(u"u1"_qs, fundAccount, supportType);
     }
 
     /// Asks for minute candles while the bus answers so.
@@ -25,6 +40,7 @@ protected:
         return process->processKLineData(u"u1"_qs, kLineSymbol, kLineFrom, kLineTo, MinuteKLinePeriod);
     }
 
+    const OwnAccount account;
     HostStart start;
 };
 
@@ -59,6 +75,48 @@ TEST_F(MessageCenterQueriesTest, PeriodIsPassedThroughWhateverItIs)
         EXPECT_EQ(process->processKLineData(u"u1"_qs, kLineSymbol, kLineFrom, kLineTo, EMD_KLINE_PERIOD(period)),
                   successReply(u"[]"_qs));
     }
+}
+
+TEST_F(MessageCenterQueriesTest, SettingThatWasNeverSavedIsTheEmptyText)
+{
+    EXPECT_EQ(process->processGetSetting(u"u1"_qs, u"never"_qs), successReply(u"\"\""_qs));
+    EXPECT_TRUE(log.lines().isEmpty());
+    EXPECT_EQ(process->processGetSetting(u"u1"_qs, QString()), successReply(u"\"\""_qs)); // Qt says that it is empty
+}
+
+TEST_F(MessageCenterQueriesTest, SettingIsReadAsItWasSaved)
+{
+    EXPECT_EQ(process->processSaveSetting(u"u1"_qs, u"k"_qs, u"first"_qs), successReply(u"\"\""_qs));
+    EXPECT_EQ(process->processSaveSetting(u"u1"_qs, u"k"_qs, u"值\"\n{}"_qs), successReply(u"\"\""_qs));
+    EXPECT_EQ(process->processGetSetting(u"u1"_qs, u"k"_qs), successReply(uR"("值\"\n{}")"_qs));
+    EXPECT_EQ(process->processGetSetting(u"u1"_qs, u"K"_qs), successReply(u"\"\""_qs));
+    EXPECT_TRUE(log.lines().isEmpty());
+}
+
+TEST_F(MessageCenterQueriesTest, SavingIsASuccessAlsoWhenNothingCouldBeSaved)
+{
+    EXPECT_EQ(process->processSaveSetting(u"u1"_qs, QString(), u"v"_qs), successReply(u"\"\""_qs));
+    EXPECT_EQ(process->processGetSetting(u"u1"_qs, QString()), successReply(u"\"\""_qs));
+}
+
+TEST_F(MessageCenterQueriesTest, PermissionIsANumberAndNoBoolean)
+{
+    EXPECT_EQ(permission(u"f1"_qs, u"KFZ;SNB"_qs), successReply(u"1"_qs));
+    EXPECT_EQ(permission(u"f1"_qs, u"unknown"_qs), successReply(u"0"_qs));
+    EXPECT_EQ(permission(u"unknown"_qs, u"KFZ;SNB"_qs), successReply(u"0"_qs));
+    EXPECT_EQ(permission(u"KFZ;SNB"_qs, u"f1"_qs), successReply(u"0"_qs)); // fund account first
+    EXPECT_EQ(permission(QString(), QString()), successReply(u"0"_qs));
+    EXPECT_TRUE(log.lines().isEmpty());
+}
+
+TEST_F(MessageCenterQueriesTest, PermissionMenuIsOpenedWhateverThePageSays)
+{
+    EXPECT_CALL(host, BaseBusinessDataInterface_OpenMenuTabByMenuID(u"1210"_qs)).Times(2);
+    EXPECT_EQ(process->processOpenPermissionMenu(u"u1"_qs), successReply(u"\"\""_qs));
+    EXPECT_EQ(process->processOpenPermissionMenu(QString()), successReply(u"\"\""_qs, QString()));
+    EXPECT_TRUE(log.lines().isEmpty());
+    // Nothing of this needs the message center; it is started for the fixture's expectations.
+    EXPECT_EQ(process->processGetSetting(u"u1"_qs, u"k"_qs), successReply(u"\"\""_qs));
 }
 
 } // namespace

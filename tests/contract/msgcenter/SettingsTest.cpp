@@ -1,13 +1,13 @@
 #include "msgcenter/WebMsgCenter.h"
 
 #include "HostTest.h"
+#include "OwnAccount.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QSettings>
-#include <QUuid>
 
 #include <atomic>
 #include <thread>
@@ -23,12 +23,7 @@ protected:
         start.loginAccount = account;
     }
 
-    ~SettingsTest() override { QDir(folder(account)).removeRecursively(); }
-
-    static QString folder(const QString &account)
-    {
-        return QCoreApplication::applicationDirPath() + QStringLiteral("/work/") + account;
-    }
+    static QString folder(const QString &account) { return OwnAccount::folderOf(account); }
 
     /// What another run prints for the account, or what it says when it fails.
     static QString otherRun(const QString &account, const QStringList &arguments)
@@ -52,7 +47,8 @@ protected:
     /// Writes what is pending, as the event loop does when it next turns.
     static void writeBack() { QCoreApplication::processEvents(); }
 
-    const QString account = QStringLiteral("账户-") + QUuid::createUuid().toString(QUuid::WithoutBraces);
+    const OwnAccount ownAccount;
+    const QString account = ownAccount.name;
     HostStart start;
     bool started = false;
 };
