@@ -195,6 +195,10 @@ inline const QString priceLimitType = QStringLiteral("priceLimitType");
 // Tradable quantity
 inline const QString qty = QStringLiteral("qty");
 
+// Order entry. Meant: "orderID" here, "orderId" in records and in the answer to a cancellation.
+inline const QString orderID = QStringLiteral("orderID");
+inline const QString orderSide = QStringLiteral("orderSide");
+
 // Strategies
 inline const QString strategyID = QStringLiteral("strategyID");
 inline const QString strategyStatus = QStringLiteral("strategyStatus");
@@ -259,6 +263,7 @@ inline const QString failure = QStringLiteral("-1");
 /// Fixed texts of "msg" and of log lines.
 namespace Message {
 inline const QString argumentConversionError = QStringLiteral("参数转换错误");
+inline const QString accountError = QStringLiteral("资产账号获取错误");
 inline const QString filterConversionError = QStringLiteral("过滤条件参数转换错误");
 inline const QString queryFailed = QStringLiteral("query failed");
 } // namespace Message
@@ -300,6 +305,13 @@ inline const QString panelPtr = QStringLiteral("panelPtr");
 using Key::uuid;
 } // namespace Strategy
 
+/// Requests to the host's trade logic.
+namespace Trade {
+/// Who asks for a cancellation.
+inline const QString caller = QStringLiteral("WEB");
+} // namespace Trade
+
+/// Permissions, which are loaded once and asked for by pages.
 namespace Permission {
 inline const QString initState = QStringLiteral("SnbBindInit");
 /// Two support types in one text, meant: pages ask for it so.
