@@ -4,7 +4,6 @@
 #include "Varnel_Values.h"
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 
