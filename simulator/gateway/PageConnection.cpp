@@ -2,7 +2,9 @@
 
 #include "gateway/LingeringClose.h"
 #include "gateway/Logging.h"
+#include "gateway/MessageCenterCalls.h"
 #include "msgcenter/WebMsgCenter.h"
+#include "platform/Terminal.h"
 #include "services/QCefViewAccess.h"
 
 #include <QJsonArray>
@@ -15,11 +17,14 @@ namespace sim {
 
 struct PageConnection::Route {
     QLatin1String prefix;
-    void (PageConnection::*call)(const QString &method, const QVariantList &args);
+    bool (PageConnection::*call)(const QString &method, const QVariantList &args); ///< false: nobody handles it
 };
 
 const PageConnection::Route PageConnection::kRoutes[] = {
     {QLatin1String("Data_"), &PageConnection::callData},
+    {QLatin1String("Sub_"), &PageConnection::callMessageCenter},
+    {QLatin1String("UnSub_"), &PageConnection::callMessageCenter},
+    {QLatin1String("Vlx_"), &PageConnection::callMessageCenter},
 };
 
 PageConnection::PageConnection(QWebSocket *socket, const QPointer<QTcpSocket> &tcp, int number, QObject *parent)
@@ -42,7 +47,10 @@ PageConnection::PageConnection(QWebSocket *socket, const QPointer<QTcpSocket> &t
 
 PageConnection::~PageConnection()
 {
+    WebMsgCenter::instance()->unsubscribeAll(&m_view);
     WebMsgCenter::instance()->unReg(&m_view);
+    // What the bus is telling at this moment may still be told to this view.
+    Terminal::instance().bus()->awaitReturn();
     m_socket->disconnect(this);
     m_socket->close(QWebSocketProtocol::CloseCodeGoingAway);
     qCInfo(gatewayLog, "page %d gone", m_number);
@@ -80,16 +88,20 @@ void PageConnection::refuse(const QString &reason)
 void PageConnection::invoke(const QString &method, const QVariantList &args)
 {
     for (const Route &route : kRoutes) {
-        if (method.startsWith(route.prefix))
-            return (this->*route.call)(method, args);
+        if (method.startsWith(route.prefix) && (this->*route.call)(method, args))
+            return;
     }
     qCInfo(gatewayLog, "page %d: nobody handles \"%s\"", m_number, qUtf8Printable(method.left(100)));
 }
 
-void PageConnection::callData(const QString &method, const QVariantList &args)
+bool PageConnection::callData(const QString &method, const QVariantList &args)
 {
-    if (!m_data->onInvokeMethod(m_number, 0, method, args))
-        qCInfo(gatewayLog, "page %d: nobody handles \"%s\"", m_number, qUtf8Printable(method.left(100)));
+    return m_data->onInvokeMethod(m_number, 0, method, args);
+}
+
+bool PageConnection::callMessageCenter(const QString &method, const QVariantList &args)
+{
+    return MessageCenterCalls::call(&m_view, method, args);
 }
 
 void PageConnection::send(const QCefEvent &event)

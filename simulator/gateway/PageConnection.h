@@ -34,7 +34,8 @@ private:
     void receive(const QString &frame);
     void refuse(const QString &reason);
     void invoke(const QString &method, const QVariantList &args);
-    void callData(const QString &method, const QVariantList &args);
+    bool callData(const QString &method, const QVariantList &args);
+    bool callMessageCenter(const QString &method, const QVariantList &args);
     void send(const QCefEvent &event);
 
     QWebSocket *const m_socket;

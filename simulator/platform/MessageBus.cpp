@@ -68,6 +68,15 @@ void MessageBus::leave(int pid)
     m_wake.notify_all();
 }
 
+void MessageBus::awaitReturn()
+{
+    std::unique_lock lock(m_mutex);
+    if (std::this_thread::get_id() == m_thread.get_id())
+        return; // the call under way is the caller's own
+    const quint64 call = m_calls;
+    m_returned.wait(lock, [&] { return m_calling == 0 || m_calls != call; });
+}
+
 void MessageBus::subscribe(int pid, int eventId)
 {
     const std::lock_guard lock(m_mutex);
@@ -236,6 +245,7 @@ void MessageBus::call(int pid, std::unique_lock<std::mutex> &lock, const std::fu
     if (found == m_presenters.end() || m_stopping)
         return;
     m_calling = pid;
+    ++m_calls;
     const Presenter presenter = *found;
     lock.unlock();
     call(presenter);

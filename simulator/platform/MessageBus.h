@@ -56,6 +56,10 @@ public:
     /// Returns when no call into the presenter is under way any more, and none will follow.
     void leave(int pid);
 
+    /// Returns when the call into a presenter that is under way, if there is one, has ended: what it may have known
+    /// from before can go now.
+    void awaitReturn();
+
     void subscribe(int pid, int eventId);
 
     /// The id of a named event: assigned at the first question, in the order of the questions.
@@ -126,7 +130,8 @@ private:
     std::deque<Request> m_requests;
     std::deque<Errand> m_errands;
     int m_lastPid = 0;
-    int m_calling = 0; ///< the presenter that is being called, or 0
+    int m_calling = 0;   ///< the presenter that is being called, or 0
+    quint64 m_calls = 0; ///< that have begun
     bool m_stopping = false;
 
     std::thread m_thread; ///< last: it uses all of the above

@@ -1,62 +1,12 @@
 #include "gateway/PageConnection.h"
-#include "Await.h"
+#include "Page.h"
 #include "TerminalTest.h"
-#include "gateway/Gateway.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QNetworkRequest>
 #include <QTcpSocket>
-#include <QWebSocket>
 
 using namespace sim;
 
 namespace {
-
-/// A page, as far as the simulator sees one.
-class Page {
-public:
-    Page(const Gateway &gateway, const QString &origin) : socket(origin)
-    {
-        QObject::connect(&socket, &QWebSocket::textMessageReceived, [this](const QString &frame) {
-            frames.append(QJsonDocument::fromJson(frame.toUtf8()).object());
-        });
-        socket.open(QUrl(QStringLiteral("ws://127.0.0.1:%1/view").arg(gateway.port())));
-    }
-
-    explicit Page(const Gateway &gateway) : Page(gateway, QStringLiteral("http://127.0.0.1:%1").arg(gateway.port())) {}
-
-    bool awaitOpen()
-    {
-        return await([&] { return socket.state() == QAbstractSocket::ConnectedState; });
-    }
-    bool awaitClosed()
-    {
-        return await([&] { return socket.state() == QAbstractSocket::UnconnectedState; });
-    }
-    bool awaitFrames(int n)
-    {
-        return await([&] { return frames.size() >= n; });
-    }
-
-    void invoke(const char *method, const QJsonArray &args)
-    {
-        const QJsonObject frame{{QStringLiteral("invoke"), QLatin1String(method)}, {QStringLiteral("args"), args}};
-        socket.sendTextMessage(QString::fromUtf8(QJsonDocument(frame).toJson()));
-    }
-
-    QString event(int i) const { return frames[i].value(QStringLiteral("event")).toString(); }
-    QJsonArray args(int i) const { return frames[i].value(QStringLiteral("args")).toArray(); }
-    QString uuid(int i) const
-    {
-        const QByteArray reply = args(i).at(0).toString().toUtf8();
-        return QJsonDocument::fromJson(reply).object().value(QStringLiteral("uuid")).toString();
-    }
-
-    QWebSocket socket;
-    QVector<QJsonObject> frames;
-};
 
 class PageConnectionTest : public QuietTerminalTest {
 protected:
@@ -85,8 +35,9 @@ TEST_F(PageConnectionTest, NamesThatNobodyHandlesGetNothing)
 {
     Page page(gateway);
     ASSERT_TRUE(page.awaitOpen());
-    for (const char *method : {"Data_getBuffer_REQ", "Data_nothing", "Trade_insertOrder_REQ", "Sub_subscribe_REQ",
-                               "Vlx_startStrategy_REQ", "deleteLater", "", " Data_getToken_REQ", "data_getToken_REQ"})
+    for (const char *method : {"Data_getBuffer_REQ", "Data_nothing", "Trade_nothing", "Sub_nothing", "UnSub_nothing",
+                               "Sub_subscribe", "Vlx_nothing", "Vlx_startStrategy_REQ ", "Sub_signalParseEventMsg",
+                               "deleteLater", "", " Data_getToken_REQ", "data_getToken_REQ"})
         page.invoke(method, {QStringLiteral("u")});
     page.invoke("Data_getToken_REQ", {QStringLiteral("sentinel")});
     ASSERT_TRUE(page.awaitFrames(1));

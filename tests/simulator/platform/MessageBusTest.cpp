@@ -324,6 +324,27 @@ TEST_F(MessageBusTest, LeavingWaitsForACallUnderWay)
     release.join();
 }
 
+TEST_F(MessageBusTest, WhoMustOutliveACallUnderWayCanAwaitItsReturn)
+{
+    terminal.bus()->awaitReturn(); // there is none
+    Presenter presenter("p");
+    QSemaphore entered;
+    QSemaphore proceed;
+    std::atomic<bool> finished{false};
+    presenter.whenCalled = [&] {
+        terminal.bus()->awaitReturn(); // does not wait for itself
+        entered.release();
+        proceed.acquire();
+        finished = true;
+    };
+    presenter.ask(kEcho, 1);
+    ASSERT_TRUE(entered.tryAcquire(1, kPatienceMs));
+    std::thread release([&] { proceed.release(); });
+    terminal.bus()->awaitReturn();
+    EXPECT_TRUE(finished);
+    release.join();
+}
+
 TEST_F(MessageBusTest, AnswersWaitUntilThePresenterHasWorkedThroughTheOnesBefore)
 {
     // The presenter's thread is this one, and it does not turn its event loop.

@@ -1,0 +1,288 @@
+#include "Page.h"
+#include "TerminalTest.h"
+#include "gateway/PageConnection.h"
+
+#include "QvPresenterClass.h"
+
+#include <QSemaphore>
+
+#include <atomic>
+
+using namespace sim;
+
+namespace {
+
+const QString kOne = QStringLiteral("609801.SH");
+const QString kOther = QStringLiteral("YL2503.CF");
+const QString kUuid = QStringLiteral("u");
+
+const char kTick[] = "on_tickUpdate";
+
+constexpr int kPatienceMs = 30000;
+
+/// Keeps the bus busy long enough for a view to go meanwhile, if anything lets it.
+class BusyPresenter : public QvPresenterClass {
+public:
+    static constexpr int kEvent = 0x30003;
+
+    BusyPresenter() : QvPresenterClass(QStringLiteral("busy"), nullptr, IMessageInterface::WebThreadType)
+    {
+        SubEvent(pluginPid(), kEvent, 1);
+    }
+
+    void ProcEventMsg(QString, QVariant, QVariant) override
+    {
+        constexpr int kLongEnoughMs = 50;
+        called.release();
+        viewWentMeanwhile = viewGone.tryAcquire(1, kLongEnoughMs);
+        returned.release();
+    }
+
+    QSemaphore called;
+    QSemaphore viewGone;
+    QSemaphore returned;
+    std::atomic<bool> viewWentMeanwhile{false};
+};
+
+/// Pages that hear of what happens, and the calls that have it happen.
+class LivePagesTest : public TerminalTest {
+protected:
+    LivePagesTest() { EXPECT_TRUE(gateway.listen(0)); }
+
+    std::unique_ptr<Page> openPage()
+    {
+        auto page = std::make_unique<Page>(gateway);
+        EXPECT_TRUE(page->awaitOpen());
+        return page;
+    }
+
+    static QStringList tickedSymbols(const Page &page)
+    {
+        QStringList symbols;
+        const QVector<QJsonArray> ticks = page.heard(kTick);
+        for (const QJsonArray &tick : ticks) {
+            const QString text = tick.at(0).toString();
+            symbols.append(text.contains(kOne) ? kOne : text.contains(kOther) ? kOther : text);
+        }
+        symbols.removeDuplicates();
+        return symbols;
+    }
+
+    static bool awaitMoreTicks(const Page &page, int n)
+    {
+        const int before = page.heard(kTick).size();
+        return await([&] { return page.heard(kTick).size() >= before + n; });
+    }
+
+    static void start(Page &page, const QString &uuid)
+    {
+        page.invoke("Vlx_startStrategy_REQ", {uuid, QStringLiteral("/grid.py"), 1, QStringLiteral("880010001"),
+                                              QJsonObject(), QStringLiteral("mine")});
+    }
+
+    static QString strategyIn(const QJsonObject &reply)
+    {
+        return reply.value(QStringLiteral("resultData")).toObject().value(QStringLiteral("strategyID")).toString();
+    }
+
+    QList<PageConnection *> connections() const { return gateway.findChildren<PageConnection *>(); }
+
+    Gateway gateway{QString(), {}};
+};
+
+} // namespace
+
+TEST_F(LivePagesTest, APageHearsTheTicksOfItsOwnSymbols)
+{
+    const auto one = openPage();
+    const auto other = openPage();
+    one->invoke("Sub_subscribe_REQ", {kUuid, QJsonArray{kOne, QStringLiteral("unknown")}});
+    other->invoke("Sub_subscribe_REQ", {kUuid, kOther});
+    const QJsonObject reply = one->awaitObject("Sub_subscribe_RES");
+    EXPECT_EQ(QStringList({QStringLiteral("code"), QStringLiteral("msg"), QStringLiteral("uuid")}), reply.keys());
+    EXPECT_EQ(QStringLiteral("0"), reply.value(QStringLiteral("code")).toString());
+    EXPECT_EQ(kUuid, reply.value(QStringLiteral("uuid")).toString());
+
+    ASSERT_TRUE(awaitMoreTicks(*one, 3));
+    ASSERT_TRUE(awaitMoreTicks(*other, 3));
+    EXPECT_EQ(QStringList(kOne), tickedSymbols(*one));
+    EXPECT_EQ(QStringList(kOther), tickedSymbols(*other));
+    EXPECT_EQ(QStringLiteral("Sub_subscribe_RES"), one->event(0)) << "the answer comes before the first tick";
+}
+
+TEST_F(LivePagesTest, WhatAPageUnsubscribesItHearsNoMore)
+{
+    const auto page = openPage();
+    const auto other = openPage();
+    other->invoke("Sub_subscribe_REQ", {kUuid, kOne});
+    page->invoke("Sub_subscribe_REQ", {kUuid, kOne + QLatin1Char(',') + kOther});
+    ASSERT_TRUE(await([&] { return tickedSymbols(*page).size() == 2; }));
+    page->invoke("UnSub_subscribe_REQ", {kUuid, QStringLiteral("[\"609801.SH\"]")});
+    page->awaitObject("UnSub_subscribe_RES");
+    page->frames.clear();
+    ASSERT_TRUE(awaitMoreTicks(*page, 3));
+    ASSERT_TRUE(awaitMoreTicks(*other, 3)); // it is still streamed
+    EXPECT_EQ(QStringList(kOther), tickedSymbols(*page));
+
+    page->invoke("UnSub_subscribeAll_REQ", {kUuid});
+    page->awaitObject("UnSub_subscribeAll_RES");
+    page->frames.clear();
+    ASSERT_TRUE(awaitMoreTicks(*other, 3));
+    EXPECT_TRUE(page->heard(kTick).isEmpty());
+}
+
+TEST_F(LivePagesTest, SubscribingNothingIsAnswered)
+{
+    const auto page = openPage();
+    page->invoke("Sub_subscribe_REQ", {QStringLiteral("u0")});
+    page->invoke("Sub_subscribe_REQ", {QStringLiteral("u1"), QString()});
+    page->invoke("UnSub_subscribe_REQ", {7, QJsonArray()});
+    ASSERT_TRUE(page->awaitFrames(3));
+    EXPECT_EQ(QStringLiteral("u0"), page->uuid(0));
+    EXPECT_EQ(QStringLiteral("u1"), page->uuid(1));
+    EXPECT_EQ(QStringLiteral("7"), page->uuid(2));
+}
+
+TEST_F(LivePagesTest, ASubscriptionOfNobodyIsHandledByNobody)
+{
+    const auto page = openPage();
+    for (const char *method : {"Sub_subscribe_REQ", "UnSub_subscribe_REQ", "UnSub_subscribeAll_REQ"})
+        page->invoke(method, {});
+    page->invoke("Data_getToken_REQ", {QStringLiteral("sentinel")});
+    ASSERT_TRUE(page->awaitFrames(1));
+    EXPECT_EQ(QStringLiteral("sentinel"), page->uuid(0));
+}
+
+TEST_F(LivePagesTest, AStrategyAnswersItsPageAndTellsItsStatusToAll)
+{
+    const auto page = openPage();
+    const auto other = openPage();
+    start(*page, kUuid);
+    const QJsonObject reply = page->awaitObject("Vlx_startStrategy_RES");
+    EXPECT_EQ(QStringLiteral("0"), reply.value(QStringLiteral("code")).toString());
+    EXPECT_EQ(kUuid, reply.value(QStringLiteral("uuid")).toString());
+    EXPECT_EQ(QStringLiteral("mine"),
+              reply.value(QStringLiteral("resultData")).toObject().value(QStringLiteral("ExtField")).toString());
+    const QString id = strategyIn(reply);
+    const QVector<QJsonArray> started{{id, QStringLiteral("Starting")}, {id, QStringLiteral("Running")}};
+    for (Page *const each : {page.get(), other.get()}) {
+        EXPECT_TRUE(await([&] { return each->heard("on_vlxStrategyStatusUpdate").size() == 2; }));
+        EXPECT_EQ(started, each->heard("on_vlxStrategyStatusUpdate"));
+    }
+
+    page->invoke("Vlx_queryStrategyStatus_REQ", {kUuid, id, QString()});
+    EXPECT_EQ(QStringLiteral("0"),
+              page->awaitObject("Vlx_queryStrategyStatus_RES").value(QStringLiteral("code")).toString());
+    page->invoke("Vlx_stopStrategy_REQ", {kUuid, QStringLiteral("none"), QString()});
+    const QJsonObject refused = page->awaitObject("Vlx_stopStrategy_RES");
+    EXPECT_EQ(QStringLiteral("-1"), refused.value(QStringLiteral("code")).toString());
+    EXPECT_EQ(QStringLiteral("策略不存在：none"), refused.value(QStringLiteral("msg")).toString());
+    EXPECT_TRUE(other->heard("Vlx_startStrategy_RES").isEmpty());
+}
+
+TEST_F(LivePagesTest, CustomMessagesReachThePagesThatWantThem)
+{
+    const char *const push = "on_vlxRcvCustomInfo";
+    const auto page = openPage();
+    const auto other = openPage();
+    start(*page, kUuid);
+    const QString id = strategyIn(page->awaitObject("Vlx_startStrategy_RES"));
+    ASSERT_TRUE(await([&] { return page->heard("on_vlxStrategyStatusUpdate").size() == 2; }));
+    page->invoke("Vlx_subStrategyMsg_REQ", {kUuid, id, QStringLiteral("1")});
+    page->invoke("Vlx_sendCustomInfo_REQ", {kUuid, id, QStringLiteral("hello")});
+    const QJsonArray echo{id, QStringLiteral("{\"count\":1,\"echo\":\"hello\",\"strategyID\":\"%1\"}").arg(id)};
+    EXPECT_TRUE(await([&] { return page->heard(push).contains(echo); }));
+    other->invoke("Data_getToken_REQ", {kUuid});
+    other->awaitObject("Data_getToken_RES");
+    EXPECT_TRUE(other->heard(push).isEmpty());
+}
+
+TEST_F(LivePagesTest, EveryCallIsMadeOnce)
+{
+    // Strategies are numbered as they are started: the numbers count the calls that reached the terminal.
+    constexpr int kReloads = 5;
+    int started = 0;
+    for (int i = 0; i < kReloads; ++i) {
+        const auto page = openPage(); // as a page that is loaded again
+        start(*page, kUuid);
+        start(*page, kUuid); // the same uuid: a call of its own
+        started += 2;
+        page->awaitObject("Vlx_startStrategy_RES", 1);
+    }
+    for (int i = 0; i < kReloads; ++i) {
+        const auto page = openPage();
+        start(*page, kUuid);
+        page->socket.close(); // before the answer: the call has been made
+        ASSERT_TRUE(page->awaitClosed());
+        ++started;
+    }
+    ASSERT_TRUE(await([&] { return connections().isEmpty(); }));
+    const auto last = openPage();
+    start(*last, kUuid);
+    EXPECT_EQ(QStringLiteral("S20250303-%1").arg(started + 1, 4, 10, QLatin1Char('0')),
+              strategyIn(last->awaitObject("Vlx_startStrategy_RES")));
+}
+
+TEST_F(LivePagesTest, PermissionsAreThoseOfTheScenario)
+{
+    const auto page = openPage();
+    const struct {
+        const char *account;
+        const char *type;
+        int held;
+    } table[] = {{"880010001", "KFZ;SNB", 1},
+                 {"880010001", "KFZ_SNB", 0},
+                 {"880010002", "KFZ;SNB", 0},
+                 {"880010002", "TWAP", 0},
+                 {"990020001", "KFZ;SNB", 1}};
+    int n = 0;
+    for (const auto &row : table) {
+        page->invoke("Data_getPermission_REQ", {kUuid, QLatin1String(row.account), QLatin1String(row.type)});
+        EXPECT_EQ(QJsonValue(row.held),
+                  page->awaitObject("Data_getPermission_RES", n++).value(QStringLiteral("resultData")))
+            << row.account << row.type;
+    }
+}
+
+TEST_F(LivePagesTest, WhatOnePageSavesAnotherReads)
+{
+    const auto page = openPage();
+    const auto other = openPage();
+    const QString value = QStringLiteral("深色, \"7\"");
+    page->invoke("Data_saveSetting_REQ", {kUuid, QStringLiteral("live/theme"), value});
+    page->awaitObject("Data_saveSetting_RES");
+    other->invoke("Data_getSetting_REQ", {kUuid, QStringLiteral("live/theme")});
+    EXPECT_EQ(value, other->awaitObject("Data_getSetting_RES").value(QStringLiteral("resultData")).toString());
+}
+
+TEST_F(LivePagesTest, AViewOutlivesTheCallOfTheBusThatMayReachIt)
+{
+    const auto page = openPage();
+    ASSERT_TRUE(await([&] { return connections().size() == 1; }));
+    BusyPresenter presenter;
+    terminal.bus()->announce(BusyPresenter::kEvent, {});
+    ASSERT_TRUE(presenter.called.tryAcquire(1, kPatienceMs));
+    delete connections().first();
+    presenter.viewGone.release();
+    ASSERT_TRUE(presenter.returned.tryAcquire(1, kPatienceMs));
+    EXPECT_FALSE(presenter.viewWentMeanwhile);
+}
+
+TEST_F(LivePagesTest, PagesMayGoWhileTheBusTellsAllOfThem)
+{
+    // The notice of loaded orders reaches the views on the bus thread.
+    constexpr int kOrdersLoaded = 0x30001;
+    constexpr int kPages = 20;
+    constexpr int kNotices = 200;
+    const auto watching = openPage();
+    for (int i = 0; i < kPages; ++i) {
+        const auto page = openPage();
+        ASSERT_TRUE(await([&] { return connections().size() == 2; }));
+        for (int n = 0; n < kNotices; ++n)
+            terminal.bus()->announce(kOrdersLoaded, {});
+        ASSERT_TRUE(await([&] { return !page->heard("on_orderLoaded").isEmpty(); }));
+        delete connections().last(); // most likely in the midst of them
+    }
+    EXPECT_TRUE(await([&] { return watching->heard("on_orderLoaded").size() == kPages * kNotices; }));
+    EXPECT_EQ(QJsonArray(), watching->heard("on_orderLoaded").value(0));
+}
