@@ -40,6 +40,9 @@ public:
         SubEvent(pluginPid(), idOf(Orlo_Keys::EventMsgName::VELOX_TRANS_MSG_OUT), kMode);
     }
 
+    /// Before its members go: the bus may be about to call.
+    ~Client() override { Terminal::instance().bus()->leave(pluginPid()); }
+
     void ask(const QString &type, const QVariantMap &fields)
     {
         CPackMessageCommon pack;
