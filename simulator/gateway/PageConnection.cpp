@@ -22,13 +22,18 @@ struct PageConnection::Route {
 
 const PageConnection::Route PageConnection::kRoutes[] = {
     {QLatin1String("Data_"), &PageConnection::callData},
+    {QLatin1String("Trade_"), &PageConnection::callTrade},
     {QLatin1String("Sub_"), &PageConnection::callMessageCenter},
     {QLatin1String("UnSub_"), &PageConnection::callMessageCenter},
     {QLatin1String("Vlx_"), &PageConnection::callMessageCenter},
 };
 
 PageConnection::PageConnection(QWebSocket *socket, const QPointer<QTcpSocket> &tcp, int number, QObject *parent)
-    : QObject(parent), m_socket(socket), m_number(number), m_data(new DataThread(&m_view))
+    : QObject(parent)
+    , m_socket(socket)
+    , m_number(number)
+    , m_data(new DataThread(&m_view))
+    , m_trade(new TradeThread(&m_view))
 {
     m_socket->setParent(this);
     m_socket->setMaxAllowedIncomingFrameSize(kMaxFrame);
@@ -97,6 +102,11 @@ void PageConnection::invoke(const QString &method, const QVariantList &args)
 bool PageConnection::callData(const QString &method, const QVariantList &args)
 {
     return m_data->onInvokeMethod(m_number, 0, method, args);
+}
+
+bool PageConnection::callTrade(const QString &method, const QVariantList &args)
+{
+    return m_trade->onInvokeMethod(m_number, 0, method, args);
 }
 
 bool PageConnection::callMessageCenter(const QString &method, const QVariantList &args)

@@ -2,6 +2,7 @@
 
 #include "VarnelCefView.h"
 #include "bridge/DataThread.h"
+#include "bridge/TradeThread.h"
 
 #include <QObject>
 #include <QPointer>
@@ -35,14 +36,16 @@ private:
     void refuse(const QString &reason);
     void invoke(const QString &method, const QVariantList &args);
     bool callData(const QString &method, const QVariantList &args);
+    bool callTrade(const QString &method, const QVariantList &args);
     bool callMessageCenter(const QString &method, const QVariantList &args);
     void send(const QCefEvent &event);
 
     QWebSocket *const m_socket;
     const int m_number;
     VarnelCefView m_view;
-    DataThread *const m_data; ///< child of the view
-    bool m_refused = false;   ///< frames that came before the close took effect no longer count
+    DataThread *const m_data;   ///< child of the view
+    TradeThread *const m_trade; ///< the same
+    bool m_refused = false;     ///< frames that came before the close took effect no longer count
 };
 
 } // namespace sim

@@ -36,7 +36,12 @@ Terminal::Terminal(const Scenario &scenario, const Login &login, double speed)
     KLineService::install(*m_bus, m_exchange);
     PermissionService::install(*m_bus, scenario);
     m_quoteFeed = std::make_unique<QuoteFeed>(
-        m_exchange, m_clock, [this](const QDateTime &time) { m_strategies.tellTime(time); }, QuoteTicks::emitTick);
+        m_exchange, m_clock,
+        [this](const QDateTime &time) {
+            playMarket(time);
+            m_strategies.tellTime(time);
+        },
+        QuoteTicks::emitTick);
 }
 
 Terminal::~Terminal()

@@ -6,6 +6,7 @@
 
 #include <QSemaphore>
 
+#include <algorithm>
 #include <atomic>
 
 using namespace sim;
@@ -30,6 +31,9 @@ public:
         SubEvent(pluginPid(), kEvent, 1);
     }
 
+    /// Before its members go: the bus may be about to call.
+    ~BusyPresenter() override { Terminal::instance().bus()->leave(pluginPid()); }
+
     void ProcEventMsg(QString, QVariant, QVariant) override
     {
         constexpr int kLongEnoughMs = 50;
@@ -44,10 +48,11 @@ public:
     std::atomic<bool> viewWentMeanwhile{false};
 };
 
-/// Pages that hear of what happens, and the calls that have it happen.
-class LivePagesTest : public TerminalTest {
+/// Pages that hear of what happens, and the calls that have it happen. Whether the market is alive is up to the base.
+template <typename Base>
+class PagesTest : public Base {
 protected:
-    LivePagesTest() { EXPECT_TRUE(gateway.listen(0)); }
+    PagesTest() { EXPECT_TRUE(gateway.listen(0)); }
 
     std::unique_ptr<Page> openPage()
     {
@@ -90,6 +95,9 @@ protected:
     Gateway gateway{QString(), {}};
 };
 
+using LivePagesTest = PagesTest<TerminalTest>;
+using QuietPagesTest = PagesTest<QuietTerminalTest>;
+
 } // namespace
 
 TEST_F(LivePagesTest, APageHearsTheTicksOfItsOwnSymbols)
@@ -107,7 +115,13 @@ TEST_F(LivePagesTest, APageHearsTheTicksOfItsOwnSymbols)
     ASSERT_TRUE(awaitMoreTicks(*other, 3));
     EXPECT_EQ(QStringList(kOne), tickedSymbols(*one));
     EXPECT_EQ(QStringList(kOther), tickedSymbols(*other));
-    EXPECT_EQ(QStringLiteral("Sub_subscribe_RES"), one->event(0)) << "the answer comes before the first tick";
+    const auto firstOf = [&](const char *event) {
+        const auto isOfIt = [&](const QJsonObject &frame) {
+            return frame.value(QStringLiteral("event")) == QLatin1String(event);
+        };
+        return std::find_if(one->frames.cbegin(), one->frames.cend(), isOfIt);
+    };
+    EXPECT_LT(firstOf("Sub_subscribe_RES"), firstOf(kTick));
 }
 
 TEST_F(LivePagesTest, WhatAPageUnsubscribesItHearsNoMore)
@@ -131,7 +145,7 @@ TEST_F(LivePagesTest, WhatAPageUnsubscribesItHearsNoMore)
     EXPECT_TRUE(page->heard(kTick).isEmpty());
 }
 
-TEST_F(LivePagesTest, SubscribingNothingIsAnswered)
+TEST_F(QuietPagesTest, SubscribingNothingIsAnswered)
 {
     const auto page = openPage();
     page->invoke("Sub_subscribe_REQ", {QStringLiteral("u0")});
@@ -143,7 +157,7 @@ TEST_F(LivePagesTest, SubscribingNothingIsAnswered)
     EXPECT_EQ(QStringLiteral("7"), page->uuid(2));
 }
 
-TEST_F(LivePagesTest, ASubscriptionOfNobodyIsHandledByNobody)
+TEST_F(QuietPagesTest, ASubscriptionOfNobodyIsHandledByNobody)
 {
     const auto page = openPage();
     for (const char *method : {"Sub_subscribe_REQ", "UnSub_subscribe_REQ", "UnSub_subscribeAll_REQ"})
@@ -153,7 +167,7 @@ TEST_F(LivePagesTest, ASubscriptionOfNobodyIsHandledByNobody)
     EXPECT_EQ(QStringLiteral("sentinel"), page->uuid(0));
 }
 
-TEST_F(LivePagesTest, AStrategyAnswersItsPageAndTellsItsStatusToAll)
+TEST_F(QuietPagesTest, AStrategyAnswersItsPageAndTellsItsStatusToAll)
 {
     const auto page = openPage();
     const auto other = openPage();
@@ -180,7 +194,7 @@ TEST_F(LivePagesTest, AStrategyAnswersItsPageAndTellsItsStatusToAll)
     EXPECT_TRUE(other->heard("Vlx_startStrategy_RES").isEmpty());
 }
 
-TEST_F(LivePagesTest, CustomMessagesReachThePagesThatWantThem)
+TEST_F(QuietPagesTest, CustomMessagesReachThePagesThatWantThem)
 {
     const char *const push = "on_vlxRcvCustomInfo";
     const auto page = openPage();
@@ -197,7 +211,7 @@ TEST_F(LivePagesTest, CustomMessagesReachThePagesThatWantThem)
     EXPECT_TRUE(other->heard(push).isEmpty());
 }
 
-TEST_F(LivePagesTest, EveryCallIsMadeOnce)
+TEST_F(QuietPagesTest, EveryCallIsMadeOnce)
 {
     // Strategies are numbered as they are started: the numbers count the calls that reached the terminal.
     constexpr int kReloads = 5;
@@ -223,7 +237,75 @@ TEST_F(LivePagesTest, EveryCallIsMadeOnce)
               strategyIn(last->awaitObject("Vlx_startStrategy_RES")));
 }
 
-TEST_F(LivePagesTest, PermissionsAreThoseOfTheScenario)
+TEST_F(QuietPagesTest, EveryOrderIsPlacedOnce)
+{
+    constexpr int kReloads = 5;
+    const QString tag = QStringLiteral("counted");
+    const auto insert = [&](Page &page) {
+        page.invoke("Trade_insertOrder_REQ",
+                    {kUuid, QStringLiteral("880010001"), kOne, QString(), QStringLiteral("Buy"),
+                     QStringLiteral("Limit"), QStringLiteral("18.00"), QStringLiteral("100"), tag});
+    };
+    const auto placed = [&] {
+        const auto books = terminal.desk().read();
+        return std::count_if(books->orders().cbegin(), books->orders().cend(),
+                             [&](const Order &order) { return order.tag == tag; });
+    };
+    int calls = 0;
+    for (int i = 0; i < kReloads; ++i) {
+        const auto page = openPage(); // as a page that is loaded again
+        insert(*page);
+        insert(*page); // the same uuid: an order of its own
+        calls += 2;
+        EXPECT_EQ(QStringLiteral("0"),
+                  page->awaitObject("Trade_insertOrder_RES", 1).value(QStringLiteral("code")).toString());
+        EXPECT_EQ(calls, placed());
+    }
+    for (int i = 0; i < kReloads; ++i) {
+        const auto page = openPage();
+        insert(*page);
+        page->socket.close(); // does not wait for the answer: the order has been sent
+        ASSERT_TRUE(page->awaitClosed());
+        ++calls;
+    }
+    ASSERT_TRUE(await([&] { return connections().isEmpty(); }));
+    EXPECT_EQ(calls, placed());
+
+    const auto last = openPage();
+    last->invoke("Trade_insertOrder_REQ", {kUuid}); // too short: answered, and no order
+    last->awaitObject("Trade_insertOrder_RES");
+    EXPECT_EQ(QJsonArray{QString()}, last->heard("Trade_insertOrder_RES").value(0));
+    EXPECT_EQ(calls, placed());
+}
+
+TEST_F(LivePagesTest, AnOrderIsToldToEveryPageUntilItIsFilled)
+{
+    const auto page = openPage();
+    const auto other = openPage();
+    page->invoke("Trade_insertOrder_REQ",
+                 {kUuid, QStringLiteral("880010001"), kOne, QString(), QStringLiteral("Buy"), QStringLiteral("Market"),
+                  QString(), QStringLiteral("200"), QStringLiteral("mine")});
+    const QJsonObject reply = page->awaitObject("Trade_insertOrder_RES");
+    EXPECT_EQ(QStringLiteral("0"), reply.value(QStringLiteral("code")).toString())
+        << qPrintable(reply.value(QStringLiteral("msg")).toString());
+    const QString id = reply.value(QStringLiteral("resultData")).toObject().value(QStringLiteral("orderID")).toString();
+    ASSERT_FALSE(id.isEmpty());
+    const auto tellsOf = [&](const Page &each, const char *event, const QString &text) {
+        const QVector<QJsonArray> pushes = each.heard(event);
+        return std::any_of(pushes.cbegin(), pushes.cend(), [&](const QJsonArray &push) {
+            const QString records = push.at(0).toString();
+            return records.contains(id) && records.contains(text);
+        });
+    };
+    for (Page *const each : {page.get(), other.get()}) {
+        EXPECT_TRUE(await([&] { return tellsOf(*each, "on_entrustUpdate", QStringLiteral("Filled")); }));
+        EXPECT_TRUE(await([&] { return tellsOf(*each, "on_executionUpdate", QString()); }));
+        EXPECT_FALSE(each->heard("on_AssetUpdate").isEmpty());
+        EXPECT_FALSE(each->heard("on_positionUpdate").isEmpty());
+    }
+}
+
+TEST_F(QuietPagesTest, PermissionsAreThoseOfTheScenario)
 {
     const auto page = openPage();
     const struct {
@@ -244,7 +326,7 @@ TEST_F(LivePagesTest, PermissionsAreThoseOfTheScenario)
     }
 }
 
-TEST_F(LivePagesTest, WhatOnePageSavesAnotherReads)
+TEST_F(QuietPagesTest, WhatOnePageSavesAnotherReads)
 {
     const auto page = openPage();
     const auto other = openPage();
@@ -255,7 +337,7 @@ TEST_F(LivePagesTest, WhatOnePageSavesAnotherReads)
     EXPECT_EQ(value, other->awaitObject("Data_getSetting_RES").value(QStringLiteral("resultData")).toString());
 }
 
-TEST_F(LivePagesTest, AViewOutlivesTheCallOfTheBusThatMayReachIt)
+TEST_F(QuietPagesTest, AViewOutlivesTheCallOfTheBusThatMayReachIt)
 {
     const auto page = openPage();
     ASSERT_TRUE(await([&] { return connections().size() == 1; }));
@@ -268,7 +350,7 @@ TEST_F(LivePagesTest, AViewOutlivesTheCallOfTheBusThatMayReachIt)
     EXPECT_FALSE(presenter.viewWentMeanwhile);
 }
 
-TEST_F(LivePagesTest, PagesMayGoWhileTheBusTellsAllOfThem)
+TEST_F(QuietPagesTest, PagesMayGoWhileTheBusTellsAllOfThem)
 {
     // The notice of loaded orders reaches the views on the bus thread.
     constexpr int kOrdersLoaded = 0x30001;
