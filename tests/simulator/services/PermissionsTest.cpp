@@ -11,8 +11,6 @@
 
 #include <future>
 
-using namespace sim;
-
 namespace {
 
 QStringList s_log;

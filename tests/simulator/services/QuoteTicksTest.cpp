@@ -26,7 +26,11 @@ protected:
                                       });
     }
 
-    ~QuoteTicksTest() override { QObject::disconnect(connection); }
+    ~QuoteTicksTest() override
+    {
+        terminal.quoteFeed().stop(); // a tick under way would still come after the disconnection
+        QObject::disconnect(connection);
+    }
 
     /// At least n ticks.
     QVector<QPair<QString, QVariantMap>> awaitTicks(int n)
