@@ -1,37 +1,23 @@
 // What a page's call costs on the terminal's user-interface thread. Every cost stands beside its baseline, the
 // least that the work itself needs; the ratio is what the library adds. The host is the simulator's.
 
+#include "BenchHost.h"
+
 #include "bridge/DataThread.h"
+#include "bridge/TradeThread.h"
 #include "msgcenter/WebMsgCenter.h"
 
+#include "CBusinessDataBase.h"
 #include "CPackMessageCommon.h"
+#include "OrderRequestList.h"
 #include "QvCore.h"
 #include "Tessar_Fields.h"
-#include "VarnelCefView.h"
-#include "platform/Terminal.h"
-
-#include <QApplication>
-#include <QJsonDocument>
-#include <QLoggingCategory>
-
-#include <benchmark/benchmark.h>
+#include "VarnelTradeLogic.h"
 
 #include <memory>
 #include <vector>
 
 namespace {
-
-const QString uuid = QStringLiteral("3f2b6c1e-8d0a-4a5e-9b57-6f1f0c2f7a11");
-
-/// The envelope of a reply and its text, with nothing around it.
-QString bareReply(const QVariant &resultData)
-{
-    const QVariantMap map{{QStringLiteral("uuid"), uuid},
-                          {QStringLiteral("code"), QStringLiteral("0")},
-                          {QStringLiteral("msg"), QString()},
-                          {QStringLiteral("resultData"), resultData}};
-    return QString::fromUtf8(QJsonDocument::fromVariant(map).toJson(QJsonDocument::Compact));
-}
 
 QVariantList candles(const QString &requestId, int count)
 {
@@ -48,23 +34,6 @@ QVariantList candles(const QString &requestId, int count)
     }
     return list;
 }
-
-/// A view whose page drops what it gets; both sides of a comparison pay for it alike.
-class Page {
-public:
-    ~Page() { QCoreApplication::sendPostedEvents(&view); }
-
-    void send(const QString &event, const QString &text)
-    {
-        QCefEvent reply(event);
-        reply.arguments().append(text);
-        view.broadcastEvent(reply);
-    }
-
-    void takeEvents() { QCoreApplication::sendPostedEvents(&view); }
-
-    VarnelCefView view;
-};
 
 void tokenBaseline(benchmark::State &state)
 {
@@ -148,23 +117,46 @@ BENCHMARK(candlesForOneOfManyViews)
     ->RangeMultiplier(4)
     ->Range(1, 64);
 
-} // namespace
+/// An order that the host refuses at once: what is left is the library's own work.
+const QString noSuchSymbol = QStringLiteral("no such symbol");
 
-int main(int argc, char **argv)
+void orderBaseline(benchmark::State &state)
 {
-    if (qEnvironmentVariableIsEmpty("DISPLAY"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    QLoggingCategory::setFilterRules(QStringLiteral("*=false"));
-
-    sim::Scenario scenario;
-    QString error;
-    if (!sim::Scenario::read(sim::Scenario::defaultFile(), scenario, error)) {
-        qCritical("%s", qUtf8Printable(error));
-        return 2;
+    Page page;
+    while (state.KeepRunning()) {
+        VarnelLogic::OrderRequest request;
+        request.symbol = noSuchSymbol;
+        request.clOrdID = CBusinessDataBase::GetInstance()->getClientOrderID();
+        OrderRequestList orders(QStringLiteral("A880010001"), QString());
+        orders.AddSymbol(request);
+        QVariant response;
+        QList<VarnelLogic::ResponseInfo> errors;
+        VarnelTradeLogic::instance()->orders(orders, response, 319, errors, true);
+        page.send(QStringLiteral("Trade_insertOrder_RES"),
+                  bareReply(QVariantMap{{QStringLiteral("symbol"), noSuchSymbol}}));
+        page.takeEvents();
     }
-    const sim::Terminal terminal(scenario, scenario.logins.first(), 1.0);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
 }
+BENCHMARK(orderBaseline)->Name("order/baseline: asked of the host, the text made and sent");
+
+void orderCall(benchmark::State &state)
+{
+    Page page;
+    auto *dispatcher = new TradeThread(&page.view);
+    const QVariantList args{uuid,
+                            QStringLiteral("880010001"),
+                            noSuchSymbol,
+                            QStringLiteral("SH"),
+                            QStringLiteral("Buy"),
+                            QStringLiteral("Limit"),
+                            QStringLiteral("10.01"),
+                            QStringLiteral("100"),
+                            QStringLiteral("bench")};
+    while (state.KeepRunning()) {
+        dispatcher->onInvokeMethod(0, 0, QStringLiteral("Trade_insertOrder_REQ"), args);
+        page.takeEvents();
+    }
+}
+BENCHMARK(orderCall)->Name("order/call, found by name and refused by the host");
+
+} // namespace
