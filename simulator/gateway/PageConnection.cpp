@@ -15,6 +15,12 @@
 
 namespace sim {
 
+namespace {
+
+const QString kSubscribeCustomMessage = QStringLiteral("Vlx_subStrategyMsg_REQ");
+
+} // namespace
+
 struct PageConnection::Route {
     QLatin1String prefix;
     bool (PageConnection::*call)(const QString &method, const QVariantList &args); ///< false: nobody handles it
@@ -53,6 +59,9 @@ PageConnection::PageConnection(QWebSocket *socket, const QPointer<QTcpSocket> &t
 PageConnection::~PageConnection()
 {
     WebMsgCenter::instance()->unsubscribeAll(&m_view);
+    // Otherwise they would reach a later page whose view happens to lie in the same place.
+    for (const QString &id : qAsConst(m_customMessages))
+        MessageCenterCalls::call(&m_view, kSubscribeCustomMessage, {QString(), id, QStringLiteral("0")});
     WebMsgCenter::instance()->unReg(&m_view);
     // What the bus is telling at this moment may still be told to this view.
     Terminal::instance().bus()->awaitReturn();
@@ -111,6 +120,8 @@ bool PageConnection::callTrade(const QString &method, const QVariantList &args)
 
 bool PageConnection::callMessageCenter(const QString &method, const QVariantList &args)
 {
+    if (method == kSubscribeCustomMessage && args.size() > 1)
+        m_customMessages.insert(args.at(1).toString());
     return MessageCenterCalls::call(&m_view, method, args);
 }
 

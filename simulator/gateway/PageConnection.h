@@ -6,6 +6,7 @@
 
 #include <QObject>
 #include <QPointer>
+#include <QSet>
 #include <QVariantList>
 
 class QTcpSocket;
@@ -43,9 +44,10 @@ private:
     QWebSocket *const m_socket;
     const int m_number;
     VarnelCefView m_view;
-    DataThread *const m_data;   ///< child of the view
-    TradeThread *const m_trade; ///< the same
-    bool m_refused = false;     ///< frames that came before the close took effect no longer count
+    DataThread *const m_data;       ///< child of the view
+    TradeThread *const m_trade;     ///< the same
+    QSet<QString> m_customMessages; ///< those that the page has subscribed to, or has once
+    bool m_refused = false;         ///< frames that came before the close took effect no longer count
 };
 
 } // namespace sim

@@ -8,6 +8,8 @@
 
 #include <algorithm>
 #include <atomic>
+#include <memory>
+#include <vector>
 
 using namespace sim;
 
@@ -209,6 +211,32 @@ TEST_F(QuietPagesTest, CustomMessagesReachThePagesThatWantThem)
     other->invoke("Data_getToken_REQ", {kUuid});
     other->awaitObject("Data_getToken_RES");
     EXPECT_TRUE(other->heard(push).isEmpty());
+}
+
+TEST_F(QuietPagesTest, CustomMessagesOfAPageThatIsGoneReachNoLaterOne)
+{
+    const auto page = openPage();
+    start(*page, kUuid);
+    const QString id = strategyIn(page->awaitObject("Vlx_startStrategy_RES"));
+    ASSERT_TRUE(await([&] { return page->heard("on_vlxStrategyStatusUpdate").size() == 2; }));
+    page->invoke("Vlx_subStrategyMsg_REQ", {kUuid, id, QStringLiteral("1")});
+    std::vector<std::unique_ptr<Page>> later(20);
+    for (auto &each : later) {
+        const auto gone = openPage();
+        gone->invoke("Vlx_subStrategyMsg_REQ", {kUuid, id, QStringLiteral("1")});
+        gone->invoke("Data_getToken_REQ", {kUuid});
+        gone->awaitObject("Data_getToken_RES");
+        gone->socket.close();
+        ASSERT_TRUE(gone->awaitClosed());
+        each = openPage(); // its view may lie where that of the page that is gone lay
+    }
+    later.front()->invoke("Vlx_sendCustomInfo_REQ", {kUuid, id, QStringLiteral("hello")});
+    ASSERT_TRUE(await([&] { return !page->heard("on_vlxRcvCustomInfo").isEmpty(); }));
+    for (auto &each : later) {
+        each->invoke("Data_getToken_REQ", {kUuid});
+        each->awaitObject("Data_getToken_RES");
+        EXPECT_TRUE(each->heard("on_vlxRcvCustomInfo").isEmpty());
+    }
 }
 
 TEST_F(QuietPagesTest, EveryCallIsMadeOnce)
