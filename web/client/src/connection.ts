@@ -1,7 +1,24 @@
 import type { CallBridge } from './bridge.js';
-import { ClosedError, FailedCallError, RejectedCallError, TimeoutError, UnexpectedReplyError } from './errors.js';
-import { argumentList, describe, methods, type Answer, type Arguments, type Call } from './methods.js';
-import { answeredCalls } from './protocol.js';
+import {
+  ClosedError,
+  FailedCallError,
+  OutcomeUnknownError,
+  RejectedCallError,
+  TimeoutError,
+  UnexpectedReplyError,
+} from './errors.js';
+import {
+  argumentList,
+  describe,
+  methods,
+  oneWayMethods,
+  type Answer,
+  type Arguments,
+  type Call,
+  type OneWayCall,
+} from './methods.js';
+import { answeredCalls, type PushEvent } from './protocol.js';
+import { PushHub, type OnUnreadable, type PushListener } from './pushes.js';
 import { uuidSource } from './uuid.js';
 
 export interface CallOptions {
@@ -12,6 +29,8 @@ export interface CallOptions {
 export interface ConnectOptions extends CallOptions {
   /** Told of every reply that belongs to no waiting call here: late ones, and those to calls made elsewhere. */
   onUnpaired?: (event: string, reply: unknown) => void;
+  /** Told of every push that is not what its name promises; without it they go to the console. */
+  onUnreadable?: OnUnreadable;
 }
 
 type CallFunction<C extends Call> =
@@ -19,9 +38,14 @@ type CallFunction<C extends Call> =
     ? (values?: Record<string, never>, options?: CallOptions) => Promise<Answer<C>>
     : (values: Arguments<C>, options?: CallOptions) => Promise<Answer<C>>;
 
-/** One function per call, and `close`. */
+/** One function per call, `on` for what comes unasked, and `close`. */
 export type Connection = { [C in Call]: CallFunction<C> } & {
-  /** Stops listening. Calls that still wait are rejected with a ClosedError. */
+  /** Sends and is done: the terminal never replies to these. */
+  [C in OneWayCall]: (values: Arguments<C>) => void;
+} & {
+  /** Hears a push until the function that it returns is called. */
+  on<P extends PushEvent>(push: P, listener: PushListener<P>): () => void;
+  /** Stops listening. Calls that still wait are rejected: nothing is ever sent again. */
   close(): void;
 };
 
@@ -32,14 +56,18 @@ interface Waiting {
 
 const defaultTimeoutMs = 10_000;
 
-/** Gives typed access to the calls. Use one connection per page, so that empty replies find their call. */
+/**
+ * Gives typed access to calls and pushes. Use one connection per page, so that empty replies find their call. A call is
+ * sent once, whatever becomes of it: a repeated order is a second order.
+ */
 export function connect(bridge: CallBridge, options: ConnectOptions = {}): Connection {
   const nextUuid = uuidSource();
   const closers: (() => void)[] = [];
   let closed = false;
 
   function open(call: Call) {
-    const { method, answer, deferred, answersEmpty } = describe(call);
+    const { method, answer, deferred, answersEmpty, acts } = describe(call);
+    const unanswered = (reason: TimeoutError | ClosedError) => (acts ? new OutcomeUnknownError(reason) : reason);
     const event = answeredCalls[method];
     const waiting = new Map<string, Waiting>(); // by uuid, oldest first
 
@@ -89,7 +117,7 @@ export function connect(bridge: CallBridge, options: ConnectOptions = {}): Conne
     bridge.addEventListener(event, onReply);
     closers.push(() => {
       bridge.removeEventListener(event, onReply);
-      for (const [uuid, { reject }] of waiting) reject(new ClosedError(method, uuid));
+      for (const [uuid, { reject }] of waiting) reject(unanswered(new ClosedError(method, uuid)));
       waiting.clear();
     });
 
@@ -99,7 +127,10 @@ export function connect(bridge: CallBridge, options: ConnectOptions = {}): Conne
         const args = argumentList(call, uuid, values);
         if (closed) throw new ClosedError(method, uuid);
         const timeoutMs = callOptions.timeoutMs ?? options.timeoutMs ?? defaultTimeoutMs;
-        const timer = setTimeout(() => take(uuid)?.reject(new TimeoutError(method, uuid, timeoutMs)), timeoutMs);
+        const timer = setTimeout(
+          () => take(uuid)?.reject(unanswered(new TimeoutError(method, uuid, timeoutMs))),
+          timeoutMs,
+        );
         waiting.set(uuid, {
           resolve(answered) {
             clearTimeout(timer);
@@ -118,12 +149,27 @@ export function connect(bridge: CallBridge, options: ConnectOptions = {}): Conne
       });
   }
 
+  function send(call: OneWayCall) {
+    const { method } = oneWayMethods[call];
+    return (values: Readonly<Record<string, unknown>>) => {
+      const uuid = nextUuid();
+      const args = argumentList(call, uuid, values);
+      if (closed) throw new ClosedError(method, uuid);
+      bridge.invokeMethod(method, ...args);
+    };
+  }
+
   const calls = Object.fromEntries((Object.keys(methods) as Call[]).map((call) => [call, open(call)]));
+  const oneWayCalls = Object.fromEntries(
+    (Object.keys(oneWayMethods) as OneWayCall[]).map((call) => [call, send(call)]),
+  );
+  const hub = new PushHub(bridge, options.onUnreadable);
   const close = () => {
     closed = true;
     for (const stop of closers.splice(0)) stop();
+    hub.close();
   };
-  return { ...calls, close } as Connection;
+  return { ...calls, ...oneWayCalls, on: hub.on, close } as Connection;
 }
 
 function parse(reply: unknown): Record<string, unknown> | undefined {

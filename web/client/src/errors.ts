@@ -74,3 +74,17 @@ export class ClosedError extends CallError {
     super(method, uuid, 'the connection is closed');
   }
 }
+
+/**
+ * An order, a cancel or a strategy call went out and no answer came: the time ran out, or the connection was closed.
+ * That is no failure. The terminal may have carried the call out; look before you send anything again.
+ */
+export class OutcomeUnknownError extends CallError {
+  override readonly name = 'OutcomeUnknownError';
+
+  constructor(readonly cause: TimeoutError | ClosedError) {
+    const because =
+      cause instanceof TimeoutError ? `no answer within ${cause.timeoutMs} ms` : 'the connection is closed';
+    super(cause.method, cause.uuid, `outcome unknown: ${because}`);
+  }
+}

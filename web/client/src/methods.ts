@@ -1,15 +1,21 @@
-import type { AnsweredCall } from './protocol.js';
+import type { AnsweredCall, MethodName } from './protocol.js';
 import { answers, parameters } from './readings.js';
 
-interface Method {
-  method: AnsweredCall;
+interface OneWayMethod {
+  method: MethodName;
   /** Name and reading of the arguments after the call identifier, in the order in which they are sent. */
   parameters: readonly (readonly [name: string, reading: keyof typeof parameters])[];
+}
+
+interface Method extends OneWayMethod {
+  method: AnsweredCall;
   answer: (resultData: unknown) => unknown;
   /** The answer is fetched elsewhere first: answers may overtake each other, and one may never come. */
   deferred?: true;
   /** The empty reply is the answer here, not a rejection. */
   answersEmpty?: true;
+  /** It trades, starts or stops something: without an answer nobody knows whether it was carried out. */
+  acts?: true;
 }
 
 /** The calls that a connection offers. Types, argument lists and answers all derive from this table. */
@@ -107,20 +113,130 @@ export const methods = {
     ],
     answer: answers.tradableQty,
   },
+  getSetting: { method: 'Data_getSetting_REQ', parameters: [['key', 'text']], answer: answers.text },
+  saveSetting: {
+    method: 'Data_saveSetting_REQ',
+    parameters: [
+      ['key', 'text'],
+      ['value', 'text'],
+    ],
+    answer: answers.text,
+  },
+  getPermission: {
+    method: 'Data_getPermission_REQ',
+    parameters: [
+      ['fundAccount', 'text'],
+      ['supportType', 'text'],
+    ],
+    answer: answers.permission,
+  },
+  openPermissionMenu: { method: 'Data_openPermissionMenu_REQ', parameters: [], answer: answers.text },
+  subscribe: { method: 'Sub_subscribe_REQ', parameters: [['symbols', 'commaList']], answer: answers.nothing },
+  unsubscribe: { method: 'UnSub_subscribe_REQ', parameters: [['symbols', 'commaList']], answer: answers.nothing },
+  unsubscribeAll: { method: 'UnSub_subscribeAll_REQ', parameters: [], answer: answers.nothing },
+  insertOrder: {
+    method: 'Trade_insertOrder_REQ',
+    parameters: [
+      ['fundAccount', 'text'],
+      ['symbol', 'text'],
+      ['exchange', 'text'],
+      ['orderSide', 'text'],
+      ['priceType', 'text'],
+      ['price', 'text'],
+      ['qty', 'text'],
+      ['orderTag', 'text'],
+    ],
+    answer: answers.placedOrder,
+    acts: true,
+  },
+  insertOrderList: {
+    method: 'Trade_insertOrderList_REQ',
+    parameters: [
+      ['fundAccount', 'text'],
+      ['orderTag', 'text'],
+      ['orders', 'orderLines'],
+    ],
+    answer: answers.listedOrders,
+    acts: true,
+  },
+  cancelOrders: {
+    method: 'Trade_reqCancelOrder_REQ',
+    parameters: [['orderIds', 'commaList']],
+    answer: answers.cancelledOrders,
+    acts: true,
+  },
+  startStrategy: {
+    method: 'Vlx_startStrategy_REQ',
+    parameters: [
+      ['filePath', 'text'],
+      ['language', 'integer'],
+      ['fundAccounts', 'commaList'],
+      ['basicParam', 'json'],
+      ['extension', 'json'],
+    ],
+    answer: answers.strategyAnswer,
+    deferred: true,
+    acts: true,
+  },
+  stopStrategy: {
+    method: 'Vlx_stopStrategy_REQ',
+    parameters: [
+      ['strategyID', 'text'],
+      ['extension', 'json'],
+    ],
+    answer: answers.strategyAnswer,
+    deferred: true,
+    acts: true,
+  },
+  queryStrategyStatus: {
+    method: 'Vlx_queryStrategyStatus_REQ',
+    parameters: [
+      ['strategyID', 'text'],
+      ['extension', 'json'],
+    ],
+    answer: answers.strategyAnswer,
+    deferred: true,
+  },
 } as const satisfies Record<string, Method>;
 
-type Methods = typeof methods;
-export type Call = keyof Methods;
+/** The calls to which the terminal never replies. */
+export const oneWayMethods = {
+  sendCustomInfo: {
+    method: 'Vlx_sendCustomInfo_REQ',
+    parameters: [
+      ['customMsgID', 'text'],
+      ['message', 'text'],
+    ],
+  },
+  subStrategyMsg: {
+    method: 'Vlx_subStrategyMsg_REQ',
+    parameters: [
+      ['customMsgID', 'text'],
+      ['subscribed', 'subscription'],
+    ],
+  },
+} as const satisfies Record<string, OneWayMethod>;
 
-export type Arguments<C extends Call> = {
-  [P in Methods[C]['parameters'][number] as P[0]]: Parameters<(typeof parameters)[P[1]]>[0];
+type Methods = typeof methods;
+type OneWayMethods = typeof oneWayMethods;
+type AllMethods = Methods & OneWayMethods;
+export type Call = keyof Methods;
+export type OneWayCall = keyof OneWayMethods;
+
+export type Arguments<C extends Call | OneWayCall> = {
+  [P in AllMethods[C]['parameters'][number] as P[0]]: Parameters<(typeof parameters)[P[1]]>[0];
 };
 export type Answer<C extends Call> = ReturnType<Methods[C]['answer']>;
 
+const allMethods: Record<Call | OneWayCall, OneWayMethod> = { ...methods, ...oneWayMethods };
+
 /** The argument list of a call, identifier first. Throws, naming the parameter, when a value would not arrive. */
-export function argumentList(call: Call, uuid: string, values: Readonly<Record<string, unknown>>): unknown[] {
-  const { parameters: declared }: Method = methods[call];
-  const written = declared.map(([name, reading]) => {
+export function argumentList(
+  call: Call | OneWayCall,
+  uuid: string,
+  values: Readonly<Record<string, unknown>>,
+): unknown[] {
+  const written = allMethods[call].parameters.map(([name, reading]) => {
     try {
       return parameters[reading](values[name] as never);
     } catch (error) {

@@ -1,5 +1,5 @@
 import * as records from './records.js';
-import { list, optional, text } from './shapes.js';
+import { list, nothing, oneOrZero, optional, text, type Json } from './shapes.js';
 
 /**
  * How a value travels: `parameters` are written the way the terminal reads them, `answers` are checked before a page
@@ -17,6 +17,11 @@ export interface SecurityClass {
   readonly securitySubType?: readonly string[];
   readonly securityPost?: readonly string[];
 }
+
+/** An order of a list. Every value is a text, quantity and price too. */
+export const orderLineKeys = ['symbol', 'exchange', 'orderSide', 'priceType', 'price', 'qty'] as const;
+
+export type OrderLine = { readonly [Key in (typeof orderLineKeys)[number]]: string };
 
 const largestInteger = 2 ** 31 - 1;
 
@@ -37,6 +42,7 @@ const securityClassEntries = new Map<string, Expected>([
   ['securitySubType', texts],
   ['securityPost', texts],
 ] satisfies [keyof SecurityClass, Expected][]);
+const orderLineEntries = new Map<string, Expected>(orderLineKeys.map((key) => [key, aText]));
 
 /** The terminal passes over what it does not know or cannot read, so a slip would go unnoticed there. */
 function checkEntries(value: unknown, entries: ReadonlyMap<string, Expected>): void {
@@ -80,6 +86,29 @@ export const parameters = {
     value.forEach((each) => checkEntries(each, securityClassEntries));
     return JSON.stringify({ symbolFilter: value });
   },
+
+  /** Travels as JSON text. The terminal reads a key that is missing as an empty text, so none may be. */
+  orderLines(value: readonly OrderLine[]): string {
+    if (!Array.isArray(value)) throw new TypeError('must be a list');
+    for (const line of value as readonly OrderLine[]) {
+      checkEntries(line, orderLineEntries);
+      const missing = orderLineKeys.find((key) => line[key] === undefined);
+      if (missing) throw new TypeError(`"${missing}" must be a string`);
+    }
+    return JSON.stringify(value);
+  },
+
+  /** Travels as it is, for the strategy to read. */
+  json(value: Json): Json {
+    if (JSON.stringify(value) === undefined) throw new TypeError('must be JSON');
+    return value;
+  },
+
+  /** "1" subscribes; whatever else it is ends the subscription. */
+  subscription(value: boolean): string {
+    if (typeof value !== 'boolean') throw new TypeError('must be true or false');
+    return value ? '1' : '0';
+  },
 };
 
 export const answers = {
@@ -96,4 +125,11 @@ export const answers = {
   assets: list(records.asset),
   /** Missing when the terminal has no such fund account. */
   tradableQty: optional(records.tradableQty),
+  /** A number, not true or false. */
+  permission: oneOrZero,
+  nothing,
+  placedOrder: records.placedOrder,
+  listedOrders: list(records.listedOrder),
+  cancelledOrders: list(records.cancelledOrder),
+  strategyAnswer: records.strategyAnswer,
 };

@@ -1,4 +1,4 @@
-import { flag, json, list, number, object, record, shapesOf, text } from './shapes.js';
+import { flag, json, list, number, object, optional, record, shapesOf, text } from './shapes.js';
 
 /** What the terminal's lists are made of. A test compares every key with the library's own constants. */
 
@@ -133,6 +133,40 @@ export const asset = record(shapesOf(assetKeys, text));
 
 export const tradableQty = record({ qty: text });
 
+/**
+ * An order as the page sent it, with the number under which the terminal keeps it. Without a number the terminal has
+ * taken no order, although it reports no failure either.
+ */
+export const placedOrder = record({
+  orderID: optional(text),
+  fundAccount: text,
+  symbol: text,
+  orderSide: text,
+  priceType: text,
+  price: text,
+  qty: text,
+  exchange: text,
+});
+
+/** One order of a list as the terminal took it, with an outcome of its own. */
+export const listedOrder = record({
+  symbol: text,
+  orderSide: text,
+  priceType: text,
+  price: text,
+  qty: text,
+  exchange: text,
+  orderID: text,
+  code: text,
+  msg: text,
+});
+
+/** Spelled orderId here, as the terminal spells it for cancels. The values are the terminal's own. */
+export const cancelledOrder = record({ orderId: json, code: json, msg: json });
+
+/** The extension comes back as the page sent it. */
+export const strategyAnswer = record({ strategyID: text, strategyStatus: json, ExtField: json });
+
 export type FundAccount = ReturnType<typeof fundAccount>;
 export type Candle = ReturnType<typeof candle>;
 export type Tick = ReturnType<typeof tick>;
@@ -146,3 +180,7 @@ export type ExecutionList = ReturnType<typeof executionList>;
 export type Position = ReturnType<typeof position>;
 export type Asset = ReturnType<typeof asset>;
 export type TradableQty = ReturnType<typeof tradableQty>;
+export type PlacedOrder = ReturnType<typeof placedOrder>;
+export type ListedOrder = ReturnType<typeof listedOrder>;
+export type CancelledOrder = ReturnType<typeof cancelledOrder>;
+export type StrategyAnswer = ReturnType<typeof strategyAnswer>;

@@ -27,6 +27,14 @@ export function flag(data: unknown): boolean {
   return data;
 }
 
+export function oneOrZero(data: unknown): 0 | 1 {
+  if (data !== 0 && data !== 1) throw new TypeError(' is neither 1 nor 0');
+  return data;
+}
+
+/** For replies that carry no data. */
+export function nothing(): void {}
+
 /** Anything, null included; but it must be there. */
 export function json(data: unknown): Json {
   if (data === undefined) throw new TypeError(' is missing');

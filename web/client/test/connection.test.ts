@@ -10,6 +10,7 @@ import {
   assetKeys,
   entrustKeys,
   executionKeys,
+  oneWayMethods,
   positionKeys,
   type Call,
   type Connection,
@@ -57,6 +58,12 @@ const detail = {
   stockInterest: 1.25,
 };
 const classes = [{ securityType: 'a', securitySubType: ['b'], securityPost: [] }];
+
+const line = { symbol: 's', exchange: 'X', orderSide: 'Buy', priceType: 'Limit', price: '1.50', qty: '100' };
+const order1 = { ...line, fundAccount: 'f', orderTag: 'tag' };
+const placed = { ...line, fundAccount: 'f', orderID: 'O1' };
+const strategy = { strategyID: 'S1', strategyStatus: 'running', ExtField: ['x'] };
+const stopped = { strategyID: 'S1', extension: ['x'] };
 
 /** Every call: what the page passes, what the terminal gets after the identifier, an answer. */
 const table: [Call, Record<string, unknown> | undefined, string, unknown[], string, unknown][] = [
@@ -146,6 +153,64 @@ const table: [Call, Record<string, unknown> | undefined, string, unknown[], stri
     'Data_getTradableQty_RES',
     { qty: '300' },
   ],
+  ['getSetting', { key: 'k' }, 'Data_getSetting_REQ', ['k'], 'Data_getSetting_RES', '值'],
+  ['saveSetting', { value: '', key: 'k' }, 'Data_saveSetting_REQ', ['k', ''], 'Data_saveSetting_RES', ''],
+  [
+    'getPermission',
+    { supportType: 't', fundAccount: 'f' },
+    'Data_getPermission_REQ',
+    ['f', 't'],
+    'Data_getPermission_RES',
+    1,
+  ],
+  ['openPermissionMenu', undefined, 'Data_openPermissionMenu_REQ', [], 'Data_openPermissionMenu_RES', ''],
+  ['subscribe', { symbols: ['a', 'A'] }, 'Sub_subscribe_REQ', ['a,A'], 'Sub_subscribe_RES', undefined],
+  ['unsubscribe', { symbols: ['a'] }, 'UnSub_subscribe_REQ', ['a'], 'UnSub_subscribe_RES', undefined],
+  ['unsubscribeAll', undefined, 'UnSub_subscribeAll_REQ', [], 'UnSub_subscribeAll_RES', undefined],
+  [
+    'insertOrder',
+    order1,
+    'Trade_insertOrder_REQ',
+    ['f', 's', 'X', 'Buy', 'Limit', '1.50', '100', 'tag'],
+    'Trade_insertOrder_RES',
+    placed,
+  ],
+  [
+    'insertOrderList',
+    { orders: [line, line], orderTag: 'tag', fundAccount: 'f' },
+    'Trade_insertOrderList_REQ',
+    ['f', 'tag', JSON.stringify([line, line])],
+    'Trade_insertOrderList_RES',
+    [{ ...line, orderID: '1', code: '-1', msg: 'no' }],
+  ],
+  [
+    'cancelOrders',
+    { orderIds: ['1', '2'] },
+    'Trade_reqCancelOrder_REQ',
+    ['1,2'],
+    'Trade_reqCancelOrder_RES',
+    [
+      { orderId: '1', code: '0', msg: '' },
+      { orderId: '2', code: '-1', msg: 'no' },
+    ],
+  ],
+  [
+    'startStrategy',
+    { filePath: 'p', language: 2, fundAccounts: ['1', '2'], basicParam: { step: 1 }, extension: null },
+    'Vlx_startStrategy_REQ',
+    ['p', 2, '1,2', { step: 1 }, null],
+    'Vlx_startStrategy_RES',
+    strategy,
+  ],
+  ['stopStrategy', stopped, 'Vlx_stopStrategy_REQ', ['S1', ['x']], 'Vlx_stopStrategy_RES', strategy],
+  [
+    'queryStrategyStatus',
+    stopped,
+    'Vlx_queryStrategyStatus_REQ',
+    ['S1', ['x']],
+    'Vlx_queryStrategyStatus_RES',
+    strategy,
+  ],
 ];
 
 describe('every call', () => {
@@ -162,7 +227,7 @@ describe('every call', () => {
   it('is in the table above', () => {
     expect(table.map(([call]) => call).sort()).toEqual(
       Object.keys(sdk)
-        .filter((name) => name !== 'close')
+        .filter((name) => !['close', 'on', ...Object.keys(oneWayMethods)].includes(name))
         .sort(),
     );
   });
@@ -426,6 +491,28 @@ describe('arguments that would not arrive', () => {
       'getSymbolList: symbolFilter "securityType" must be a string',
       () => sdk.getSymbolList({ symbolFilter: [{ securityType: ['a'] as never }] }),
     ],
+    ['subscribe: symbols must not be empty', () => sdk.subscribe({ symbols: [] })],
+    ['cancelOrders: orderIds must have no comma in an entry', () => sdk.cancelOrders({ orderIds: ['1,2'] })],
+    [
+      'insertOrderList: orders must be a list',
+      () => sdk.insertOrderList({ fundAccount: '', orderTag: '', orders: '[]' as never }),
+    ],
+    [
+      'insertOrderList: orders has the unknown key "side"',
+      () => sdk.insertOrderList({ fundAccount: '', orderTag: '', orders: [{ ...line, side: 'Buy' } as never] }),
+    ],
+    [
+      'insertOrderList: orders "qty" must be a string',
+      () => sdk.insertOrderList({ fundAccount: '', orderTag: '', orders: [line, { ...line, qty: 100 } as never] }),
+    ],
+    [
+      'insertOrderList: orders "price" must be a string',
+      () => sdk.insertOrderList({ fundAccount: '', orderTag: '', orders: [{ ...line, price: undefined } as never] }),
+    ],
+    [
+      'stopStrategy: extension must be JSON',
+      () => sdk.stopStrategy({ strategyID: 'S1', extension: undefined as never }),
+    ],
     [
       'getSymbolListWithDetail: symbolFilter "securityPost" must be a list of strings',
       () => sdk.getSymbolListWithDetail({ symbolFilter: [{ securityPost: 'a' as never }] }),
@@ -453,6 +540,12 @@ describe('arguments that would not arrive', () => {
     void sdk.getFundAccountList();
     // @ts-expect-error the reading is integer
     void sdk.getFundAccountList({ fundProp: '1' });
+    // @ts-expect-error quantities travel as texts
+    void sdk.insertOrder({ ...order1, qty: 100 });
+    // @ts-expect-error an order may have no number
+    void sdk.insertOrder(order1).then(({ orderID }) => orderID.length);
+    // @ts-expect-error cancels spell it orderId
+    void sdk.cancelOrders({ orderIds: ['1'] }).then(([first]) => first!.orderID);
     // @ts-expect-error there is no such parameter
     void sdk.getToken({ first: 'A' });
     // @ts-expect-error the answer is a text

@@ -1,6 +1,6 @@
 import { readFileSync } from 'node:fs';
 import { describe, expect, it } from 'vitest';
-import { methods } from '../src/index.js';
+import { methods, oneWayMethods } from '../src/index.js';
 import { answeredCalls, pushEvents, reservedEvents, unansweredCalls } from '../src/protocol.js';
 import { quoted, readDocument, tableAfter } from './markdown.js';
 
@@ -21,6 +21,12 @@ describe('protocol names', () => {
     expect([...namesHere].sort()).toEqual(namesInHeader().sort());
   });
 
+  it('are all offered, but for the calls that nobody handles', () => {
+    const offered = Object.values({ ...methods, ...oneWayMethods }).map(({ method }) => method);
+    const unhandled = ['Data_getBuffer_REQ', 'Data_saveBuffer_REQ'];
+    expect([...offered, ...unhandled].sort()).toEqual(calls.map(([method]) => method).sort());
+  });
+
   it('appear once each', () => {
     expect(new Set(namesHere).size).toBe(namesHere.length);
   });
@@ -36,10 +42,15 @@ describe('the protocol page', () => {
   it('documents the calls that a connection offers', () => {
     const documented = tableAfter(page, '## Calls').flatMap(([method]) => quoted(method!));
     expect(documented.sort()).toEqual(
-      Object.values(methods)
+      Object.values({ ...methods, ...oneWayMethods })
         .map(({ method }) => method)
         .sort(),
     );
+  });
+
+  it('documents the pushes', () => {
+    const documented = tableAfter(page, '## Pushes').flatMap(([push]) => quoted(push!));
+    expect(documented.sort()).toEqual([...pushEvents].sort());
   });
 
   it('knows no name that the library does not', () => {

@@ -1,0 +1,111 @@
+import type { BridgeListener, CallBridge } from './bridge.js';
+import type { PushEvent } from './protocol.js';
+import * as records from './records.js';
+import { list, text, type Shape } from './shapes.js';
+
+/** Reads the arguments of a push, as the listener gets them. Throws when they are not what the push promises. */
+type Reader = (args: readonly unknown[]) => readonly unknown[];
+
+function json<T>(shape: Shape<T>) {
+  return ([data]: readonly unknown[]): [T] => {
+    const read: unknown = JSON.parse(text(data));
+    return [shape(read)];
+  };
+}
+
+function texts([first, second]: readonly unknown[]): [string, string] {
+  return [text(first), text(second)];
+}
+
+/** An empty text or an empty object says that an account changed which the terminal cannot tell more about. */
+function asset([data]: readonly unknown[]): [records.Asset | undefined] {
+  if (data === '' || data === '{}') return [undefined];
+  return json(records.asset)([data]);
+}
+
+/** Everything that comes without being asked for. The types of listeners derive from this table. */
+export const pushes = {
+  on_tickUpdate: json(records.tick),
+  on_AssetUpdate: asset,
+  on_entrustUpdate: json(list(records.entrust)),
+  on_executionUpdate: json(list(records.execution)),
+  on_positionUpdate: json(records.position),
+  on_orderLoaded: (): [] => [],
+  /** Custom-message identifier and message. */
+  on_vlxRcvCustomInfo: texts,
+  /** Strategy identifier and status. */
+  on_vlxStrategyStatusUpdate: texts,
+} as const satisfies Record<PushEvent, Reader>;
+
+export type PushListener<P extends PushEvent> = (...args: ReturnType<(typeof pushes)[P]>) => void;
+
+export type OnUnreadable = (event: PushEvent, args: readonly unknown[], reason: Error) => void;
+
+function complain(event: PushEvent, args: readonly unknown[], reason: Error): void {
+  console.error(`${event} cannot be read:`, reason, args);
+}
+
+/** Hears a push of the bridge as long as somebody hears it here, and reads it once for all of them. */
+export class PushHub {
+  private readonly heard = new Map<PushEvent, { listeners: Set<BridgeListener>; onPush: BridgeListener }>();
+  private closed = false;
+
+  constructor(
+    private readonly bridge: CallBridge,
+    private readonly onUnreadable: OnUnreadable = complain,
+  ) {}
+
+  /** The same function may listen more than once, and hears the push as often. */
+  readonly on = <P extends PushEvent>(push: P, listener: PushListener<P>): (() => void) => {
+    if (!Object.prototype.hasOwnProperty.call(pushes, push)) throw new TypeError(`on: there is no push "${push}"`);
+    if (this.closed) return () => {};
+    const own: BridgeListener = (...args) => (listener as BridgeListener)(...args);
+    const { listeners } = this.heard.get(push) ?? this.hear(push);
+    listeners.add(own);
+    return () => {
+      if (listeners.delete(own) && listeners.size === 0) this.ignore(push);
+    };
+  };
+
+  close(): void {
+    this.closed = true;
+    for (const [push, { listeners }] of [...this.heard]) {
+      listeners.clear();
+      this.ignore(push);
+    }
+  }
+
+  private hear(push: PushEvent) {
+    const listeners = new Set<BridgeListener>();
+    const onPush: BridgeListener = (...args) => {
+      let read: readonly unknown[];
+      try {
+        read = pushes[push](args);
+      } catch (error) {
+        this.onUnreadable(push, args, error as Error);
+        return;
+      }
+      for (const listener of [...listeners]) if (listeners.has(listener)) isolate(() => listener(...read));
+    };
+    const hearing = { listeners, onPush };
+    this.heard.set(push, hearing);
+    this.bridge.addEventListener(push, onPush);
+    return hearing;
+  }
+
+  private ignore(push: PushEvent): void {
+    this.bridge.removeEventListener(push, this.heard.get(push)!.onPush);
+    this.heard.delete(push);
+  }
+}
+
+/** A listener that throws keeps no other from hearing; its error is reported as any uncaught one is. */
+function isolate(task: () => void): void {
+  try {
+    task();
+  } catch (error) {
+    setTimeout(() => {
+      throw error;
+    });
+  }
+}
