@@ -1,7 +1,8 @@
 import type { Connection } from '@varnel/web-client';
-import { useCallback, useEffect, useSyncExternalStore } from 'react';
+import { useCallback, useEffect, useState, useSyncExternalStore } from 'react';
 import type { ConnectionState, ConnectionWatch } from './bridge';
 import type { Journal } from './journal';
+import type { TickFeed } from './live/TickFeed';
 import { AccountsPanel } from './panels/AccountsPanel';
 import { FreeCallForm } from './panels/FreeCallForm';
 import { HoldingsView } from './panels/HoldingsView';
@@ -9,13 +10,19 @@ import { InspectorPanel } from './panels/InspectorPanel';
 import { KLinePanel } from './panels/KLinePanel';
 import { LoginPanel } from './panels/LoginPanel';
 import { OrdersView } from './panels/OrdersView';
+import { PermissionPanel } from './panels/PermissionPanel';
 import { SecuritiesView } from './panels/SecuritiesView';
 import { StationPanel } from './panels/StationPanel';
+import { StrategiesView } from './panels/StrategiesView';
+import { TradeView } from './panels/TradeView';
+import { WatchPanel } from './panels/WatchPanel';
 import { Tabs } from './Tabs';
 import { useAnswer } from './useAnswer';
+import { useWatchList } from './useWatchList';
 
 interface Props {
   sdk: Connection;
+  feed: TickFeed;
   journal: Journal;
   connection: ConnectionWatch;
 }
@@ -33,11 +40,14 @@ function ConnectionLamp({ state }: { state: ConnectionState }) {
   );
 }
 
-export function App({ sdk, journal, connection }: Props) {
+export function App({ sdk, feed, journal, connection }: Props) {
   const state = useSyncExternalStore(connection.watch, connection.current);
   const [login, followLogin] = useAnswer<string>();
   const [token, followToken] = useAnswer<string>();
   const [traders, followTraders] = useAnswer<string[]>();
+
+  const [symbol, setSymbol] = useState('');
+  const watchList = useWatchList(sdk);
 
   const refresh = useCallback(() => {
     followLogin(sdk.getLoginTrader());
@@ -51,10 +61,12 @@ export function App({ sdk, journal, connection }: Props) {
       <div className="column">
         <LoginPanel login={login} token={token} traders={traders} onRefresh={refresh} />
         <AccountsPanel sdk={sdk} />
+        <PermissionPanel sdk={sdk} />
         <StationPanel sdk={sdk} />
       </div>
       <div className="column">
-        <KLinePanel sdk={sdk} />
+        <WatchPanel sdk={sdk} feed={feed} list={watchList} chosen={symbol} onChoose={setSymbol} />
+        <KLinePanel sdk={sdk} chosen={symbol} />
       </div>
     </>
   );
@@ -76,9 +88,21 @@ export function App({ sdk, journal, connection }: Props) {
           label="视图 views"
           tabs={[
             { title: '总览', hint: 'Overview', className: 'aside', content: overview },
-            { title: '证券', hint: 'Securities', className: 'aside', content: <SecuritiesView sdk={sdk} /> },
+            {
+              title: '交易',
+              hint: 'Trade',
+              className: 'aside',
+              content: <TradeView sdk={sdk} feed={feed} symbol={symbol} />,
+            },
+            {
+              title: '证券',
+              hint: 'Securities',
+              className: 'aside',
+              content: <SecuritiesView sdk={sdk} feed={feed} />,
+            },
             { title: '委托与成交', hint: 'Orders', className: '', content: <OrdersView sdk={sdk} /> },
             { title: '资产与持仓', hint: 'Holdings', className: '', content: <HoldingsView sdk={sdk} /> },
+            { title: '策略', hint: 'Strategies', className: 'aside', content: <StrategiesView sdk={sdk} /> },
           ]}
         />
         <div className="column">

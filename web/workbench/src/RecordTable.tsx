@@ -14,16 +14,21 @@ interface Props<Item> {
   items: readonly Item[];
   busy: boolean;
   testId: string;
+  /** Tells records apart, so that a row stays itself when others come before it. */
+  idOf?: (item: Item) => string;
+  /** A first column that is no field of the record. */
+  lead?: { title: ReactNode; write: (item: Item) => ReactNode };
 }
 
 /** Records of the terminal, a row each. A column of figures is written to the right. */
-export function RecordTable<Item>({ label, columns, items, busy, testId }: Props<Item>) {
+export function RecordTable<Item>({ label, columns, items, busy, testId, idOf, lead }: Props<Item>) {
   const isFigures = columns.map(({ isFigure }) => items.length > 0 && items.every(isFigure));
   return (
     <div className="scroll" tabIndex={0} role="region" aria-label={label}>
       <table className="records" aria-busy={busy} data-testid={testId}>
         <thead>
           <tr>
+            {lead && <th scope="col">{lead.title}</th>}
             {columns.map(({ key }, place) => (
               <th key={key} scope="col" title={key} className={isFigures[place] ? 'number' : ''}>
                 {fieldNames[key]}
@@ -33,7 +38,8 @@ export function RecordTable<Item>({ label, columns, items, busy, testId }: Props
         </thead>
         <tbody>
           {items.map((item, row) => (
-            <tr key={row}>
+            <tr key={idOf ? idOf(item) : row} data-id={idOf?.(item)}>
+              {lead && <td>{lead.write(item)}</td>}
               {columns.map(({ key, write, tone }, place) => (
                 <td key={key} data-key={key} className={`${isFigures[place] ? 'number' : ''} ${tone?.(item) ?? ''}`}>
                   {write(item)}

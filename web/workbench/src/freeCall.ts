@@ -1,4 +1,16 @@
+import type { Json } from '@varnel/web-client';
+
 export type ReadArguments = { ok: true; args: unknown[] } | { ok: false; reason: string };
+
+export type ReadJson = { ok: true; value: Json } | { ok: false };
+
+export function readJson(text: string): ReadJson {
+  try {
+    return { ok: true, value: JSON.parse(text) as Json };
+  } catch {
+    return { ok: false };
+  }
+}
 
 /** Reads the argument list of a call typed by hand. */
 export function readArguments(text: string): ReadArguments {

@@ -1,6 +1,7 @@
 import {
   answeredCalls,
   methods,
+  oneWayMethods,
   pushEvents,
   reservedEvents,
   unansweredCalls,
@@ -20,12 +21,16 @@ export type Outcome = 'ok' | 'failed' | 'empty';
 export interface CallEntry extends EntryBase {
   kind: 'call';
   uuid: string;
+  /** Set when the terminal never replies to this call. */
+  oneWay: boolean;
   /** Missing as long as no answer has come. */
   answer?: { outcome: Outcome; afterMs: number };
 }
 
 export interface EventEntry extends EntryBase {
   kind: 'event';
+  /** It came without being asked for. */
+  isPush: boolean;
   /** Set when the event answers a call of this page. */
   afterMs?: number;
 }
@@ -48,6 +53,9 @@ const answerEmpty = new Set<string>(
   Object.values(methods).flatMap((call) => ('answersEmpty' in call ? [call.method] : [])),
 );
 
+const oneWay = new Set<string>(Object.values(oneWayMethods).map(({ method }) => method));
+const pushes = new Set<string>(pushEvents);
+
 /** How the terminal reads a call identifier that is no text. */
 function asText(value: unknown): string {
   return typeof value === 'string'
@@ -63,10 +71,12 @@ function replyOf(method: string): string {
 
 /**
  * Stands between the page and the bridge and writes down every call and every event, in order. It keeps the latest
- * entries only and changes nothing that passes through.
+ * entries only, as many pushes as others, so that quotes do not wash the calls away. It changes nothing that passes
+ * through.
  */
 export class Journal implements CallBridge {
-  private list: Entry[] = [];
+  private list: Entry[] = []; // all but pushes
+  private pushes: Entry[] = [];
   private shown: readonly Entry[] = [];
   private nextId = 1;
   private readonly started = new Map<CallEntry, number>();
@@ -87,10 +97,17 @@ export class Journal implements CallBridge {
   invokeMethod(method: string, ...args: unknown[]): void {
     const event = replyOf(method);
     this.hear(event);
-    const entry: CallEntry = { ...this.stamp(method, args), kind: 'call', uuid: asText(args[0]) };
-    const waiting = this.unanswered.get(event) ?? new Set();
-    this.unanswered.set(event, waiting.add(entry));
-    this.started.set(entry, performance.now());
+    const entry: CallEntry = {
+      ...this.stamp(method, args),
+      kind: 'call',
+      uuid: asText(args[0]),
+      oneWay: oneWay.has(method),
+    };
+    if (!entry.oneWay) {
+      const waiting = this.unanswered.get(event) ?? new Set();
+      this.unanswered.set(event, waiting.add(entry));
+      this.started.set(entry, performance.now());
+    }
     this.add(entry);
     this.bridge.invokeMethod(method, ...args);
   }
@@ -110,6 +127,7 @@ export class Journal implements CallBridge {
 
   clear(): void {
     this.list = [];
+    this.pushes = [];
     this.started.clear();
     this.unanswered.clear();
     this.changed();
@@ -134,7 +152,7 @@ export class Journal implements CallBridge {
   }
 
   private onEvent(name: string, args: unknown[]): void {
-    const entry: EventEntry = { ...this.stamp(name, args), kind: 'event' };
+    const entry: EventEntry = { ...this.stamp(name, args), kind: 'event', isPush: pushes.has(name) };
     const reply = envelope(args[0]);
     const call = this.callAnsweredBy(name, args, reply);
     if (call) {
@@ -160,9 +178,10 @@ export class Journal implements CallBridge {
   }
 
   private add(entry: Entry): void {
-    this.list.push(entry);
-    if (this.list.length >= 2 * this.limit) {
-      for (const old of this.list.splice(0, this.list.length - this.limit)) if (old.kind === 'call') this.forget(old);
+    const list = entry.kind === 'event' && entry.isPush ? this.pushes : this.list;
+    list.push(entry);
+    if (list.length >= 2 * this.limit) {
+      for (const old of list.splice(0, list.length - this.limit)) if (old.kind === 'call') this.forget(old);
     }
     this.changed();
   }
@@ -172,7 +191,8 @@ export class Journal implements CallBridge {
     this.announced = true;
     this.schedule(() => {
       this.announced = false;
-      this.shown = this.list.slice(-this.limit);
+      const latest = [...this.list.slice(-this.limit), ...this.pushes.slice(-this.limit)];
+      this.shown = latest.sort((one, other) => one.id - other.id);
       this.watchers.forEach((watcher) => watcher());
     });
   }

@@ -4,6 +4,7 @@ import { createRoot } from 'react-dom/client';
 import { App } from './App';
 import { ConnectionWatch, loadBridge } from './bridge';
 import { Journal } from './journal';
+import { TickFeed } from './live/TickFeed';
 import './theme.css';
 import './desk.css';
 
@@ -23,7 +24,7 @@ try {
   const sdk = connect(journal);
   root.render(
     <StrictMode>
-      <App sdk={sdk} journal={journal} connection={connection} />
+      <App sdk={sdk} feed={new TickFeed(sdk)} journal={journal} connection={connection} />
     </StrictMode>,
   );
 } catch (error) {

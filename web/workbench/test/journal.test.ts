@@ -132,6 +132,21 @@ describe('the journal', () => {
     expect((drawn().at(-1) as EventEntry).afterMs).toBeUndefined();
   });
 
+  it('does not let pushes wash the calls away', () => {
+    journal.invokeMethod('Data_getKLineData_REQ', 'u1');
+    for (let tick = 1; tick <= 50; ++tick) bridge.emit('on_tickUpdate', `${tick}`);
+    expect(drawn().map(({ args }) => args[0])).toEqual(['u1', '47', '48', '49', '50']);
+    expect(drawn().map((entry) => entry.kind === 'event' && entry.isPush)).toEqual([false, true, true, true, true]);
+    bridge.emit('Data_getKLineData_RES', reply('u1'));
+    expect(calls()[0]!.answer?.outcome).toBe('ok');
+  });
+
+  it('waits for no answer to a call that has none', () => {
+    journal.invokeMethod('Vlx_sendCustomInfo_REQ', 'u1', 'id', 'text');
+    journal.invokeMethod('Data_getToken_REQ', 'u2');
+    expect(calls().map(({ oneWay }) => oneWay)).toEqual([true, false]);
+  });
+
   it('tells its watchers once for a burst, and gives the same array until then', () => {
     let told = 0;
     const stop = journal.watch(() => ++told);

@@ -1,8 +1,11 @@
 import { describe, expect, it } from 'vitest';
 import { barOf, drawable, readableTime, secondsOf } from '../src/candles';
-import { commaParts, layOut, readArguments } from '../src/freeCall';
+import { readBasket } from '../src/basket';
+import { commaParts, layOut, readArguments, readJson } from '../src/freeCall';
+import { withLine, type LogLine } from '../src/log';
 import { clockOf, quoteOf } from '../src/quote';
 import { rate, toneOf, wholeNumber, written } from '../src/values';
+import { firstWatched, readWatchList, writeWatchList } from '../src/watchList';
 
 describe('arguments typed by hand', () => {
   it.each([
@@ -25,6 +28,64 @@ describe('a text with commas', () => {
     ['a, b ,,c', ['a', 'b', '', 'c']],
   ])('"%s" has its parts', (text, parts) => {
     expect(commaParts(text)).toEqual(parts);
+  });
+});
+
+describe('JSON typed by hand', () => {
+  it.each([
+    ['{"a":1}', { ok: true, value: { a: 1 } }],
+    ['null', { ok: true, value: null }],
+    ['', { ok: false }],
+    ['{a:1}', { ok: false }],
+  ])('%s is read', (text, read) => {
+    expect(readJson(text)).toEqual(read);
+  });
+});
+
+describe('a watch list', () => {
+  it.each([[[]], [['609801.SH', 'yl2503.cf']]])('%j is read as it was written', (symbols) => {
+    expect(readWatchList(writeWatchList(symbols))).toEqual(symbols);
+  });
+
+  it('has each symbol once, and symbols of another spelling besides', () => {
+    expect(readWatchList('["a","A","a"]')).toEqual(['a', 'A']);
+  });
+
+  it.each(['', '[', '{}', 'null', '[1]', '"a"'])('that reads "%s" is the first one', (text) => {
+    expect(readWatchList(text)).toEqual(firstWatched);
+  });
+});
+
+describe('a basket', () => {
+  it('has an order for each line; without a price it is one at the market', () => {
+    expect(readBasket('609801.SH,Buy,100,18.30\n\n 009811.SZ , Sell , 200 \n')).toEqual({
+      ok: true,
+      lines: [
+        { symbol: '609801.SH', orderSide: 'Buy', priceType: 'Limit', price: '18.30', qty: '100' },
+        { symbol: '009811.SZ', orderSide: 'Sell', priceType: 'Market', price: '0', qty: '200' },
+      ],
+    });
+  });
+
+  it('of blank lines is empty', () => {
+    expect(readBasket(' \n\n')).toEqual({ ok: true, lines: [] });
+  });
+
+  it.each(['609801.SH', '609801.SH,Buy', ',Buy,100', '609801.SH,,100', '609801.SH,Buy,,1', 'a,Buy,1,2,3'])(
+    'with the line "%s" is refused, and the line is named',
+    (line) => {
+      expect(readBasket(`609801.SH,Buy,100\n${line}`)).toEqual({ ok: false, reason: expect.stringMatching(/第 2 行/) });
+    },
+  );
+});
+
+describe('a log', () => {
+  it('has the latest line first and keeps no more than 200', () => {
+    let log: readonly LogLine[] = [];
+    for (let line = 1; line <= 250; ++line) log = withLine(log, `line ${line}`);
+    expect(log).toHaveLength(200);
+    expect(log[0]).toEqual({ id: 250, text: 'line 250' });
+    expect(new Set(log.map(({ id }) => id)).size).toBe(200);
   });
 });
 

@@ -7,6 +7,7 @@ import {
   type Position,
 } from '@varnel/web-client';
 import { useEffect, useState, type FormEvent } from 'react';
+import { usePush, useRefetch } from '../live/hooks';
 import { RecordTable, type Column } from '../RecordTable';
 import { useAnswer } from '../useAnswer';
 import { useFundAccounts } from '../useFundAccounts';
@@ -45,19 +46,28 @@ export function HoldingsView({ sdk }: { sdk: Connection }) {
   const [assets, followAssets] = useAnswer<Asset[]>();
   const [positions, followPositions] = useAnswer<Position[]>();
 
-  function ask(known: readonly FundAccount[]) {
-    const all = known.map(({ fundAccount }) => fundAccount);
+  const [asked, setAsked] = useState(query);
+
+  async function ask(known: readonly FundAccount[], { fundAccount, symbol }: typeof query) {
+    const all = known.map((each) => each.fundAccount);
     if (all.length === 0) return;
-    const fundAccounts = query.fundAccount === '' ? all : [query.fundAccount];
-    followAssets(sdk.getAsset({ fundAccounts }));
-    followPositions(sdk.getPositionList({ fundAccounts, symbol: query.symbol }));
+    const fundAccounts = fundAccount === '' ? all : [fundAccount];
+    const answers = [sdk.getAsset({ fundAccounts }), sdk.getPositionList({ fundAccounts, symbol })] as const;
+    followAssets(answers[0]);
+    followPositions(answers[1]);
+    await Promise.allSettled(answers);
   }
 
-  useEffect(() => ask(accounts.data ?? []), [accounts.data]);
+  useEffect(() => void ask(accounts.data ?? [], asked), [accounts.data, asked]);
+
+  // A position that is sold out leaves the list, and prices move: the terminal tells the whole again.
+  const refetch = useRefetch(() => ask(accounts.data ?? [], asked));
+  usePush(sdk, 'on_AssetUpdate', refetch);
+  usePush(sdk, 'on_positionUpdate', refetch);
 
   function submit(event: FormEvent) {
     event.preventDefault();
-    ask(accounts.data ?? []);
+    setAsked({ ...query });
   }
 
   return (

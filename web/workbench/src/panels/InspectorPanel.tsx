@@ -15,6 +15,7 @@ function clock(at: Date): string {
 }
 
 function CallState({ call }: { call: CallEntry }) {
+  if (call.oneWay) return <span className="state">无需应答 no reply</span>;
   if (!call.answer) return <span className="state open">尚无应答 no answer</span>;
   const { outcome, afterMs } = call.answer;
   return (
@@ -66,13 +67,19 @@ function Row({ entry }: { entry: Entry }) {
 export function InspectorPanel({ journal }: { journal: Journal }) {
   const entries = useSyncExternalStore(journal.watch, journal.entries);
   const [unansweredOnly, setUnansweredOnly] = useState(false);
-  const open = entries.filter((entry) => entry.kind === 'call' && !entry.answer);
-  const shown = unansweredOnly ? open : entries;
+  const [withPushes, setWithPushes] = useState(true);
+  const open = entries.filter((entry) => entry.kind === 'call' && !entry.oneWay && !entry.answer);
+  const called = withPushes ? entries : entries.filter((entry) => entry.kind !== 'event' || !entry.isPush);
+  const shown = unansweredOnly ? open : called;
   const tools = (
     <div className="tools">
       <label className="inline">
         <input type="checkbox" checked={unansweredOnly} onChange={(event) => setUnansweredOnly(event.target.checked)} />
         只看未应答 <small>unanswered</small> {open.length}
+      </label>
+      <label className="inline">
+        <input type="checkbox" checked={withPushes} onChange={(event) => setWithPushes(event.target.checked)} />
+        推送 <small>pushes</small>
       </label>
       <button type="button" className="plain" onClick={() => journal.clear()}>
         清空 Clear

@@ -14,11 +14,23 @@ interface Shown {
   candles: Candle[];
 }
 
-export function KLinePanel({ sdk }: { sdk: Connection }) {
+interface Props {
+  sdk: Connection;
+  /** What was chosen elsewhere; empty as long as nothing was. */
+  chosen: string;
+}
+
+export function KLinePanel({ sdk, chosen }: Props) {
   const [query, setQuery] = useState(opening);
   const [answer, follow] = useAnswer<Shown>();
 
   useEffect(() => ask(opening), [sdk]);
+  useEffect(() => {
+    if (chosen === '') return;
+    const next = { ...query, symbol: chosen };
+    setQuery(next);
+    ask(next);
+  }, [chosen]);
 
   function ask(asked: typeof opening) {
     const title = `${asked.symbol} ${asked.period === klinePeriods.minute ? '分钟线' : '日线'}`;

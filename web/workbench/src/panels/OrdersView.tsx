@@ -1,33 +1,24 @@
-import { entrustKeys, executionKeys, sides, type Cell, type Connection, type OrderFilter } from '@varnel/web-client';
+import { entrustKeys, executionKeys, type Connection, type OrderFilter } from '@varnel/web-client';
 import { useEffect, useState, type FormEvent } from 'react';
+import { cellColumn, type CellRow } from '../cellColumns';
 import { commaParts } from '../freeCall';
+import { usePush, useRefetch } from '../live/hooks';
 import { statusNames } from '../orders';
 import { Pager } from '../Pager';
 import { RecordTable, type Column } from '../RecordTable';
 import { useAnswer } from '../useAnswer';
 import { useFundAccounts } from '../useFundAccounts';
-import { written } from '../values';
 import { AccountSelect } from './AccountSelect';
 import { Outcome, Panel } from './Panel';
 
 type Kind = 'orders' | 'executions';
-type Row = Partial<Record<Column<unknown>['key'], Cell>>;
 
-const kinds: Record<Kind, { name: string; hint: string; columns: readonly Column<Row>[] }> = {
-  orders: { name: '委托', hint: 'Orders', columns: entrustKeys.map(columnOf) },
-  executions: { name: '成交', hint: 'Executions', columns: executionKeys.map(columnOf) },
+const kinds: Record<Kind, { name: string; hint: string; columns: readonly Column<CellRow>[] }> = {
+  orders: { name: '委托', hint: 'Orders', columns: entrustKeys.map(cellColumn) },
+  executions: { name: '成交', hint: 'Executions', columns: executionKeys.map(cellColumn) },
 };
 
 const counts = [20, 50, 100];
-
-function columnOf(key: Column<Row>['key']): Column<Row> {
-  return {
-    key,
-    write: (row) => written(row[key]?.displayRole),
-    isFigure: (row) => typeof row[key]?.userRole === 'number',
-    ...(key === 'side' && { tone: (row) => (row.side?.userRole === sides.buy ? 'up' : 'down') }),
-  };
-}
 
 const anything = { fundAccount: '', symbol: '', trader: '', orderStatus: '', orderSource: '', instanceID: '' };
 
@@ -46,7 +37,7 @@ interface Query {
 
 interface Shown extends Query {
   total: number;
-  rows: readonly Row[];
+  rows: readonly CellRow[];
 }
 
 async function fetchPage(sdk: Connection, query: Query): Promise<Shown> {
@@ -68,6 +59,16 @@ export function OrdersView({ sdk }: { sdk: Connection }) {
 
   useEffect(() => followTraders(sdk.getTraderList()), [sdk, followTraders]);
   useEffect(() => follow(fetchPage(sdk, query)), [sdk, follow, query]);
+
+  // What has changed may stand on another page or meet the conditions no more: only the terminal can tell.
+  const refetch = useRefetch(() => {
+    const page = fetchPage(sdk, query);
+    follow(page);
+    return page;
+  });
+  usePush(sdk, 'on_entrustUpdate', () => query.kind === 'orders' && refetch());
+  usePush(sdk, 'on_executionUpdate', () => query.kind === 'executions' && refetch());
+  usePush(sdk, 'on_orderLoaded', refetch);
 
   function ask(event: FormEvent) {
     event.preventDefault();

@@ -1,4 +1,6 @@
 import type { Tick } from '@varnel/web-client';
+import { useTick } from '../live/hooks';
+import type { TickFeed } from '../live/TickFeed';
 import { clockOf, quoteOf, type Level, type Quote } from '../quote';
 import type { Answered } from '../useAnswer';
 import { toneOf, wholeNumber } from '../values';
@@ -6,7 +8,9 @@ import { Outcome, Panel } from './Panel';
 
 interface Props {
   symbol: string;
+  /** What was asked for last. */
   quote: Answered<Tick>;
+  feed: TickFeed;
   /** Decimals of the security's prices. */
   precision: number;
   onRefresh: () => void;
@@ -25,7 +29,8 @@ const figureNames = {
   amount: '总额',
 } satisfies Record<keyof Quote['figures'], string>;
 
-export function QuotePanel({ symbol, quote, precision, onRefresh }: Props) {
+export function QuotePanel({ symbol, quote, feed, precision, onRefresh }: Props) {
+  const live = useTick(feed, symbol);
   const tools = (
     <div className="tools">
       <strong className="number">{symbol}</strong>
@@ -36,7 +41,7 @@ export function QuotePanel({ symbol, quote, precision, onRefresh }: Props) {
   );
   return (
     <Panel title="行情" hint="Quote" tools={tools} testId="quote">
-      <Outcome of={quote}>{(tick) => <Levels quote={quoteOf(tick)} precision={precision} />}</Outcome>
+      <Outcome of={quote}>{(tick) => <Levels quote={quoteOf(live ?? tick)} precision={precision} />}</Outcome>
     </Panel>
   );
 }

@@ -1,4 +1,5 @@
 import type { Connection, SecurityDetail, Tick } from '@varnel/web-client';
+import type { TickFeed } from '../live/TickFeed';
 import { useCallback, useState } from 'react';
 import { useAnswer } from '../useAnswer';
 import { useFundAccounts } from '../useFundAccounts';
@@ -8,7 +9,7 @@ import { SecurityPanel } from './SecurityPanel';
 import { TradableQtyPanel } from './TradableQtyPanel';
 
 /** A list of securities, and everything about the one that is chosen. */
-export function SecuritiesView({ sdk }: { sdk: Connection }) {
+export function SecuritiesView({ sdk, feed }: { sdk: Connection; feed: TickFeed }) {
   const accounts = useFundAccounts(sdk);
   const [symbol, setSymbol] = useState('');
   const [detail, followDetail] = useAnswer<SecurityDetail | undefined>();
@@ -32,6 +33,7 @@ export function SecuritiesView({ sdk }: { sdk: Connection }) {
         <QuotePanel
           symbol={symbol}
           quote={quote}
+          feed={feed}
           precision={detail.data?.precision ?? 2}
           onRefresh={() => followQuote(sdk.getCurrentTick({ symbol }))}
         />

@@ -1,0 +1,26 @@
+import { priceTypes, type OrderLine } from '@varnel/web-client';
+
+/** An order of a basket as it is typed; its exchange is looked up. */
+export type BasketLine = Omit<OrderLine, 'exchange'>;
+
+export type ReadBasket = { ok: true; lines: BasketLine[] } | { ok: false; reason: string };
+
+const shape = '证券标识,买卖,数量,价格';
+
+/**
+ * Reads a line for each order: symbol, side, quantity, price. Without a price it is an order at the market. Whether the
+ * values make sense is the terminal's to say.
+ */
+export function readBasket(text: string): ReadBasket {
+  const lines: BasketLine[] = [];
+  for (const [index, raw] of text.split('\n').entries()) {
+    if (raw.trim() === '') continue;
+    const parts = raw.split(',').map((part) => part.trim());
+    const [symbol = '', orderSide = '', qty = '', price = ''] = parts;
+    if (parts.length > 4 || symbol === '' || orderSide === '' || qty === '')
+      return { ok: false, reason: `第 ${index + 1} 行：${shape}` };
+    const priceType = price === '' ? priceTypes.market : priceTypes.limit;
+    lines.push({ symbol, orderSide, priceType, price: price === '' ? '0' : price, qty });
+  }
+  return { ok: true, lines };
+}

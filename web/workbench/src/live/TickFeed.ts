@@ -1,0 +1,94 @@
+import type { Connection, Tick } from '@varnel/web-client';
+import { nextFrame, Watchers, type Schedule } from './frame';
+
+type Sdk = Pick<Connection, 'on' | 'subscribe' | 'unsubscribe' | 'getCurrentTick'>;
+
+/**
+ * The desk's quote subscriptions. They belong to the page as a whole, so parts that watch the same symbol share one, and
+ * the last to go ends it.
+ */
+export class TickFeed {
+  private readonly ticks = new Map<string, Tick>();
+  private readonly counts = new Map<string, number>();
+  private readonly subscribed = new Set<string>();
+  private readonly watchers: Watchers;
+  private settling = false;
+
+  constructor(
+    private readonly sdk: Sdk,
+    schedule: Schedule = nextFrame,
+    /** Told when a subscription fails. */
+    private readonly complain: (error: Error) => void = (error) => console.error(error),
+  ) {
+    this.watchers = new Watchers(schedule);
+    sdk.on('on_tickUpdate', (tick) => this.take(tick));
+  }
+
+  /** Wants the quotes of these symbols until the function that it returns is called. */
+  readonly want = (symbols: readonly string[]): (() => void) => {
+    const own = [...new Set(symbols)];
+    for (const symbol of own) this.counts.set(symbol, (this.counts.get(symbol) ?? 0) + 1);
+    this.settleSoon();
+    let wanted = true;
+    return () => {
+      if (!wanted) return;
+      wanted = false;
+      for (const symbol of own) this.counts.set(symbol, this.counts.get(symbol)! - 1);
+      this.settleSoon();
+    };
+  };
+
+  /** The latest quote, if there was any since the symbol was first wanted. */
+  readonly tick = (symbol: string): Tick | undefined => this.ticks.get(symbol);
+
+  readonly watch = (watcher: () => void): (() => void) => this.watchers.add(watcher);
+
+  private take(tick: Tick): void {
+    const symbol = tick.symbol;
+    if (typeof symbol !== 'string' || !this.subscribed.has(symbol)) return; // one that was under way
+    this.ticks.set(symbol, tick);
+    this.changed();
+  }
+
+  private changed(): void {
+    this.watchers.announce(() => {});
+  }
+
+  /** What is dropped and wanted again at once makes no call, and what comes together makes one. */
+  private settleSoon(): void {
+    if (this.settling) return;
+    this.settling = true;
+    queueMicrotask(() => {
+      this.settling = false;
+      this.settle();
+    });
+  }
+
+  private settle(): void {
+    const gained: string[] = [];
+    const lost: string[] = [];
+    for (const [symbol, count] of this.counts) {
+      if (count > 0 && !this.subscribed.has(symbol)) gained.push(symbol);
+      if (count > 0) continue;
+      this.counts.delete(symbol);
+      if (this.subscribed.has(symbol)) lost.push(symbol);
+    }
+    for (const symbol of lost) {
+      this.subscribed.delete(symbol);
+      this.ticks.delete(symbol);
+    }
+    for (const symbol of gained) this.subscribed.add(symbol);
+    if (lost.length > 0) this.sdk.unsubscribe({ symbols: lost }).catch(this.complain);
+    if (gained.length > 0) this.sdk.subscribe({ symbols: gained }).catch(this.complain);
+    for (const symbol of gained) this.fill(symbol);
+  }
+
+  /** Quotes come when they change. Until then there is the one that stands. */
+  private fill(symbol: string): void {
+    this.sdk.getCurrentTick({ symbol }).then((tick) => {
+      if (!this.subscribed.has(symbol) || this.ticks.has(symbol)) return;
+      this.ticks.set(symbol, tick);
+      this.changed();
+    }, this.complain);
+  }
+}

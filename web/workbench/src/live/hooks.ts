@@ -1,0 +1,36 @@
+import type { Connection, PushEvent, PushListener, Tick } from '@varnel/web-client';
+import { useCallback, useEffect, useMemo, useRef, useSyncExternalStore } from 'react';
+import type { LiveRecords } from './LiveRecords';
+import { Refetch } from './Refetch';
+import type { TickFeed } from './TickFeed';
+
+/** Hears a push as long as the component is there; the listener of the latest drawing counts. */
+export function usePush<P extends PushEvent>(sdk: Connection, push: P, listener: PushListener<P>): void {
+  const latest = useRef(listener);
+  useEffect(() => {
+    latest.current = listener;
+  });
+  useEffect(() => sdk.on(push, ((...args) => latest.current(...args)) as PushListener<P>), [sdk, push]);
+}
+
+/** A function that asks again, one call at a time, however often it is told to. */
+export function useRefetch(ask: () => Promise<unknown>): () => void {
+  const latest = useRef(ask);
+  useEffect(() => {
+    latest.current = ask;
+  });
+  return useMemo(() => new Refetch(() => latest.current()), []).trigger;
+}
+
+export function useLive<Item>(records: LiveRecords<Item>): readonly Item[] {
+  return useSyncExternalStore(records.watch, records.current);
+}
+
+/** The latest quote of a symbol; draws again when that one changes. */
+export function useTick(feed: TickFeed, symbol: string): Tick | undefined {
+  useEffect(() => (symbol === '' ? undefined : feed.want([symbol])), [feed, symbol]);
+  return useSyncExternalStore(
+    feed.watch,
+    useCallback(() => feed.tick(symbol), [feed, symbol]),
+  );
+}

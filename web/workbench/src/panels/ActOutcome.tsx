@@ -1,0 +1,26 @@
+import type { ReactNode } from 'react';
+import type { Act } from '../useAct';
+
+/** Says what became of a call that trades, starts or stops something. */
+export function ActOutcome<T>({ act, children }: { act: Act<T>; children: (data: T) => ReactNode }) {
+  switch (act.phase) {
+    case 'idle':
+      return null;
+    case 'busy':
+      return <p className="quiet">等待应答 waiting…</p>;
+    case 'done':
+      return <>{children(act.data)}</>;
+    case 'refused':
+      return (
+        <p className="problem" role="alert">
+          {act.error.message}
+        </p>
+      );
+    case 'unknown':
+      return (
+        <p className="problem" role="alert">
+          结果未知，请先查委托，勿重复提交。Outcome unknown: look at the orders before you send anything again.
+        </p>
+      );
+  }
+}

@@ -1,0 +1,105 @@
+import type { Connection, ListedOrder } from '@varnel/web-client';
+import { useState, type FormEvent } from 'react';
+import { readBasket, type BasketLine } from '../basket';
+import { useAct } from '../useAct';
+import { useFundAccounts } from '../useFundAccounts';
+import { AccountSelect } from './AccountSelect';
+import { ActOutcome } from './ActOutcome';
+import { Confirm } from './Confirm';
+import { Panel } from './Panel';
+
+/** Several orders of an account in one call. */
+export function BasketPanel({ sdk }: { sdk: Connection }) {
+  const accounts = useFundAccounts(sdk);
+  const [chosen, setChosen] = useState<string>();
+  const [text, setText] = useState('');
+  const [confirming, setConfirming] = useState<readonly BasketLine[]>();
+  const [act, run, reset] = useAct<ListedOrder[]>();
+  const fundAccount = chosen ?? accounts.data?.[0]?.fundAccount ?? '';
+  const read = readBasket(text);
+  const count = read.ok ? read.lines.length : 0;
+
+  function edit(after: string) {
+    setText(after);
+    setConfirming(undefined);
+    reset();
+  }
+
+  function askBack(event: FormEvent) {
+    event.preventDefault();
+    if (read.ok && count > 0 && act.phase !== 'busy') setConfirming(read.lines);
+  }
+
+  function place(lines: readonly BasketLine[]) {
+    setConfirming(undefined);
+    run(async () => {
+      const symbols = [...new Set(lines.map(({ symbol }) => symbol))];
+      const details = await sdk.getSymbolDetail({ symbols });
+      const exchanges = new Map(details.map(({ exchange }, place) => [symbols[place]!, exchange]));
+      const orders = lines.map((line) => ({ ...line, exchange: exchanges.get(line.symbol) ?? '' }));
+      return sdk.insertOrderList({ fundAccount, orderTag: 'basket', orders });
+    });
+  }
+
+  return (
+    <Panel title="篮子" hint="Basket" testId="basket">
+      <form className="fields" onSubmit={askBack}>
+        <AccountSelect
+          accounts={accounts}
+          value={fundAccount}
+          onChange={(account) => {
+            setChosen(account);
+            edit(text);
+          }}
+        />
+        <label className="wide">
+          委托 <small>a line each: symbol, side, quantity, price; no price: market</small>
+          <textarea
+            rows={3}
+            value={text}
+            placeholder="609801.SH,Buy,100,18.30"
+            spellCheck={false}
+            aria-invalid={!read.ok}
+            onChange={(event) => edit(event.target.value)}
+          />
+        </label>
+        <button type="submit" disabled={count === 0 || confirming !== undefined || act.phase === 'busy'}>
+          {act.phase === 'busy' ? '发送中…' : `发送篮子 Place ${count}`}
+        </button>
+        <p className="problem" role="status">
+          {read.ok ? '' : read.reason}
+        </p>
+      </form>
+      {confirming && (
+        <Confirm
+          question={`${fundAccount} 篮子 ${confirming.length} 笔 orders`}
+          onYes={() => place(confirming)}
+          onNo={() => setConfirming(undefined)}
+        />
+      )}
+      <div data-testid="basket-outcome">
+        <ActOutcome act={act}>{(orders) => <Outcomes orders={orders} />}</ActOutcome>
+      </div>
+    </Panel>
+  );
+}
+
+function Outcomes({ orders }: { orders: readonly ListedOrder[] }) {
+  const refused = orders.filter(({ code }) => code !== '0');
+  return (
+    <>
+      <p>
+        已受理 {orders.length - refused.length}，被拒 {refused.length} <small>accepted, refused</small>
+      </p>
+      {refused.length > 0 && (
+        <ul className="reasons">
+          {refused.slice(0, 20).map(({ orderID, symbol, msg }, place) => (
+            <li key={place} className="problem">
+              {symbol} {orderID} {msg}
+            </li>
+          ))}
+        </ul>
+      )}
+    </>
+  );
+}

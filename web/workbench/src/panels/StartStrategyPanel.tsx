@@ -1,0 +1,83 @@
+import type { Connection, Json, StrategyAnswer } from '@varnel/web-client';
+import { useState, type FormEvent } from 'react';
+import { commaParts, readJson } from '../freeCall';
+import { useAct } from '../useAct';
+import { useFundAccounts } from '../useFundAccounts';
+import { ActOutcome } from './ActOutcome';
+import { Panel } from './Panel';
+
+interface Props {
+  sdk: Connection;
+  onStarted: (strategyID: string, status: string) => void;
+}
+
+const opening = { filePath: 'strategies/grid.py', language: '1', fundAccounts: '', basicParam: '{}', extension: '""' };
+
+/** A strategy for the platform. Whether it takes it, and what its parameters mean, is the platform's. */
+export function StartStrategyPanel({ sdk, onStarted }: Props) {
+  const accounts = useFundAccounts(sdk);
+  const [form, setForm] = useState(opening);
+  const [act, run] = useAct<StrategyAnswer>();
+  const first = accounts.data?.[0]?.fundAccount ?? '';
+  const fundAccounts = commaParts(form.fundAccounts || first);
+  const basicParam = readJson(form.basicParam);
+  const extension = readJson(form.extension);
+  const language = Number(form.language);
+  const isWhole = basicParam.ok && extension.ok && Number.isInteger(language) && fundAccounts.length > 0;
+
+  function start(event: FormEvent) {
+    event.preventDefault();
+    if (!basicParam.ok || !extension.ok) return;
+    const { filePath } = form;
+    const started = { filePath, language, fundAccounts, basicParam: basicParam.value, extension: extension.value };
+    run(async () => {
+      const answer = await sdk.startStrategy(started);
+      onStarted(answer.strategyID, String(answer.strategyStatus));
+      return answer;
+    });
+  }
+
+  const field = (name: keyof typeof opening, text: string, hint: string, placeholder = '') => (
+    <label className={name === 'language' ? '' : 'wide'}>
+      {text} <small>{hint}</small>
+      <input
+        value={form[name]}
+        placeholder={placeholder}
+        spellCheck={false}
+        aria-invalid={
+          (name === 'basicParam' && !basicParam.ok) ||
+          (name === 'extension' && !extension.ok) ||
+          (name === 'language' && !Number.isInteger(language))
+        }
+        onChange={(event) => setForm({ ...form, [name]: event.target.value })}
+      />
+    </label>
+  );
+  return (
+    <Panel title="启动策略" hint="Start a strategy" testId="start-strategy">
+      <form className="fields" onSubmit={start}>
+        {field('filePath', '文件', 'file path')}
+        {field('language', '语言', 'language')}
+        {field('fundAccounts', '资产账号', 'accounts, with commas', first)}
+        {field('basicParam', '基本参数', 'basic parameters, JSON')}
+        {field('extension', '扩展', 'extension, JSON')}
+        <button type="submit" disabled={!isWhole || act.phase === 'busy'}>
+          {act.phase === 'busy' ? '启动中…' : '启动 Start'}
+        </button>
+      </form>
+      <div data-testid="start-outcome">
+        <ActOutcome act={act}>
+          {({ strategyID, ExtField }) => (
+            <p>
+              已启动 started <code>{strategyID}</code> <small>{layOutShort(ExtField)}</small>
+            </p>
+          )}
+        </ActOutcome>
+      </div>
+    </Panel>
+  );
+}
+
+function layOutShort(extension: Json): string {
+  return extension === '' || extension === null ? '' : JSON.stringify(extension);
+}

@@ -1,0 +1,37 @@
+import { OutcomeUnknownError } from '@varnel/web-client';
+import { useCallback, useRef, useState } from 'react';
+
+/** A call that trades, starts or stops something, from the click to its outcome. */
+export type Act<T> =
+  | { phase: 'idle' }
+  | { phase: 'busy' }
+  | { phase: 'done'; data: T }
+  | { phase: 'refused'; error: Error }
+  /** Nobody knows whether it was carried out. */
+  | { phase: 'unknown'; error: Error };
+
+/** One at a time: as long as a call is under way another click does nothing. */
+export function useAct<T>(): [Act<T>, (call: () => Promise<T>) => void, () => void] {
+  const [act, setAct] = useState<Act<T>>({ phase: 'idle' });
+  const busy = useRef(false); // state comes too late for the second of two quick clicks
+  const run = useCallback((call: () => Promise<T>) => {
+    if (busy.current) return;
+    busy.current = true;
+    setAct({ phase: 'busy' });
+    const settle = (after: Act<T>) => {
+      busy.current = false;
+      setAct(after);
+    };
+    const fail = (error: Error) =>
+      settle({ phase: error instanceof OutcomeUnknownError ? 'unknown' : 'refused', error });
+    try {
+      call().then((data) => settle({ phase: 'done', data }), fail);
+    } catch (error) {
+      fail(error as Error);
+    }
+  }, []);
+  const reset = useCallback(() => {
+    if (!busy.current) setAct({ phase: 'idle' });
+  }, []);
+  return [act, run, reset];
+}

@@ -1,0 +1,40 @@
+import type { Connection } from '@varnel/web-client';
+import { useCallback, useEffect, useState } from 'react';
+import { useAnswer, type Answered } from './useAnswer';
+import { readWatchList, watchListKey, withoutRepeats, writeWatchList } from './watchList';
+
+export interface WatchList {
+  symbols: readonly string[];
+  /** State of the call that reads what was saved. */
+  answer: Answered<unknown>;
+  add: (symbol: string) => void;
+  remove: (symbol: string) => void;
+}
+
+const nothing: readonly string[] = [];
+
+/** The watch list, kept by the terminal's settings: it is there again after a restart. */
+export function useWatchList(sdk: Connection): WatchList {
+  const [answer, follow] = useAnswer<readonly string[]>();
+  const [changed, setChanged] = useState<readonly string[]>();
+  const [failure, setFailure] = useState<Error>();
+  const symbols = changed ?? answer.data ?? nothing;
+
+  useEffect(() => follow(sdk.getSetting({ key: watchListKey }).then(readWatchList)), [sdk, follow]);
+
+  const change = useCallback(
+    (after: readonly string[]) => {
+      setChanged(after);
+      sdk
+        .saveSetting({ key: watchListKey, value: writeWatchList(after) })
+        .then(() => setFailure(undefined), setFailure);
+    },
+    [sdk],
+  );
+  return {
+    symbols,
+    answer: failure ? { ...answer, error: failure } : answer,
+    add: (symbol) => change(withoutRepeats([...symbols, ...symbol.split(',').map((each) => each.trim())])),
+    remove: (symbol) => change(symbols.filter((each) => each !== symbol)),
+  };
+}

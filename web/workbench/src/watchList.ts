@@ -1,0 +1,31 @@
+/** The key under which the terminal keeps the desk's watch list. */
+export const watchListKey = 'workbench.watchList';
+
+/** What is watched before anybody has chosen: securities of the default scenario. */
+export const firstWatched: readonly string[] = [
+  '609801.SH',
+  '609802.SH',
+  '009811.SZ',
+  '519821.SH',
+  '119831.SH',
+  'YL2503.CF',
+];
+
+/** Reads what was saved. Nothing and what nobody can read stand for the first list. */
+export function readWatchList(text: string): readonly string[] {
+  try {
+    const saved: unknown = JSON.parse(text);
+    if (Array.isArray(saved) && saved.every((symbol) => typeof symbol === 'string')) return withoutRepeats(saved);
+  } catch {
+    // falls back below
+  }
+  return firstWatched;
+}
+
+export function writeWatchList(symbols: readonly string[]): string {
+  return JSON.stringify(symbols);
+}
+
+export function withoutRepeats(symbols: readonly string[]): readonly string[] {
+  return [...new Set(symbols)];
+}

@@ -1,0 +1,221 @@
+import type { Connection, Tick } from '@varnel/web-client';
+import { beforeEach, describe, expect, it } from 'vitest';
+import { LiveRecords } from '../src/live/LiveRecords';
+import { Refetch } from '../src/live/Refetch';
+import { TickFeed } from '../src/live/TickFeed';
+
+let frames: (() => void)[];
+const schedule = (task: () => void) => void frames.push(task);
+const draw = () => frames.splice(0).forEach((task) => task());
+/** Lets everything that only waits for promises happen. */
+const settle = () => new Promise<void>((resolve) => setTimeout(resolve));
+
+beforeEach(() => {
+  frames = [];
+});
+
+describe('live records', () => {
+  interface Item {
+    id: string;
+    state: number;
+  }
+  let records: LiveRecords<Item>;
+  const item = (id: string | number, state = 0): Item => ({ id: String(id), state });
+  const shown = () => {
+    draw();
+    return records.current().map(({ id, state }) => `${id}:${state}`);
+  };
+
+  beforeEach(() => {
+    records = new LiveRecords<Item>(({ id }) => id, 5, schedule);
+  });
+
+  it('are shown as they were listed, newest first', () => {
+    records.load([item(3), item(2), item(1)]);
+    expect(shown()).toEqual(['3:0', '2:0', '1:0']);
+  });
+
+  it('change where they stand, and come in front when they are new', () => {
+    records.load([item(2), item(1)]);
+    records.take([item(1, 7), item(3), item(4), item(3, 1)]);
+    expect(shown()).toEqual(['4:0', '3:1', '2:0', '1:7']);
+  });
+
+  it('that are listed anew take the place of all', () => {
+    records.take([item(9)]);
+    records.load([item(1)]);
+    expect(shown()).toEqual(['1:0']);
+  });
+
+  it('keep the newest when there are too many', () => {
+    records.load([item(2), item(1)]);
+    records.take([item(3), item(4), item(5), item(6), item(1, 1)]);
+    expect(shown()).toEqual(['6:0', '5:0', '4:0', '3:0', '2:0']);
+  });
+
+  it('are drawn once for a burst of a thousand, and stay the same array until something changes', () => {
+    let drawings = 0;
+    records.watch(() => ++drawings);
+    const before = records.current();
+    for (let id = 0; id < 1000; ++id) records.take([item(id)]);
+    expect(records.current()).toBe(before);
+    draw();
+    expect(drawings).toBe(1);
+    expect(records.current()).toBe(records.current());
+    expect(shown()).toEqual(['999:0', '998:0', '997:0', '996:0', '995:0']);
+  });
+
+  it('tell nobody who has stopped watching', () => {
+    let told = 0;
+    records.watch(() => ++told)();
+    records.take([item(1)]);
+    draw();
+    expect(told).toBe(0);
+  });
+});
+
+describe('asking again', () => {
+  it('makes one call at a time, and one more for all that happened meanwhile', async () => {
+    const ends: (() => void)[] = [];
+    const refetch = new Refetch(() => new Promise<void>((resolve) => ends.push(resolve)));
+    for (let change = 0; change < 1000; ++change) refetch.trigger();
+    expect(ends).toHaveLength(1);
+    ends[0]!();
+    await settle();
+    expect(ends).toHaveLength(2);
+    ends[1]!();
+    await settle();
+    expect(ends).toHaveLength(2);
+    refetch.trigger();
+    expect(ends).toHaveLength(3);
+  });
+
+  it('goes on after a call that failed', async () => {
+    let calls = 0;
+    const refetch = new Refetch(() => {
+      ++calls;
+      return Promise.reject(new Error('no'));
+    });
+    refetch.trigger();
+    refetch.trigger();
+    await settle();
+    expect(calls).toBe(2);
+  });
+});
+
+describe('the feed of quotes', () => {
+  class FakeTerminal {
+    readonly calls: string[] = [];
+    snapshots: Record<string, Tick> = {};
+    failing = false;
+    push: (tick: Tick) => void = () => {};
+
+    readonly sdk = {
+      on: (_: string, listener: (tick: Tick) => void) => {
+        this.push = listener;
+        return () => {};
+      },
+      subscribe: ({ symbols }: { symbols: string[] }) => this.call(`+${symbols.join()}`),
+      unsubscribe: ({ symbols }: { symbols: string[] }) => this.call(`-${symbols.join()}`),
+      getCurrentTick: ({ symbol }: { symbol: string }) => Promise.resolve(this.snapshots[symbol] ?? {}),
+    } as unknown as Connection;
+
+    private call(text: string): Promise<void> {
+      this.calls.push(text);
+      return this.failing ? Promise.reject(new Error(text)) : Promise.resolve();
+    }
+  }
+
+  let terminal: FakeTerminal;
+  let complaints: Error[];
+  let feed: TickFeed;
+
+  beforeEach(() => {
+    terminal = new FakeTerminal();
+    complaints = [];
+    feed = new TickFeed(terminal.sdk, schedule, (error) => complaints.push(error));
+  });
+
+  it('subscribes once for all that comes together', async () => {
+    feed.want(['a']);
+    feed.want(['b', 'a', 'b']);
+    await settle();
+    expect(terminal.calls).toEqual(['+a,b']);
+  });
+
+  it('ends a subscription when the last who wanted it has gone', async () => {
+    const [first, second] = [feed.want(['a']), feed.want(['a'])];
+    await settle();
+    first();
+    first(); // again counts once
+    await settle();
+    expect(terminal.calls).toEqual(['+a']);
+    second();
+    await settle();
+    expect(terminal.calls).toEqual(['+a', '-a']);
+    feed.want(['a']);
+    await settle();
+    expect(terminal.calls).toEqual(['+a', '-a', '+a']);
+  });
+
+  it('makes no call for what is dropped and wanted again at once', async () => {
+    const stop = feed.want(['a']);
+    await settle();
+    stop();
+    feed.want(['a']);
+    feed.want(['b'])();
+    await settle();
+    expect(terminal.calls).toEqual(['+a']);
+  });
+
+  it('shows the quote that stands until one is pushed', async () => {
+    terminal.snapshots = { a: { symbol: 'a', last: 1 } };
+    feed.want(['a']);
+    expect(feed.tick('a')).toBeUndefined();
+    await settle();
+    expect(feed.tick('a')).toEqual({ symbol: 'a', last: 1 });
+    terminal.push({ symbol: 'a', last: 2 });
+    expect(feed.tick('a')).toEqual({ symbol: 'a', last: 2 });
+  });
+
+  it('does not let the quote that stood overtake one that was pushed', async () => {
+    terminal.snapshots = { a: { symbol: 'a', last: 1 } };
+    feed.want(['a']);
+    await Promise.resolve(); // subscribed, not yet answered
+    terminal.push({ symbol: 'a', last: 2 });
+    await settle();
+    expect(feed.tick('a')).toEqual({ symbol: 'a', last: 2 });
+  });
+
+  it('forgets what nobody wants, and takes no late quote of it', async () => {
+    const stop = feed.want(['a']);
+    await settle();
+    terminal.push({ symbol: 'a', last: 1 });
+    stop();
+    await settle();
+    expect(feed.tick('a')).toBeUndefined();
+    terminal.push({ symbol: 'a', last: 2 });
+    terminal.push({ last: 3 });
+    expect(feed.tick('a')).toBeUndefined();
+  });
+
+  it('tells its watchers once for each frame', async () => {
+    let told = 0;
+    feed.watch(() => ++told);
+    feed.want(['a', 'b']);
+    await settle();
+    draw();
+    told = 0;
+    for (let last = 0; last < 100; ++last) terminal.push({ symbol: 'a', last });
+    draw();
+    expect(told).toBe(1);
+    expect(feed.tick('a')).toEqual({ symbol: 'a', last: 99 });
+  });
+
+  it('reports subscriptions that fail', async () => {
+    terminal.failing = true;
+    feed.want(['a']);
+    await settle();
+    expect(complaints.map(({ message }) => message)).toEqual(['+a']);
+  });
+});
