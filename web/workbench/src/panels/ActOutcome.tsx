@@ -1,3 +1,4 @@
+import { FailedCallError } from '@varnel/web-client';
 import type { ReactNode } from 'react';
 import type { Act } from '../useAct';
 
@@ -13,7 +14,7 @@ export function ActOutcome<T>({ act, children }: { act: Act<T>; children: (data:
     case 'refused':
       return (
         <p className="problem" role="alert">
-          {act.error.message}
+          {reasonOf(act.error)}
         </p>
       );
     case 'unknown':
@@ -23,4 +24,9 @@ export function ActOutcome<T>({ act, children }: { act: Act<T>; children: (data:
         </p>
       );
   }
+}
+
+/** The terminal's own words, if it has said any. */
+function reasonOf(error: Error): string {
+  return error instanceof FailedCallError && error.msg !== '' ? error.msg : error.message;
 }

@@ -77,7 +77,7 @@ export function BasketPanel({ sdk }: { sdk: Connection }) {
           onNo={() => setConfirming(undefined)}
         />
       )}
-      <div data-testid="basket-outcome">
+      <div className="outcome" data-testid="basket-outcome">
         <ActOutcome act={act}>{(orders) => <Outcomes orders={orders} />}</ActOutcome>
       </div>
     </Panel>

@@ -17,11 +17,10 @@ const columns = (
     'securityId',
     'securityName',
     'side',
-    'priceType',
+    'status',
     'price',
     'entrustQty',
     'dealQty',
-    'status',
     'remark',
     'fundAccount',
     'orderSource',
@@ -82,7 +81,7 @@ export function BlotterPanel({ sdk }: { sdk: Connection }) {
   );
   return (
     <Panel title="最近委托" hint="Latest orders" tools={tools} className="fill" testId="blotter">
-      <div data-testid="cancel-outcome">
+      <div className="outcome" data-testid="cancel-outcome">
         <ActOutcome act={act}>
           {(answers) => {
             const failed = answers.filter(({ code }) => code !== '0');

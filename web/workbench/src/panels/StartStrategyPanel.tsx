@@ -65,7 +65,7 @@ export function StartStrategyPanel({ sdk, onStarted }: Props) {
           {act.phase === 'busy' ? '启动中…' : '启动 Start'}
         </button>
       </form>
-      <div data-testid="start-outcome">
+      <div className="outcome" data-testid="start-outcome">
         <ActOutcome act={act}>
           {({ strategyID, ExtField }) => (
             <p>

@@ -79,7 +79,7 @@ export function StrategyListPanel({ sdk, states, onStatus }: Props) {
           </tbody>
         </table>
       )}
-      <div data-testid="strategy-outcome">
+      <div className="outcome" data-testid="strategy-outcome">
         <ActOutcome act={act}>
           {({ strategyID, strategyStatus }) => (
             <p>

@@ -147,7 +147,7 @@ export function TicketPanel({ sdk, feed, suggested }: Props) {
           onNo={() => setConfirming(false)}
         />
       )}
-      <div data-testid="ticket-outcome">
+      <div className="outcome" data-testid="ticket-outcome">
         <ActOutcome act={act}>
           {({ orderID }) =>
             orderID ? (

@@ -3,7 +3,7 @@ import { useEffect, useState, type FormEvent } from 'react';
 import { useTick } from '../live/hooks';
 import type { TickFeed } from '../live/TickFeed';
 import { clockOf, quoteOf } from '../quote';
-import { toneOf, rate, wholeNumber } from '../values';
+import { rate, toneOf } from '../values';
 import type { WatchList } from '../useWatchList';
 import { Outcome, Panel } from './Panel';
 
@@ -15,7 +15,7 @@ interface Props {
   onChoose: (symbol: string) => void;
 }
 
-const titles = ['标识', '名称', '最新', '涨跌幅', '买一', '卖一', '总量', '时间', ''];
+const titles = ['标识', '名称', '最新', '涨跌幅', '买一', '卖一', '时间', ''];
 
 /** Securities with their live quotes. The terminal keeps the list for the login. */
 export function WatchPanel({ sdk, feed, list, chosen, onChoose }: Props) {
@@ -95,7 +95,6 @@ function Row({ symbol, detail, feed, isChosen, onChoose, onRemove }: RowProps) {
     ['change', Number.isFinite(change) ? rate(change) : '—', tone],
     ['bid', price(bids[0]?.price), ''],
     ['ask', price(asks[0]?.price), ''],
-    ['volume', wholeNumber(figures.volume), ''],
     ['time', clockOf(time) || '—', ''],
   ];
   return (
