@@ -12,6 +12,8 @@ import { scenario, traderIds } from './support/scenario';
 import { expect, test } from './support/test';
 import { accounts, everything, executions, nameOf, orders, securities } from './support/world';
 
+// Orders are dealt as time goes on; here they shall stand still between two calls.
+test.use({ options: ['--speed', '0.01'] });
 test.beforeEach(({ page }) => page.goto('/bare.html'));
 
 const value = ({ userRole }: Cell) => userRole as string | number;

@@ -1,3 +1,4 @@
+import { pushEvents } from '@varnel/web-client';
 import { once } from 'node:events';
 import { WebSocket, type ClientOptions } from 'ws';
 
@@ -20,7 +21,9 @@ export interface Closed {
   reason: string;
 }
 
-/** A page without a browser: one WebSocket that speaks to the gateway. */
+const pushes: ReadonlySet<string> = new Set(pushEvents);
+
+/** A page without a browser: one WebSocket that speaks to the gateway. It keeps what answers, and passes over pushes. */
 export class Peer {
   readonly events: BridgeEvent[] = [];
   readonly closed: Promise<Closed>;
@@ -29,6 +32,7 @@ export class Peer {
   private constructor(readonly socket: WebSocket) {
     socket.on('message', (data) => {
       const { event, args } = JSON.parse(String(data)) as BridgeEvent;
+      if (pushes.has(event)) return;
       this.events.push({ event, args, reply: envelope(args[0]) });
       this.changed.forEach((check) => check());
     });

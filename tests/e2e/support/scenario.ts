@@ -5,6 +5,7 @@ interface Scenario {
   traders: { id: string; name: string }[];
   logins: { account: string; token: string }[];
   fundAccounts: { account: string; name: string; property: 'stock' | 'futures' }[];
+  algoPermissions: { fundAccount: string; supportType: string }[];
   securities: { symbol: string; name: string; spellCode: string }[];
 }
 

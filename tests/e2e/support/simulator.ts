@@ -17,8 +17,8 @@ export class Simulator {
   readonly ended: Promise<Ended>;
   private readonly child: ChildProcessByStdio<null, Readable, Readable>;
 
-  constructor(args: readonly string[]) {
-    this.child = spawn(process.env.VARNEL_SIMULATOR!, args, { stdio: ['ignore', 'pipe', 'pipe'] });
+  constructor(args: readonly string[], program = process.env.VARNEL_SIMULATOR!) {
+    this.child = spawn(program, args, { stdio: ['ignore', 'pipe', 'pipe'] });
     this.child.stdout.setEncoding('utf8').on('data', (text: string) => (this.stdout += text));
     this.child.stderr.setEncoding('utf8').on('data', (text: string) => (this.stderr += text));
     // "close", not "exit": by then all output has been read.

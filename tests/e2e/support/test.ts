@@ -1,5 +1,6 @@
 import { test as base, expect } from '@playwright/test';
 import { fileURLToPath } from 'node:url';
+import { Home } from './home';
 import { Simulator } from './simulator';
 
 export { expect };
@@ -12,6 +13,8 @@ export const roots = { workbench: folder('../../../web/workbench/dist'), bare: f
 interface Fixtures {
   root: string;
   options: readonly string[];
+  /** Where the simulator lives, and its settings. */
+  home: Home;
   running: { simulator: Simulator; url: string };
   /** Address of a simulator of the test's own; it must end cleanly after the test. */
   url: string;
@@ -22,8 +25,15 @@ export const test = base.extend<Fixtures>({
   root: [roots.bare, { option: true }],
   options: [[], { option: true }],
 
-  running: async ({ root, options }, use, testInfo) => {
-    const simulator = new Simulator(['--port', '0', '--root', root, ...options]);
+  // Playwright reads the fixtures that are needed from the pattern: none.
+  home: async ({}, use) => {
+    const home = new Home();
+    await use(home);
+    home.remove();
+  },
+
+  running: async ({ root, options, home }, use, testInfo) => {
+    const simulator = new Simulator(['--port', '0', '--root', root, ...options], home.program);
     try {
       await use({ simulator, url: await simulator.listening() });
       expect(await simulator.stop(), `exit of the simulator, which printed:\n${simulator.stderr}`).toEqual({

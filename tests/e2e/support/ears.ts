@@ -1,0 +1,106 @@
+import type { Page } from '@playwright/test';
+import { answeredCalls, pushEvents, reservedEvents, unansweredCalls, type PushEvent } from '@varnel/web-client';
+import type { Received } from './frames';
+import type { Envelope } from './peer';
+
+const replyEvents = Object.values(answeredCalls);
+const neverSent = [...Object.values(unansweredCalls), ...reservedEvents];
+
+declare global {
+  interface Window {
+    hear(event: string, args: unknown[]): Promise<void>;
+  }
+}
+
+let calls = 0;
+
+/** A bare page that listens to every event of the protocol from its first moment on, the reserved ones too. */
+export class Ears {
+  /** What the page has heard, in order. */
+  heard: Received[] = [];
+  private readonly watchers = new Set<() => void>();
+
+  private constructor(readonly page: Page) {}
+
+  static async open(page: Page, address = '/bare.html'): Promise<Ears> {
+    const ears = new Ears(page);
+    await page.exposeFunction('hear', (event: string, args: unknown[]) => {
+      ears.heard.push({ event, args });
+      ears.watchers.forEach((look) => look());
+    });
+    await page.addInitScript(
+      (names) => {
+        let bridge: typeof window.CallBridge;
+        Object.defineProperty(window, 'CallBridge', {
+          get: () => bridge,
+          set: (made: typeof window.CallBridge) => {
+            bridge = made;
+            for (const name of names) made.addEventListener(name, (...args) => void window.hear(name, args));
+          },
+        });
+      },
+      [...replyEvents, ...pushEvents, ...neverSent] as string[],
+    );
+    await page.goto(address);
+    await ears.drain();
+    return ears;
+  }
+
+  call(method: string, ...args: unknown[]): Promise<void> {
+    return this.page.evaluate(([name, all]) => window.CallBridge.invokeMethod(name, ...all), [method, args] as const);
+  }
+
+  /** Makes a call and gives the envelope of its reply. */
+  async envelope(method: keyof typeof answeredCalls, ...args: unknown[]): Promise<Envelope> {
+    const uuid = `ears ${++calls}`;
+    await this.call(method, uuid, ...args);
+    return this.reply(method, uuid);
+  }
+
+  /** The reply to a call that was made before. */
+  reply(method: keyof typeof answeredCalls, uuid: string): Promise<Envelope> {
+    return this.until(() => this.replies(method).find((envelope) => envelope.uuid === uuid));
+  }
+
+  replies(method: keyof typeof answeredCalls): Envelope[] {
+    return this.of(answeredCalls[method]).map(([text]) => JSON.parse(text as string) as Envelope);
+  }
+
+  /** Arguments of every event of that name, in order. */
+  of(event: string): unknown[][] {
+    return this.heard.filter((each) => each.event === event).map(({ args }) => args);
+  }
+
+  /** What the pushes of that name carry. */
+  pushes<Content>(event: PushEvent): Content[] {
+    return this.of(event).map(([text]) => JSON.parse(text as string) as Content);
+  }
+
+  neverSent(): string[] {
+    return this.heard.map(({ event }) => event).filter((event) => (neverSent as string[]).includes(event));
+  }
+
+  forget(): void {
+    this.heard = [];
+  }
+
+  /** Waits until there is what is looked for. */
+  until<T>(look: () => T | undefined | false): Promise<T> {
+    return new Promise((resolve) => {
+      const check = () => {
+        const found = look();
+        if (found === undefined || found === false) return;
+        this.watchers.delete(check);
+        resolve(found);
+      };
+      this.watchers.add(check);
+      check();
+    });
+  }
+
+  /** Makes a call that is answered at once. Events keep their order, so all that was sent before has come by then. */
+  async drain(): Promise<void> {
+    await this.envelope('Data_getToken_REQ');
+    this.heard = this.heard.filter(({ event }) => event !== 'Data_getToken_RES');
+  }
+}

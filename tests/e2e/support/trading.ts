@@ -1,0 +1,102 @@
+import { expect } from '@playwright/test';
+import type {
+  CancelledOrder,
+  Entrust,
+  Execution,
+  ListedOrder,
+  OrderLine,
+  PlacedOrder,
+  SecurityDetail,
+} from '@varnel/web-client';
+import { ask } from './ask';
+import type { Ears } from './ears';
+import type { Envelope } from './peer';
+import { fundAccounts, symbols } from './scenario';
+
+/** A stock account, and a share that it can buy. */
+export const account = fundAccounts('stock')[0]!.fundAccount;
+export const symbol = symbols[0]!;
+
+export type Order = OrderLine & { fundAccount: string; orderTag: string };
+
+export interface Market {
+  detail: SecurityDetail;
+  last: number;
+  /** Prices as texts: one at which nobody sells today, and the highest that is allowed. */
+  lowest: string;
+  highest: string;
+}
+
+export async function market({ page }: Ears, of = symbol): Promise<Market> {
+  const [detail] = await ask<[SecurityDetail]>(page, 'Data_getSymbolDetail_REQ', of);
+  const tick = await ask<Record<string, number>>(page, 'Data_getCurrentTick_REQ', of);
+  const price = (name: string) => tick[name]!.toFixed(detail.precision);
+  return { detail, last: tick.last!, lowest: price('lowerLimit'), highest: price('upperLimit') };
+}
+
+/** An order to buy that rests, but for what is said otherwise. */
+export function orderFor({ detail, lowest }: Market, but: Partial<Order> = {}): Order {
+  return {
+    fundAccount: account,
+    symbol: detail.symbol,
+    exchange: detail.exchange,
+    orderSide: 'Buy',
+    priceType: 'Limit',
+    price: lowest,
+    qty: detail.minQty,
+    orderTag: 'e2e',
+    ...but,
+  };
+}
+
+/** The arguments of the call, in their order. */
+export function argsOf({ fundAccount, symbol, exchange, orderSide, priceType, price, qty, orderTag }: Order) {
+  return [fundAccount, symbol, exchange, orderSide, priceType, price, qty, orderTag];
+}
+
+export const lineOf = ({ symbol, exchange, orderSide, priceType, price, qty }: Order): OrderLine => ({
+  symbol,
+  exchange,
+  orderSide,
+  priceType,
+  price,
+  qty,
+});
+
+export function place(ears: Ears, order: Order): Promise<Envelope> {
+  return ears.envelope('Trade_insertOrder_REQ', ...argsOf(order));
+}
+
+/** Places an order that must be taken, and gives its number. */
+export async function placed(ears: Ears, order: Order): Promise<string> {
+  const envelope = await place(ears, order);
+  expect(envelope).toMatchObject({ code: '0', msg: '' });
+  return (envelope.resultData as PlacedOrder).orderID!;
+}
+
+export async function placeList(ears: Ears, orders: readonly Order[], orderTag = 'list'): Promise<Envelope> {
+  return ears.envelope('Trade_insertOrderList_REQ', account, orderTag, JSON.stringify(orders.map(lineOf)));
+}
+
+export const listed = ({ resultData }: Envelope) => resultData as ListedOrder[];
+
+export async function cancel(ears: Ears, ...ids: string[]): Promise<CancelledOrder[]> {
+  const { code, msg, resultData } = await ears.envelope('Trade_reqCancelOrder_REQ', ids.join(','));
+  expect({ code, msg }).toEqual({ code: '0', msg: '' });
+  return resultData as CancelledOrder[];
+}
+
+export const idOf = ({ orderId }: Entrust | Execution) => String(orderId.userRole);
+export const statusOf = ({ status }: Entrust) => String(status.userRole);
+
+/** The states of an order that were pushed, in order. */
+export function pushed(ears: Ears, id: string): Entrust[] {
+  return ears
+    .pushes<Entrust[]>('on_entrustUpdate')
+    .flat()
+    .filter((order) => idOf(order) === id);
+}
+
+export function reached(ears: Ears, id: string, status: string): Promise<Entrust> {
+  return ears.until(() => pushed(ears, id).find((order) => statusOf(order) === status));
+}
