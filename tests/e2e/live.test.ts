@@ -1,0 +1,161 @@
+import { quoteFields, type Tick } from '@varnel/web-client';
+import { Ears } from './support/ears';
+import { symbols } from './support/scenario';
+import { expect, test } from './support/test';
+
+// A quote changes every three seconds of trading: here every 150 ms, and the morning lasts for minutes.
+test.use({ options: ['--speed', '20'] });
+
+const [first, second, third] = symbols as [string, string, string];
+const ticks = (ears: Ears) => ears.pushes<Tick>('on_tickUpdate');
+const ticksOf = (ears: Ears, symbol: string) => ticks(ears).filter((tick) => tick.symbol === symbol);
+const symbolsOf = (ears: Ears) => [...new Set(ticks(ears).map(({ symbol }) => symbol))].sort();
+const seen = (ears: Ears, symbol: string, count: number) =>
+  ears.until(() => ticksOf(ears, symbol).length >= count && ticksOf(ears, symbol));
+
+test.describe('quotes', () => {
+  test('come to each page for what it subscribed to, and for nothing else', async ({ context }) => {
+    const [one, other, idle] = [
+      await Ears.open(await context.newPage()),
+      await Ears.open(await context.newPage()),
+      await Ears.open(await context.newPage()),
+    ];
+    await one.envelope('Sub_subscribe_REQ', `${first},${second}`);
+    await other.envelope('Sub_subscribe_REQ', `${second},${third}`);
+    for (const symbol of [first, second]) await seen(one, symbol, 5);
+    for (const symbol of [second, third]) await seen(other, symbol, 5);
+    expect(symbolsOf(one)).toEqual([first, second].sort());
+    expect(symbolsOf(other)).toEqual([second, third].sort());
+    await idle.drain();
+    expect(ticks(idle)).toEqual([]);
+  });
+
+  test('are whole, and each is newer than the one before', async ({ page }) => {
+    const ears = await Ears.open(page);
+    await ears.envelope('Sub_subscribe_REQ', first);
+    const list = await seen(ears, first, 8);
+    for (const tick of list) expect(Object.keys(tick).sort()).toEqual(Object.values<string>(quoteFields).sort());
+    const times = list.map(({ time }) => String(time));
+    expect(times).toEqual([...new Set(times)].sort());
+    expect(ears.of('on_tickUpdate').every((args) => args.length === 1)).toBe(true);
+  });
+
+  test('of a symbol that is subscribed to twice come once', async ({ page }) => {
+    const ears = await Ears.open(page);
+    await ears.envelope('Sub_subscribe_REQ', `${first},${first}`);
+    await ears.envelope('Sub_subscribe_REQ', first);
+    await seen(ears, first, 5); // by now each subscription has brought the quote that stood
+    ears.forget();
+    const times = (await seen(ears, first, 6)).map(({ time }) => String(time));
+    expect(times).toEqual([...new Set(times)]);
+    await ears.envelope('UnSub_subscribe_REQ', first);
+    ears.forget();
+    await ears.envelope('Sub_subscribe_REQ', second);
+    await seen(ears, second, 4);
+    expect(symbolsOf(ears)).toEqual([second]);
+  });
+
+  test('stop for the page that unsubscribes, for nobody else', async ({ context }) => {
+    const [one, other] = [await Ears.open(await context.newPage()), await Ears.open(await context.newPage())];
+    for (const ears of [one, other]) await ears.envelope('Sub_subscribe_REQ', `${first},${second}`);
+    for (const ears of [one, other]) await seen(ears, first, 2);
+    await one.envelope('UnSub_subscribe_REQ', first);
+    for (const ears of [one, other]) ears.forget();
+    await seen(other, first, 5);
+    await seen(one, second, 5);
+    expect(symbolsOf(one)).toEqual([second]);
+  });
+
+  test('stop altogether for the page that unsubscribes from all, and begin anew', async ({ context }) => {
+    const [one, other] = [await Ears.open(await context.newPage()), await Ears.open(await context.newPage())];
+    for (const ears of [one, other]) await ears.envelope('Sub_subscribe_REQ', `${first},${second}`);
+    for (const ears of [one, other]) await seen(ears, second, 2);
+    await one.envelope('UnSub_subscribeAll_REQ');
+    for (const ears of [one, other]) ears.forget();
+    await seen(other, first, 5);
+    await one.drain();
+    expect(ticks(one)).toEqual([]);
+    await one.envelope('Sub_subscribe_REQ', first);
+    await seen(one, first, 3);
+    expect(symbolsOf(one)).toEqual([first]);
+  });
+
+  test('of a symbol in another spelling, or of none, never come', async ({ page }) => {
+    const ears = await Ears.open(page);
+    await ears.envelope('Sub_subscribe_REQ', `${first.toLowerCase()}, ${second},NOSUCH.SH,,${third}`);
+    await seen(ears, third, 6);
+    expect(symbolsOf(ears)).toEqual([third]);
+  });
+
+  const forms: [string, unknown][] = [
+    ['a text with commas', `${first},${second}`],
+    ['an array', [first, second]],
+    ['the text of an array', JSON.stringify([first, second])],
+  ];
+  for (const [name, list] of forms) {
+    test(`are subscribed to by ${name}`, async ({ page }) => {
+      const ears = await Ears.open(page);
+      await ears.envelope('Sub_subscribe_REQ', list);
+      for (const symbol of [first, second]) await seen(ears, symbol, 2);
+      await ears.envelope('UnSub_subscribe_REQ', list);
+      ears.forget();
+      await ears.envelope('Sub_subscribe_REQ', third);
+      await seen(ears, third, 3);
+      expect(symbolsOf(ears)).toEqual([third]);
+    });
+  }
+
+  test('of a page end with it: the next one hears nothing', async ({ page }) => {
+    const ears = await Ears.open(page);
+    await ears.envelope('Sub_subscribe_REQ', symbols.join(','));
+    await seen(ears, first, 2);
+    await page.reload();
+    await ears.drain();
+    ears.forget();
+    await ears.envelope('Sub_subscribe_REQ', second);
+    await seen(ears, second, 4);
+    expect(symbolsOf(ears)).toEqual([second]);
+  });
+
+  test('agree with the quote that is asked for', async ({ page }) => {
+    const ears = await Ears.open(page);
+    await ears.envelope('Sub_subscribe_REQ', first);
+    await seen(ears, first, 1);
+    const { resultData } = await ears.envelope('Data_getCurrentTick_REQ', first);
+    const asked = resultData as Tick;
+    const same = await ears.until(() =>
+      ticksOf(ears, first).find(({ time }) => String(time) >= String(asked.time)) ? ticksOf(ears, first) : undefined,
+    );
+    const pushed = same.find(({ time }) => time === asked.time);
+    if (pushed) expect(pushed).toEqual(asked);
+    expect(Object.keys(same.at(-1)!)).toEqual(Object.keys(asked));
+  });
+});
+
+test.describe('the replies to subscriptions', () => {
+  const calls: ['Sub_subscribe_REQ' | 'UnSub_subscribe_REQ' | 'UnSub_subscribeAll_REQ', unknown[]][] = [
+    ['Sub_subscribe_REQ', [first]],
+    ['Sub_subscribe_REQ', ['NOSUCH.SH']],
+    ['Sub_subscribe_REQ', [[]]],
+    ['UnSub_subscribe_REQ', ['never subscribed']],
+    ['UnSub_subscribeAll_REQ', []],
+  ];
+  for (const [method, args] of calls) {
+    test(`${method} with ${JSON.stringify(args)} has no data`, async ({ page }) => {
+      const ears = await Ears.open(page);
+      const envelope = await ears.envelope(method, ...args);
+      expect(envelope).toEqual({ code: '0', msg: '', uuid: envelope.uuid });
+    });
+  }
+
+  test('go to the page that called, and are none without an identifier', async ({ context }) => {
+    const [one, other] = [await Ears.open(await context.newPage()), await Ears.open(await context.newPage())];
+    await one.envelope('Sub_subscribe_REQ', 'NOSUCH.SH');
+    await one.call('Sub_subscribe_REQ');
+    await one.call('UnSub_subscribe_REQ');
+    await one.call('UnSub_subscribeAll_REQ');
+    for (const ears of [one, other]) await ears.drain();
+    expect(one.heard.map(({ event }) => event)).toEqual(['Sub_subscribe_RES']);
+    expect(other.heard).toEqual([]);
+  });
+});

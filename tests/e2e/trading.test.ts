@@ -1,0 +1,366 @@
+import { priceTypes, sides, type Asset, type Entrust } from '@varnel/web-client';
+import { ask } from './support/ask';
+import { Ears } from './support/ears';
+import { fundAccounts } from './support/scenario';
+import { expect, test } from './support/test';
+import {
+  account,
+  argsOf,
+  cancel,
+  idOf,
+  lineOf,
+  listed,
+  market,
+  orderFor,
+  place,
+  placed,
+  placeList,
+  pushed,
+  reached,
+  statusOf,
+  symbol,
+  type Order,
+} from './support/trading';
+import { accounts, orders } from './support/world';
+
+const chinese = /[\u4e00-\u9fff]/;
+
+const inList = async ({ page }: Ears, id: string): Promise<Entrust | undefined> =>
+  (await orders(page, { fundAccount: [account] })).entrustInfoList.find((order) => idOf(order) === id);
+const count = async ({ page }: Ears) => (await orders(page, {}, 0, 1)).totalSize;
+
+test.describe('an order', () => {
+  test('is answered, pushed to every page, listed, cancelled and pushed again', async ({ context }) => {
+    const [one, other] = [await Ears.open(await context.newPage()), await Ears.open(await context.newPage())];
+    const order = orderFor(await market(one));
+    const answer = await place(one, order);
+    const { orderTag, ...echo } = order;
+    const { orderID } = answer.resultData as { orderID: string };
+    expect(orderID).toMatch(/\S/);
+    expect(answer).toEqual({ code: '0', msg: '', resultData: { ...echo, orderID }, uuid: answer.uuid });
+    expect(other.replies('Trade_insertOrder_REQ')).toEqual([]);
+
+    for (const ears of [one, other]) {
+      const record = await reached(ears, orderID, 'Reported');
+      expect(record).toMatchObject({
+        fundAccount: { userRole: account },
+        sideUnion: { userRole: sides.buy },
+        priceType: { userRole: priceTypes.limit },
+        price: { userRole: Number(order.price) },
+        entrustQty: { userRole: Number(order.qty) },
+        leaveQty: { userRole: Number(order.qty) },
+        dealQty: { userRole: 0 },
+        orderSource: { userRole: orderTag },
+      });
+      expect(await inList(ears, orderID)).toEqual(record); // a push has what the list has
+    }
+
+    expect(await cancel(other, orderID)).toEqual([{ orderId: orderID, code: '0', msg: '' }]);
+    for (const ears of [one, other]) {
+      const record = await reached(ears, orderID, 'Cancelled');
+      expect(await inList(ears, orderID)).toEqual(record);
+      expect(record.leaveQty.userRole).toBe(0);
+    }
+    expect(one.replies('Trade_reqCancelOrder_REQ')).toEqual([]);
+  });
+
+  test('with the uuid of another is another order', async ({ page }) => {
+    const ears = await Ears.open(page);
+    const args = argsOf(orderFor(await market(ears)));
+    const before = await count(ears);
+    for (let time = 0; time < 2; ++time) await ears.call('Trade_insertOrder_REQ', 'same', ...args);
+    const replies = await ears.until(() => {
+      const heard = ears.replies('Trade_insertOrder_REQ');
+      return heard.length === 2 && heard;
+    });
+    expect(replies.map(({ uuid, code }) => [uuid, code])).toEqual([
+      ['same', '0'],
+      ['same', '0'],
+    ]);
+    const ids = replies.map(({ resultData }) => (resultData as { orderID: string }).orderID);
+    expect(new Set(ids).size).toBe(2);
+    for (const id of ids) await reached(ears, id, 'Reported');
+    expect(await count(ears)).toBe(before + 2);
+  });
+
+  test('is not placed again by a reload', async ({ context }) => {
+    const [reloading, other] = [await Ears.open(await context.newPage()), await Ears.open(await context.newPage())];
+    const order = orderFor(await market(other));
+    const before = await count(other);
+    const id = await placed(reloading, order);
+    await reached(other, id, 'Reported');
+    for (let time = 0; time < 3; ++time) {
+      await reloading.page.reload();
+      await reloading.drain();
+    }
+    expect(await count(other)).toBe(before + 1);
+  });
+
+  test('that was sent just before a reload is placed once or not at all', async ({ context }) => {
+    const [reloading, other] = [await Ears.open(await context.newPage()), await Ears.open(await context.newPage())];
+    const order = orderFor(await market(other));
+    const before = await count(other);
+    await reloading.call('Trade_insertOrder_REQ', 'u', ...argsOf(order));
+    await reloading.page.reload();
+    await reloading.drain();
+    expect((await count(other)) - before).toBeLessThanOrEqual(1);
+  });
+
+  test('with too few arguments is not placed, with too many it is', async ({ page }) => {
+    const ears = await Ears.open(page);
+    const args = argsOf(orderFor(await market(ears)));
+    const before = await count(ears);
+    await ears.call('Trade_insertOrder_REQ', 'u', ...args.slice(0, -1));
+    await ears.call('Trade_insertOrderList_REQ', 'u', account, 'tag');
+    await ears.call('Trade_reqCancelOrder_REQ', 'u');
+    await ears.drain();
+    for (const method of ['insertOrder', 'insertOrderList', 'reqCancelOrder'])
+      expect(ears.of(`Trade_${method}_RES`), method).toEqual([['']]);
+    expect(await count(ears)).toBe(before);
+    ears.forget();
+    expect(await ears.envelope('Trade_insertOrder_REQ', ...args, 'more', { and: 'more' })).toMatchObject({ code: '0' });
+    expect(await count(ears)).toBe(before + 1);
+  });
+
+  test('of an account that the terminal does not know is refused by its name', async ({ page }) => {
+    const ears = await Ears.open(page);
+    const order = orderFor(await market(ears), { fundAccount: 'no such account' });
+    const before = await count(ears);
+    const refused = await place(ears, order);
+    expect(refused).toEqual({ code: '-1', msg: '资产账号获取错误', uuid: refused.uuid });
+    const list = JSON.stringify([lineOf(order)]);
+    const refusedList = await ears.envelope('Trade_insertOrderList_REQ', 'no such account', '', list);
+    expect(refusedList).toEqual({ code: '-1', msg: '资产账号获取错误', resultData: [], uuid: refusedList.uuid });
+    expect(await count(ears)).toBe(before);
+  });
+
+  const senseless: [string, Partial<Order>][] = [
+    ['of an unknown symbol', { symbol: 'NOSUCH.SH' }],
+    ['of a symbol in another spelling', { symbol: symbol.toLowerCase() }],
+    ['of an unknown side', { orderSide: 'Borrow' }],
+    ['of a side of futures', { orderSide: sides.buyOpen }],
+    ['of an unknown price type', { priceType: 'Maybe' }],
+    ['without a price', { price: '' }],
+    ['with a price that is none', { price: 'cheap' }],
+  ];
+  for (const [name, but] of senseless) {
+    test(`${name} is refused as a request: it gets no number, and nothing is entered`, async ({ page }) => {
+      const ears = await Ears.open(page);
+      const order = orderFor(await market(ears), but);
+      const before = await count(ears);
+      const refused = await place(ears, order);
+      const { orderTag: _, ...echo } = order;
+      expect(refused).toEqual({
+        code: '-1',
+        msg: expect.stringMatching(chinese),
+        resultData: echo,
+        uuid: refused.uuid,
+      });
+      expect(await count(ears)).toBe(before);
+    });
+  }
+
+  const refusals: [string, (order: Order, highest: string) => Partial<Order>][] = [
+    ['of no whole lot', () => ({ qty: '150' })],
+    ['of nothing, because its quantity is no number', () => ({ qty: 'abc' })],
+    ['of a part, because its quantity is no whole number', () => ({ qty: '100.5' })],
+    ['above the limit of the day', (_, highest) => ({ price: (Number(highest) + 1).toFixed(2) })],
+    ['dearer than the account can pay', (_, highest) => ({ price: highest, qty: '1000000' })],
+    ['to sell what the account does not hold', () => ({ orderSide: sides.sell, qty: '1000000' })],
+  ];
+  for (const [name, but] of refusals) {
+    test(`${name} is refused with a reason, and kept as refused`, async ({ page }) => {
+      const ears = await Ears.open(page);
+      const there = await market(ears);
+      const usual = orderFor(there);
+      const order = { ...usual, ...but(usual, there.highest) };
+      const refused = await place(ears, order);
+      expect(refused.code).toBe('-1');
+      expect(refused.msg).toMatch(chinese);
+      const { orderTag: _, ...echo } = order;
+      const { orderID } = refused.resultData as { orderID: string };
+      expect(refused.resultData).toEqual({ ...echo, orderID });
+      const record = await reached(ears, orderID, 'Rejected');
+      expect(record.remark.displayRole).toBe(refused.msg);
+      expect(await inList(ears, orderID)).toEqual(record);
+    });
+  }
+});
+
+test.describe('while the market stands still', () => {
+  test.use({ options: ['--speed', '0.05'] });
+
+  test('an order sets money aside, which a cancel gives back', async ({ page }) => {
+    const ears = await Ears.open(page);
+    const cash = async () => Number((await ask<[Asset]>(page, 'Data_getAsset_REQ', account))[0].tradableCash);
+    const before = await cash();
+    const order = orderFor(await market(ears));
+    const id = await placed(ears, order);
+    expect(await cash()).toBeLessThanOrEqual(before - Number(order.price) * Number(order.qty));
+    const update = await ears.until(() =>
+      ears.pushes<Asset>('on_AssetUpdate').find(({ fundAccount }) => fundAccount === account),
+    );
+    expect(Number(update.tradableCash)).toBe(await cash());
+    await cancel(ears, id);
+    await reached(ears, id, 'Cancelled');
+    expect(await cash()).toBe(before);
+  });
+});
+
+test.describe('a list of orders', () => {
+  test('of five hundred is placed in one call, each with a number of its own', async ({ page }) => {
+    const ears = await Ears.open(page);
+    const order = orderFor(await market(ears));
+    const before = await count(ears);
+    const answer = await placeList(ears, Array<Order>(500).fill(order), 'five hundred');
+    expect(answer).toMatchObject({ code: '0', msg: '' });
+    const answers = listed(answer);
+    expect(answers).toHaveLength(500);
+    const ids = answers.map(({ orderID }) => orderID);
+    expect(new Set(ids).size).toBe(500);
+    for (const { orderID, code, msg, ...line } of answers) {
+      expect({ code, msg }, orderID).toEqual({ code: '0', msg: '' });
+      expect(line).toEqual({ ...lineOf(order), price: expect.any(String) });
+      expect(Number(line.price)).toBe(Number(order.price));
+    }
+    expect(await count(ears)).toBe(before + 500);
+    const own = await orders(page, { orderSource: ['five hundred'] });
+    expect(own.entrustInfoList.map(idOf).sort()).toEqual([...ids].sort());
+  });
+
+  test('tells of each order what became of it', async ({ page }) => {
+    const ears = await Ears.open(page);
+    const good = orderFor(await market(ears));
+    const answer = await placeList(ears, [good, { ...good, qty: '150' }, good]);
+    expect(answer).toMatchObject({ code: '0', msg: '' });
+    expect(listed(answer).map(({ code }) => code)).toEqual(['0', '-1', '0']);
+    const [, refused] = listed(answer);
+    expect(refused!.msg).toMatch(chinese);
+    const record = await reached(ears, refused!.orderID, 'Rejected');
+    expect(record.remark.displayRole).toBe(refused!.msg);
+  });
+
+  const whole: [string, (order: Order) => unknown][] = [
+    ['of which one makes no sense', (order) => [lineOf(order), { ...lineOf(order), symbol: 'NOSUCH.SH' }]],
+    ['of which one is no order', (order) => [lineOf(order), 'buy']],
+    ['that is empty', () => []],
+    ['that is an object', () => ({})],
+  ];
+  for (const [name, orders] of whole) {
+    test(`${name} is refused as a whole, and nothing is entered`, async ({ page }) => {
+      const ears = await Ears.open(page);
+      const list = JSON.stringify(orders(orderFor(await market(ears))));
+      const before = await count(ears);
+      const refused = await ears.envelope('Trade_insertOrderList_REQ', account, '', list);
+      expect(refused).toEqual({
+        code: '-1',
+        msg: expect.stringMatching(chinese),
+        resultData: [],
+        uuid: refused.uuid,
+      });
+      expect(await count(ears)).toBe(before);
+    });
+  }
+
+  for (const text of ['', 'orders', '[{"symbol":', '7']) {
+    test(`that is no JSON but "${text}" gets the empty text, and nothing is entered`, async ({ page }) => {
+      const ears = await Ears.open(page);
+      const before = await count(ears);
+      await ears.call('Trade_insertOrderList_REQ', 'u', account, '', text);
+      await ears.drain();
+      expect(ears.of('Trade_insertOrderList_RES')).toEqual([['']]);
+      expect(await count(ears)).toBe(before);
+    });
+  }
+
+  test('that is one for each account is one call for each', async ({ page }) => {
+    const ears = await Ears.open(page);
+    const order = orderFor(await market(ears));
+    for (const { fundAccount } of fundAccounts('stock')) {
+      const list = JSON.stringify([lineOf(order)]);
+      const [own] = listed(await ears.envelope('Trade_insertOrderList_REQ', fundAccount, '', list));
+      const record = await ears.until(() => pushed(ears, own!.orderID)[0]);
+      expect(record.fundAccount.userRole).toBe(fundAccount);
+    }
+    expect(await accounts(page)).toContain(account);
+  });
+});
+
+test.describe('a cancel', () => {
+  test('of several orders is answered in their order, whatever became of each', async ({ page }) => {
+    const ears = await Ears.open(page);
+    const order = orderFor(await market(ears));
+    const ids = [await placed(ears, order), await placed(ears, order)] as const;
+    const answers = await cancel(ears, ids[1], 'no such order', ids[0], '');
+    expect(answers.map(({ orderId, code }) => [orderId, code])).toEqual([
+      [ids[1], '0'],
+      ['no such order', '-1'],
+      [ids[0], '0'],
+      ['', '-1'],
+    ]);
+    for (const { code, msg } of answers) expect(String(msg)).toMatch(code === '0' ? /^$/ : chinese);
+    for (const id of ids) await reached(ears, id, 'Cancelled');
+  });
+
+  test('of an order that is not open any more is refused', async ({ page }) => {
+    const ears = await Ears.open(page);
+    const id = await placed(ears, orderFor(await market(ears)));
+    await cancel(ears, id);
+    await reached(ears, id, 'Cancelled');
+    const done = (await orders(page, { orderStatus: ['Filled'] }, 0, 1)).entrustInfoList.map(idOf);
+    for (const [answer] of [await cancel(ears, id), await cancel(ears, done[0]!)]) {
+      expect(answer!.code).toBe('-1');
+      expect(String(answer!.msg)).toMatch(chinese);
+    }
+  });
+});
+
+test.describe('a burst', () => {
+  /** Does something to a thousand orders, and looks at the pushes that tell of it. */
+  async function burst(ears: Ears, status: string, act: () => Promise<string[]>): Promise<string[]> {
+    ears.forget();
+    const start = Date.now();
+    const ids = await act();
+    const own = new Set(ids);
+    expect(own.size).toBe(1000);
+    const told = () =>
+      ears
+        .pushes<Entrust[]>('on_entrustUpdate')
+        .flat()
+        .filter((order) => own.has(idOf(order)) && statusOf(order) === status)
+        .map(idOf);
+    await ears.until(() => told().length >= own.size);
+    const elapsed = Date.now() - start;
+    await ears.drain();
+
+    expect(told()).toHaveLength(own.size);
+    expect(new Set(told())).toEqual(own);
+    const pushes = ears.pushes<Entrust[]>('on_entrustUpdate');
+    for (const batch of pushes) expect(new Set(batch.map(idOf)).size).toBe(batch.length);
+    // A batch is open for 200 ms, so there cannot be more of them than fit into the time.
+    expect(pushes.length).toBeLessThanOrEqual(elapsed / 200 + 2);
+    expect(pushes.length).toBeLessThan(own.size / 4);
+    return ids;
+  }
+
+  test('of a thousand orders comes in as many pushes as there were batches, each order once', async ({ page }) => {
+    const ears = await Ears.open(page);
+    const order = orderFor(await market(ears));
+    const ids = await burst(ears, 'Reported', async () =>
+      listed(await placeList(ears, Array<Order>(1000).fill(order))).map(({ orderID }) => orderID),
+    );
+    await burst(ears, 'Cancelled', async () => (await cancel(ears, ...ids)).map(({ orderId }) => String(orderId)));
+  });
+});
+
+test('what is reserved is never sent, whatever a page does', async ({ page }) => {
+  const ears = await Ears.open(page);
+  const order = orderFor(await market(ears));
+  await ears.call('Data_getBuffer_REQ', 'u', 'k');
+  await ears.call('Data_saveBuffer_REQ', 'u', 'k', 'v');
+  await ears.call('Trade_getBuffer_REQ', 'u');
+  const id = await placed(ears, order);
+  await cancel(ears, id);
+  await reached(ears, id, 'Cancelled');
+  expect(ears.neverSent()).toEqual([]);
+});
