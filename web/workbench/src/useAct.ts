@@ -1,4 +1,4 @@
-import { OutcomeUnknownError } from '@varnel/web-client';
+import { OutcomeUnknownError, UnexpectedReplyError } from '@varnel/web-client';
 import { useCallback, useRef, useState } from 'react';
 
 /** A call that trades, starts or stops something, from the click to its outcome. */
@@ -9,6 +9,11 @@ export type Act<T> =
   | { phase: 'refused'; error: Error }
   /** Nobody knows whether it was carried out. */
   | { phase: 'unknown'; error: Error };
+
+/** A reply that cannot be read may well say that it was carried out. */
+function isUnknown(error: Error): boolean {
+  return error instanceof OutcomeUnknownError || error instanceof UnexpectedReplyError;
+}
 
 /** One at a time: as long as a call is under way another click does nothing. */
 export function useAct<T>(): [Act<T>, (call: () => Promise<T>) => void, () => void] {
@@ -22,8 +27,7 @@ export function useAct<T>(): [Act<T>, (call: () => Promise<T>) => void, () => vo
       busy.current = false;
       setAct(after);
     };
-    const fail = (error: Error) =>
-      settle({ phase: error instanceof OutcomeUnknownError ? 'unknown' : 'refused', error });
+    const fail = (error: Error) => settle({ phase: isUnknown(error) ? 'unknown' : 'refused', error });
     try {
       call().then((data) => settle({ phase: 'done', data }), fail);
     } catch (error) {

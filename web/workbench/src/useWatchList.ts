@@ -1,5 +1,6 @@
 import type { Connection } from '@varnel/web-client';
 import { useCallback, useEffect, useState } from 'react';
+import { commaParts } from './freeCall';
 import { useAnswer, type Answered } from './useAnswer';
 import { readWatchList, watchListKey, withoutRepeats, writeWatchList } from './watchList';
 
@@ -7,7 +8,8 @@ export interface WatchList {
   symbols: readonly string[];
   /** State of the call that reads what was saved. */
   answer: Answered<unknown>;
-  add: (symbol: string) => void;
+  /** Takes one symbol, or several with commas. */
+  add: (typed: string) => void;
   remove: (symbol: string) => void;
 }
 
@@ -34,7 +36,7 @@ export function useWatchList(sdk: Connection): WatchList {
   return {
     symbols,
     answer: failure ? { ...answer, error: failure } : answer,
-    add: (symbol) => change(withoutRepeats([...symbols, ...symbol.split(',').map((each) => each.trim())])),
+    add: (typed) => change(withoutRepeats([...symbols, ...commaParts(typed).filter((symbol) => symbol !== '')])),
     remove: (symbol) => change(symbols.filter((each) => each !== symbol)),
   };
 }

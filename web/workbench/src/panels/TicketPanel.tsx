@@ -45,7 +45,9 @@ export function TicketPanel({ sdk, feed, suggested }: Props) {
   const price = isMarket ? '0' : form.price;
   const order = { ...form, fundAccount, symbol, exchange: security?.exchange ?? '', orderSide, price };
   const isWhole = symbol !== '' && security !== undefined && fundAccount !== '' && price !== '' && form.qty !== '';
-  const most = useTradable(sdk, security ? { ...order, side: orderSide, tag: form.orderTag } : undefined);
+  const { exchange, priceType, orderTag: tag } = order;
+  const asked = { fundAccount, symbol, exchange, side: orderSide, priceType, price, tag };
+  const most = useTradable(sdk, security ? asked : undefined);
 
   const change = (part: Partial<typeof empty>) => {
     setForm({ ...form, ...part });
