@@ -67,3 +67,14 @@ export const sides = {
 } as const;
 
 export const priceTypes = { limit: 'Limit', market: 'Market', afterHours: 'AfterHours' } as const;
+
+/** Values of startStrategy's language. */
+export const strategyLanguages = { python: 1, cpp: 2, javascript: 3 } as const;
+
+/** Statuses of a strategy, in answers and pushes. */
+export const strategyStatuses = {
+  starting: 'Starting',
+  running: 'Running',
+  stopping: 'Stopping',
+  stopped: 'Stopped',
+} as const;

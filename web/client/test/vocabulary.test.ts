@@ -8,6 +8,8 @@ import {
   quoteFields,
   securityTypes,
   sides,
+  strategyLanguages,
+  strategyStatuses,
 } from '../src/index.js';
 import { quoted, readDocument, tableAfter } from './markdown.js';
 
@@ -33,9 +35,15 @@ describe('the documented vocabulary', () => {
     ['States of an order', orderStatuses],
     ['Sides, the values', sides],
     ['Price types:', priceTypes],
+    ['Statuses, in', strategyStatuses],
   ])('has the same codes under "%s"', (heading, codes) => {
     const documented = tableAfter(page, heading).flatMap(([code]) => quoted(code!));
     expect(documented).toEqual(Object.values<string>(codes));
+  });
+
+  it('has the same languages of strategies', () => {
+    const numbers = tableAfter(page, 'Languages:').map(([number]) => Number(number));
+    expect(numbers).toEqual(Object.values(strategyLanguages));
   });
 
   it('has the same fund properties', () => {

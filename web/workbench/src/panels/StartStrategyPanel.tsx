@@ -1,4 +1,4 @@
-import type { Connection, Json, StrategyAnswer } from '@varnel/web-client';
+import { strategyLanguages, type Connection, type Json, type StrategyAnswer } from '@varnel/web-client';
 import { useState, type FormEvent } from 'react';
 import { commaParts, readJson } from '../freeCall';
 import { useAct } from '../useAct';
@@ -11,7 +11,13 @@ interface Props {
   onStarted: (strategyID: string, status: string) => void;
 }
 
-const opening = { filePath: 'strategies/grid.py', language: '1', fundAccounts: '', basicParam: '{}', extension: '""' };
+const opening = {
+  filePath: 'strategies/grid.py',
+  language: String(strategyLanguages.python),
+  fundAccounts: '',
+  basicParam: '{}',
+  extension: '""',
+};
 
 /** A strategy for the platform. Whether it takes it, and what its parameters mean, is the platform's. */
 export function StartStrategyPanel({ sdk, onStarted }: Props) {
@@ -22,13 +28,13 @@ export function StartStrategyPanel({ sdk, onStarted }: Props) {
   const fundAccounts = commaParts(form.fundAccounts || first);
   const basicParam = readJson(form.basicParam);
   const extension = readJson(form.extension);
-  const language = Number(form.language);
-  const isWhole = basicParam.ok && extension.ok && Number.isInteger(language) && fundAccounts.length > 0;
+  const isWhole = basicParam.ok && extension.ok && fundAccounts.length > 0;
 
   function start(event: FormEvent) {
     event.preventDefault();
     if (!basicParam.ok || !extension.ok) return;
     const { filePath } = form;
+    const language = Number(form.language);
     const started = { filePath, language, fundAccounts, basicParam: basicParam.value, extension: extension.value };
     run(async () => {
       const answer = await sdk.startStrategy(started);
@@ -37,18 +43,14 @@ export function StartStrategyPanel({ sdk, onStarted }: Props) {
     });
   }
 
-  const field = (name: keyof typeof opening, text: string, hint: string, placeholder = '') => (
-    <label className={name === 'language' ? '' : 'wide'}>
+  const field = (name: Exclude<keyof typeof opening, 'language'>, text: string, hint: string, placeholder = '') => (
+    <label className="wide">
       {text} <small>{hint}</small>
       <input
         value={form[name]}
         placeholder={placeholder}
         spellCheck={false}
-        aria-invalid={
-          (name === 'basicParam' && !basicParam.ok) ||
-          (name === 'extension' && !extension.ok) ||
-          (name === 'language' && !Number.isInteger(language))
-        }
+        aria-invalid={(name === 'basicParam' && !basicParam.ok) || (name === 'extension' && !extension.ok)}
         onChange={(event) => setForm({ ...form, [name]: event.target.value })}
       />
     </label>
@@ -57,7 +59,16 @@ export function StartStrategyPanel({ sdk, onStarted }: Props) {
     <Panel title="启动策略" hint="Start a strategy" testId="start-strategy">
       <form className="fields" onSubmit={start}>
         {field('filePath', '文件', 'file path')}
-        {field('language', '语言', 'language')}
+        <label>
+          语言 <small>language</small>
+          <select value={form.language} onChange={(event) => setForm({ ...form, language: event.target.value })}>
+            {Object.entries(strategyLanguages).map(([name, number]) => (
+              <option key={name} value={number}>
+                {number} {name}
+              </option>
+            ))}
+          </select>
+        </label>
         {field('fundAccounts', '资产账号', 'accounts, with commas', first)}
         {field('basicParam', '基本参数', 'basic parameters, JSON')}
         {field('extension', '扩展', 'extension, JSON')}
