@@ -6,7 +6,8 @@ import { ConnectionWatch, loadBridge } from './bridge';
 import { Journal } from './journal';
 import { TickFeed } from './live/TickFeed';
 import './theme.css';
-import './desk.css';
+import './panels.css';
+import './desk.css'; // last: it has the rules for narrow windows
 
 const root = createRoot(document.getElementById('desk')!);
 
