@@ -59,7 +59,11 @@ std::optional<Ledger> TradingDesk::ledger(const QString &tradingAccount) const
 {
     const Reader books = read();
     const Ledger *ledger = books->ledger(tradingAccount);
-    return ledger ? std::make_optional(*ledger) : std::nullopt;
+    if (!ledger)
+        return std::nullopt;
+    Ledger copy = *ledger;
+    copy.detach();
+    return copy;
 }
 
 std::optional<Order> TradingDesk::order(const QString &id) const

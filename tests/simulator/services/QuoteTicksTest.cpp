@@ -6,6 +6,7 @@
 
 #include <mutex>
 #include <thread>
+#include <vector>
 
 namespace {
 
@@ -21,7 +22,7 @@ protected:
         connection = QObject::connect(&quotes, &CommonQuotaHandler::sigTickDataUpdate,
                                       [this](const QString &symbol, const QVariantMap &data) {
                                           const std::lock_guard lock(mutex);
-                                          ticks.append({symbol, data});
+                                          ticks.emplace_back(symbol, data);
                                           thread = std::this_thread::get_id();
                                       });
     }
@@ -33,7 +34,7 @@ protected:
     }
 
     /// At least n ticks.
-    QVector<QPair<QString, QVariantMap>> awaitTicks(int n)
+    std::vector<QPair<QString, QVariantMap>> awaitTicks(size_t n)
     {
         const auto all = [&] {
             const std::lock_guard lock(mutex);
@@ -46,7 +47,7 @@ protected:
     CommonQuotaHandler &quotes = *CommonQuotaHandler::instance();
     QMetaObject::Connection connection;
     std::mutex mutex;
-    QVector<QPair<QString, QVariantMap>> ticks; ///< guarded by mutex, and so is the next
+    std::vector<QPair<QString, QVariantMap>> ticks; ///< guarded by mutex, and so is the next
     std::thread::id thread;
 };
 
@@ -74,8 +75,8 @@ TEST_F(QuoteTicksTest, ASubscriptionCanBeTakenBack)
     quotes.SubscribeQuota({kSymbol, other, QStringLiteral("unknown")}, true, 0);
     awaitTicks(2);
     EXPECT_EQ(0, quotes.SubscribeQuota({kSymbol}, false, 0));
-    const int before = awaitTicks(2).size() + 2; // a round may have been under way
+    const size_t before = awaitTicks(2).size() + 2; // a round may have been under way
     const auto all = awaitTicks(before + 2);
-    for (int i = before; i < all.size(); ++i)
+    for (size_t i = before; i < all.size(); ++i)
         EXPECT_EQ(other, all[i].first);
 }
