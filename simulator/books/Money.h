@@ -12,11 +12,12 @@ class Money {
 public:
     constexpr Money() = default;
 
-    /// To the nearest cent.
+    /// To the nearest cent. What is more than anybody has counts as the most: sums of a few of these stay what they
+    /// are.
     static Money rounded(double yuan)
     {
         Money money;
-        money.m_cents = std::llround(yuan * kCentsPerYuan);
+        money.m_cents = std::llround(qBound(-kMostCents, yuan * kCentsPerYuan, kMostCents));
         return money;
     }
 
@@ -45,6 +46,7 @@ public:
 
 private:
     static constexpr int kCentsPerYuan = 100;
+    static constexpr double kMostCents = 1e18;
 
     qint64 m_cents = 0;
 };

@@ -16,6 +16,8 @@ using namespace sim;
 constexpr int kAccepted = 0;
 constexpr int kRefused = -1;
 
+constexpr double kHighestPrice = 1e12; ///< nothing that can be listed costs more
+
 /// Futures are opened and closed, all else is bought and sold.
 bool fits(Side side, const Instrument &instrument)
 {
@@ -57,7 +59,7 @@ QString readOrder(const VarnelLogic::OrderRequest &line, const FundAccount &fund
     if (*priceType != PriceType::Market) {
         bool isNumber = false;
         order.price = line.price.toDouble(&isNumber);
-        if (!isNumber || !(order.price > 0) || qIsInf(order.price))
+        if (!isNumber || !(order.price > 0 && order.price <= kHighestPrice))
             return QStringLiteral("委托价格错误");
     }
     return {};

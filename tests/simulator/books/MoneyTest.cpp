@@ -23,3 +23,12 @@ TEST(Money, IsRoundedToTheNearestCent)
     EXPECT_EQ(Money::rounded(33.33), Money::rounded(100).part(1.0 / 3));
     EXPECT_LT(-Money::rounded(0.01), Money());
 }
+
+TEST(Money, WhatIsMoreThanCanBeCountedNeverTurnsIntoADebt)
+{
+    for (const double yuan : {9.2233e16, 1e20, 1e300}) {
+        const Money much = Money::rounded(yuan);
+        EXPECT_LT(Money::rounded(1e15), much + much.part(0.5)) << yuan;
+        EXPECT_LT(-much - much.part(0.5), Money::rounded(-1e15)) << yuan;
+    }
+}

@@ -6,6 +6,8 @@
 #include <QFile>
 #include <QSet>
 
+#include <algorithm>
+
 using namespace sim;
 using namespace Tessar_Fields;
 
@@ -127,6 +129,26 @@ TEST_F(OrderEntryTest, ALineThatMakesNoSenseRefusesTheRequestAndNothingIsEntered
         expectDocumented(reason);
     }
     EXPECT_EQ(before, numberOfOrders());
+}
+
+TEST_F(OrderEntryTest, NoPriceIsSoHighThatTheAccountCanAffordIt)
+{
+    const QVector<Instrument> &listed = terminal.exchange().instruments();
+    const auto unlimited = std::find_if(listed.begin(), listed.end(), [](const Instrument &instrument) {
+        return instrument.kind == SecurityKind::Bond && instrument.limitRate == 0;
+    });
+    ASSERT_NE(listed.end(), unlimited);
+    for (const char *price : {"20000000000", "90000000000", "92233000000", "1000000000000"}) {
+        const entry::Outcome outcome =
+            place(entry::line(unlimited->symbol, "Buy", unlimited->maxQty, QLatin1String(price)));
+        EXPECT_EQ(0, outcome.result) << price;
+        EXPECT_EQ(QStringLiteral("可用资金不足"), outcome.text()) << price;
+        EXPECT_LT(0, newest().value(QStringLiteral("orderAmount")).toDouble()) << price;
+    }
+    for (const char *price : {"1000000000001", "1e20", "1e300"}) {
+        const entry::Outcome outcome = place(entry::line(unlimited->symbol, "Buy", 10, QLatin1String(price)));
+        EXPECT_EQ(QStringList{QStringLiteral("委托价格错误")}, outcome.errors) << price;
+    }
 }
 
 TEST_F(OrderEntryTest, UnknownAccountsAndEmptyListsAreRefused)
