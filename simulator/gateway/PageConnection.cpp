@@ -129,11 +129,14 @@ void PageConnection::send(const QCefEvent &event)
 {
     const QJsonObject frame{{QStringLiteral("event"), event.eventName()},
                             {QStringLiteral("args"), QJsonArray::fromVariantList(event.arguments())}};
-    m_socket->sendTextMessage(QString::fromUtf8(QJsonDocument(frame).toJson(QJsonDocument::Compact)));
+    // What came before counts, not what is sent now: a long list is no sign of a page that does not read.
+    if (m_socket->bytesToWrite() > kMaxBacklog)
+        m_socket->flush();
     if (m_socket->bytesToWrite() > kMaxBacklog) {
         qCWarning(gatewayLog, "page %d has stopped reading: dropped", m_number);
-        m_socket->abort();
+        return m_socket->abort();
     }
+    m_socket->sendTextMessage(QString::fromUtf8(QJsonDocument(frame).toJson(QJsonDocument::Compact)));
 }
 
 } // namespace sim

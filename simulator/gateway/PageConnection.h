@@ -22,7 +22,7 @@ class PageConnection : public QObject {
 public:
     static constexpr int kMaxFrame = 1024 * 1024;
 
-    /// What may wait to be sent. A page that lets more pile up has stopped reading and is dropped.
+    /// What may wait when there is more to send. A page that lets more pile up has stopped reading and is dropped.
     static constexpr qint64 kMaxBacklog = qint64{16} * 1024 * 1024;
 
     /// Takes the socket over. tcp: what is below it, owned by it.

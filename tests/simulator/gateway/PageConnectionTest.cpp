@@ -183,6 +183,18 @@ TEST_F(PageConnectionTest, APageThatStopsReadingIsDropped)
     EXPECT_TRUE(good.awaitFrames(1));
 }
 
+TEST_F(PageConnectionTest, APageThatReadsGetsAnAnswerOfAnySize)
+{
+    Page page(gateway);
+    ASSERT_TRUE(page.awaitOpen());
+    const QString symbols = QStringLiteral("?,").repeated(80000);
+    page.invoke("Data_getSymbolDetail_REQ", {QStringLiteral("long"), symbols});
+    ASSERT_TRUE(await([&] { return page.frames.size() == 1 || !page.socket.isValid(); }));
+    ASSERT_TRUE(page.socket.isValid());
+    EXPECT_LT(PageConnection::kMaxBacklog, page.args(0).at(0).toString().size());
+    EXPECT_EQ(QStringLiteral("long"), page.uuid(0));
+}
+
 TEST_F(PageConnectionTest, TheGatewaysEndClosesEveryPage)
 {
     auto second = std::make_unique<Gateway>(QString(), QStringList());
