@@ -237,7 +237,11 @@ TEST_F(TradeEventsTest, AListOfOrdersIsOneAssetEvent)
     entry::place(
         futuresAccount,
         QVector<VarnelLogic::OrderRequest>(500, entry::line(future, "BuyOpen", 1, QString(), "Market")).toList());
-    const QList<Event> events = listener.untilAssetOf(futuresAccount);
-    EXPECT_EQ(500, withId(events, OrderEnteredId).size());
-    EXPECT_EQ(Asset, events.last().id);
+    const QString another = scenario.fundAccounts[3].tradingAccounts.first();
+    entry::place(another, {entry::line(future, "BuyOpen", 1, QString(), "Market")});
+    const QList<Event> events = listener.untilAssetOf(another);
+    EXPECT_EQ(501, withId(events, OrderEnteredId).size());
+    EXPECT_EQ(2, withId(events, Asset).size());
+    EXPECT_EQ(futuresAccount, events[500].row.value(UserAccount::tradingAccount).toString());
+    EXPECT_EQ(Asset, events[500].id);
 }
