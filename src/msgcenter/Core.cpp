@@ -27,6 +27,26 @@ QTimer *makeRefreshTimer()
     return timer;
 }
 
+/// The settings of the account. Qt writes them back on the owner's thread, in an event; the mutex that guards every
+/// other use must be held then too, or a value saved meanwhile on another thread stays off the disk.
+class GuardedSettings : public QSettings {
+public:
+    GuardedSettings(const QString &path, std::mutex &mutex, QObject *parent)
+        : QSettings(path, QSettings::IniFormat, parent), m_mutex(mutex)
+    {
+    }
+
+protected:
+    bool event(QEvent *event) override
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        return QSettings::event(event);
+    }
+
+private:
+    std::mutex &m_mutex;
+};
+
 } // namespace
 
 WebMsgCenter *WebMsgCenter::instance()
@@ -58,7 +78,7 @@ void WebMsgCenter::init()
 
     const QString path = QCoreApplication::applicationDirPath() + Center::settingsFolder +
                          CBusinessDataBase::GetInstance()->GetLoginAccount() + Center::settingsFile;
-    m_settings = new QSettings(path, QSettings::IniFormat, this);
+    m_settings = new GuardedSettings(path, m_settingsMutex, this);
 
     QMetaObject::invokeMethod(this, "AsyncInit", Qt::AutoConnection);
 }

@@ -137,6 +137,32 @@ TEST_F(SettingsTest, AreSafeFromSeveralThreads)
     EXPECT_EQ(shared->getSetting(QStringLiteral("a")), QStringLiteral("499"));
 }
 
+TEST_F(SettingsTest, OfAnotherThreadAreOnDiskWhenTheEventLoopIsIdle)
+{
+    // Each round ends with a save that may meet the write-back of the one before it.
+    constexpr int rounds = 60;
+    constexpr int saves = 300;
+    WebMsgCenter *shared = center();
+    for (int round = 1; round <= rounds; ++round) {
+        const auto value = [round](int i) { return QStringLiteral("%1.%2").arg(round).arg(i); };
+        std::atomic<bool> done{false};
+        std::thread other([&] {
+            for (int i = 1; i <= saves; ++i)
+                shared->saveSetting(QStringLiteral("k"), value(i));
+            done = true;
+        });
+        while (!done)
+            writeBack();
+        other.join();
+        writeBack();
+        // The bytes, because settings of this process would share what is not on disk yet.
+        QFile file(folder(account) + QStringLiteral("/WebSettings.ini"));
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        const QByteArray text = file.readAll();
+        EXPECT_TRUE(text.contains("k=" + value(saves).toLatin1() + '\n')) << text.constData();
+    }
+}
+
 TEST_F(SettingsTest, OfNobodyLieInTheFolderWithoutAName)
 {
     start.loginAccount = QString();
