@@ -182,6 +182,22 @@ TEST_F(BatchesTest, WindowIsNotExtendedByLaterEvents)
     EXPECT_EQ(ordersOf(view.events().first()), (QVariantList{1, 2}));
 }
 
+TEST_F(BatchesTest, WindowIsNotFollowedByAnotherOfItsOwn)
+{
+    // A timer that went on would run out before the sentinel, which starts later and takes longer.
+    expectOrders(1);
+    expectExecutions(1);
+    deliver(orderEvent, order(u"A"_qs, 1));
+    deliver(executionEvent, execution(u"x"_qs, 2));
+    ASSERT_TRUE(view.waitForEvents(2));
+    QTimer sentinel;
+    sentinel.setSingleShot(true);
+    sentinel.setTimerType(Qt::PreciseTimer);
+    sentinel.start(300);
+    ASSERT_TRUE(spinUntil([&] { return !sentinel.isActive(); }));
+    EXPECT_THAT(view.eventNames(), ElementsAre(entrustUpdate, executionUpdate));
+}
+
 TEST_F(BatchesTest, NextWindowStartsEmpty)
 {
     expectOrders(3);
