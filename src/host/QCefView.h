@@ -14,7 +14,8 @@ public:
 
     /// Hands the event to the page's listeners of that name. The library ignores the result.
     /// Replies and pushes come from the user-interface thread, the orders-loaded notice from the bus
-    /// thread: the host makes this safe from any thread. It must not call back into the library, which
+    /// thread, replies of a DataThread that was made without a view from its own: the host makes this safe
+    /// from any thread. It must not call back into the library, which
     /// may hold one of its mutexes meanwhile. The event is the caller's; the view takes a copy.
     bool broadcastEvent(const QCefEvent &event);
 

@@ -29,7 +29,8 @@ public:
     void PutEvent(int pid, CEventMessageCommon *event);
 
     /// Sends the request and takes it over; 0 means that it was sent. The answer arrives at
-    /// ProcQuotationMsg. Called on the thread of the page call: it must not wait for the answer.
+    /// ProcQuotationMsg. Called on the thread of the page call: it must not wait for the answer, nor
+    /// deliver it on that thread before it returns, because nobody knows the request until then.
     int sendRequest_Async(CMessageCommon *request);
 
     /// Sends the request, takes it over, waits for the answer and stores it in reply; 0 means success.
