@@ -77,9 +77,12 @@ export function connect(bridge: CallBridge, options: ConnectOptions = {}): Conne
       return found;
     }
 
-    /** Answers come in the order of the calls; deferred ones do not, so there only a single call is certain. */
+    /**
+     * Answers come in the order of the calls; deferred ones do not, so there only a single call is certain. For a call
+     * that acts a guess is not good enough: taken for refused, an order that stands would be placed again.
+     */
     function takeUnnamed(): [string, Waiting] | undefined {
-      if (deferred && waiting.size !== 1) return undefined;
+      if (acts || (deferred && waiting.size !== 1)) return undefined;
       const [oldest] = waiting;
       if (oldest) waiting.delete(oldest[0]);
       return oldest;

@@ -63,6 +63,18 @@ describe.each(acting)('%s', (_, act, event) => {
     expect(unpaired).toHaveLength(1); // the late answer is reported, and paired with nothing
   });
 
+  it('is not settled by an empty reply, which answers a call made elsewhere', async () => {
+    let settled = false;
+    const answer = act();
+    const outcome = answer.catch((error: unknown) => error).finally(() => (settled = true));
+    bridge.emit(event, '');
+    await vi.advanceTimersByTimeAsync(999);
+    expect(settled).toBe(false);
+    expect(unpaired).toEqual([[event, '']]);
+    bridge.reply(event, bridge.uuid(0), {}, '-1', 'its own answer');
+    expect(await outcome).toMatchObject({ msg: 'its own answer' });
+  });
+
   it('under way when the connection closes has an unknown outcome, and is not sent again', async () => {
     const answer = act();
     sdk.close();
