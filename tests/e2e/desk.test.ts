@@ -116,7 +116,9 @@ test.describe('the ticket', () => {
     await expect(page.getByTestId('ticket-tradable')).toHaveText(/^\d+$/);
     await ticket.getByRole('button', { name: '下单' }).click();
     expect(sent(frames, 'Trade_insertOrder_REQ')).toEqual([]);
-    await expect(ticket.getByRole('group', { name: '确认' })).toContainText(price);
+    const question = ticket.getByRole('group', { name: '确认' });
+    for (const text of [fundAccounts()[0]!.fundAccount, '买入', symbols[0]!, '限价', price, '100', 'manual'])
+      await expect(question).toContainText(text);
     await ticket.getByRole('button', { name: '返回' }).click();
     await expect(confirm(page, 'ticket')).toHaveCount(0);
 
@@ -142,6 +144,20 @@ test.describe('the ticket', () => {
     expect(sent(frames, 'Trade_insertOrder_REQ')).toHaveLength(1);
     await page.reload();
     await openView(page, '交易');
+    expect(sent(frames, 'Trade_insertOrder_REQ')).toHaveLength(1);
+  });
+
+  test('is not confirmed by the key that asked for the second look, however long it is held', async ({ page }) => {
+    const frames = await openDesk(page);
+    await openView(page, '交易');
+    const { ticket } = await fillTicket(page, frames, { price: 'lowest', qty: '100' });
+    await ticket.getByLabel('数量').focus();
+    for (let repeat = 0; repeat < 5; ++repeat) await page.keyboard.down('Enter');
+    await page.keyboard.up('Enter');
+    await expect(confirm(page, 'ticket')).toBeFocused();
+    expect(sent(frames, 'Trade_insertOrder_REQ')).toEqual([]);
+    await page.keyboard.press('Enter');
+    await expect(page.getByTestId('ticket-outcome')).toContainText('已受理');
     expect(sent(frames, 'Trade_insertOrder_REQ')).toHaveLength(1);
   });
 

@@ -11,7 +11,13 @@ export function Confirm({ question, onYes, onNo }: Props) {
   const yes = useRef<HTMLButtonElement>(null);
   useEffect(() => yes.current?.focus(), []);
   return (
-    <div className="confirm" role="group" aria-label="确认 confirm">
+    <div
+      className="confirm"
+      role="group"
+      aria-label="确认 confirm"
+      // The key that led here may still be down; only a new one answers.
+      onKeyDown={(event) => event.repeat && event.preventDefault()}
+    >
       <p>{question}</p>
       <div className="tools">
         <button type="button" ref={yes} onClick={onYes}>

@@ -142,7 +142,7 @@ export function TicketPanel({ sdk, feed, suggested }: Props) {
           question={
             <>
               {fundAccount} <strong>{choices[orderSide]}</strong> {symbol} {security?.displayName}{' '}
-              {priceTypeNames[form.priceType]} {isMarket ? '' : price} × {form.qty}
+              {priceTypeNames[form.priceType]} {isMarket ? '' : price} × {form.qty} <small>{form.orderTag}</small>
             </>
           }
           onYes={place}
