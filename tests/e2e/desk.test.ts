@@ -91,6 +91,35 @@ test.describe('the watch list', () => {
     expect(await again.stop()).toEqual({ code: 0, signal: null });
   });
 
+  test('is not changed before it has been read: what was saved would be lost', async ({ page }) => {
+    await page.addInitScript(() => {
+      // The reply with the saved list comes when the test lets it.
+      const told = WebSocket.prototype.addEventListener;
+      WebSocket.prototype.addEventListener = function (this: WebSocket, name: string, hear: (event: Event) => void) {
+        told.call(this, name, (event: Event) => {
+          const isList = name === 'message' && String((event as MessageEvent).data).includes('Data_getSetting_RES');
+          if (!isList || sessionStorage.getItem('held')) return hear(event);
+          sessionStorage.setItem('held', 'once');
+          window.addEventListener('let it come', () => hear(event));
+        });
+      } as typeof told;
+    });
+    await page.goto('/');
+    await page.waitForFunction(() => sessionStorage.getItem('held'));
+    const watch = page.getByTestId('watch');
+    await watch.getByLabel('证券标识').fill('NM2505.CF');
+    const add = watch.getByRole('button', { name: '加自选' });
+    await expect(add).toBeDisabled();
+    await watch.getByLabel('证券标识').press('Enter');
+    await page.evaluate(() => window.dispatchEvent(new Event('let it come')));
+    await expect(rows(page, 'watch-table')).not.toHaveCount(0);
+    const saved = await rows(page, 'watch-table').count();
+    await add.click();
+    await expect(rows(page, 'watch-table')).toHaveCount(saved + 1);
+    await page.reload();
+    await expect(rows(page, 'watch-table')).toHaveCount(saved + 1);
+  });
+
   test('subscribes to what it shows, and ends that when a security goes', async ({ page }) => {
     const frames = await openDesk(page);
     const shown = await symbolsShown(page).allInnerTexts();

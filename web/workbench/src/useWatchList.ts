@@ -8,6 +8,8 @@ export interface WatchList {
   symbols: readonly string[];
   /** State of the call that reads what was saved. */
   answer: Answered<unknown>;
+  /** Whether what was saved has been read. Before that a change would take its place. */
+  isKnown: boolean;
   /** Takes one symbol, or several with commas. */
   add: (typed: string) => void;
   remove: (symbol: string) => void;
@@ -35,6 +37,7 @@ export function useWatchList(sdk: Connection): WatchList {
   );
   return {
     symbols,
+    isKnown: answer.data !== undefined,
     answer: failure ? { ...answer, error: failure } : answer,
     add: (typed) => change(withoutRepeats([...symbols, ...commaParts(typed).filter((symbol) => symbol !== '')])),
     remove: (symbol) => change(symbols.filter((each) => each !== symbol)),

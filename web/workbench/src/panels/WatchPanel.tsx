@@ -34,7 +34,7 @@ export function WatchPanel({ sdk, feed, list, chosen, onChoose }: Props) {
         证券标识 <small>symbol</small>
         <input value={typed} size={10} spellCheck={false} onChange={(event) => setTyped(event.target.value.trim())} />
       </label>
-      <button type="submit" className="plain">
+      <button type="submit" className="plain" disabled={!list.isKnown}>
         加自选 Add
       </button>
     </form>
