@@ -1,5 +1,6 @@
 import type { Page } from '@playwright/test';
 import { orderStatuses, type Tick } from '@varnel/web-client';
+import { ask } from './support/ask';
 import { openDesk, openView } from './support/desk';
 import type { Frames } from './support/frames';
 import { fundAccounts, symbols } from './support/scenario';
@@ -188,6 +189,31 @@ test.describe('the ticket', () => {
     await page.keyboard.press('Enter');
     await expect(page.getByTestId('ticket-outcome')).toContainText('已受理');
     expect(sent(frames, 'Trade_insertOrder_REQ')).toHaveLength(1);
+  });
+
+  test('keeps the tradable quantity in sight while the account changes', async ({ page }) => {
+    const frames = await openDesk(page);
+    await openView(page, '交易');
+    const { price } = await fillTicket(page, frames, { price: 'lowest', qty: '100' });
+    const tradable = page.getByTestId('ticket-tradable');
+    await expect(tradable).toHaveText(/^\d+$/);
+    await tradable.evaluate((output) => {
+      const seen = window as unknown as { quantities: string[] };
+      seen.quantities = [];
+      new MutationObserver(() => seen.quantities.push(output.textContent)).observe(output, {
+        characterData: true,
+        childList: true,
+        subtree: true,
+      });
+    });
+    // Each order sets money aside.
+    const { fundAccount } = fundAccounts()[0]!;
+    const most = await tradable.innerText();
+    for (let order = 0; order < 3; ++order)
+      await ask(page, 'Trade_insertOrder_REQ', fundAccount, symbols[0], 'SH', 'Buy', 'Limit', price, '10000', '');
+    await expect.poll(async () => Number(await tradable.innerText())).toBeLessThanOrEqual(Number(most) - 30_000);
+    const quantities = await page.evaluate(() => (window as unknown as { quantities: string[] }).quantities);
+    expect(quantities.filter((text) => !/^\d+$/.test(text))).toEqual([]);
   });
 
   const refused: [string, Typed, boolean][] = [

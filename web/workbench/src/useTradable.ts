@@ -1,19 +1,27 @@
-import type { Connection, TradableQty } from '@varnel/web-client';
-import { useEffect, useState } from 'react';
-import { usePush } from './live/hooks';
+import type { Connection } from '@varnel/web-client';
+import { useEffect } from 'react';
+import { usePush, useRefetch } from './live/hooks';
 import { useAnswer } from './useAnswer';
 import { useDelayed } from './useDelayed';
 
-/** How much can be traded as the ticket stands; asked again when it, or an asset, has changed. */
+/** How much can be traded as the ticket stands; asked again when it, or what its account has, has changed. */
 export function useTradable(sdk: Connection, asked: Parameters<Connection['getTradableQty']>[0] | undefined): string {
-  const [qty, follow] = useAnswer<TradableQty | { qty?: never }>();
-  const [assetChanges, countChange] = useState(0);
-  usePush(sdk, 'on_AssetUpdate', () => countChange((before) => before + 1));
-  const key = asked && asked.price !== '' ? JSON.stringify([asked, assetChanges]) : '';
-  const settled = useDelayed(key);
-  useEffect(() => {
-    if (settled !== '' && asked) follow(sdk.getTradableQty(asked).then((answer) => answer ?? {}));
-  }, [sdk, follow, settled]);
-  if (key === '' || settled !== key || qty.error) return '—';
-  return qty.data?.qty || '—';
+  const [answer, follow] = useAnswer<{ key: string; qty: string | undefined }>();
+  const key = asked && asked.price !== '' ? JSON.stringify(asked) : '';
+  const settled = useDelayed(key); // not at each key
+
+  async function ask() {
+    if (!asked || key === '' || key !== settled) return;
+    const call = sdk.getTradableQty(asked).then((tradable) => ({ key, qty: tradable?.qty }));
+    follow(call);
+    await call.catch(() => {}); // the answer has the error, too
+  }
+  useEffect(() => void ask(), [sdk, settled]);
+  const refetch = useRefetch(ask);
+  usePush(sdk, 'on_AssetUpdate', (asset) => {
+    if (!asset || asset.fundAccount === asked?.fundAccount) refetch();
+  });
+
+  // What stood before the account changed stays until there is a new answer; that to another ticket does not.
+  return (answer.data?.key === key && answer.data.qty) || '—';
 }
