@@ -15,7 +15,8 @@ export function cellColumn(key: Column<CellRow>['key']): Column<CellRow> {
   };
 }
 
-/** The value behind a cell, as text. */
+/** The value behind a cell, as the terminal reads it: an identifier that is a number has no commas. */
 export function valueOf(cell: Cell | undefined): string {
-  return written(cell?.userRole);
+  const value = cell?.userRole ?? '';
+  return typeof value === 'object' ? JSON.stringify(value) : String(value);
 }

@@ -1,6 +1,7 @@
 import { describe, expect, it } from 'vitest';
 import { barOf, drawable, readableTime, secondsOf } from '../src/candles';
 import { readBasket } from '../src/basket';
+import { valueOf } from '../src/cellColumns';
 import { commaParts, layOut, readArguments, readJson } from '../src/freeCall';
 import { withLine, type LogLine } from '../src/log';
 import { clockOf, quoteOf } from '../src/quote';
@@ -39,6 +40,17 @@ describe('JSON typed by hand', () => {
     ['{a:1}', { ok: false }],
   ])('%s is read', (text, read) => {
     expect(readJson(text)).toEqual(read);
+  });
+});
+
+describe('the value of a cell', () => {
+  it.each([
+    ['020250303000001', '020250303000001'],
+    [1234567, '1234567'],
+    [0, '0'],
+    [null, ''],
+  ])('%j goes back to the terminal as it came, not as a person reads it', (userRole, text) => {
+    expect(valueOf({ displayRole: 'shown', userRole })).toBe(text);
   });
 });
 
