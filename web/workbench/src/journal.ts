@@ -153,7 +153,7 @@ export class Journal implements CallBridge {
 
   private onEvent(name: string, args: unknown[]): void {
     const entry: EventEntry = { ...this.stamp(name, args), kind: 'event', isPush: pushes.has(name) };
-    const reply = envelope(args[0]);
+    const reply = entry.isPush ? undefined : envelope(args[0]); // a push answers nothing, and may be large
     const call = this.callAnsweredBy(name, args, reply);
     if (call) {
       const afterMs = performance.now() - this.started.get(call)!;
