@@ -112,7 +112,7 @@ public:
     QString processTick(const QString &uuid, const QString &symbol, const QVariantMap &tick, bool bare);
 
     /// "resultData": the candles, asked of the host in the same call, which blocks. "code" is "-1" when the request
-    /// failed; whatever candles came are there all the same. No page call leads here; it is for hosts.
+    /// failed, with an empty list. No page call leads here; it is for hosts.
     QString processKLineData(const QString &uuid, const QString &symbol, const QString &startTime,
                              const QString &stopTime, EMD_KLINE_PERIOD period);
 

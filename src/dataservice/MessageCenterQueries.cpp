@@ -13,7 +13,7 @@ QString DataProcess::processKLineData(const QString &uuid, const QString &symbol
     QList<QVariantMap> bars;
     const int status = WebMsgCenter::instance()->syncRequestKLineData(symbol, startTime, stopTime, period, bars);
     const bool succeeded = status == 0;
-    // Meant: a request that failed still carries whatever bars came.
+    // Meant: a request that failed carries its list too, which is empty.
     return Reply::text(uuid, Reply::toList(bars), QtWarningMsg, VARNEL_OPERATION(DataProcess, processKLineData),
                        succeeded ? Code::success : Code::failure, succeeded ? QString() : Message::queryFailed);
 }

@@ -66,9 +66,9 @@ WebMsgCenter::~WebMsgCenter() = default;
 
 void WebMsgCenter::init()
 {
-    // Unregistered, the candles of an answer could not cross from the bus thread to a view's, and no method that takes
-    // a view could be called by name.
+    // Unregistered, the candles of an answer could not cross from the bus thread to a view's.
     qRegisterMetaType<QList<QVariantMap>>("QList<QVariantMap>");
+    // The strategy platform returns the view under this type.
     qRegisterMetaType<VarnelCefView *>("VarnelCefView*");
 
     // Quotes and events come on threads of the host; both connections carry them over to the owning thread.

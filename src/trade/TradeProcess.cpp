@@ -136,13 +136,13 @@ QString TradeProcess::processInsertOrderList(const QString &uuid, const QString 
     if (!account)
         return Reply::text(uuid, QVariantList(), QtWarningMsg, operation, Code::failure, Message::accountError);
 
+    OrderRequestList orders(account->tradingAccount, orderTag);
     QJsonParseError jsonError;
     const QJsonDocument document = QJsonDocument::fromJson(ordersJson.toUtf8(), &jsonError);
     if (jsonError.error != QJsonParseError::NoError) {
         qCDebug(lcWebSdk) << operation.name << " jsonErr.errorString(): " << jsonError.errorString();
         return QString(); // meant: no envelope
     }
-    OrderRequestList orders(account->tradingAccount, orderTag);
     const QVariantList elements = document.toVariant().toList();
     for (const QVariant &element : elements) {
         const QVariantMap order = element.toMap(); // what is no object is an order of empty texts

@@ -15,6 +15,7 @@ namespace {
 struct ViewState {
     QList<ViewEvent> events;
     bool answer = true;
+    std::function<void()> hook;
 };
 
 struct ViewLog {
@@ -71,7 +72,7 @@ QCefView::~QCefView()
 bool QCefView::broadcastEvent(const QCefEvent &event)
 {
     ViewLog &log = viewLog();
-    const std::lock_guard<std::mutex> lock(log.mutex);
+    std::unique_lock<std::mutex> lock(log.mutex);
     const auto state = log.views.find(this);
     if (state == log.views.end()) {
         std::fprintf(stderr, "HostMock: %s was broadcast to a view that is gone\n", qPrintable(event.eventName()));
@@ -83,7 +84,12 @@ bool QCefView::broadcastEvent(const QCefEvent &event)
     if (thread() != record.thread) // wakes a test that waits
         QMetaObject::invokeMethod(
             this, [] {}, Qt::QueuedConnection);
-    return state->answer;
+    const bool answer = state->answer;
+    const std::function<void()> hook = state->hook;
+    lock.unlock();
+    if (hook)
+        hook();
+    return answer;
 }
 
 VarnelCefView::VarnelCefView(QWidget *parent) : QCefView(parent) {}
@@ -153,6 +159,13 @@ void RecordingView::answerBroadcasts(bool answer)
     ViewLog &log = viewLog();
     const std::lock_guard<std::mutex> lock(log.mutex);
     log.views[this].answer = answer;
+}
+
+void RecordingView::whileBroadcasting(std::function<void()> hook)
+{
+    ViewLog &log = viewLog();
+    const std::lock_guard<std::mutex> lock(log.mutex);
+    log.views[this].hook = std::move(hook);
 }
 
 QList<ViewEvent> RecordingView::eventsOfAllViews()

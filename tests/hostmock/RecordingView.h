@@ -44,6 +44,9 @@ public:
     /// What broadcastEvent() answers from now on; true at first.
     void answerBroadcasts(bool answer);
 
+    /// Called within each broadcast to this view, on the thread that broadcasts, after the event was recorded.
+    void whileBroadcasting(std::function<void()> hook);
+
     /// The events of all views, dead ones included, in the order of their broadcasting.
     static QList<ViewEvent> eventsOfAllViews();
     static void clearAllViews();

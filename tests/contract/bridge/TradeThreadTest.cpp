@@ -201,6 +201,14 @@ TEST_F(TradeThreadTest, ReplyIsLoggedByTheHandlerAndTheCallAfterIt)
                                           invokeLine(u"Trade_insertOrder_REQ"_qs)));
 }
 
+TEST_F(TradeThreadTest, ReplyIsLoggedBeforeItIsSent)
+{
+    QStringList linesWhenSent;
+    view.whileBroadcasting([&] { linesWhenSent = debugLines(); });
+    call("Trade_insertOrder_REQ", {});
+    EXPECT_THAT(linesWhenSent, ElementsAre(logText("TradeThread::Trade_insertOrder_REQ", QString())));
+}
+
 TEST_F(TradeThreadTest, EachCallPlacesItsOrderOnceAlsoWithAUuidThatCameBefore)
 {
     constexpr int times = 3;

@@ -1,5 +1,7 @@
 #include "SubscriptionsTest.h"
 
+#include <chrono>
+#include <future>
 #include <memory>
 
 using testing::ElementsAre;
@@ -153,6 +155,30 @@ TEST_F(SubscriptionsTest, UuidComesBackWhateverItIs)
                 ElementsAre(u"UnSub_subscribe_RES"_qs, bareReply(uR"(\"\\\n\u0001\u0000𝄞</script>%1)"_qs),
                             u"UnSub_subscribeAll_RES"_qs, bareReply(QString()), u"UnSub_subscribe_RES"_qs,
                             bareReply(uR"(\ud834)"_qs)));
+}
+
+TEST_F(SubscriptionsTest, RepliesComeAfterTheLogLineAndWithoutTheLock)
+{
+    RecordingView other;
+    QStringList lines;
+    int replies = 0;
+    view.whileBroadcasting([&] {
+        ++replies;
+        lines = logged();
+        // As a host may on another thread; it must not wait for this reply.
+        const auto clearing = std::async(std::launch::async, [&] { center->unsubscribeAll(&other); });
+        EXPECT_EQ(clearing.wait_for(std::chrono::seconds(5)), std::future_status::ready);
+    });
+    EXPECT_CALL(host, CommonQuotaHandler_SubscribeQuota(QStringList{u"S"_qs}, true, 0)).WillOnce(Return(0));
+    center->subscribe(&view, u"u1"_qs, {u"S"_qs});
+    EXPECT_THAT(lines, ElementsAre(logText("WebMsgCenter::subscribe", "quota truck", QStringList{u"S"_qs})));
+    log.clear();
+    center->unsubscribe(&view, u"u1"_qs, {u"S"_qs});
+    EXPECT_THAT(lines, ElementsAre(u"WebMsgCenter::unsubscribe"_qs));
+    log.clear();
+    center->unsubscribeAll(&view, u"u1"_qs);
+    EXPECT_THAT(lines, ElementsAre(u"WebMsgCenter::unsubscribeAll"_qs));
+    EXPECT_EQ(replies, 3);
 }
 
 } // namespace

@@ -118,6 +118,21 @@ TEST_F(InsertOrderTest, RejectionIsAnsweredWithItsFirstReason)
     EXPECT_EQ(insert(), reply(u"-1"_qs, QString(), echo(page)));
 }
 
+TEST_F(InsertOrderTest, IsLoggedBeforeItIsPlaced)
+{
+    expectKnownAccount();
+    expectClientOrderIds(1);
+    QStringList linesWhenPlaced;
+    EXPECT_CALL(host, VarnelTradeLogic_orders(testing::_, testing::_, 319, testing::_, true)).WillOnce([&] {
+        linesWhenPlaced = logged();
+        return -1;
+    });
+    const PageOrder page;
+    insert(page);
+    EXPECT_THAT(linesWhenPlaced,
+                testing::ElementsAre(logText("TradeProcess::processInsertOrder", page.priceType, page.price)));
+}
+
 TEST_F(InsertOrderTest, RejectionWithoutAReasonStaysQuiet)
 {
     const PageOrder page;
