@@ -43,10 +43,10 @@ void MessageBus::serve(const QString &requestType, const QString &answerType, An
     m_services.insert(requestType, {answerType, std::move(answer)});
 }
 
-void MessageBus::listen(int eventId, Listener listener)
+void MessageBus::listen(int eventId, const Listener &listener)
 {
     const std::lock_guard lock(m_mutex);
-    m_listeners.insert(eventId, std::move(listener));
+    m_listeners.insert(eventId, listener);
 }
 
 int MessageBus::join(QvPresenterClass *presenter, const QString &name, Wakeup *digested)

@@ -44,7 +44,7 @@ public:
     void serve(const QString &requestType, const QString &answerType, Answer answer);
 
     /// From now on the terminal itself takes in the events of that id, before their subscribers do.
-    void listen(int eventId, Listener listener);
+    void listen(int eventId, const Listener &listener);
 
     /// Gives the presenter its address. Behind each answer the bus posts digested, on which the presenter's thread
     /// calls digested().

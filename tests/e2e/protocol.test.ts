@@ -15,7 +15,7 @@ test.describe('the orders-loaded notice', () => {
   });
 });
 
-test('every call and every push of the protocol is seen by a test here', () => {
+test('every call and every push of the protocol is named in a test here', () => {
   const folder = fileURLToPath(new URL('.', import.meta.url));
   const tests = readdirSync(folder).filter((name) => name.endsWith('.test.ts'));
   const texts = tests.map((name) => readFileSync(folder + name, 'utf8')).join('\n');

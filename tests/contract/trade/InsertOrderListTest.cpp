@@ -140,7 +140,7 @@ TEST_F(InsertOrderListTest, QuantityIsADecimalIntegerOrZero)
 TEST_F(InsertOrderListTest, AfterHoursRuleHoldsForEachOrder)
 {
     const QString afterHours = PriceType::shEntrustAfterHours;
-    const QString buy = SideUnion::buyItemList.last();
+    const QString &buy = SideUnion::buyItemList.last();
     expectPlaced({order(u"c1"_qs, SideUnion::pfpBuy, afterHours), order(u"c2"_qs, SideUnion::pfpSell, afterHours),
                   order(u"c3"_qs, SideUnion::pfpSell, afterHours), order(u"c4"_qs, buy, u"limit"_qs)});
     EXPECT_EQ(insert(uR"([{"priceType":"%1","orderSide":"%2"},{"priceType":"%1","orderSide":"sell"},)"

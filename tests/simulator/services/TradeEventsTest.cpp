@@ -200,7 +200,7 @@ TEST_F(TradeEventsTest, ACancelledOrderIsAChangedOrder)
 
 TEST_F(TradeEventsTest, AStrategysDealsAreToldApartFromAPersons)
 {
-    terminal.playMarket(terminal.now().addSecs(4 * 3600));
+    terminal.playMarket(terminal.now().addSecs(qint64{4} * 3600));
     const QString lastId = executionRecords().first().value(Security::execID).toString();
     const QList<Event> events =
         listener.until([&](const Event &event) { return event.row.value(Security::execID).toString() == lastId; });
