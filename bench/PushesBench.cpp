@@ -14,6 +14,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
+#include <algorithm>
 #include <memory>
 #include <vector>
 
@@ -62,9 +63,8 @@ public:
 void tickBaseline(benchmark::State &state)
 {
     const Pages none(0, symbol);
-    std::vector<std::unique_ptr<Page>> pages;
-    for (int i = 0; i < state.range(0); ++i)
-        pages.push_back(std::make_unique<Page>());
+    std::vector<std::unique_ptr<Page>> pages(size_t(state.range(0)));
+    std::generate(pages.begin(), pages.end(), std::make_unique<Page>);
     const QVariantMap quote = CommonQuotaHandler::instance()->GetQuotaSnapshot(symbol, 0);
     while (state.KeepRunning()) {
         const QString text = compact(QJsonDocument::fromVariant(quote));
