@@ -4,7 +4,7 @@
 
 #include "HostTest.h"
 #include "LogRecorder.h"
-#include "RecordingView.h"
+#include "Received.h"
 
 #include <QMetaMethod>
 #include <QStringList>
@@ -23,17 +23,7 @@ protected:
         return dispatcher->onInvokeMethod(1, 2, QString::fromUtf8(method), args);
     }
 
-    /// What the page got, as name and single text.
-    QStringList received() const
-    {
-        QStringList texts;
-        for (const ViewEvent &event : view.events()) {
-            EXPECT_EQ(event.arguments.size(), 1);
-            EXPECT_EQ(event.arguments.value(0).userType(), int(QMetaType::QString));
-            texts << event.name << event.arguments.value(0).toString();
-        }
-        return texts;
-    }
+    QStringList received() const { return receivedBy(view); }
 
     /// The names that the dispatcher handles, in the order of its meta-methods.
     static QStringList handledMethods()
