@@ -1,5 +1,6 @@
 #include "bridge/DataThread.h"
 
+#include "bridge/HandlerTable.h"
 #include "common/PageArguments.h"
 #include "common/Reply.h"
 #include "dataservice/DataProcess.h"
@@ -40,8 +41,8 @@ bool DataThread::onInvokeMethod(int browserId, int frameId, const QString &metho
 {
     Q_UNUSED(browserId)
     Q_UNUSED(frameId)
-    return QMetaObject::invokeMethod(this, method.toStdString().c_str(), Qt::AutoConnection,
-                                     Q_ARG(const QVariantList &, args));
+    static const HandlerTable handlers(staticMetaObject);
+    return handlers.invoke(this, method, args);
 }
 
 void DataThread::setView(VarnelCefView *view)
@@ -109,6 +110,5 @@ void DataThread::receiveKLines(const QString &requestId, const QList<QVariantMap
     VarnelCefView *const view = m_view;
     if (!view)
         return;
-    Reply::send(view, ReplyEvent::Data_getKLineData,
-                Reply::text(uuid, Reply::toList(data), QtWarningMsg, VARNEL_OPERATION(DataThread, receiveKLines)));
+    Reply::send(view, ReplyEvent::Data_getKLineData, Reply::text(uuid, Reply::toList(data)));
 }

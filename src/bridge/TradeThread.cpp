@@ -1,5 +1,6 @@
 #include "bridge/TradeThread.h"
 
+#include "bridge/HandlerTable.h"
 #include "common/PageArguments.h"
 #include "common/Reply.h"
 #include "trade/TradeProcess.h"
@@ -33,8 +34,8 @@ bool TradeThread::onInvokeMethod(int browserId, int frameId, const QString &meth
 {
     Q_UNUSED(browserId)
     Q_UNUSED(frameId)
-    const bool isKnown = QMetaObject::invokeMethod(this, method.toStdString().c_str(), Qt::AutoConnection,
-                                                   Q_ARG(const QVariantList &, args));
+    static const HandlerTable handlers(staticMetaObject);
+    const bool isKnown = handlers.invoke(this, method, args);
     qCDebug(lcWebSdk) << "TradeThread::onInvokeMethod" << method; // whatever came of it
     return isKnown;
 }

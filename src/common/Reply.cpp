@@ -2,31 +2,62 @@
 
 #include "VarnelCefView.h"
 
-#include <QJsonDocument>
-
 using namespace WebConstants;
+
+namespace {
+
+/// The keys in the order in which JSON objects list them.
+template <typename WriteResultMember>
+QString envelope(const QString &uuid, const QString &code, const QString &msg, WriteResultMember writeResultMember)
+{
+    JsonWriter json;
+    json.punctuation('{');
+    json.key(Key::code);
+    json.string(code);
+    json.punctuation(',');
+    json.key(Key::msg);
+    json.string(msg);
+    json.punctuation(',');
+    writeResultMember(json);
+    json.key(Key::uuid);
+    json.string(uuid);
+    json.punctuation('}');
+    return json.take();
+}
+
+template <typename WriteResult>
+QString envelopeWithResult(const QString &uuid, const QString &code, const QString &msg, WriteResult writeResult)
+{
+    return envelope(uuid, code, msg, [&writeResult](JsonWriter &json) {
+        json.key(Key::resultData);
+        writeResult(json);
+        json.punctuation(',');
+    });
+}
+
+} // namespace
 
 QString Reply::toText(const QVariant &value, QtMsgType level, const Operation &operation)
 {
-    const QJsonDocument document = QJsonDocument::fromVariant(value);
-    if (document.isNull()) {
+    const QString text = compactJson(value);
+    if (text.isEmpty())
         logLine(level, operation) << qUtf8Printable(Message::argumentConversionError) << value;
-        return QString();
-    }
-    return QString::fromUtf8(document.toJson(QJsonDocument::Compact));
+    return text;
 }
 
-QString Reply::text(const QString &uuid, const QVariant &resultData, QtMsgType level, const Operation &operation,
-                    const QString &code, const QString &msg)
+QString Reply::text(const QString &uuid, const QVariant &resultData, const QString &code, const QString &msg)
 {
-    return toText(QVariantMap{{Key::uuid, uuid}, {Key::code, code}, {Key::msg, msg}, {Key::resultData, resultData}},
-                  level, operation);
+    return envelopeWithResult(uuid, code, msg, [&resultData](JsonWriter &json) { json.value(resultData); });
 }
 
-QString Reply::textWithoutResult(const QString &uuid, QtMsgType level, const Operation &operation, const QString &code,
-                                 const QString &msg)
+QString Reply::text(const QString &uuid, const WriteResult &writeResult)
 {
-    return toText(QVariantMap{{Key::uuid, uuid}, {Key::code, code}, {Key::msg, msg}}, level, operation);
+    return envelopeWithResult(uuid, Code::success, QString(), writeResult);
+}
+
+QString Reply::textWithoutResult(const QString &uuid, const QString &code, const QString &msg)
+{
+    return envelope(uuid, code, msg, [](JsonWriter &) {});
 }
 
 QVariantList Reply::toList(const QList<QVariantMap> &records)
@@ -48,5 +79,7 @@ QCefEvent Reply::event(const QString &name, const QStringList &texts)
 
 void Reply::send(VarnelCefView *view, const QString &event, const QString &text)
 {
-    view->broadcastEvent(Reply::event(event, {text}));
+    QCefEvent reply(event);
+    reply.arguments().append(text);
+    view->broadcastEvent(reply);
 }

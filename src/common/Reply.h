@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/JsonWriter.h"
 #include "common/Logging.h"
 #include "common/WebConstants.h"
 
@@ -8,23 +9,29 @@
 #include <QStringList>
 #include <QVariantMap>
 
+#include <functional>
+
 class VarnelCefView;
 
 /// The reply envelope, how it becomes text, and how a text reaches a page.
 namespace Reply {
 
-/// Compact JSON of a map or list. What JSON cannot express gives the empty text and one log line of the
-/// given level that names the operation and shows the value.
+/// Compact JSON of a map or list. What is neither gives the empty text and one log line of the given level that names
+/// the operation and shows the value.
 QString toText(const QVariant &value, QtMsgType level, const Operation &operation);
 
-/// The text of a whole reply; an operation states its result, and code and message where they are not
-/// those of success.
-QString text(const QString &uuid, const QVariant &resultData, QtMsgType level, const Operation &operation,
-             const QString &code = WebConstants::Code::success, const QString &msg = QString());
+/// Writes the result of a reply: exactly one JSON value.
+using WriteResult = std::function<void(JsonWriter &)>;
+
+/// The text of a whole reply; an operation states its result, and code and message where they are not those of success.
+/// The second form is for a result that need not exist before it is written.
+QString text(const QString &uuid, const QVariant &resultData, const QString &code = WebConstants::Code::success,
+             const QString &msg = QString());
+QString text(const QString &uuid, const WriteResult &writeResult);
 
 /// The same without the key "resultData".
-QString textWithoutResult(const QString &uuid, QtMsgType level, const Operation &operation,
-                          const QString &code = WebConstants::Code::success, const QString &msg = QString());
+QString textWithoutResult(const QString &uuid, const QString &code = WebConstants::Code::success,
+                          const QString &msg = QString());
 
 /// Records in the form in which a reply or push can carry them.
 QVariantList toList(const QList<QVariantMap> &records);

@@ -1,6 +1,7 @@
 #include "dataservice/DataProcess.h"
 
 #include "common/Reply.h"
+#include "dataservice/CellTable.h" // complete, for the destructor
 
 #include "CBusinessDataBase.h"
 #include "QvCore.h"
@@ -30,20 +31,18 @@ void DataProcess::init()
 
 QString DataProcess::processToken(const QString &uuid)
 {
-    return Reply::text(uuid, QvCore::instance()->getCurrentToken(), QtDebugMsg,
-                       VARNEL_OPERATION(DataProcess, processToken));
+    return Reply::text(uuid, QvCore::instance()->getCurrentToken());
 }
 
 QString DataProcess::processLoginTrader(const QString &uuid)
 {
-    return Reply::text(uuid, CBusinessDataBase::GetInstance()->GetLoginAccount(), QtWarningMsg,
-                       VARNEL_OPERATION(DataProcess, processLoginTrader));
+    return Reply::text(uuid, CBusinessDataBase::GetInstance()->GetLoginAccount());
 }
 
 QString DataProcess::processTraderList(const QString &uuid)
 {
     const QStringList traders = VarnelBusinessDataInterface::GetOrganTraderList().keys();
-    return Reply::text(uuid, traders, QtWarningMsg, VARNEL_OPERATION(DataProcess, processTraderList));
+    return Reply::text(uuid, traders);
 }
 
 QString DataProcess::processFundAccountList(const QString &uuid, const int &fundProp)
@@ -56,12 +55,12 @@ QString DataProcess::processFundAccountList(const QString &uuid, const int &fund
         records.append(
             QVariantMap{{Key::fundAccount, account.fundAccount}, {Key::fundAccountName, account.fundAccountName}});
     }
-    return Reply::text(uuid, records, QtWarningMsg, VARNEL_OPERATION(DataProcess, processFundAccountList));
+    return Reply::text(uuid, records);
 }
 
 QString DataProcess::processGetOPStation(const QString &uuid, const QString &first, const QString &second)
 {
     const QString separator = first.isEmpty() || second.isEmpty() ? QString() : QStringLiteral(";");
     const QString station = VarnelBusinessDataInterface::GetVarnelOrderStation(first + separator + second);
-    return Reply::text(uuid, station, QtDebugMsg, VARNEL_OPERATION(DataProcess, processGetOPStation));
+    return Reply::text(uuid, station);
 }

@@ -10,7 +10,10 @@
 #include <QVariantMap>
 
 #include <atomic>
+#include <memory>
 
+class CellTable;
+class JsonWriter;
 class QJsonDocument;
 
 /// Turns the host's records into the texts that pages read.
@@ -29,7 +32,7 @@ public:
 
     // The operations named process… return the whole reply as compact JSON; uuid comes back in it unchanged.
     // Unless it says otherwise, "code" is "0" and "msg" empty, whatever the host answers: nothing found is an
-    // empty result, not a failure. A reply that JSON cannot express is the empty text, and one log line.
+    // empty result, not a failure. A host value that JSON cannot express is null.
 
     // Login and accounts
 
@@ -147,6 +150,10 @@ private:
     void initOrderField();
     void initPositionField();
 
+    // What packageEntrustOrderMsg and packageExecutionOrderMsg give, written without the map.
+    void writeEntrustOrder(JsonWriter &json, const QVariantMap &record) const;
+    void writeExecutionOrder(JsonWriter &json, const QVariantMap &record) const;
+
     /// Recomputes market value, holding cost, profit and return rate of an account's details; those of a futures
     /// account stay the host's.
     void refillMarketRelaData(QVariantMap &details, const QString &assetProp);
@@ -161,4 +168,6 @@ private:
     QMap<QString, QString> positionFieldMap;
     QStringList positionFieldList;
     QStringList positionIdentityFieldList; ///< columns that name a holding rather than measure it
+    std::unique_ptr<const CellTable> entrustCells;
+    std::unique_ptr<const CellTable> executionCells;
 };

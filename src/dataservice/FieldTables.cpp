@@ -1,6 +1,7 @@
 #include "dataservice/DataProcess.h"
 
 #include "common/WebConstants.h"
+#include "dataservice/CellTable.h"
 
 using namespace WebConstants;
 
@@ -52,6 +53,9 @@ void DataProcess::initOrderField()
         Column::fundAccountName, Column::fundAccount, Column::execId,       Column::exchangeOrderId,
         Column::orderId,         Column::traderName,  Column::userRef3,     Column::algoId,
     };
+
+    entrustCells = std::make_unique<const CellTable>(entrustFieldList, orderFieldMap);
+    executionCells = std::make_unique<const CellTable>(executionFieldList, orderFieldMap);
 }
 
 void DataProcess::initPositionField()

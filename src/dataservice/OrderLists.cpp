@@ -11,15 +11,22 @@ using namespace WebConstants;
 
 namespace {
 
-/// A page of records: each of the host's records made a page record, and how many match in all.
-template <typename Package>
-QVariantMap recordPage(const QString &listKey, const QList<QVariantMap> &records, int total, Package package)
+/// A page of records, each written by writeRecord, and how many match in all. The keys in the order in which JSON
+/// objects list them.
+template <typename WriteRecord>
+void writeRecordPage(JsonWriter &json, const QString &listKey, const QList<QVariantMap> &records, int total,
+                     WriteRecord writeRecord)
 {
-    QVariantList packaged;
-    packaged.reserve(records.size());
-    for (const QVariantMap &record : records)
-        packaged.append(package(record));
-    return {{Key::totalSize, total}, {Key::size, records.size()}, {listKey, packaged}};
+    json.punctuation('{');
+    json.key(listKey);
+    json.array(records, writeRecord);
+    json.punctuation(',');
+    json.key(Key::size);
+    json.value(records.size());
+    json.punctuation(',');
+    json.key(Key::totalSize);
+    json.value(total);
+    json.punctuation('}');
 }
 
 } // namespace
@@ -54,15 +61,15 @@ QString DataProcess::processEntrustList(const QString &uuid, const QVariant &fil
                                         const int &pageArg2)
 {
     const Operation operation = VARNEL_OPERATION(DataProcess, processEntrustList);
-    return filteredReply(uuid, filter, operation, [&](const QJsonDocument &document) {
+    return filteredReply(uuid, filter, operation, [&](const QJsonDocument &document, JsonWriter &json) {
         const QVariantMap keys = parseOrderFilter(document);
         if (lcWebSdk().isDebugEnabled())
             logLine(QtDebugMsg, operation) << keys;
         int total = 0;
         const QList<QVariantMap> orders = BusinessDataInterface::GetOrderListByCustomKey(
             keys, total, pageArg1, pageArg2, QList<QString>(), QStringList());
-        return recordPage(Key::entrustInfoList, orders, total,
-                          [this](const QVariantMap &order) { return packageEntrustOrderMsg(order); });
+        writeRecordPage(json, Key::entrustInfoList, orders, total,
+                        [&](const QVariantMap &order) { writeEntrustOrder(json, order); });
     });
 }
 
@@ -70,11 +77,11 @@ QString DataProcess::processExecutionList(const QString &uuid, const QVariant &f
                                           const int &pageArg2)
 {
     const Operation operation = VARNEL_OPERATION(DataProcess, processExecutionList);
-    return filteredReply(uuid, filter, operation, [&](const QJsonDocument &document) {
+    return filteredReply(uuid, filter, operation, [&](const QJsonDocument &document, JsonWriter &json) {
         int total = 0;
         const QList<QVariantMap> executions = BusinessDataInterface::GetExecutionListByCustomKey(
             parseOrderFilter(document), total, pageArg1, pageArg2, QStringList());
-        return recordPage(Key::executionInfoList, executions, total,
-                          [this](const QVariantMap &execution) { return packageExecutionOrderMsg(execution); });
+        writeRecordPage(json, Key::executionInfoList, executions, total,
+                        [&](const QVariantMap &execution) { writeExecutionOrder(json, execution); });
     });
 }

@@ -40,7 +40,7 @@ QString DataProcess::processPositionList(const QString &uuid, const QStringList 
                 positions.append(packagePositionMsg(record));
         }
     }
-    return Reply::text(uuid, positions, QtWarningMsg, VARNEL_OPERATION(DataProcess, processPositionList));
+    return Reply::text(uuid, positions);
 }
 
 QString DataProcess::processAsset(const QString &uuid, const QString &fundAccounts)
@@ -52,7 +52,7 @@ QString DataProcess::processAsset(const QString &uuid, const QString &fundAccoun
         if (!asset.isEmpty())
             assets.append(asset);
     }
-    return Reply::text(uuid, assets, QtDebugMsg, VARNEL_OPERATION(DataProcess, processAsset));
+    return Reply::text(uuid, assets);
 }
 
 QVariantMap DataProcess::packageAsset(const QString &fundAccount)

@@ -6,7 +6,7 @@ QString DataProcess::processTick(const QString &uuid, const QString &symbol, con
 {
     Q_UNUSED(symbol) // the quote is already that of the symbol
     const Operation operation = VARNEL_OPERATION(DataProcess, processTick);
-    return bare ? Reply::toText(tick, QtDebugMsg, operation) : Reply::text(uuid, tick, QtDebugMsg, operation);
+    return bare ? Reply::toText(tick, QtDebugMsg, operation) : Reply::text(uuid, tick);
 }
 
 QString DataProcess::processUpsDowns(const QString &uuid, const QString &argument1, const QString &argument2,

@@ -2,6 +2,7 @@
 
 #include "common/Reply.h"
 #include "dataservice/BondInterest.h"
+#include "dataservice/CellTable.h"
 
 #include "CommonQuotaHandler.h"
 #include "Tessar_Fields.h"
@@ -13,20 +14,6 @@
 using namespace WebConstants;
 
 namespace {
-
-using LineData = QMap<int, QVariantMap>;
-
-/// Each column's cell as the pair of its two roles; what the generator did not fill is null.
-QVariantMap cellPairs(const LineData &lineData, const QStringList &columns, const QMap<QString, QString> &pageKeys)
-{
-    QVariantMap record;
-    for (int i = 0; i < columns.size(); ++i) {
-        const QVariantMap cell = lineData.value(i);
-        record.insert(pageKeys.value(columns.at(i)), QVariantMap{{Key::displayRole, cell.value(LineDataRole::display)},
-                                                                 {Key::userRole, cell.value(LineDataRole::user)}});
-    }
-    return record;
-}
 
 /// The symbol of a position, for which some records have only the security identifier.
 QString positionSymbol(const QVariantMap &record)
@@ -41,25 +28,34 @@ QString positionSymbol(const QVariantMap &record)
     return symbol.isEmpty() ? securityId : symbol;
 }
 
-QString pushText(const QVariantMap &packaged, const Operation &operation)
+template <typename ReportGen>
+LineData filledLine(const QVariantMap &record, const QStringList &columns, ShowType showType)
 {
-    return packaged.isEmpty() ? QString() : Reply::toText(packaged, QtWarningMsg, operation);
+    LineData lineData;
+    ReportGen::fillLineData(record, lineData, columns, showType, false);
+    return lineData;
 }
 
 } // namespace
 
 QVariantMap DataProcess::packageEntrustOrderMsg(const QVariantMap &record)
 {
-    LineData lineData;
-    VarnelEntrustReportGen::fillLineData(record, lineData, entrustFieldList, showType, false);
-    return cellPairs(lineData, entrustFieldList, orderFieldMap);
+    return entrustCells->toMap(filledLine<VarnelEntrustReportGen>(record, entrustFieldList, showType));
 }
 
 QVariantMap DataProcess::packageExecutionOrderMsg(const QVariantMap &record)
 {
-    LineData lineData;
-    VarnelDealReportGen::fillLineData(record, lineData, executionFieldList, showType, false);
-    return cellPairs(lineData, executionFieldList, orderFieldMap);
+    return executionCells->toMap(filledLine<VarnelDealReportGen>(record, executionFieldList, showType));
+}
+
+void DataProcess::writeEntrustOrder(JsonWriter &json, const QVariantMap &record) const
+{
+    entrustCells->write(json, filledLine<VarnelEntrustReportGen>(record, entrustFieldList, showType));
+}
+
+void DataProcess::writeExecutionOrder(JsonWriter &json, const QVariantMap &record) const
+{
+    executionCells->write(json, filledLine<VarnelDealReportGen>(record, executionFieldList, showType));
 }
 
 QVariantMap DataProcess::packagePositionMsg(const QVariantMap &record)
@@ -82,17 +78,21 @@ QVariantMap DataProcess::packagePositionMsg(const QVariantMap &record)
 
 QString DataProcess::getEntrustOrderMsg(const QVariantMap &record)
 {
-    return pushText(packageEntrustOrderMsg(record), VARNEL_OPERATION(DataProcess, getEntrustOrderMsg));
+    JsonWriter json;
+    writeEntrustOrder(json, record);
+    return json.take();
 }
 
 QString DataProcess::getExecutionOrderMsg(const QVariantMap &record)
 {
-    return pushText(packageExecutionOrderMsg(record), VARNEL_OPERATION(DataProcess, getExecutionOrderMsg));
+    JsonWriter json;
+    writeExecutionOrder(json, record);
+    return json.take();
 }
 
 QString DataProcess::getPositionMsg(const QVariantMap &record)
 {
-    return pushText(packagePositionMsg(record), VARNEL_OPERATION(DataProcess, getPositionMsg));
+    return Reply::toText(packagePositionMsg(record), QtWarningMsg, VARNEL_OPERATION(DataProcess, getPositionMsg));
 }
 
 QString DataProcess::getAssetMsg(const QString &fundAccount)

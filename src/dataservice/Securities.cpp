@@ -82,16 +82,13 @@ QVariantMap detailRecord(const QString &shownSymbol, const QString &symbol, cons
     };
 }
 
-/// One record for each search entry that the filter selects.
+/// One record for each search entry that the filter selects. Each is written as soon as it is made: all securities
+/// together are some fifty thousand.
 template <typename MakeRecord>
-QVariantList recordsOf(const QJsonDocument &filter, MakeRecord makeRecord)
+void writeRecords(JsonWriter &json, const QJsonDocument &filter, MakeRecord makeRecord)
 {
-    QVariantList records;
-    const QList<SearchEntry> entries = searchEntries(securityClasses(filter));
-    records.reserve(entries.size());
-    for (const SearchEntry &entry : entries)
-        records.append(makeRecord(entry));
-    return records;
+    json.array(searchEntries(securityClasses(filter)),
+               [&](const SearchEntry &entry) { json.value(QVariant(makeRecord(entry))); });
 }
 
 } // namespace
@@ -102,8 +99,9 @@ QString DataProcess::processSymbolList(const QString &uuid, const QVariant &filt
         return QVariantMap{
             {Key::symbol, entry.symbol}, {Key::displayName, entry.displayName}, {Key::spellName, entry.spellName}};
     };
-    return filteredReply(uuid, filter, VARNEL_OPERATION(DataProcess, processSymbolList),
-                         [&](const QJsonDocument &document) { return recordsOf(document, shortRecord); });
+    return filteredReply(
+        uuid, filter, VARNEL_OPERATION(DataProcess, processSymbolList),
+        [&](const QJsonDocument &document, JsonWriter &json) { writeRecords(json, document, shortRecord); });
 }
 
 QString DataProcess::processSymbolListWithDetail(const QString &uuid, const QVariant &filter)
@@ -113,17 +111,18 @@ QString DataProcess::processSymbolListWithDetail(const QString &uuid, const QVar
         return detailRecord(entry.symbol, entry.symbol,
                             VarnelBusinessDataInterface::GetSecurityDetailsBySymbol(entry.symbol));
     };
-    return filteredReply(uuid, filter, VARNEL_OPERATION(DataProcess, processSymbolListWithDetail),
-                         [&](const QJsonDocument &document) { return recordsOf(document, record); });
+    return filteredReply(
+        uuid, filter, VARNEL_OPERATION(DataProcess, processSymbolListWithDetail),
+        [&](const QJsonDocument &document, JsonWriter &json) { writeRecords(json, document, record); });
 }
 
 QString DataProcess::processSymbolDetail(const QString &uuid, const QString &symbols)
 {
-    QVariantList records;
     const QStringList parts = symbols.split(QLatin1Char(','), Qt::KeepEmptyParts, Qt::CaseSensitive);
-    for (const QString &symbol : parts) {
-        const QVariantMap details = VarnelBusinessDataInterface::GetSecurityDetailsBySymbol(symbol);
-        records.append(detailRecord(details.value(Tessar_Fields::Security::symbol).toString(), symbol, details));
-    }
-    return Reply::text(uuid, records, QtDebugMsg, VARNEL_OPERATION(DataProcess, processSymbolDetail));
+    return Reply::text(uuid, [&](JsonWriter &json) {
+        json.array(parts, [&](const QString &symbol) {
+            const QVariantMap details = VarnelBusinessDataInterface::GetSecurityDetailsBySymbol(symbol);
+            json.value(detailRecord(details.value(Tessar_Fields::Security::symbol).toString(), symbol, details));
+        });
+    });
 }

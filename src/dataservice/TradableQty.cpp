@@ -15,7 +15,7 @@ QString DataProcess::processTradableQty(const QString &uuid, const QString &fund
     const Operation operation = VARNEL_OPERATION(DataProcess, processTradableQty);
     const auto account = firstTradingAccount(fundAccount);
     if (!account)
-        return Reply::textWithoutResult(uuid, QtDebugMsg, operation); // meant: success without an answer
+        return Reply::textWithoutResult(uuid); // meant: success without an answer
 
     OrderRequestList orders(account->tradingAccount, argument8);
     if (lcWebSdk().isDebugEnabled())
@@ -23,5 +23,5 @@ QString DataProcess::processTradableQty(const QString &uuid, const QString &fund
     // Quantity 0: the host is asked for the most, not about a quantity.
     orders.AddSymbol(symbol, 0, priceType, argument7, effectiveSide(side, priceType), argument4);
     const QString qty = VarnelTradeLogic::instance()->queryMaxTradableQty(orders);
-    return Reply::text(uuid, QVariantMap{{Key::qty, qty}}, QtDebugMsg, operation);
+    return Reply::text(uuid, QVariantMap{{Key::qty, qty}});
 }

@@ -1,5 +1,6 @@
 #include "msgcenter/WebMsgCenter.h"
 
+#include "common/JsonWriter.h"
 #include "common/Logging.h"
 #include "common/WebConstants.h"
 #include "dataservice/DataProcess.h"
@@ -11,8 +12,6 @@
 #include "VarnelBusinessDataInterface.h"
 
 #include <QDebug>
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QTimer>
 
 #include <algorithm>
@@ -58,11 +57,11 @@ void WebMsgCenter::slotParseEventMsg(const QVariant &type, const QVariantMap &da
     case EntrustEvent:
     case EntrustChangedEvent:
         return collect(entrustBatch(), dataMap.value(Tessar_Fields::Security::orderID).toString(),
-                       DataProcess::instance()->packageEntrustOrderMsg(dataMap));
+                       DataProcess::instance()->getEntrustOrderMsg(dataMap));
     case ExecutionEvent:
     case ExecutionChangedEvent:
         return collect(executionBatch(), dataMap.value(Tessar_Fields::Security::execID).toString(),
-                       DataProcess::instance()->packageExecutionOrderMsg(dataMap));
+                       DataProcess::instance()->getExecutionOrderMsg(dataMap));
     case PositionEvent:
         return pushToAll(Push::positionUpdate, {DataProcess::instance()->getPositionMsg(dataMap)});
     default:
@@ -91,13 +90,17 @@ WebMsgCenter::Batch WebMsgCenter::executionBatch()
     return {m_executionCache, m_executionOrder, m_executionMutex, m_executionTimer};
 }
 
-void WebMsgCenter::collect(const Batch &batch, const QString &id, const QVariantMap &record)
+void WebMsgCenter::collect(const Batch &batch, const QString &id, const QString &record)
 {
     {
         const std::lock_guard<std::mutex> lock(batch.mutex);
-        if (!batch.cache.contains(id)) // the same as the order, but without a search
+        const auto pending = batch.cache.find(id); // whether the order has it too, without a search there
+        if (pending != batch.cache.end()) {
+            *pending = record;
+        } else {
+            batch.cache.insert(id, record);
             batch.order.append(id);
-        batch.cache.insert(id, record);
+        }
     }
     if (!batch.timer->isActive()) // a running window is not extended
         batch.timer->start();
@@ -105,18 +108,15 @@ void WebMsgCenter::collect(const Batch &batch, const QString &id, const QVariant
 
 void WebMsgCenter::flush(const Batch &batch, const QString &event, const char *operation)
 {
-    QVariantList records;
+    JsonWriter json;
     {
         const std::lock_guard<std::mutex> lock(batch.mutex);
         qCDebug(lcWebSdk) << operation << batch.order.size() << batch.cache.size();
-        records.reserve(batch.order.size());
-        for (const QString &id : qAsConst(batch.order))
-            records.append(batch.cache.value(id));
+        json.array(batch.order, [&](const QString &id) { json.json(batch.cache.value(id)); });
         batch.cache.clear();
         batch.order.clear();
     }
-    const QJsonDocument document(QJsonArray::fromVariantList(records));
-    pushToAll(event, {QString::fromUtf8(document.toJson(QJsonDocument::Compact))});
+    pushToAll(event, {json.take()});
 }
 
 void WebMsgCenter::slotEntrustTimeout()

@@ -169,8 +169,8 @@ void WebMsgCenter::answerStrategyCall(const QVariantMap &dataMap, const QString 
         {Key::extField, dataMap.value(Strategy::extField)},
     };
     Reply::send(view, replyEvent,
-                Reply::text(dataMap.value(Strategy::uuid).toString(), result, QtDebugMsg, operation,
-                            succeeded ? Code::success : Code::failure, succeeded ? QString() : description));
+                Reply::text(dataMap.value(Strategy::uuid).toString(), result, succeeded ? Code::success : Code::failure,
+                            succeeded ? QString() : description));
 }
 
 void WebMsgCenter::parseVlxRcvCustomMsg(const QVariantMap &dataMap)

@@ -7,8 +7,6 @@
 
 #include <QDebug>
 
-#include <optional>
-
 using namespace WebConstants;
 
 void WebMsgCenter::subscribe(VarnelCefView *view, const QString &uuid, const QStringList &symbols)
@@ -28,8 +26,7 @@ void WebMsgCenter::subscribe(VarnelCefView *view, const QString &uuid, const QSt
     }
     qCDebug(lcWebSdk) << "WebMsgCenter::subscribe"
                       << "quota truck" << symbols;
-    Reply::send(view, ReplyEvent::Sub_subscribe,
-                Reply::textWithoutResult(uuid, QtDebugMsg, VARNEL_OPERATION(WebMsgCenter, subscribe)));
+    Reply::send(view, ReplyEvent::Sub_subscribe, Reply::textWithoutResult(uuid));
 }
 
 void WebMsgCenter::unsubscribe(VarnelCefView *view, const QString &uuid, const QStringList &symbols)
@@ -47,8 +44,7 @@ void WebMsgCenter::unsubscribe(VarnelCefView *view, const QString &uuid, const Q
             wanted.remove(symbol);
     }
     qCDebug(lcWebSdk) << "WebMsgCenter::unsubscribe";
-    Reply::send(view, ReplyEvent::UnSub_subscribe,
-                Reply::textWithoutResult(uuid, QtDebugMsg, VARNEL_OPERATION(WebMsgCenter, unsubscribe)));
+    Reply::send(view, ReplyEvent::UnSub_subscribe, Reply::textWithoutResult(uuid));
 }
 
 void WebMsgCenter::unsubscribeAll(VarnelCefView *view, const QString &uuid)
@@ -63,8 +59,7 @@ void WebMsgCenter::unsubscribeAll(VarnelCefView *view, const QString &uuid)
         m_subscribeMap.remove(view);
     }
     qCDebug(lcWebSdk) << "WebMsgCenter::unsubscribeAll";
-    Reply::send(view, ReplyEvent::UnSub_subscribeAll,
-                Reply::textWithoutResult(uuid, QtDebugMsg, VARNEL_OPERATION(WebMsgCenter, unsubscribeAll)));
+    Reply::send(view, ReplyEvent::UnSub_subscribeAll, Reply::textWithoutResult(uuid));
 }
 
 void WebMsgCenter::unsubscribeAll(VarnelCefView *view)
@@ -77,17 +72,27 @@ void WebMsgCenter::unsubscribeAll(VarnelCefView *view)
 void WebMsgCenter::slotTickDataUpdate(const QString &symbol, const QVariantMap &data)
 {
     const std::shared_ptr<const ViewRegistry> registered = registry();
-    if (registered->views.isEmpty())
+    const auto isWantedBy = [&](const SubscribeMap::const_iterator &subscriber) {
+        return registered->contains(subscriber.key()) && subscriber.value().contains(symbol);
+    };
+    const auto anyoneWantsIt = [&] {
+        const std::lock_guard<std::mutex> lock(m_subscribeMutex);
+        for (auto it = m_subscribeMap.cbegin(); it != m_subscribeMap.cend(); ++it) {
+            if (isWantedBy(it))
+                return true;
+        }
+        return false;
+    };
+    // Most ticks are for nobody: they cost no text. It is made without the lock, because a log handler may run then.
+    if (registered->views.isEmpty() || !anyoneWantsIt())
         return;
-    std::optional<QCefEvent> tick; // made once, for the first view that gets it: most ticks are for nobody
+    const QCefEvent tick =
+        Reply::event(Push::tickUpdate, {DataProcess::instance()->processTick(QString(), symbol, data, true)});
+
     const std::lock_guard<std::mutex> lock(m_subscribeMutex);
     for (auto it = m_subscribeMap.cbegin(); it != m_subscribeMap.cend(); ++it) {
-        if (!it.value().contains(symbol) || !registered->contains(it.key()))
-            continue;
-        if (!tick)
-            tick =
-                Reply::event(Push::tickUpdate, {DataProcess::instance()->processTick(QString(), symbol, data, true)});
-        it.key()->broadcastEvent(*tick);
+        if (isWantedBy(it))
+            it.key()->broadcastEvent(tick);
     }
 }
 

@@ -148,11 +148,14 @@ private:
 
     /// One of the two batches, by its members.
     struct Batch {
-        QHash<QString, QVariantMap> &cache;
+        QHash<QString, QString> &cache;
         QStringList &order;
         std::mutex &mutex;
         QTimer *timer;
     };
+
+    /// The symbols that each view wants, in the order of the pointers.
+    using SubscribeMap = QMap<VarnelCefView *, QSet<QString>>;
 
     /// Fields of a message, in the order in which they are packed.
     using Fields = QVector<QPair<QString, QVariant>>;
@@ -168,7 +171,7 @@ private:
     void pushAsset(const QVariantMap &dataMap);
     Batch entrustBatch();
     Batch executionBatch();
-    static void collect(const Batch &batch, const QString &id, const QVariantMap &record);
+    static void collect(const Batch &batch, const QString &id, const QString &record);
     void flush(const Batch &batch, const QString &event, const char *operation);
 
     void sendToStrategyPlatform(const QString &subEvent, const Fields &fields, const QVariantList &arguments,
@@ -181,7 +184,7 @@ private:
     void parseVlxRcvStrategyStatusUpdate(const QVariantMap &dataMap);
     void answerStrategyCall(const QVariantMap &dataMap, const QString &replyEvent, const Operation &operation) const;
 
-    QMap<VarnelCefView *, QSet<QString>> m_subscribeMap; ///< guarded by m_subscribeMutex
+    SubscribeMap m_subscribeMap; ///< guarded by m_subscribeMutex
     std::mutex m_subscribeMutex;
 
     QList<VarnelCefView *> m_viewList;              ///< owning thread only; in order of registration, doubles possible
@@ -197,12 +200,12 @@ private:
     QTimer *m_entrustTimer = nullptr;
     QTimer *m_executionTimer = nullptr;
 
-    // Pending records by id, and the ids in order of first arrival.
-    QHash<QString, QVariantMap> m_entrustCache; ///< guarded by m_entrustMutex
-    QStringList m_entrustOrder;                 ///< guarded by m_entrustMutex
+    // Pending records by id, each as the JSON that the batch will carry, and the ids in order of first arrival.
+    QHash<QString, QString> m_entrustCache; ///< guarded by m_entrustMutex
+    QStringList m_entrustOrder;             ///< guarded by m_entrustMutex
     std::mutex m_entrustMutex;
-    QHash<QString, QVariantMap> m_executionCache; ///< guarded by m_executionMutex
-    QStringList m_executionOrder;                 ///< guarded by m_executionMutex
+    QHash<QString, QString> m_executionCache; ///< guarded by m_executionMutex
+    QStringList m_executionOrder;             ///< guarded by m_executionMutex
     std::mutex m_executionMutex;
 
     QMap<QString, QList<VarnelCefView *>> m_strategySubMap; ///< guarded by m_strategyMutex

@@ -100,7 +100,7 @@ QString TradeProcess::processInsertOrder(const QString &uuid, const QString &fun
     const Operation operation = VARNEL_OPERATION(TradeProcess, processInsertOrder);
     const std::optional<tagUserAccountInfo> account = firstTradingAccount(fundAccount);
     if (!account)
-        return Reply::textWithoutResult(uuid, QtWarningMsg, operation, Code::failure, Message::accountError);
+        return Reply::textWithoutResult(uuid, Code::failure, Message::accountError);
 
     qCDebug(lcWebSdk) << operation.name << priceType << price;
     OrderRequestList orders(account->tradingAccount, orderTag);
@@ -124,7 +124,7 @@ QString TradeProcess::processInsertOrder(const QString &uuid, const QString &fun
         code = Code::failure;
         msg = outcome.errors.first().message;
     }
-    return Reply::text(uuid, result, QtWarningMsg, operation, code, msg);
+    return Reply::text(uuid, result, code, msg);
 }
 
 QString TradeProcess::processInsertOrderList(const QString &uuid, const QString &fundAccount, const QString &orderTag,
@@ -134,7 +134,7 @@ QString TradeProcess::processInsertOrderList(const QString &uuid, const QString 
     qCDebug(lcWebSdk) << operation.name << fundAccount << orderTag;
     const std::optional<tagUserAccountInfo> account = firstTradingAccount(fundAccount);
     if (!account)
-        return Reply::text(uuid, QVariantList(), QtWarningMsg, operation, Code::failure, Message::accountError);
+        return Reply::text(uuid, QVariantList(), Code::failure, Message::accountError);
 
     OrderRequestList orders(account->tradingAccount, orderTag);
     QJsonParseError jsonError;
@@ -157,7 +157,7 @@ QString TradeProcess::processInsertOrderList(const QString &uuid, const QString 
     results.reserve(outcome.responses.size());
     for (const QVariantMap &response : outcome.responses)
         results.append(orderResult(response));
-    return Reply::text(uuid, results, QtWarningMsg, operation, outcome.accepted ? Code::success : Code::failure,
+    return Reply::text(uuid, results, outcome.accepted ? Code::success : Code::failure,
                        outcome.errors.isEmpty() ? QString() : outcome.errors.first().message);
 }
 
@@ -187,5 +187,5 @@ QString TradeProcess::processCancelOrders(const QString &uuid, const QStringList
                                    {Key::code, fields.value(Tessar_Fields::System::requestExeStatus)},
                                    {Key::msg, fields.value(Tessar_Fields::System::textDescription)}});
     }
-    return Reply::text(uuid, results, QtWarningMsg, VARNEL_OPERATION(TradeProcess, processCancelOrders));
+    return Reply::text(uuid, results);
 }

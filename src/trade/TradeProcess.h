@@ -19,8 +19,8 @@ public:
     /// Does nothing; each TradeThread calls it when it is made.
     void init();
 
-    // Each returns the whole reply as compact JSON; uuid comes back in it unchanged. A reply that JSON cannot
-    // express is the empty text, and one log line.
+    // Each returns the whole reply as compact JSON; uuid comes back in it unchanged. A host value that JSON cannot
+    // express is null.
 
     /// Places one order through the first trading account of the fund account. orderSide and priceType are codes of
     /// the host; price is passed on as it is; qty is a whole number in base 10, anything else is 0. "code" and "msg"

@@ -16,26 +16,41 @@ Operation sampleOperation()
 
 QString textOf(const QVariant &resultData)
 {
-    return Reply::text(QStringLiteral("u"), resultData, QtWarningMsg, sampleOperation());
+    return Reply::text(QStringLiteral("u"), resultData);
 }
 
 TEST(Reply, ListsItsKeysInOrderAndWithoutWhiteSpace)
 {
-    EXPECT_EQ(Reply::text(QStringLiteral("abc"), QStringLiteral("T"), QtDebugMsg, sampleOperation()),
+    EXPECT_EQ(Reply::text(QStringLiteral("abc"), QStringLiteral("T")),
               QStringLiteral(R"({"code":"0","msg":"","resultData":"T","uuid":"abc"})"));
 }
 
 TEST(Reply, CarriesTheOperationsCodeAndMessage)
 {
-    EXPECT_EQ(Reply::text(QStringLiteral("u"), QVariantList(), QtDebugMsg, sampleOperation(), Code::failure,
-                          QStringLiteral("原因")),
+    EXPECT_EQ(Reply::text(QStringLiteral("u"), QVariantList(), Code::failure, QStringLiteral("原因")),
               QStringLiteral(R"({"code":"-1","msg":"原因","resultData":[],"uuid":"u"})"));
+}
+
+TEST(Reply, TakesAResultThatWritesItself)
+{
+    const auto writeResult = [](JsonWriter &json) {
+        json.array(QStringList{QStringLiteral("a"), QStringLiteral("\"")},
+                   [&](const QString &text) { json.string(text); });
+    };
+    EXPECT_EQ(Reply::text(QStringLiteral("u"), writeResult),
+              QStringLiteral(R"({"code":"0","msg":"","resultData":["a","\""],"uuid":"u"})"));
+}
+
+TEST(Reply, WithoutAResultHasNoKeyForIt)
+{
+    EXPECT_EQ(Reply::textWithoutResult(QStringLiteral("u"), Code::failure, QStringLiteral("m")),
+              QStringLiteral(R"({"code":"-1","msg":"m","uuid":"u"})"));
 }
 
 TEST(Reply, EchoesAHostileUuidUnchanged)
 {
     const QString uuid = QString::fromUtf8("\"\\\n\t") + QChar(0) + QString::fromUtf8("𝄞汉</script>");
-    const QString text = Reply::text(uuid, QString(), QtDebugMsg, sampleOperation());
+    const QString text = Reply::text(uuid, QString());
     EXPECT_EQ(text, QStringLiteral(R"({"code":"0","msg":"","resultData":"","uuid":"\"\\\n\t\u0000𝄞汉</script>"})"));
 }
 
