@@ -32,7 +32,7 @@ public:
     /// A brace or a comma that the caller places.
     void punctuation(char character)
     {
-        *room(1) = ushort(character);
+        *room(1) = uchar(character);
         ++m_end;
     }
 

@@ -2,6 +2,9 @@
 
 #include "Tessar_Fields.h"
 
+#include <QDate>
+#include <QJsonDocument>
+
 #include <limits>
 #include <thread>
 
@@ -117,6 +120,40 @@ TEST_F(RecordsTest, ValuesOfEveryKindBecomeJson)
     EXPECT_EQ(role(true), u"true"_qs);
     EXPECT_EQ(role(QVariantList{1, u"a"_qs, QVariant()}), uR"([1,"a",null])"_qs);
     EXPECT_EQ(role(QVariantMap{{u"k"_qs, QVariantMap()}}), uR"({"k":{}})"_qs);
+}
+
+/// The text of an order is written without its map, and must not differ from it.
+TEST_F(RecordsTest, TextIsThatOfTheMap)
+{
+    const auto compact = [](const QVariantMap &map) {
+        return QString::fromUtf8(QJsonDocument::fromVariant(map).toJson(QJsonDocument::Compact));
+    };
+    LineData line;
+    const QVariantList values{u"文\""_qs,
+                              QString(),
+                              10.01,
+                              0.1f,
+                              qlonglong(-7),
+                              true,
+                              QVariant(),
+                              QByteArray("b"),
+                              QDate(2024, 1, 2),
+                              QVariantMap{{u"k"_qs, 1}},
+                              QVariantList{1},
+                              QStringList{u"a"_qs}};
+    for (int i = 0; i < values.size(); ++i)
+        line.insert(i * 2, cell(values.at(i), values.at(values.size() - 1 - i))); // every other cell is not filled
+    line[3] = {{u"256"_qs, 1}};                                                   // and one in part
+
+    EXPECT_CALL(host, VarnelEntrustReportGen_fillLineData(_, _, _, _, _))
+        .Times(2)
+        .WillRepeatedly(DoAll(SetArgReferee<1>(line), Return(true)));
+    EXPECT_EQ(process->getEntrustOrderMsg(anOrder), compact(process->packageEntrustOrderMsg(anOrder)));
+
+    EXPECT_CALL(host, VarnelDealReportGen_fillLineData(_, _, _, _, _))
+        .Times(2)
+        .WillRepeatedly(DoAll(SetArgReferee<1>(line), Return(true)));
+    EXPECT_EQ(process->getExecutionOrderMsg(anOrder), compact(process->packageExecutionOrderMsg(anOrder)));
 }
 
 TEST_F(RecordsTest, DisplayModeIsTheOneThatWasReadLast)

@@ -9,9 +9,31 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Return;
 
+/// A value that tells when its text is made.
+struct TextProbe {
+    static int conversions;
+    static std::function<void()> duringConversion;
+
+    QString toText() const
+    {
+        ++conversions;
+        if (duringConversion)
+            duringConversion();
+        return u"a probe"_qs;
+    }
+};
+int TextProbe::conversions = 0;
+std::function<void()> TextProbe::duringConversion;
+Q_DECLARE_METATYPE(TextProbe)
+
 namespace {
 
-class TicksTest : public SubscriptionsTest {};
+class TicksTest : public SubscriptionsTest {
+protected:
+    TicksTest() { QMetaType::registerConverter(&TextProbe::toText); }
+
+    const QVariantMap probe{{u"probe"_qs, QVariant::fromValue(TextProbe())}};
+};
 
 TEST_F(TicksTest, WithoutARegisteredViewNothingHappens)
 {
@@ -45,6 +67,40 @@ TEST_F(TicksTest, ReachOnlyTheViewsThatHoldTheSymbol)
     EXPECT_THAT(other.eventNames(), ElementsAre(tick));
     EXPECT_THAT(ticksOf(view, u"B"_qs), ElementsAre(tick, quoteText));
     EXPECT_THAT(other.eventNames(), ElementsAre(tick, tick));
+}
+
+TEST_F(TicksTest, TextIsNotMadeWhenNobodyWantsIt)
+{
+    RecordingView unregistered;
+    subscribe(unregistered, {u"S"_qs});
+    subscribeRegistered(view, {u"A"_qs});
+    emitTick(u"S"_qs, probe);
+    EXPECT_EQ(TextProbe::conversions, 0);
+    emitTick(u"A"_qs, probe);
+    EXPECT_EQ(TextProbe::conversions, 1);
+}
+
+TEST_F(TicksTest, TextIsMadeOnceForAllViews)
+{
+    std::vector<RecordingView> views(10);
+    for (RecordingView &each : views)
+        subscribeRegistered(each, {u"S"_qs});
+    emitTick(u"S"_qs, probe);
+    EXPECT_EQ(TextProbe::conversions, 1);
+    for (const RecordingView &each : views)
+        EXPECT_EQ(textsOf(each.events()).last(), uR"({"probe":"a probe"})"_qs);
+}
+
+TEST_F(TicksTest, TextIsMadeWhileSubscriptionsCanChange)
+{
+    RecordingView leaving;
+    subscribeRegistered(leaving, {u"S"_qs});
+    subscribeRegistered(view, {u"S"_qs});
+    leaving.clear();
+    TextProbe::duringConversion = [&] { center->unsubscribeAll(&leaving); }; // would wait for ever under the lock
+    emitTick(u"S"_qs, probe);
+    EXPECT_THAT(textsOf(view.events()), ElementsAre(tick, uR"({"probe":"a probe"})"_qs));
+    EXPECT_THAT(leaving.events(), IsEmpty());
 }
 
 TEST_F(TicksTest, AreComparedInTheirCase)
