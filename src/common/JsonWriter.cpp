@@ -267,8 +267,10 @@ void JsonWriter::object(const QVariantMap &map)
     bool isFirst = true;
     for (auto it = map.cbegin(), end = map.cend(); it != end;) {
         const auto member = it++;
-        if (it != end && it.key() == member.key())
-            continue; // a multi-map: the last of the same key counts
+        // Of members with the same key, which a multi-map has, the last counts. The sizes are compared first because
+        // nearly all differ there.
+        if (it != end && it.key().size() == member.key().size() && it.key() == member.key())
+            continue;
         if (!isFirst)
             punctuation(',');
         isFirst = false;

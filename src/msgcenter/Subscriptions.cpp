@@ -7,6 +7,8 @@
 
 #include <QDebug>
 
+#include <algorithm>
+
 using namespace WebConstants;
 
 void WebMsgCenter::subscribe(VarnelCefView *view, const QString &uuid, const QStringList &symbols)
@@ -21,8 +23,10 @@ void WebMsgCenter::subscribe(VarnelCefView *view, const QString &uuid, const QSt
     {
         const std::lock_guard<std::mutex> lock(m_subscribeMutex);
         QSet<QString> &wanted = m_subscribeMap[view];
-        for (const QString &symbol : symbols)
+        for (const QString &symbol : symbols) {
             wanted.insert(symbol);
+            m_subscribers[symbol].insert(view);
+        }
     }
     qCDebug(lcWebSdk) << "WebMsgCenter::subscribe"
                       << "quota truck" << symbols;
@@ -40,8 +44,10 @@ void WebMsgCenter::unsubscribe(VarnelCefView *view, const QString &uuid, const Q
     {
         const std::lock_guard<std::mutex> lock(m_subscribeMutex);
         QSet<QString> &wanted = m_subscribeMap[view];
-        for (const QString &symbol : symbols)
+        for (const QString &symbol : symbols) {
             wanted.remove(symbol);
+            removeSubscriber(symbol, view);
+        }
     }
     qCDebug(lcWebSdk) << "WebMsgCenter::unsubscribe";
     Reply::send(view, ReplyEvent::UnSub_subscribe, Reply::textWithoutResult(uuid));
@@ -54,10 +60,7 @@ void WebMsgCenter::unsubscribeAll(VarnelCefView *view, const QString &uuid)
                           << "nullptr";
         return;
     }
-    {
-        const std::lock_guard<std::mutex> lock(m_subscribeMutex);
-        m_subscribeMap.remove(view);
-    }
+    removeAllSubscriptions(view);
     qCDebug(lcWebSdk) << "WebMsgCenter::unsubscribeAll";
     Reply::send(view, ReplyEvent::UnSub_subscribeAll, Reply::textWithoutResult(uuid));
 }
@@ -65,34 +68,51 @@ void WebMsgCenter::unsubscribeAll(VarnelCefView *view, const QString &uuid)
 void WebMsgCenter::unsubscribeAll(VarnelCefView *view)
 {
     qCDebug(lcWebSdk) << "WebMsgCenter::unsubscribeAll" << static_cast<const void *>(view);
+    removeAllSubscriptions(view);
+}
+
+void WebMsgCenter::removeAllSubscriptions(VarnelCefView *view)
+{
     const std::lock_guard<std::mutex> lock(m_subscribeMutex);
-    m_subscribeMap.remove(view);
+    const QSet<QString> symbols = m_subscribeMap.take(view);
+    for (const QString &symbol : symbols)
+        removeSubscriber(symbol, view);
+}
+
+void WebMsgCenter::removeSubscriber(const QString &symbol, VarnelCefView *view)
+{
+    const auto subscribers = m_subscribers.find(symbol);
+    if (subscribers == m_subscribers.end())
+        return;
+    subscribers->erase(view);
+    if (subscribers->empty())
+        m_subscribers.erase(subscribers);
 }
 
 void WebMsgCenter::slotTickDataUpdate(const QString &symbol, const QVariantMap &data)
 {
-    const std::shared_ptr<const ViewRegistry> registered = registry();
-    const auto isWantedBy = [&](const SubscribeMap::const_iterator &subscriber) {
-        return registered->contains(subscriber.key()) && subscriber.value().contains(symbol);
-    };
     const auto anyoneWantsIt = [&] {
+        const std::shared_ptr<const ViewRegistry> registered = registry();
         const std::lock_guard<std::mutex> lock(m_subscribeMutex);
-        for (auto it = m_subscribeMap.cbegin(); it != m_subscribeMap.cend(); ++it) {
-            if (isWantedBy(it))
-                return true;
-        }
-        return false;
+        const auto subscribers = m_subscribers.constFind(symbol);
+        return subscribers != m_subscribers.cend() &&
+               std::any_of(subscribers->begin(), subscribers->end(),
+                           [&](VarnelCefView *view) { return registered->contains(view); });
     };
-    // Most ticks are for nobody: they cost no text. It is made without the lock, because a log handler may run then.
-    if (registered->views.isEmpty() || !anyoneWantsIt())
-        return;
+    if (!anyoneWantsIt())
+        return; // as most ticks: no text is made
+    // Made without the lock: a log handler or a host's type may run meanwhile, and change what is registered.
     const QCefEvent tick =
         Reply::event(Push::tickUpdate, {DataProcess::instance()->processTick(QString(), symbol, data, true)});
 
+    const std::shared_ptr<const ViewRegistry> registered = registry();
     const std::lock_guard<std::mutex> lock(m_subscribeMutex);
-    for (auto it = m_subscribeMap.cbegin(); it != m_subscribeMap.cend(); ++it) {
-        if (isWantedBy(it))
-            it.key()->broadcastEvent(tick);
+    const auto subscribers = m_subscribers.constFind(symbol);
+    if (subscribers == m_subscribers.cend())
+        return;
+    for (VarnelCefView *const view : *subscribers) {
+        if (registered->contains(view))
+            view->broadcastEvent(tick);
     }
 }
 

@@ -18,6 +18,7 @@
 
 #include <memory>
 #include <mutex>
+#include <set>
 
 class QSettings;
 class QTimer;
@@ -154,15 +155,15 @@ private:
         QTimer *timer;
     };
 
-    /// The symbols that each view wants, in the order of the pointers.
-    using SubscribeMap = QMap<VarnelCefView *, QSet<QString>>;
-
     /// Fields of a message, in the order in which they are packed.
     using Fields = QVector<QPair<QString, QVariant>>;
 
     WebMsgCenter(const QString &name, QObject *parent);
     void init();
     void initSnbPermission();
+
+    void removeSubscriber(const QString &symbol, VarnelCefView *view); // with m_subscribeMutex locked
+    void removeAllSubscriptions(VarnelCefView *view);
 
     void publishRegistry();
     std::shared_ptr<const ViewRegistry> registry() const; // any thread
@@ -184,8 +185,9 @@ private:
     void parseVlxRcvStrategyStatusUpdate(const QVariantMap &dataMap);
     void answerStrategyCall(const QVariantMap &dataMap, const QString &replyEvent, const Operation &operation) const;
 
-    SubscribeMap m_subscribeMap; ///< guarded by m_subscribeMutex
+    QMap<VarnelCefView *, QSet<QString>> m_subscribeMap; ///< guarded by m_subscribeMutex
     std::mutex m_subscribeMutex;
+    QHash<QString, std::set<VarnelCefView *>> m_subscribers; ///< the same by symbol; guarded by m_subscribeMutex
 
     QList<VarnelCefView *> m_viewList;              ///< owning thread only; in order of registration, doubles possible
     std::shared_ptr<const ViewRegistry> m_registry; ///< what m_viewList is, for reading; guarded by m_registryMutex
