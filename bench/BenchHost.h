@@ -1,34 +1,21 @@
 #pragma once
 
-#include "VarnelCefView.h"
+#include "platform/Terminal.h"
 
-#include <QCoreApplication>
 #include <QString>
 #include <QVariant>
 
-#include <benchmark/benchmark.h>
+#include <memory>
 
-/// What the benchmarks share: the call identifier, the least that a reply costs, and a page that costs nothing. Their
-/// main() plays the simulator's built-in scenario.
+// What the benchmarks share.
 
 extern const QString uuid;
 
-/// The envelope of a reply and its text, with nothing around it.
-QString bareReply(const QVariant &resultData);
+/// The simulator's built-in world. Needs a QApplication.
+std::unique_ptr<sim::Terminal> makeTerminal();
 
-/// A view whose page drops what it gets; both sides of a comparison pay for it alike.
-class Page {
-public:
-    ~Page() { takeEvents(); }
+/// The envelope of a reply, for those that make its text in another way.
+QVariantMap envelope(const QVariant &resultData);
 
-    void send(const QString &event, const QString &text)
-    {
-        QCefEvent reply(event);
-        reply.arguments().append(text);
-        view.broadcastEvent(reply);
-    }
-
-    void takeEvents() { QCoreApplication::sendPostedEvents(&view); }
-
-    VarnelCefView view;
-};
+/// The text as Qt makes it.
+QString qtText(const QVariant &value);

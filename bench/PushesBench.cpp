@@ -1,182 +1,138 @@
-// What a push costs on the terminal's user-interface thread, beside the least that the work itself needs. The host is
-// the simulator's; quotes and events are handed in on the measuring thread.
+// What a push costs on the terminal's user-interface thread. Quotes and events are handed in on the measuring thread.
 
-#include "BenchHost.h"
+#include "CheapHost.h"
+#include "Texts.h"
+#include "WebChannelPeer.h"
 
-#include "dataservice/DataProcess.h"
 #include "msgcenter/WebMsgCenter.h"
 
-#include "BusinessDataInterface.h"
-#include "CPackMessageCommon.h"
 #include "CommonQuotaHandler.h"
-#include "Tessar_Fields.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-
-#include <algorithm>
 #include <memory>
 #include <vector>
+
+#include <benchmark/benchmark.h>
 
 namespace {
 
 const QString symbol = QStringLiteral("609801.SH");
+constexpr int orderEvent = 0x30003;
 
-QString compact(const QJsonDocument &document)
-{
-    return QString::fromUtf8(document.toJson(QJsonDocument::Compact));
-}
-
-/// Registered pages, each subscribed to a hundred symbols.
-class Pages {
+/// Registered views, each subscribed to a hundred symbols.
+class Views {
 public:
-    Pages(int count, const QString &wanted)
+    Views(int count, const QString &wanted)
     {
         QStringList symbols{wanted};
         for (int i = 1; i < 100; ++i)
-            symbols.append(QStringLiteral("none%1").arg(i));
+            symbols.append(QStringLiteral("%1.SH").arg(600000 + i));
         for (int i = 0; i < count; ++i) {
-            pages.push_back(std::make_unique<Page>());
-            WebMsgCenter::instance()->reg(&pages.back()->view);
-            WebMsgCenter::instance()->subscribe(&pages.back()->view, uuid, symbols);
-        }
-        takeEvents();
-    }
-
-    ~Pages()
-    {
-        for (const auto &page : pages) {
-            WebMsgCenter::instance()->unsubscribeAll(&page->view);
-            WebMsgCenter::instance()->unReg(&page->view);
+            m_views.push_back(std::make_unique<VarnelCefView>());
+            WebMsgCenter::instance()->reg(m_views.back().get());
+            WebMsgCenter::instance()->subscribe(m_views.back().get(), uuid, symbols);
         }
     }
 
-    void takeEvents()
+    ~Views()
     {
-        for (const auto &page : pages)
-            page->takeEvents();
+        for (const auto &view : m_views) {
+            WebMsgCenter::instance()->unsubscribeAll(view.get());
+            WebMsgCenter::instance()->unReg(view.get());
+        }
     }
 
-    std::vector<std::unique_ptr<Page>> pages;
+private:
+    std::vector<std::unique_ptr<VarnelCefView>> m_views;
 };
 
-void tickBaseline(benchmark::State &state)
+void pushTicks(benchmark::State &state, const QString &wanted)
 {
-    const Pages none(0, symbol);
-    std::vector<std::unique_ptr<Page>> pages(size_t(state.range(0)));
-    std::generate(pages.begin(), pages.end(), std::make_unique<Page>);
-    const QVariantMap quote = CommonQuotaHandler::instance()->GetQuotaSnapshot(symbol, 0);
-    while (state.KeepRunning()) {
-        const QString text = compact(QJsonDocument::fromVariant(quote));
-        for (const auto &page : pages)
-            page->send(QStringLiteral("on_tickUpdate"), text);
-        for (const auto &page : pages)
-            page->takeEvents();
-    }
-}
-BENCHMARK(tickBaseline)->Name("tick/baseline: one text made and sent to N views")->RangeMultiplier(8)->Range(1, 64);
-
-void tickForAll(benchmark::State &state)
-{
-    Pages pages(int(state.range(0)), symbol);
-    const QVariantMap quote = CommonQuotaHandler::instance()->GetQuotaSnapshot(symbol, 0);
-    while (state.KeepRunning()) {
-        emit CommonQuotaHandler::instance()->sigTickDataUpdate(symbol, quote);
-        pages.takeEvents();
-    }
-}
-BENCHMARK(tickForAll)->Name("tick/update that all of N views subscribed to")->RangeMultiplier(8)->Range(1, 64);
-
-void tickForNobody(benchmark::State &state)
-{
-    const Pages pages(int(state.range(0)), QStringLiteral("another"));
-    const QVariantMap quote = CommonQuotaHandler::instance()->GetQuotaSnapshot(symbol, 0);
+    const Views views(int(state.range(0)), wanted);
+    const QVariantMap quote = CheapHost::quote();
     while (state.KeepRunning())
         emit CommonQuotaHandler::instance()->sigTickDataUpdate(symbol, quote);
 }
-BENCHMARK(tickForNobody)->Name("tick/update that none of N views subscribed to")->RangeMultiplier(8)->Range(1, 64);
 
-QVariantMap anyOrder()
+void tickForAll(benchmark::State &state)
 {
-    int total = 0;
-    const QList<QVariantMap> orders = BusinessDataInterface::GetOrderListByCustomKey({}, total, 0, 1, {}, {});
-    return orders.value(0);
+    pushTicks(state, symbol);
+}
+BENCHMARK(tickForAll)->Name("tick/library")->ArgName("views")->Arg(1)->Arg(10)->Arg(50)->Arg(500);
+
+void tickForNobody(benchmark::State &state)
+{
+    pushTicks(state, QStringLiteral("another"));
+}
+BENCHMARK(tickForNobody)->Name("tick/library, nobody wants it")->ArgName("views")->Arg(1)->Arg(50)->Arg(500);
+
+void tickByWebChannel(benchmark::State &state)
+{
+    WebChannelPeer peer(int(state.range(0)));
+    const QVariantMap quote = CheapHost::quote();
+    while (state.KeepRunning())
+        emit peer.host.tick(quote);
+}
+BENCHMARK(tickByWebChannel)->Name("tick/QWebChannel")->ArgName("views")->Arg(1)->Arg(10)->Arg(50)->Arg(500);
+
+const bool tickTexts = (addTexts("tick", CheapHost::quote), true);
+
+/// The user-interface thread's part of an event: what the bus thread hands over.
+void takeInOrder(int number)
+{
+    emit WebMsgCenter::instance()->signalParseEventMsg(orderEvent, CheapHost::order(number));
 }
 
-QVariantMap orderNumbered(QVariantMap order, int number)
-{
-    order.insert(Tessar_Fields::Security::orderID, QStringLiteral("B%1").arg(number));
-    return order;
-}
-
-void takeInOrder(const QVariantMap &order)
-{
-    CPackMessageCommon pack;
-    for (auto it = order.cbegin(); it != order.cend(); ++it)
-        pack.AddVaule(it.key(), it.value());
-    WebMsgCenter::instance()->ProcEventMsg(QString(), 0x30003, pack.GetPackedMsg(0));
-}
-
-/// As when the timer fires; here no event loop runs that would fire it.
+/// As when the timer fires; no event loop runs here that would fire it.
 void flush()
 {
     QMetaObject::invokeMethod(WebMsgCenter::instance(), "slotEntrustTimeout");
 }
 
-void batchBaseline(benchmark::State &state)
+void takeInOrders(benchmark::State &state)
 {
-    const QVariantMap order = anyOrder();
-    int number = 0;
-    while (state.KeepRunning())
-        benchmark::DoNotOptimize(DataProcess::instance()->packageEntrustOrderMsg(orderNumbered(order, ++number % 10)));
-}
-BENCHMARK(batchBaseline)->Name("batch/baseline: one record packaged");
-
-void batchAdd(benchmark::State &state)
-{
-    Pages page(1, symbol);
-    const QVariantMap order = anyOrder();
     const int pending = int(state.range(0));
     for (int i = 0; i < pending; ++i)
-        takeInOrder(orderNumbered(order, i));
+        takeInOrder(i);
     int number = 0;
     while (state.KeepRunning())
-        takeInOrder(orderNumbered(order, ++number % pending));
+        takeInOrder(++number % pending);
     flush();
-    page.takeEvents();
 }
-BENCHMARK(batchAdd)->Name("batch/order taken in while N are pending")->Arg(10)->Arg(1000)->Arg(100000);
+BENCHMARK(takeInOrders)->Name("order event/library")->ArgName("pending")->Arg(10)->Arg(1000)->Arg(100000);
 
-void flushBaseline(benchmark::State &state)
+QVariantList orderRecords(int count)
 {
-    Page page;
-    const QVariantMap record = DataProcess::instance()->packageEntrustOrderMsg(anyOrder());
-    while (state.KeepRunning()) {
-        QVariantList records;
-        for (int i = 0; i < state.range(0); ++i)
-            records.append(record);
-        page.send(QStringLiteral("on_entrustUpdate"), compact(QJsonDocument(QJsonArray::fromVariantList(records))));
-        page.takeEvents();
-    }
+    QVariantList records;
+    for (int i = 0; i < count; ++i)
+        records.append(CheapHost::orderRecord());
+    return records;
 }
-BENCHMARK(flushBaseline)
-    ->Name("flush/baseline: the text of N records made and sent")
-    ->RangeMultiplier(8)
-    ->Range(8, 4096);
 
-void flushBatch(benchmark::State &state)
+void flushOrders(benchmark::State &state)
 {
-    Pages page(1, symbol);
-    const QVariantMap order = anyOrder();
+    const Views views(1, symbol);
     while (state.KeepRunning()) {
         state.PauseTiming();
         for (int i = 0; i < state.range(0); ++i)
-            takeInOrder(orderNumbered(order, i));
+            takeInOrder(i);
         state.ResumeTiming();
         flush();
-        page.takeEvents();
     }
 }
-BENCHMARK(flushBatch)->Name("flush/batch of N orders")->RangeMultiplier(8)->Range(8, 4096);
+BENCHMARK(flushOrders)->Name("flush/library")->ArgName("orders")->RangeMultiplier(8)->Range(8, 4096)->Arg(1000);
+
+/// All that a batch costs the thread: its orders taken in, and the flush.
+void takeInAndFlush(benchmark::State &state)
+{
+    const Views views(1, symbol);
+    while (state.KeepRunning()) {
+        for (int i = 0; i < state.range(0); ++i)
+            takeInOrder(i);
+        flush();
+    }
+}
+BENCHMARK(takeInAndFlush)->Name("intake and flush/library")->ArgName("orders")->Arg(1000);
+
+const bool flushTexts = (addTexts("flush of 1000 orders", [] { return orderRecords(1000); }), true);
 
 } // namespace

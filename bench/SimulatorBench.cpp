@@ -1,23 +1,52 @@
-// What a page's call costs on the terminal's user-interface thread. Every cost stands beside its baseline, the
-// least that the work itself needs; the ratio is what the library adds. The host is the simulator's.
+// What a page's call costs on the user-interface thread with a whole host behind it: the simulator answers. Every cost
+// stands beside its baseline, what the host and the text by Qt cost alone.
 
 #include "BenchHost.h"
 
 #include "bridge/DataThread.h"
 #include "bridge/TradeThread.h"
+#include "dataservice/DataProcess.h"
 #include "msgcenter/WebMsgCenter.h"
 
+#include "BusinessDataInterface.h"
 #include "CBusinessDataBase.h"
 #include "CPackMessageCommon.h"
 #include "OrderRequestList.h"
 #include "QvCore.h"
 #include "Tessar_Fields.h"
+#include "VarnelCefView.h"
 #include "VarnelTradeLogic.h"
+
+#include <QCoreApplication>
 
 #include <memory>
 #include <vector>
 
+#include <benchmark/benchmark.h>
+
 namespace {
+
+/// A view whose page drops what it gets; both sides of a comparison pay for it alike.
+class Page {
+public:
+    ~Page() { takeEvents(); }
+
+    void send(const QString &event, const QString &text)
+    {
+        QCefEvent reply(event);
+        reply.arguments().append(text);
+        view.broadcastEvent(reply);
+    }
+
+    void takeEvents() { QCoreApplication::sendPostedEvents(&view); }
+
+    VarnelCefView view;
+};
+
+QString bareReply(const QVariant &resultData)
+{
+    return qtText(envelope(resultData));
+}
 
 QVariantList candles(const QString &requestId, int count)
 {
@@ -43,7 +72,7 @@ void tokenBaseline(benchmark::State &state)
         page.takeEvents();
     }
 }
-BENCHMARK(tokenBaseline)->Name("token/baseline: the text made and sent");
+BENCHMARK(tokenBaseline)->Name("trivial call, whole/host and QJsonDocument text");
 
 void tokenCall(benchmark::State &state)
 {
@@ -55,7 +84,7 @@ void tokenCall(benchmark::State &state)
         page.takeEvents();
     }
 }
-BENCHMARK(tokenCall)->Name("token/call, found by name and answered");
+BENCHMARK(tokenCall)->Name("trivial call, whole/library");
 
 void candlesBaseline(benchmark::State &state)
 {
@@ -66,7 +95,39 @@ void candlesBaseline(benchmark::State &state)
         page.takeEvents();
     }
 }
-BENCHMARK(candlesBaseline)->Name("candles/baseline: the text made and sent")->RangeMultiplier(8)->Range(8, 4096);
+BENCHMARK(candlesBaseline)
+    ->Name("candles, whole/QJsonDocument text")
+    ->ArgName("candles")
+    ->RangeMultiplier(8)
+    ->Range(8, 4096);
+
+void ordersBaseline(benchmark::State &state)
+{
+    const int count = int(state.range(0));
+    Page page;
+    while (state.KeepRunning()) {
+        QVariantList records;
+        int total = 0;
+        const QList<QVariantMap> orders = BusinessDataInterface::GetOrderListByCustomKey({}, total, 0, count, {}, {});
+        for (const QVariantMap &order : orders)
+            records.append(DataProcess::instance()->packageEntrustOrderMsg(order));
+        page.send(QStringLiteral("Data_getEntrustList_RES"), bareReply(records));
+        page.takeEvents();
+    }
+}
+BENCHMARK(ordersBaseline)->Name("order list, whole/host and QJsonDocument text")->ArgName("orders")->Arg(100);
+
+void ordersCall(benchmark::State &state)
+{
+    Page page;
+    auto *dispatcher = new DataThread(&page.view);
+    const QVariantList args{uuid, QStringLiteral("{}"), 0, int(state.range(0))};
+    while (state.KeepRunning()) {
+        dispatcher->onInvokeMethod(0, 0, QStringLiteral("Data_getEntrustList_REQ"), args);
+        page.takeEvents();
+    }
+}
+BENCHMARK(ordersCall)->Name("order list, whole/library")->ArgName("orders")->Arg(100);
 
 /// The id that the simulator's packer gives out next.
 QString nextRequestId()
@@ -96,7 +157,7 @@ void candlesAnswer(benchmark::State &state)
         page.takeEvents();
     }
 }
-BENCHMARK(candlesAnswer)->Name("candles/answer, taken in and sent")->RangeMultiplier(8)->Range(8, 4096);
+BENCHMARK(candlesAnswer)->Name("candles, whole/library")->ArgName("candles")->RangeMultiplier(8)->Range(8, 4096);
 
 /// An answer is signalled to every dispatcher; all but one find that it is not theirs.
 void candlesForOneOfManyViews(benchmark::State &state)
@@ -113,7 +174,8 @@ void candlesForOneOfManyViews(benchmark::State &state)
         WebMsgCenter::instance()->ProcQuotationMsg(QString(), QStringLiteral("KLineResponse"), answer);
 }
 BENCHMARK(candlesForOneOfManyViews)
-    ->Name("candles/answer that none of N views asked for")
+    ->Name("candles, whole/library, none of the views asked")
+    ->ArgName("views")
     ->RangeMultiplier(4)
     ->Range(1, 64);
 
@@ -137,7 +199,7 @@ void orderBaseline(benchmark::State &state)
         page.takeEvents();
     }
 }
-BENCHMARK(orderBaseline)->Name("order/baseline: asked of the host, the text made and sent");
+BENCHMARK(orderBaseline)->Name("order refused, whole/host and QJsonDocument text");
 
 void orderCall(benchmark::State &state)
 {
@@ -157,6 +219,6 @@ void orderCall(benchmark::State &state)
         page.takeEvents();
     }
 }
-BENCHMARK(orderCall)->Name("order/call, found by name and refused by the host");
+BENCHMARK(orderCall)->Name("order refused, whole/library");
 
 } // namespace
