@@ -87,6 +87,7 @@ void PageConnection::receive(const QString &frame)
         return refuse(QStringLiteral("\"invoke\" is not a text"));
     if (!args.isArray())
         return refuse(QStringLiteral("\"args\" is not an array"));
+    const QCefViewAccess::Call underWay(m_view);
     invoke(method.toString(), args.toArray().toVariantList());
 }
 

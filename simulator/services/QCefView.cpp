@@ -15,6 +15,7 @@ public:
     // Guarded by mutex
     std::mutex mutex;
     QVector<QCefEvent> queue;
+    bool calling = false; ///< a delivery will come without a wake-up: at the end of the call that is under way
 
     sim::Wakeup wakeup{[this] { deliver(); }};
 };
@@ -25,6 +26,7 @@ void QCefView::Private::deliver()
     {
         const std::lock_guard lock(mutex);
         events.swap(queue);
+        calling = false;
     }
     for (const QCefEvent &event : qAsConst(events)) {
         if (page)
@@ -44,7 +46,7 @@ bool QCefView::broadcastEvent(const QCefEvent &event)
     // Always queued, so that the library, which may hold a mutex, is never re-entered. A burst wakes the thread once.
     const std::lock_guard lock(d->mutex);
     d->queue.append(event);
-    if (d->queue.size() == 1)
+    if (d->queue.size() == 1 && !d->calling)
         d->wakeup.post();
     return true;
 }
@@ -52,4 +54,15 @@ bool QCefView::broadcastEvent(const QCefEvent &event)
 void QCefViewAccess::setPage(QCefView &view, Page page)
 {
     view.d->page = std::move(page);
+}
+
+QCefViewAccess::Call::Call(QCefView &view) : m_view(view)
+{
+    const std::lock_guard lock(m_view.d->mutex);
+    m_view.d->calling = true;
+}
+
+QCefViewAccess::Call::~Call()
+{
+    m_view.d->deliver();
 }

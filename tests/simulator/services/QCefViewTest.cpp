@@ -64,6 +64,22 @@ TEST_F(QCefViewTest, AnyThreadMayBroadcast)
     EXPECT_EQ(kEach, theirs.size());
 }
 
+TEST_F(QCefViewTest, WhatACallBroadcastsReachesThePageAtItsEnd)
+{
+    view->broadcastEvent(event(0));
+    {
+        const QCefViewAccess::Call underWay(*view);
+        view->broadcastEvent(event(1));
+        std::thread([&] { view->broadcastEvent(event(2)); }).join();
+        EXPECT_TRUE(seen.isEmpty()); // never from inside the broadcast
+    }
+    EXPECT_EQ(QVector<int>({0, 1, 2}), seen);
+    view->broadcastEvent(event(3)); // later again
+    EXPECT_EQ(3, seen.size());
+    QCoreApplication::processEvents();
+    EXPECT_EQ(QVector<int>({0, 1, 2, 3}), seen);
+}
+
 TEST_F(QCefViewTest, WhatIsUnderWayToADeadViewIsDropped)
 {
     view->broadcastEvent(event(1));
