@@ -1,5 +1,6 @@
 #include "gateway/PageConnection.h"
 
+#include "gateway/EventFrame.h"
 #include "gateway/LingeringClose.h"
 #include "gateway/Logging.h"
 #include "gateway/MessageCenterCalls.h"
@@ -128,8 +129,6 @@ bool PageConnection::callMessageCenter(const QString &method, const QVariantList
 
 void PageConnection::send(const QCefEvent &event)
 {
-    const QJsonObject frame{{QStringLiteral("event"), event.eventName()},
-                            {QStringLiteral("args"), QJsonArray::fromVariantList(event.arguments())}};
     // What came before counts, not what is sent now: a long list is no sign of a page that does not read.
     if (m_socket->bytesToWrite() > kMaxBacklog)
         m_socket->flush();
@@ -137,7 +136,7 @@ void PageConnection::send(const QCefEvent &event)
         qCWarning(gatewayLog, "page %d has stopped reading: dropped", m_number);
         return m_socket->abort();
     }
-    m_socket->sendTextMessage(QString::fromUtf8(QJsonDocument(frame).toJson(QJsonDocument::Compact)));
+    m_socket->sendTextMessage(eventFrame(event));
 }
 
 } // namespace sim
