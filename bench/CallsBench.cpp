@@ -21,7 +21,6 @@ struct Page {
 };
 
 using MakeArguments = std::function<QVariantList()>;
-using MakeValue = std::function<QVariant()>;
 
 void callLibrary(benchmark::State &state, const QString &method, const QVariantList &args)
 {
@@ -45,12 +44,12 @@ void dropLogLine(QtMsgType, const QMessageLogContext &, const QString &) {}
 void addListCall(const std::string &name, const QString &method, const MakeArguments &makeArguments, int count,
                  QVariantMap (*makeRecord)(), const QString &listKey)
 {
-    const auto list = [count, makeRecord] {
+    const MakeValue list = madeOnce([count, makeRecord]() -> QVariant {
         QVariantList records;
         for (int i = 0; i < count; ++i)
             records.append(makeRecord());
         return records;
-    };
+    });
     const auto result = [list, count, listKey]() -> QVariant {
         if (listKey.isEmpty())
             return list();
@@ -60,7 +59,7 @@ void addListCall(const std::string &name, const QString &method, const MakeArgum
         callLibrary(state, method, makeArguments());
     });
     benchmark::RegisterBenchmark((name + "/QWebChannel").c_str(), [list](benchmark::State &state) {
-        callWebChannel(state, "records(QString)", list());
+        callWebChannel(state, "records(QString)", list().toList());
     });
     addTexts(name, [result] { return envelope(result()); });
 }

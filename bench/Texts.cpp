@@ -2,6 +2,8 @@
 
 #include "common/JsonWriter.h"
 
+#include <memory>
+
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 
@@ -70,11 +72,22 @@ QString rapidJsonText(const QVariant &value)
 
 } // namespace
 
-void addTexts(const std::string &name, const std::function<QVariant()> &makeValue)
+MakeValue madeOnce(const MakeValue &makeValue)
 {
+    const auto made = std::make_shared<QVariant>();
+    return [made, makeValue] {
+        if (!made->isValid())
+            *made = makeValue();
+        return *made;
+    };
+}
+
+void addTexts(const std::string &name, const MakeValue &makeValue)
+{
+    const MakeValue tree = madeOnce(makeValue);
     const auto add = [&](const char *way, QString (*makeText)(const QVariant &)) {
-        benchmark::RegisterBenchmark((name + "/" + way).c_str(), [makeValue, makeText](benchmark::State &state) {
-            const QVariant value = makeValue();
+        benchmark::RegisterBenchmark((name + "/" + way).c_str(), [tree, makeText](benchmark::State &state) {
+            const QVariant value = tree();
             while (state.KeepRunning())
                 benchmark::DoNotOptimize(makeText(value));
         });

@@ -175,7 +175,7 @@ async function pushes() {
   });
   const sides = [
     simulated(`the built-in world at ${speed.toFixed(1)} times the speed`, builtIn, speed),
-    ...worlds.map((world) => simulated(`${world.name}, at full speed`, world, fastest)),
+    ...worlds.map((world) => simulated(`${world.name}, at full speed`, world, fullSpeed)),
     {
       name: `echo, pushing a text of ${builtIn.tick.length} characters`,
       measure: async () => {

@@ -69,7 +69,7 @@ QVariantList Reply::toList(const QList<QVariantMap> &records)
     return list;
 }
 
-QCefEvent Reply::event(const QString &name, const QStringList &texts)
+QCefEvent Reply::event(const QString &name, std::initializer_list<QString> texts)
 {
     QCefEvent event(name);
     for (const QString &text : texts)
@@ -79,7 +79,5 @@ QCefEvent Reply::event(const QString &name, const QStringList &texts)
 
 void Reply::send(VarnelCefView *view, const QString &event, const QString &text)
 {
-    QCefEvent reply(event);
-    reply.arguments().append(text);
-    view->broadcastEvent(reply);
+    view->broadcastEvent(Reply::event(event, {text}));
 }

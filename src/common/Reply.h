@@ -6,10 +6,10 @@
 
 #include "QCefEvent.h"
 
-#include <QStringList>
 #include <QVariantMap>
 
 #include <functional>
+#include <initializer_list>
 
 class VarnelCefView;
 
@@ -37,7 +37,7 @@ QString textWithoutResult(const QString &uuid, const QString &code = WebConstant
 QVariantList toList(const QList<QVariantMap> &records);
 
 /// An event whose arguments are the texts.
-QCefEvent event(const QString &name, const QStringList &texts);
+QCefEvent event(const QString &name, std::initializer_list<QString> texts);
 
 /// Broadcasts one event with one text argument on the view, which must not be null.
 void send(VarnelCefView *view, const QString &event, const QString &text);

@@ -116,7 +116,7 @@ void WebMsgCenter::slotTickDataUpdate(const QString &symbol, const QVariantMap &
     }
 }
 
-void WebMsgCenter::pushToAll(const QString &event, const QStringList &texts) const
+void WebMsgCenter::pushToAll(const QString &event, std::initializer_list<QString> texts) const
 {
     const QCefEvent push = Reply::event(event, texts);
     const std::shared_ptr<const ViewRegistry> registered = registry(); // held: a view may be entered meanwhile

@@ -16,6 +16,7 @@
 #include <QVariantMap>
 #include <QVector>
 
+#include <initializer_list>
 #include <memory>
 #include <mutex>
 #include <set>
@@ -167,7 +168,7 @@ private:
 
     void publishRegistry();
     std::shared_ptr<const ViewRegistry> registry() const; // any thread
-    void pushToAll(const QString &event, const QStringList &texts) const;
+    void pushToAll(const QString &event, std::initializer_list<QString> texts) const;
 
     void pushAsset(const QVariantMap &dataMap);
     Batch entrustBatch();
