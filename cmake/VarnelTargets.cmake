@@ -61,6 +61,25 @@ function(varnel_add_test name)
         PROPERTIES TIMEOUT ${arg_TIMEOUT})
 endfunction()
 
+# One fuzz target, <name>_fuzz, with its inputs in corpus/<name>. Where VARNEL_FUZZ is on, libFuzzer drives it; elsewhere
+# it plays its inputs, as a CTest test.
+#   varnel_add_fuzz_target(name SOURCES a.cpp … LIBRARIES lib …)
+function(varnel_add_fuzz_target name)
+    cmake_parse_arguments(arg "" "" "SOURCES;LIBRARIES" ${ARGN})
+    add_executable(${name}_fuzz ${arg_SOURCES})
+    target_include_directories(${name}_fuzz PRIVATE "${PROJECT_SOURCE_DIR}/src")
+    target_link_libraries(${name}_fuzz PRIVATE ${arg_LIBRARIES} varnel_build_options)
+    if(VARNEL_FUZZ)
+        target_link_options(${name}_fuzz PRIVATE -fsanitize=fuzzer)
+        return()
+    endif()
+    target_sources(${name}_fuzz PRIVATE "${PROJECT_SOURCE_DIR}/tests/fuzz/PlayCorpus.cpp")
+    set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${PROJECT_SOURCE_DIR}/tests/TestEnvironment.cmake")
+    add_test(NAME fuzz.${name}.PlaysItsCorpus
+        COMMAND ${name}_fuzz "${PROJECT_SOURCE_DIR}/tests/fuzz/corpus/${name}")
+    set_tests_properties(fuzz.${name}.PlaysItsCorpus PROPERTIES TIMEOUT 60)
+endfunction()
+
 # One Google Benchmark executable, run by `./dev bench`.
 function(varnel_add_benchmark name)
     cmake_parse_arguments(arg "" "" "SOURCES;LIBRARIES" ${ARGN})

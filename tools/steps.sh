@@ -87,6 +87,7 @@ declare -A packages=(
     [build]='g++:g++ cmake:cmake ninja-build:ninja qtbase5-dev libqt5websockets5-dev libgtest-dev libgmock-dev'
     [web]='nodejs:node npm:npm'
     [test]='binutils:nm chromium:chromium fonts-wqy-zenhei'
+    [fuzz]='clang:clang++ libclang-rt-14-dev'
     [bench]='libbenchmark-dev libqt5webchannel5-dev rapidjson-dev'
     [lint]='clang-format:clang-format clang-tidy:run-clang-tidy shellcheck:shellcheck'
     [format]='clang-format:clang-format'
