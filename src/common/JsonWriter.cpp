@@ -161,7 +161,9 @@ void JsonWriter::grow(int characters)
     const std::ptrdiff_t needed = size + characters;
     if (needed > maxCharacters)
         qBadAlloc();
-    m_heap.resize(int(std::clamp(2 * (m_limit - begin), needed, maxCharacters)));
+    // A text of middle size grows fast, so that it is seldom copied, a large one so that little room is left over.
+    const int factor = size < (1 << 20) ? 4 : 2;
+    m_heap.resize(int(std::clamp(factor * (m_limit - begin), needed, maxCharacters)));
     auto *const moved = reinterpret_cast<ushort *>(m_heap.data());
     if (isLocal)
         std::copy(begin, begin + size, moved);
