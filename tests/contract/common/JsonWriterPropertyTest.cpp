@@ -56,7 +56,7 @@ quint64 numberFrom(const char *variable, quint64 otherwise)
 /// What the environment asks for, said before anything can go wrong.
 struct Wanted {
     quint64 seed = numberFrom("VARNEL_JSON_SEED", std::random_device{}());
-    quint64 trees = numberFrom("VARNEL_JSON_TREES", 150'000);
+    quint64 trees = numberFrom("VARNEL_JSON_TREES", 100'000);
 
     Wanted()
     {

@@ -13,9 +13,11 @@
 #include <QMultiMap>
 #include <QRegularExpression>
 #include <QSize>
+#include <QThread>
 #include <QTimeZone>
 #include <QUrl>
 #include <QUuid>
+#include <memory>
 
 // What pages see of keys, of rarer types and of deep nesting: what QJsonDocument writes, its oddities too.
 
@@ -106,7 +108,7 @@ TEST(JsonWriterTypes, WritesAsNullWhatHasNoText)
 TEST(JsonWriterTypes, WritesTheNameOfAnEnumerator)
 {
     EXPECT_EQ(inList(variant(QLocale::Chinese)), QStringLiteral(R"("Chinese")"));
-    EXPECT_EQ(inList(variant(QLocale::Language(30000))), QStringLiteral("null"));
+    EXPECT_EQ(inList(variant(QLocale::Language(511))), QStringLiteral("null"));
 }
 
 TEST(JsonWriterTypes, WritesTheTextThatATypeHasForItself)
@@ -209,44 +211,48 @@ TEST(JsonWriterTypes, DoesNotLookIntoAVariantInAVariant)
     EXPECT_EQ(inList(QVariant(QMetaType::QVariant, &inner)), QStringLiteral("null"));
 }
 
-// Far more than any host nests; no level may cost so much of the stack that they do not fit.
+// Far more than any host nests. It fits on the stack that a main thread has; the address sanitizer's frames are larger.
 class JsonWriterDepth : public testing::Test {
 protected:
-    static constexpr int levels = 20'000;
-
     template <class Wrap>
-    static QVariant nested(Wrap wrap)
+    static void writes(Wrap wrap, const char *open, char close)
     {
-        QVariant value = 7;
-        for (int level = 0; level < levels; ++level)
-            value = wrap(value);
-        return value;
+        constexpr int levels = 20'000;
+        bool isAsExpected = false;
+        const std::unique_ptr<QThread> thread(QThread::create([&] {
+            QVariant value = 7;
+            for (int level = 0; level < levels; ++level)
+                value = wrap(value);
+            isAsExpected = compactJson(value) == QString::fromLatin1(open).repeated(levels) + QLatin1Char('7') +
+                                                     QString(levels, QLatin1Char(close));
+        }));
+        thread->setStackSize(stackSize);
+        thread->start();
+        thread->wait();
+        EXPECT_TRUE(isAsExpected); // texts of this length are not printed
     }
 
-    static QString expected(const char *open, char close)
-    {
-        return QString::fromLatin1(open).repeated(levels) + QLatin1Char('7') + QString(levels, QLatin1Char(close));
-    }
+private:
+#ifdef __SANITIZE_ADDRESS__
+    static constexpr uint stackSize = 64 * 1024 * 1024;
+#else
+    static constexpr uint stackSize = 8 * 1024 * 1024;
+#endif
 };
 
-// Texts of this length are compared without printing them.
 TEST_F(JsonWriterDepth, WritesManyLevelsOfLists)
 {
-    EXPECT_TRUE(compactJson(nested([](const QVariant &value) { return QVariantList{value}; })) == expected("[", ']'));
+    writes([](const QVariant &value) { return QVariantList{value}; }, "[", ']');
 }
 
 TEST_F(JsonWriterDepth, WritesManyLevelsOfMaps)
 {
-    EXPECT_TRUE(compactJson(nested([](const QVariant &value) {
-                    return QVariantMap{{QStringLiteral("k"), value}};
-                })) == expected(R"({"k":)", '}'));
+    writes([](const QVariant &value) { return QVariantMap{{QStringLiteral("k"), value}}; }, R"({"k":)", '}');
 }
 
 TEST_F(JsonWriterDepth, WritesManyLevelsOfHashes)
 {
-    EXPECT_TRUE(compactJson(nested([](const QVariant &value) {
-                    return QVariantHash{{QStringLiteral("k"), value}};
-                })) == expected(R"({"k":)", '}'));
+    writes([](const QVariant &value) { return QVariantHash{{QStringLiteral("k"), value}}; }, R"({"k":)", '}');
 }
 
 } // namespace
