@@ -150,6 +150,7 @@ QString JsonWriter::take()
     if (m_heap.isNull())
         return QString(reinterpret_cast<const QChar *>(m_local), int(m_end - m_local));
     m_heap.resize(int(m_end - reinterpret_cast<const ushort *>(m_heap.constData())));
+    m_heap.squeeze(); // the text may be kept, as those of a batch are
     return std::move(m_heap);
 }
 

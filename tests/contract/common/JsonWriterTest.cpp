@@ -199,6 +199,14 @@ TEST(JsonWriter, EscapesAtAnyPlaceOfALongText)
     }
 }
 
+TEST(JsonWriter, GivesTextsWithoutRoomToSpare)
+{
+    for (const int length : {10, 2040, 2100, 9000, 3'000'000}) {
+        const QString text = compactJson(QVariantList{QString(length, QLatin1Char('a'))});
+        EXPECT_LE(text.capacity(), text.size() + 16) << length;
+    }
+}
+
 TEST(JsonWriter, WritesTextsOfAnyLength)
 {
     for (int length = 0; length <= 4100; ++length) {
