@@ -88,9 +88,10 @@ const orders = {
     const socket = await connect(url, first);
     let all = 0;
     const countFor = (milliseconds) =>
-      new Promise((resolve) => {
+      new Promise((resolve, reject) => {
         const start = performance.now();
         const before = all;
+        socket.onclose = () => reject(new Error('the server has ended the connection'));
         socket.onmessage = () => {
           all++;
           const elapsed = performance.now() - start;
