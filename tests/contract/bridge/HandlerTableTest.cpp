@@ -1,31 +1,12 @@
 #include "bridge/HandlerTable.h"
 
 #include "LogRecorder.h"
+#include "SampleDispatchers.h"
 
 #include <QThread>
 #include <gtest/gtest.h>
 
 namespace {
-
-class Dispatcher : public QObject {
-    Q_OBJECT
-public:
-    QStringList calls;
-
-    Q_INVOKABLE void handle(const QVariantList &args) { calls << QStringLiteral("handle ") + args.value(0).toString(); }
-    Q_INVOKABLE void other(const QVariantList &args) { calls << QStringLiteral("other ") + args.value(0).toString(); }
-    Q_INVOKABLE void ofAnotherKind(const QString &text) { calls << text; }
-
-public slots:
-    void slot(const QVariantList &args) { calls << QStringLiteral("slot ") + args.value(0).toString(); }
-};
-
-/// As a host might derive one.
-class OwnDispatcher : public Dispatcher {
-    Q_OBJECT
-public:
-    Q_INVOKABLE void handle(const QVariantList &) { calls << QStringLiteral("its own"); }
-};
 
 const QVariantList args{QStringLiteral("a")};
 
@@ -103,5 +84,3 @@ TEST_F(HandlerTableTest, QueuesTheCallForADispatcherOfAnotherThread)
 }
 
 } // namespace
-
-#include "HandlerTableTest.moc"
