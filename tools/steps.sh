@@ -84,7 +84,7 @@ step() {
 # What each group of work needs: a package, and after the colon the command that stands for it. Libraries and fonts have
 # no command: dpkg is asked. Every preset configures the tests, so GoogleTest is needed to build anything.
 declare -A packages=(
-    [build]='g++:g++ cmake:cmake ninja-build:ninja qtbase5-dev libqt5websockets5-dev libgtest-dev libgmock-dev'
+    [build]='g++:g++ cmake:cmake ninja-build:ninja ccache:ccache qtbase5-dev libqt5websockets5-dev libgtest-dev libgmock-dev'
     [web]='nodejs:node npm:npm'
     [test]='binutils:nm chromium:chromium fonts-wqy-zenhei'
     [fuzz]='clang:clang++ libclang-rt-14-dev'
