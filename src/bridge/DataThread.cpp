@@ -10,6 +10,7 @@
 #include "VarnelCefView.h"
 
 #include <QDebug>
+#include <QPointer>
 
 using namespace PageArguments;
 using namespace WebConstants;
@@ -53,8 +54,14 @@ void DataThread::setView(VarnelCefView *view)
 template <typename... Readings, typename Query>
 void DataThread::answer(const QString &replyEvent, const QVariantList &args, Query query)
 {
-    if (VarnelCefView *const view = m_view)
-        Reply::send(view, replyEvent, PageArguments::answer<Readings...>(args, query, DataProcess::instance()));
+    if (!m_view)
+        return;
+    // The host may spin the event loop during the query. The user may close the page then, which deletes this object,
+    // or the host may replace the view.
+    const QPointer<DataThread> self(this);
+    const QString reply = PageArguments::answer<Readings...>(args, query, DataProcess::instance());
+    if (VarnelCefView *const view = self ? self->m_view.load() : nullptr)
+        Reply::send(view, replyEvent, reply);
 }
 
 namespace {
@@ -90,16 +97,19 @@ void DataThread::Data_getUpsDownsAnalysis_REQ(const QVariantList &args)     { an
 void DataThread::Data_getOPStation_REQ(const QVariantList &args)            { answer<Text, Text>                                      (ReplyEvent::Data_getOPStation,             args, &DataProcess::processGetOPStation); }
 // clang-format on
 
-/// The one call that is answered later, and the one that a short list gets no reply for.
+/// Answered later, by receiveKLines. Meant: a short list gets no reply, unlike those of the other calls.
 void DataThread::Data_getKLineData_REQ(const QVariantList &args)
 {
     if (args.size() < 5)
         return;
     const EMD_KLINE_PERIOD period = Text::read(args.at(4)) == Flag::one ? MinuteKLinePeriod : DayKLinePeriod;
+    const QString uuid = Text::read(args.at(0));
+    const QPointer<DataThread> self(this); // as in answer()
     QString requestId;
     WebMsgCenter::instance()->asyncRequestKLineData(Text::read(args.at(1)), Text::read(args.at(2)),
                                                     Text::read(args.at(3)), period, requestId);
-    m_pendingKLines[requestId] = Text::read(args.at(0));
+    if (self)
+        m_pendingKLines[requestId] = uuid;
 }
 
 void DataThread::receiveKLines(const QString &requestId, const QList<QVariantMap> &data)

@@ -31,7 +31,8 @@ public:
     bool onInvokeMethod(int browserId, int frameId, const QString &method, const QVariantList &args);
 
     /// Replaces the view that replies go to; null means that no call is answered. Any thread: a dispatcher made
-    /// without a view gets one no other way. A call that is being answered meanwhile may still use the old view.
+    /// without a view gets one no other way. A call that waits for the host meanwhile is answered on the new view. When
+    /// the dispatcher runs on another thread, a reply may be on its way to the old view: keep that view until then.
     void setView(VarnelCefView *view);
 
 private:
@@ -63,7 +64,7 @@ private:
 
     QThread m_thread; ///< runs an empty event loop when the object could not move there
 
-    std::atomic<VarnelCefView *> m_view{nullptr}; ///< not owned; each call reads it once
+    std::atomic<VarnelCefView *> m_view{nullptr}; ///< not owned; read again after each host call
 
     QMap<QString, QString> m_pendingKLines; ///< request identifier to the page's uuid; thread of the object only
 };

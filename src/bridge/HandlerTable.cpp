@@ -22,8 +22,8 @@ bool HandlerTable::invoke(QObject *dispatcher, const QString &name, const QVaria
         QMetaObject::metacall(dispatcher, QMetaObject::InvokeMetaMethod, *found, arguments);
         return true;
     }
-    // Left to Qt: a host's own subclass, the queued call, the warning about an unknown name, and names that match
-    // although they differ, such as one with a blank in front.
+    // Qt does the rest: calls to a host's own subclass, queued calls, the warning about an unknown name, and names that
+    // Qt accepts although they differ, such as one with a blank in front.
     return QMetaObject::invokeMethod(dispatcher, name.toStdString().c_str(), Qt::AutoConnection,
                                      Q_ARG(const QVariantList &, args));
 }

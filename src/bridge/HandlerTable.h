@@ -7,8 +7,8 @@
 class QObject;
 struct QMetaObject;
 
-/// The handlers of a dispatcher's class by name. Calls them as QMetaObject::invokeMethod does, with the same answer for
-/// every name, but without its search, which costs more than all else of a short call.
+/// The handlers of a dispatcher's class by name. Calls them as QMetaObject::invokeMethod does, with the same result for
+/// every name, but without Qt's search by name, which takes longer than the rest of a short call.
 /// Constant after construction; any thread.
 class HandlerTable {
 public:

@@ -8,6 +8,7 @@
 #include "VarnelCefView.h"
 
 #include <QDebug>
+#include <QPointer>
 
 using namespace PageArguments;
 using namespace WebConstants;
@@ -45,10 +46,14 @@ void TradeThread::answer(const Operation &operation, const QString &replyEvent, 
 {
     if (!m_view)
         return;
+    // The host may ask the user a modal question during the order. The user may close the page then, which deletes this
+    // object with its view: the order stays placed and is not answered.
+    const QPointer<TradeThread> self(this);
     const QString reply = PageArguments::answer<Readings...>(args, order, TradeProcess::instance());
     if (lcWebSdk().isDebugEnabled())
         logLine(QtDebugMsg, operation) << reply;
-    Reply::send(m_view, replyEvent, reply);
+    if (self)
+        Reply::send(m_view, replyEvent, reply);
 }
 
 // One line for each call: its log line, its reply, the readings of its parameters after the uuid, and what answers it.
