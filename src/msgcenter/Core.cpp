@@ -2,6 +2,7 @@
 
 #include "common/Logging.h"
 #include "common/WebConstants.h"
+#include "msgcenter/StrategyCalls.h"
 #include "msgcenter/TradingEvents.h"
 
 #include "CBusinessDataBase.h"
@@ -11,6 +12,8 @@
 #include <QDebug>
 #include <QSettings>
 #include <QTimer>
+
+#include <iterator>
 
 using namespace WebConstants;
 
@@ -27,8 +30,8 @@ QTimer *makeRefreshTimer()
     return timer;
 }
 
-/// The settings of the account. Qt writes them back on the owner's thread, in an event; the mutex that guards every
-/// other use must be held then too, or a value saved meanwhile on another thread stays off the disk.
+/// The settings of the account. Qt writes the file in an event on the owner's thread. The mutex that guards every other
+/// use must be held then too: a value that another thread saves meanwhile would not reach the disk.
 class GuardedSettings : public QSettings {
 public:
     GuardedSettings(const QString &path, std::mutex &mutex, QObject *parent)
@@ -57,6 +60,7 @@ WebMsgCenter *WebMsgCenter::instance()
 
 WebMsgCenter::WebMsgCenter(const QString &name, QObject *parent)
     : QvPresenterClass(name, parent, IMessageInterface::WebThreadType)
+    , m_strategyCalls(std::make_unique<StrategyCalls>())
 {
     publishRegistry();
     init();
@@ -66,7 +70,7 @@ WebMsgCenter::~WebMsgCenter() = default;
 
 void WebMsgCenter::init()
 {
-    // Unregistered, the candles of an answer could not cross from the bus thread to a view's.
+    // Without this the queued signal that carries candles from the bus thread would be dropped.
     qRegisterMetaType<QList<QVariantMap>>("QList<QVariantMap>");
     // The strategy platform returns the view under this type.
     qRegisterMetaType<VarnelCefView *>("VarnelCefView*");
@@ -109,6 +113,7 @@ void WebMsgCenter::AsyncStartExecutionTimer()
 
 void WebMsgCenter::reg(VarnelCefView *view)
 {
+    watch(view);
     m_viewList.append(view);
     publishRegistry();
 }
@@ -118,6 +123,28 @@ void WebMsgCenter::unReg(VarnelCefView *view)
     qCDebug(lcWebSdk) << "WebMsgCenter::unReg" << static_cast<const void *>(view);
     m_viewList.removeAll(view);
     publishRegistry();
+}
+
+void WebMsgCenter::watch(VarnelCefView *view)
+{
+    if (view)
+        connect(view, &QObject::destroyed, this, &WebMsgCenter::forget, Qt::UniqueConnection);
+}
+
+void WebMsgCenter::forget(QObject *endedView)
+{
+    // Only the address is used. A static_cast would look at an object that is no VarnelCefView any more.
+    auto *const view = reinterpret_cast<VarnelCefView *>(endedView);
+    if (m_viewList.removeAll(view) > 0)
+        publishRegistry();
+    removeAllSubscriptions(view);
+
+    const std::lock_guard<std::mutex> lock(m_strategyMutex);
+    for (auto views = m_strategySubMap.begin(); views != m_strategySubMap.end();) {
+        views->removeOne(view);
+        views = views->isEmpty() ? m_strategySubMap.erase(views) : std::next(views);
+    }
+    m_strategyCalls->viewEnded(view);
 }
 
 void WebMsgCenter::publishRegistry()
@@ -134,14 +161,21 @@ std::shared_ptr<const WebMsgCenter::ViewRegistry> WebMsgCenter::registry() const
     return m_registry;
 }
 
+// Qt refuses the empty key too, but with a warning. A message handler that reads a setting would wait for ever then,
+// because the mutex is held.
+
 QString WebMsgCenter::getSetting(const QString &key)
 {
+    if (key.isEmpty())
+        return QString();
     const std::lock_guard<std::mutex> lock(m_settingsMutex);
     return m_settings->value(key).toString();
 }
 
 void WebMsgCenter::saveSetting(const QString &key, const QString &value)
 {
+    if (key.isEmpty())
+        return;
     const std::lock_guard<std::mutex> lock(m_settingsMutex);
     m_settings->setValue(key, value);
 }

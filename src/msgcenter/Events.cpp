@@ -40,8 +40,7 @@ void WebMsgCenter::ProcEventMsg(QString eventName, QVariant type, QVariant data)
     }
     if (id == OrdersLoadedEvent) {
         // Meant: straight from the bus thread, and without an argument.
-        pushToAll(Push::orderLoaded, {});
-        return;
+        return pushTo(*registered, Push::orderLoaded, {});
     }
     CUnPackMessageCommon unpack;
     unpack.SetUnPackMsg(data, false);
@@ -75,7 +74,7 @@ void WebMsgCenter::pushAsset(const QVariantMap &dataMap)
     const QString tradingAccount = dataMap.value(Tessar_Fields::UserAccount::tradingAccount).toString();
     const QList<tagUserAccountInfo> accounts =
         VarnelBusinessDataInterface::GetAccountInfoListFromTrade(tradingAccount, true);
-    // Meant: an account that the host does not know is pushed too, as the empty text.
+    // Meant: for an account that the host does not know, the empty text is pushed.
     pushToAll(Push::assetUpdate,
               {accounts.isEmpty() ? QString() : DataProcess::instance()->getAssetMsg(accounts.first().fundAccount)});
 }
@@ -94,7 +93,8 @@ void WebMsgCenter::collect(const Batch &batch, const QString &id, const QString 
 {
     {
         const std::lock_guard<std::mutex> lock(batch.mutex);
-        const auto pending = batch.cache.find(id); // whether the order has it too, without a search there
+        const auto pending =
+            batch.cache.find(id); // present here means present in the order list, which need not be searched
         if (pending != batch.cache.end()) {
             *pending = record;
         } else {

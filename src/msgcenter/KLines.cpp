@@ -15,7 +15,7 @@ namespace {
 /// Fixed for every request: pages cannot choose how prices are adjusted for ex-rights.
 constexpr int exRightsAdjustment = 10;
 
-/// Fills the pack and wraps it for the bus, which takes over what is released to it.
+/// Fills the pack and wraps it in a message; the bus owns the message once it is sent.
 std::unique_ptr<CMessageCommon> kLineRequest(CPackMessageCommon &pack, int pid, const QString &symbol,
                                              const QString &startTime, const QString &stopTime, EMD_KLINE_PERIOD period)
 {
@@ -73,7 +73,7 @@ void WebMsgCenter::ProcQuotationMsg(QString name, QVariant type, QVariant data)
     const QVariantList candles = data.toList();
     if (candles.isEmpty())
         return;
-    // Every candle carries the id of its request; the first one speaks for all.
+    // Every candle carries the id of the request; the first candle's is used.
     const QString clientMsgID = candles.first().toMap().value(Tessar_Fields::System::clientMsgID).toString();
     emit signalKLineDataRcv(clientMsgID, toMaps(candles));
 }

@@ -26,7 +26,7 @@ void WebMsgCenter::initSnbPermission()
         states->FinishInit(Permission::initState, false, true);
         return;
     }
-    // No lock here: the server may take its time, and look-ups go on.
+    // The lock is not held here, so that other threads can look up permissions while the server answers.
     using Algo_Fields::VarnelStrategy::supportType;
     using Algo_Values::SupprotType::KFZ_SNB;
     QString error;
@@ -49,7 +49,7 @@ void WebMsgCenter::initSnbPermission()
 
 bool WebMsgCenter::getPermission(const QString &fundAccount, const QString &supportType)
 {
-    // A load that failed is tried again with each question, until one succeeds.
+    // A load that failed is tried again with each look-up, until one succeeds.
     if (!VarnelInitStateMgr::instance()->IsInited(Permission::initState))
         initSnbPermission();
     const QReadLocker lock(&m_permissionLock);

@@ -2,6 +2,7 @@
 
 #include "common/PageArguments.h"
 #include "common/Reply.h"
+#include "msgcenter/StrategyCalls.h"
 
 #include "CEventMessageCommon.h"
 #include "CPackMessageCommon.h"
@@ -11,6 +12,7 @@
 #include "Varnel_Fields.h"
 
 #include <QDebug>
+#include <QPointer>
 
 #include <memory>
 
@@ -21,8 +23,8 @@ using Tessar_Fields::Strategy::strategyBasicParam;
 
 namespace {
 
-/// The view that a strategy event names; null when it names none. The pointer may be stale: QVariant's own
-/// conversion would follow it, so it is read as it stands, for comparing alone.
+/// The view that a strategy event names; null when it names none. The pointer may be stale. QVariant's own conversion
+/// would follow it, so the bare pointer is read; it may only be compared.
 VarnelCefView *viewNamedIn(const QVariantMap &dataMap)
 {
     const QVariant view = dataMap.value(Strategy::panelPtr);
@@ -33,39 +35,39 @@ VarnelCefView *viewNamedIn(const QVariantMap &dataMap)
 
 } // namespace
 
-// Requests. The page's answer is the platform's; a call with too few arguments gets none, which is meant.
+// Requests. The platform's answer becomes the page's. Meant: a call with too few arguments gets no answer.
 
 void WebMsgCenter::Vlx_startStrategy_REQ(const QList<QVariant> &arguments, VarnelCefView *panelPtr)
 {
     if (arguments.size() < 6)
         return;
-    sendToStrategyPlatform(VeloxValues::MSEventStartStrategyReq,
-                           {{strategyBasicParam, Variant::read(arguments.at(4))},
-                            {Strategy::filePath, Text::read(arguments.at(1))},
-                            {Strategy::language, Integer::read(arguments.at(2))},
-                            {Strategy::fundAccountList, CommaList::read(arguments.at(3))},
-                            {Strategy::extField, Variant::read(arguments.at(5))}},
-                           arguments, panelPtr);
+    callStrategyPlatform(VeloxValues::MSEventStartStrategyReq, ReplyEvent::Vlx_startStrategy,
+                         {{strategyBasicParam, Variant::read(arguments.at(4))},
+                          {Strategy::filePath, Text::read(arguments.at(1))},
+                          {Strategy::language, Integer::read(arguments.at(2))},
+                          {Strategy::fundAccountList, CommaList::read(arguments.at(3))},
+                          {Strategy::extField, Variant::read(arguments.at(5))}},
+                         arguments, panelPtr);
 }
 
 void WebMsgCenter::Vlx_stopStrategy_REQ(const QList<QVariant> &arguments, VarnelCefView *panelPtr)
 {
     if (arguments.size() < 3)
         return;
-    sendToStrategyPlatform(VeloxValues::MSEventStopStrategyReq,
-                           {{Tessar_Fields::Strategy::strategyID, Text::read(arguments.at(1))},
-                            {Strategy::extField, Variant::read(arguments.at(2))}},
-                           arguments, panelPtr);
+    callStrategyPlatform(VeloxValues::MSEventStopStrategyReq, ReplyEvent::Vlx_stopStrategy,
+                         {{Tessar_Fields::Strategy::strategyID, Text::read(arguments.at(1))},
+                          {Strategy::extField, Variant::read(arguments.at(2))}},
+                         arguments, panelPtr);
 }
 
 void WebMsgCenter::Vlx_queryStrategyStatus_REQ(const QList<QVariant> &arguments, VarnelCefView *panelPtr)
 {
     if (arguments.size() < 3)
         return;
-    sendToStrategyPlatform(VeloxValues::MSEventQueryStrategyStatusReq,
-                           {{Tessar_Fields::Strategy::strategyID, Text::read(arguments.at(1))},
-                            {Strategy::extField, Variant::read(arguments.at(2))}},
-                           arguments, panelPtr);
+    callStrategyPlatform(VeloxValues::MSEventQueryStrategyStatusReq, ReplyEvent::Vlx_queryStrategyStatus,
+                         {{Tessar_Fields::Strategy::strategyID, Text::read(arguments.at(1))},
+                          {Strategy::extField, Variant::read(arguments.at(2))}},
+                         arguments, panelPtr);
 }
 
 void WebMsgCenter::Vlx_sendCustomInfo_REQ(const QList<QVariant> &arguments, VarnelCefView *panelPtr)
@@ -84,10 +86,14 @@ void WebMsgCenter::Vlx_subStrategyMsg_REQ(const QList<QVariant> &arguments, Varn
         return;
     const QString messageId = Text::read(arguments.at(1));
     const QString subType = Text::read(arguments.at(2));
+    const QPointer<VarnelCefView> alive(panelPtr); // as in subscribe()
     sendToStrategyPlatform(VeloxValues::MSEventSubStrategyMsg,
                            {{VeloxFields::strategyCustomMsgID, messageId}, {Strategy::subType, subType}}, arguments,
                            panelPtr);
+    if (!alive)
+        return;
 
+    watch(panelPtr);
     const std::lock_guard<std::mutex> lock(m_strategyMutex);
     QList<VarnelCefView *> &views = m_strategySubMap[messageId];
     if (subType != Flag::one)
@@ -96,6 +102,18 @@ void WebMsgCenter::Vlx_subStrategyMsg_REQ(const QList<QVariant> &arguments, Varn
         views.append(panelPtr);
     if (views.isEmpty()) // a page cannot fill the map with identifiers that nobody listens to
         m_strategySubMap.remove(messageId);
+}
+
+/// Sends a call that the platform answers. The answer may come before this returns.
+void WebMsgCenter::callStrategyPlatform(const QString &subEvent, const QString &replyEvent, const Fields &fields,
+                                        const QVariantList &arguments, VarnelCefView *view)
+{
+    if (view) {
+        watch(view);
+        const std::lock_guard<std::mutex> lock(m_strategyMutex);
+        m_strategyCalls->add(view, replyEvent, Text::read(arguments.at(0)));
+    }
+    sendToStrategyPlatform(subEvent, fields, arguments, view);
 }
 
 void WebMsgCenter::sendToStrategyPlatform(const QString &subEvent, const Fields &fields, const QVariantList &arguments,
@@ -153,11 +171,15 @@ void WebMsgCenter::parseVlxQueryStatusResponse(const QVariantMap &dataMap)
                        VARNEL_OPERATION(WebMsgCenter, parseVlxQueryStatusResponse));
 }
 
-void WebMsgCenter::answerStrategyCall(const QVariantMap &dataMap, const QString &replyEvent,
-                                      const Operation &operation) const
+void WebMsgCenter::answerStrategyCall(const QVariantMap &dataMap, const QString &replyEvent, const Operation &operation)
 {
     VarnelCefView *const view = viewNamedIn(dataMap);
-    if (!registry()->contains(view)) {
+    const QString uuid = dataMap.value(Strategy::uuid).toString();
+    const bool viewHasEnded = [&] {
+        const std::lock_guard<std::mutex> lock(m_strategyMutex);
+        return m_strategyCalls->takeAndTellIfEnded(view, replyEvent, uuid);
+    }();
+    if (viewHasEnded || !registry()->contains(view)) {
         logLine(QtDebugMsg, operation) << "pointer error";
         return;
     }
@@ -168,9 +190,9 @@ void WebMsgCenter::answerStrategyCall(const QVariantMap &dataMap, const QString 
         {Key::strategyStatus, dataMap.value(Tessar_Fields::Strategy::strategyStatus).toString()},
         {Key::extField, dataMap.value(Strategy::extField)},
     };
-    Reply::send(view, replyEvent,
-                Reply::text(dataMap.value(Strategy::uuid).toString(), result, succeeded ? Code::success : Code::failure,
-                            succeeded ? QString() : description));
+    Reply::send(
+        view, replyEvent,
+        Reply::text(uuid, result, succeeded ? Code::success : Code::failure, succeeded ? QString() : description));
 }
 
 void WebMsgCenter::parseVlxRcvCustomMsg(const QVariantMap &dataMap)

@@ -6,6 +6,7 @@
 #include "CommonQuotaHandler.h"
 
 #include <QDebug>
+#include <QPointer>
 
 #include <algorithm>
 
@@ -18,8 +19,12 @@ void WebMsgCenter::subscribe(VarnelCefView *view, const QString &uuid, const QSt
                           << "nullptr";
         return;
     }
-    // Also for what is streamed already: the host decides what that means.
+    const QPointer<VarnelCefView> alive(view); // the host may spin the event loop, and the user close the page
+    // Asked for symbols that stream already, too: the host decides what that means.
     CommonQuotaHandler::instance()->SubscribeQuota(symbols, true, 0);
+    if (!alive)
+        return;
+    watch(view);
     {
         const std::lock_guard<std::mutex> lock(m_subscribeMutex);
         QSet<QString> &wanted = m_subscribeMap[view];
@@ -40,7 +45,8 @@ void WebMsgCenter::unsubscribe(VarnelCefView *view, const QString &uuid, const Q
                           << "nullptr";
         return;
     }
-    // The host is not told, which is meant: quotes keep streaming and are only filtered here.
+    // Meant: the host is not told. Quotes keep streaming and are only filtered here.
+    watch(view);
     {
         const std::lock_guard<std::mutex> lock(m_subscribeMutex);
         QSet<QString> &wanted = m_subscribeMap[view];
@@ -101,7 +107,8 @@ void WebMsgCenter::slotTickDataUpdate(const QString &symbol, const QVariantMap &
     };
     if (!anyoneWantsIt())
         return; // as most ticks: no text is made
-    // Made without the lock: a log handler or a host's type may run meanwhile, and change what is registered.
+    // The lock is not held while the text is made: a log handler or the conversion of a host's type may run then and
+    // change what is registered.
     const QCefEvent tick =
         Reply::event(Push::tickUpdate, {DataProcess::instance()->processTick(QString(), symbol, data, true)});
 
@@ -118,8 +125,13 @@ void WebMsgCenter::slotTickDataUpdate(const QString &symbol, const QVariantMap &
 
 void WebMsgCenter::pushToAll(const QString &event, std::initializer_list<QString> texts) const
 {
-    const QCefEvent push = Reply::event(event, texts);
     const std::shared_ptr<const ViewRegistry> registered = registry(); // held: a view may be entered meanwhile
-    for (VarnelCefView *const view : registered->views)
+    pushTo(*registered, event, texts);
+}
+
+void WebMsgCenter::pushTo(const ViewRegistry &registered, const QString &event, std::initializer_list<QString> texts)
+{
+    const QCefEvent push = Reply::event(event, texts);
+    for (VarnelCefView *const view : registered.views)
         view->broadcastEvent(push);
 }

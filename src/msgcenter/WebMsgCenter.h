@@ -23,14 +23,16 @@
 
 class QSettings;
 class QTimer;
+class StrategyCalls;
 struct Operation;
 
 /// The hub of the library on the host's message bus: view registry, subscriptions and pushes, settings,
 /// permissions, K-line requests and strategy control.
 /// One for the process, made and initialised by the first instance(), destroyed at process exit.
-/// It lives on the thread of that first call, which is to be the user-interface thread; what may be called
-/// from elsewhere says so. It never owns a view, and never follows the pointer of one that is not registered, but for
-/// the view that a call is made with.
+/// It lives on the thread of that first call, which must be the user-interface thread. Operations that other threads
+/// may call say so. It owns no view. It follows the pointers of registered views and of the view that makes a call, and
+/// no others. When a view is destroyed, everything that is kept for the view is dropped: a new view at the same address
+/// starts with nothing.
 class VARNEL_WEBSDK_API WebMsgCenter : public QvPresenterClass {
     Q_OBJECT
 public:
@@ -39,12 +41,12 @@ public:
     static WebMsgCenter *instance();
     ~WebMsgCenter() override;
 
-    /// Enters a view, not null, into the registry: from now on it gets the pushes to all views. Owning thread only. A
+    /// Enters a living view into the registry: from now on it gets the pushes to all views. Owning thread only. A
     /// view that is entered twice gets each of them twice, but ticks and strategy messages once.
     void reg(VarnelCefView *view);
 
-    /// Removes every entry of the view; to be called before the view goes. Owning thread only. An unknown
-    /// pointer is harmless, and none is ever followed. Subscriptions stay: unsubscribeAll clears them.
+    /// Removes every entry of the view. Owning thread only. An unknown pointer is harmless, and none is ever followed.
+    /// Subscriptions stay: a view that is entered again goes on getting what it subscribed to.
     void unReg(VarnelCefView *view);
 
     // Subscriptions, for the view's page. Owning thread only. Each is answered on the view by one event that
@@ -60,17 +62,19 @@ public:
     /// Ends all of them.
     void unsubscribeAll(VarnelCefView *view, const QString &uuid);
 
-    /// The same without an answer, for a view that goes away. The pointer is not followed.
+    /// The same without an answer. The pointer is not followed.
     void unsubscribeAll(VarnelCefView *view);
 
-    /// Whether the fund account may use the support type; false for an unknown one of either. Any thread. While no
-    /// permissions have been loaded it asks the host's server first, and blocks until that answers.
+    /// True when the fund account may use the support type; false when either is unknown. Any thread. While no
+    /// permissions are loaded it asks the host's server first, and blocks until the server answers.
     bool getPermission(const QString &fundAccount, const QString &supportType);
 
-    /// A setting of the login account; empty when it was never saved. Any thread.
+    /// A setting of the login account; empty when it was never saved. Any thread. Keys are QSettings': "/" separates
+    /// section and key, and on Windows case does not count.
     QString getSetting(const QString &key);
 
-    /// Stores a setting; the file is written when the event loop next turns, and at process exit. Any thread.
+    /// Stores a setting; the file is written when the event loop next turns, and at process exit. The empty key is
+    /// ignored. Any thread.
     void saveSetting(const QString &key, const QString &value);
 
     /// Asks for candles of a symbol from startTime to stopTime (texts in the host's own form). Sets
@@ -95,8 +99,8 @@ public:
     /// For the bus: does nothing, because answers come through ProcQuotationMsg.
     void ProcAsyncCallBack(int id, QString name, QVariant type, QVariant data) override;
 
-    // Strategy control, for the page of the view: the page's arguments, uuid first. Each is passed on to the strategy
-    // platform over the bus, which takes a copy; with fewer arguments than it needs nothing happens. Owning thread
+    // Strategy control, for the page of the view. arguments: those of the page, uuid first. Each call is sent to the
+    // strategy platform over the bus, which takes a copy; a call with too few arguments does nothing. Owning thread
     // only.
 
     /// 1 file path, 2 language (integer), 3 fund accounts (comma list), 4 basic parameters, 5 extension. All needed.
@@ -140,7 +144,7 @@ private slots:
     void slotParseEventMsg(const QVariant &type, const QVariantMap &dataMap);
 
 private:
-    /// The registered views at one moment. Never changed once it is published.
+    /// The registered views at one moment. Never changed after it is published.
     struct ViewRegistry {
         QList<VarnelCefView *> views;
         QSet<VarnelCefView *> lookup; ///< the same without doubles
@@ -148,7 +152,7 @@ private:
         bool contains(VarnelCefView *view) const { return lookup.contains(view); }
     };
 
-    /// One of the two batches, by its members.
+    /// The members that make up one of the two batches.
     struct Batch {
         QHash<QString, QString> &cache;
         QStringList &order;
@@ -166,9 +170,13 @@ private:
     void removeSubscriber(const QString &symbol, VarnelCefView *view); // with m_subscribeMutex locked
     void removeAllSubscriptions(VarnelCefView *view);
 
+    void watch(VarnelCefView *view);
+    void forget(QObject *endedView);
+
     void publishRegistry();
     std::shared_ptr<const ViewRegistry> registry() const; // any thread
     void pushToAll(const QString &event, std::initializer_list<QString> texts) const;
+    static void pushTo(const ViewRegistry &registered, const QString &event, std::initializer_list<QString> texts);
 
     void pushAsset(const QVariantMap &dataMap);
     Batch entrustBatch();
@@ -176,6 +184,8 @@ private:
     static void collect(const Batch &batch, const QString &id, const QString &record);
     void flush(const Batch &batch, const QString &event, const char *operation);
 
+    void callStrategyPlatform(const QString &subEvent, const QString &replyEvent, const Fields &fields,
+                              const QVariantList &arguments, VarnelCefView *view);
     void sendToStrategyPlatform(const QString &subEvent, const Fields &fields, const QVariantList &arguments,
                                 VarnelCefView *view);
     void parseStrategyEvent(const QVariantMap &dataMap);
@@ -184,7 +194,7 @@ private:
     void parseVlxQueryStatusResponse(const QVariantMap &dataMap);
     void parseVlxRcvCustomMsg(const QVariantMap &dataMap);
     void parseVlxRcvStrategyStatusUpdate(const QVariantMap &dataMap);
-    void answerStrategyCall(const QVariantMap &dataMap, const QString &replyEvent, const Operation &operation) const;
+    void answerStrategyCall(const QVariantMap &dataMap, const QString &replyEvent, const Operation &operation);
 
     QMap<VarnelCefView *, QSet<QString>> m_subscribeMap; ///< guarded by m_subscribeMutex
     std::mutex m_subscribeMutex;
@@ -213,6 +223,7 @@ private:
 
     QMap<QString, QList<VarnelCefView *>> m_strategySubMap; ///< guarded by m_strategyMutex
     std::mutex m_strategyMutex;
+    std::unique_ptr<StrategyCalls> m_strategyCalls; ///< guarded by m_strategyMutex; never null
 
     QReadWriteLock m_permissionLock;
     QMap<QString, QStringList> m_permissionMap; ///< guarded by m_permissionLock

@@ -1,6 +1,7 @@
 #include "msgcenter/WebMsgCenter.h"
 
 #include "HostTest.h"
+#include "LogRecorder.h"
 #include "OwnAccount.h"
 
 #include <QCoreApplication>
@@ -65,7 +66,46 @@ TEST_F(SettingsTest, SavedValueIsReadInTheSameRunAndTheLastOneCounts)
     EXPECT_EQ(center()->getSetting(QStringLiteral("k")), QStringLiteral("v1"));
     center()->saveSetting(QStringLiteral("k"), QStringLiteral("v2"));
     EXPECT_EQ(center()->getSetting(QStringLiteral("k")), QStringLiteral("v2"));
+}
+
+TEST_F(SettingsTest, KeysThatDifferInCaseAreOneOnWindowsOnly)
+{
+    center()->saveSetting(QStringLiteral("k"), QStringLiteral("v"));
+#ifdef Q_OS_WIN
+    EXPECT_EQ(center()->getSetting(QStringLiteral("K")), QStringLiteral("v"));
+#else
     EXPECT_EQ(center()->getSetting(QStringLiteral("K")), QString());
+#endif
+}
+
+TEST_F(SettingsTest, EmptyKeyIsRefusedWithoutAWordFromQt)
+{
+    center();
+    const LogRecorder log; // Qt would warn while the settings are locked
+    center()->saveSetting(QString(), QStringLiteral("v"));
+    EXPECT_EQ(center()->getSetting(QString()), QString());
+    EXPECT_TRUE(log.lines().isEmpty());
+}
+
+TEST_F(SettingsTest, SlashesBeforeAKeyDoNotCount)
+{
+    center()->saveSetting(QStringLiteral("x"), QStringLiteral("v"));
+    EXPECT_EQ(center()->getSetting(QStringLiteral("/x")), QStringLiteral("v"));
+    EXPECT_EQ(center()->getSetting(QStringLiteral("//x/")), QStringLiteral("v"));
+}
+
+// The section [General] of the file holds the keys without a section; a section of that name is written as [%General]
+// whatever its case, twice, and the second is read as the first's.
+TEST_F(SettingsTest, SectionsThatDifferInCaseFromGeneralAreOneAfterARestart)
+{
+    EXPECT_EQ(otherRun(account, {QStringLiteral("save"), QStringLiteral("General/x"), QStringLiteral("upper"),
+                                 QStringLiteral("general/y"), QStringLiteral("lower"), QStringLiteral("x"),
+                                 QStringLiteral("none")}),
+              QString());
+    EXPECT_EQ(center()->getSetting(QStringLiteral("General/x")), QStringLiteral("upper"));
+    EXPECT_EQ(center()->getSetting(QStringLiteral("general/y")), QString());
+    EXPECT_EQ(center()->getSetting(QStringLiteral("General/y")), QStringLiteral("lower"));
+    EXPECT_EQ(center()->getSetting(QStringLiteral("x")), QStringLiteral("none"));
 }
 
 TEST_F(SettingsTest, LieInTheFolderOfTheAccount)

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "RecordingView.h"
+
+#include <array>
+#include <cstddef>
+#include <new>
+
+/// One place in memory where views come and go: each lies at the address of the one before it.
+class ViewPlace {
+public:
+    ViewPlace() = default;
+    ~ViewPlace() { end(); }
+
+    /// A new view there; the one before it ends first.
+    RecordingView &renew()
+    {
+        end();
+        m_view = ::new (m_memory.data()) RecordingView;
+        return *m_view;
+    }
+
+    /// The view there ends.
+    void end()
+    {
+        if (m_view)
+            m_view->~RecordingView();
+        m_view = nullptr;
+    }
+
+private:
+    Q_DISABLE_COPY(ViewPlace)
+
+    alignas(RecordingView) std::array<std::byte, sizeof(RecordingView)> m_memory{};
+    RecordingView *m_view = nullptr;
+};
