@@ -16,7 +16,7 @@ using namespace WebConstants;
 
 namespace {
 
-/// The host's own meaning; it takes the orders of pages with this number.
+/// Orders of pages carry this number; its meaning is the host's.
 constexpr int orderRequestNumber = 319;
 
 /// An order as the page wrote it.
@@ -43,7 +43,7 @@ VarnelLogic::OrderRequest orderRequest(const PageOrder &order, const QString &or
     return request;
 }
 
-/// What became of a request: the host's responses, or why the host refused it, which may be no reason at all.
+/// The outcome of a request: the host's responses, or its reasons for refusing it, of which there may be none.
 struct Outcome {
     bool accepted;
     QList<QVariantMap> responses;
@@ -102,8 +102,8 @@ QString TradeProcess::processInsertOrder(const QString &uuid, const QString &fun
     if (!account)
         return Reply::textWithoutResult(uuid, Code::failure, Message::accountError);
 
-    qCDebug(lcWebSdk) << operation.name << priceType << price;
     OrderRequestList orders(account->tradingAccount, orderTag);
+    qCDebug(lcWebSdk) << operation.name << priceType << price;
     orders.AddSymbol(orderRequest({symbol, exchange, orderSide, priceType, price, qty}, orderTag));
     const Outcome outcome = placeOrders(orders);
 
@@ -145,7 +145,7 @@ QString TradeProcess::processInsertOrderList(const QString &uuid, const QString 
     }
     const QVariantList elements = document.toVariant().toList();
     for (const QVariant &element : elements) {
-        const QVariantMap order = element.toMap(); // what is no object is an order of empty texts
+        const QVariantMap order = element.toMap(); // an element that is not an object becomes an order of empty texts
         orders.AddSymbol(orderRequest({order.value(Key::symbol).toString(), order.value(Key::exchange).toString(),
                                        order.value(Key::orderSide).toString(), order.value(Key::priceType).toString(),
                                        order.value(Key::price).toString(), order.value(Key::qty).toString()},
@@ -169,7 +169,7 @@ QString TradeProcess::processCancelOrders(const QString &uuid, const QStringList
     QList<QVariantMap> orders;
     orders.reserve(orderIds.size());
     for (const QString &id : orderIds) {
-        // An order that the host does not know is sent all the same: its answer is the page's answer.
+        // An order that the host does not know is sent too: the page gets what the host answers.
         const QVariantMap details = BusinessDataInterface::GetOrderDetailByOrderID(id);
         orders.append(
             {{tradingAccount, details.value(tradingAccount)}, {orderID, id}, {clOrdID, details.value(clOrdID)}});

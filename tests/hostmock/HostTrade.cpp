@@ -1,6 +1,7 @@
 // The host's trade logic and report generators: every operation is a call of the mock. Order lists record.
 
 #include "HostMock.h"
+#include "HostOrders.h"
 #include "OrderRequestList.h"
 #include "VarnelDealReportGen.h"
 #include "VarnelEntrustReportGen.h"
@@ -8,9 +9,23 @@
 #include "VarnelTradeLogic.h"
 #include "VarnelTradeLogicFactory.h"
 
+#include <atomic>
+
 // OrderRequestList
 
-OrderRequestList::OrderRequestList(const QString &account, const QString &tag) : m_account(account), m_tag(tag) {}
+namespace {
+std::atomic<int> orderLists{0};
+}
+
+int orderListsMade()
+{
+    return orderLists;
+}
+
+OrderRequestList::OrderRequestList(const QString &account, const QString &tag) : m_account(account), m_tag(tag)
+{
+    ++orderLists;
+}
 
 OrderRequestList::~OrderRequestList() = default;
 

@@ -1,4 +1,7 @@
+#include "LogHook.h"
 #include "TradeTest.h"
+
+#include "HostOrders.h"
 
 #include "Tessar_Fields.h"
 #include "Varnel_Values.h"
@@ -131,6 +134,17 @@ TEST_F(InsertOrderTest, IsLoggedBeforeItIsPlaced)
     insert(page);
     EXPECT_THAT(linesWhenPlaced,
                 testing::ElementsAre(logText("TradeProcess::processInsertOrder", page.priceType, page.price)));
+}
+
+TEST_F(InsertOrderTest, IsLoggedWhenTheOrderListIsMade)
+{
+    const PageOrder page;
+    expectRequest(ordersOf(page), -1);
+    int listsWhenLogged = -1;
+    const int before = orderListsMade();
+    const LogHook hook([&](const QString &) { listsWhenLogged = orderListsMade() - before; });
+    insert(page);
+    EXPECT_EQ(listsWhenLogged, 1);
 }
 
 TEST_F(InsertOrderTest, RejectionWithoutAReasonStaysQuiet)
