@@ -17,6 +17,6 @@ QString effectiveSide(const QString &side, const QString &priceType)
     using namespace Varnel_Values;
     if (priceType != PriceType::shEntrustAfterHours)
         return side;
-    // Meant: whatever is no buy, the empty side too, is a sell.
+    // Meant: every side that is not a buy counts as a sell, the empty one too.
     return SideUnion::buyItemList.contains(side, Qt::CaseSensitive) ? SideUnion::pfpBuy : SideUnion::pfpSell;
 }

@@ -6,9 +6,9 @@
 
 /// The rules about accounts and sides that several services share.
 
-/// The account record that stands for a fund account: the host's first. Nothing for a fund account that the
-/// host does not know.
+/// The first of the host's account records for a fund account, which stands for it everywhere. Nothing for a fund
+/// account that the host does not know.
 std::optional<tagUserAccountInfo> firstTradingAccount(const QString &fundAccount);
 
-/// The side as the host wants it: after hours, fixed-price trading has side codes of its own.
+/// The side code that the host needs: after-hours fixed-price trading has codes of its own.
 QString effectiveSide(const QString &side, const QString &priceType);

@@ -12,20 +12,20 @@
 
 namespace {
 
-/// The largest text that a QString can be asked for.
+/// The size of the largest QString.
 constexpr std::ptrdiff_t maxCharacters = (std::numeric_limits<int>::max() - 64) / 2;
 
-/// Every whole number up to this one is a double.
+/// Up to here a double can hold every whole number.
 constexpr qint64 maxExactInteger = Q_INT64_C(1) << 53;
 
-/// What the variant holds. The type must have been looked at.
+/// The value inside the variant. The caller has checked that its type is T.
 template <typename T>
 const T &held(const QVariant &value)
 {
     return *static_cast<const T *>(value.constData());
 }
 
-/// Written as it is, whatever comes after it.
+/// True for a character that is written as it is, whatever follows it.
 bool isPlain(ushort character)
 {
     if (character < 0x80)
@@ -33,7 +33,8 @@ bool isPlain(ushort character)
     return !QChar::isSurrogate(character);
 }
 
-/// Whether four characters at once are plain ASCII, as nearly all are: each test leaves the top bit of a lane set.
+/// True when all of four characters are plain ASCII, as nearly all are. Each test sets the top bit of a lane that
+/// passes it.
 bool arePlain(quint64 four)
 {
     constexpr quint64 lanes = Q_UINT64_C(0x0001000100010001);
@@ -65,8 +66,8 @@ char shortEscape(ushort character)
     }
 }
 
-/// Writes a number that has four decimals at most and fifteen digits at most, as nearly all that a terminal shows: one
-/// of fifteen digits has no shorter form and needs no search for it. Null when the number has more.
+/// The fast way for numbers of at most four decimals and fifteen digits, as nearly all of a terminal's are: their
+/// decimal form is the shortest one, so that no search for it is needed. Returns null when the number has more digits.
 char *writePrice(double number, char *out)
 {
     constexpr double scale = 10000;
@@ -85,8 +86,8 @@ char *writePrice(double number, char *out)
     return out;
 }
 
-/// Writes a finite number that is no small whole number in the fewest digits that mean it, and decides as Qt does
-/// whether it takes an exponent. There is room for 32 characters; returns the end.
+/// Writes a finite number in the fewest digits that are read back as the same double, with an exponent where Qt writes
+/// one. Not for small whole numbers. Needs room for 32 characters; returns the end.
 char *writeShortest(double number, char *out)
 {
     std::array<char, 32> scientific; // d.ddde+dd
@@ -132,7 +133,7 @@ QString compactJson(const QVariant &value)
 {
     switch (value.userType()) {
     case QMetaType::QVariantHash:
-        return textByQt(value); // within a hash at the top Qt converts some types unlike elsewhere
+        return textByQt(value); // Qt converts some types differently in a hash that is the whole document
     case QMetaType::QVariantMap:
     case QMetaType::QVariantList:
     case QMetaType::QStringList: {
@@ -162,7 +163,7 @@ void JsonWriter::grow(int characters)
     const std::ptrdiff_t needed = size + characters;
     if (needed > maxCharacters)
         qBadAlloc();
-    // A text of middle size grows fast, so that it is seldom copied, a large one so that little room is left over.
+    // A small text grows by a large factor, so that it is seldom copied; a large one wastes less memory.
     const int factor = size < (1 << 20) ? 4 : 2;
     m_heap.resize(int(std::clamp(factor * (m_limit - begin), needed, maxCharacters)));
     auto *const moved = reinterpret_cast<ushort *>(m_heap.data());

@@ -9,37 +9,37 @@
 /// of QString::fromUtf8(QJsonDocument::fromVariant(value).toJson(QJsonDocument::Compact)).
 QString compactJson(const QVariant &value);
 
-/// Writes compact JSON straight into a text, without the value tree and the UTF-8 that QJsonDocument goes through. Each
-/// value comes out as QJsonDocument writes it.
-/// Made on the stack for one text, on any thread.
+/// Writes compact JSON directly into a text: QJsonDocument would make a tree of values and UTF-8 first. The characters
+/// are those that QJsonDocument writes.
+/// Use one writer, on the stack, for one text. Any thread.
 class JsonWriter {
 public:
-    JsonWriter() {} // the room on the stack is left as it is
+    JsonWriter() {} // m_local stays uninitialised: filling it would cost more than a short reply
 
-    /// Any value, with all that is in it. One that JSON cannot express is null.
+    /// Writes a value and everything in it. A value that JSON cannot express is written as null.
     void value(const QVariant &value);
 
-    /// A text, quoted and escaped.
+    /// Writes a text, quoted and escaped.
     void string(const QString &text);
 
-    /// The key of a member, quoted and escaped, and its colon.
+    /// Writes the key of a member, quoted and escaped, and its colon.
     void key(const QString &key)
     {
         string(key);
         punctuation(':');
     }
 
-    /// A brace or a comma that the caller places.
+    /// Writes one brace, bracket or comma.
     void punctuation(char character)
     {
         *room(1) = uchar(character);
         ++m_end;
     }
 
-    /// JSON that was written before, as it stands.
+    /// Appends JSON that was written before, unchanged.
     void json(const QString &written);
 
-    /// An array; writeElement writes each element of the container.
+    /// Writes an array; writeElement writes each element of the container.
     template <typename Container, typename WriteElement>
     void array(const Container &container, WriteElement writeElement)
     {
@@ -54,13 +54,13 @@ public:
         punctuation(']');
     }
 
-    /// What has been written. The writer is done then.
+    /// Returns the text. The writer cannot be used after that.
     QString take();
 
 private:
     Q_DISABLE_COPY_MOVE(JsonWriter)
 
-    /// Where the next characters go; there is room for so many.
+    /// Makes room for so many characters, and returns where they go.
     ushort *room(int characters)
     {
         if (m_limit - m_end < characters)
@@ -76,8 +76,8 @@ private:
     void number(double number);
     void valueByQt(const QVariant &value);
 
-    ushort m_local[2048];    ///< enough for most replies, a quote or one order: they cost no allocation but the result
+    ushort m_local[2048];    ///< holds most replies, so that they allocate nothing but the result
     QString m_heap;          ///< holds the text once it has outgrown m_local
-    ushort *m_end = m_local; ///< behind what has been written
-    ushort *m_limit = m_local + std::size(m_local); ///< behind what there is room for
+    ushort *m_end = m_local; ///< one past the last character
+    ushort *m_limit = m_local + std::size(m_local); ///< one past the last place for a character
 };

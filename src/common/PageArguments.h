@@ -6,15 +6,15 @@
 #include <functional>
 #include <utility>
 
-/// How the arguments of a page call are read: position 0 is the call identifier, a text; a handler names
-/// one reading for each position after it. No reading ever fails.
+/// How the arguments of a page call are read. Position 0 is the call identifier, a text; a handler names one reading
+/// for each position after it. No reading fails.
 namespace PageArguments {
 
 struct Text {
     static QString read(const QVariant &argument) { return argument.toString(); }
 };
 
-/// Always through the text: a page's 100.5 is 0, not 101. What is no base-10 integer is 0.
+/// Always through the text: a page's 100.5 is 0, not 101. A text that is not a base-10 integer is 0.
 struct Integer {
     static int read(const QVariant &argument) { return argument.toString().toInt(nullptr, 10); }
 };
@@ -37,8 +37,8 @@ QString answerAt(std::index_sequence<Index...>, const QVariantList &args, Operat
     return std::invoke(operation, service, Text::read(args.at(0)), Readings::read(args.at(int(Index) + 1))...);
 }
 
-/// What the service's operation answers for the uuid and the arguments read so; the empty text, without
-/// calling it, when there are too few. Arguments beyond the readings are ignored.
+/// Reads the uuid and the arguments, calls the service's operation with them and returns its answer. When there are too
+/// few arguments, the operation is not called and the answer is the empty text. Surplus arguments are ignored.
 template <typename... Readings, typename Operation, typename Service>
 QString answer(const QVariantList &args, Operation operation, Service *service)
 {

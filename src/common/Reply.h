@@ -16,15 +16,15 @@ class VarnelCefView;
 /// The reply envelope, how it becomes text, and how a text reaches a page.
 namespace Reply {
 
-/// Compact JSON of a map or list. What is neither gives the empty text and one log line of the given level that names
+/// Compact JSON of a map or list. Any other value gives the empty text, and one log line of the given level that names
 /// the operation and shows the value.
 QString toText(const QVariant &value, QtMsgType level, const Operation &operation);
 
 /// Writes the result of a reply: exactly one JSON value.
 using WriteResult = std::function<void(JsonWriter &)>;
 
-/// The text of a whole reply; an operation states its result, and code and message where they are not those of success.
-/// The second form is for a result that need not exist before it is written.
+/// The text of a whole reply: an operation states its result, and code and message unless it succeeded.
+/// The second form writes the result directly, without making a value of it first.
 QString text(const QString &uuid, const QVariant &resultData, const QString &code = WebConstants::Code::success,
              const QString &msg = QString());
 QString text(const QString &uuid, const WriteResult &writeResult);

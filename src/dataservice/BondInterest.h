@@ -2,6 +2,6 @@
 
 #include <QVariantMap>
 
-/// Accrued interest of the security with these details; 0 for what is no bond and for a bond whose data the
-/// host cannot give.
+/// Accrued interest of the security with these details; 0 for a security that is not a bond, and for a bond that the
+/// host has no data of.
 double bondInterest(const QString &symbol, const QVariantMap &details);

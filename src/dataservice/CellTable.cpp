@@ -9,7 +9,7 @@ namespace {
 
 const QVariant nothing;
 
-/// The two roles of a column's cell, in the line data; null for what the generator did not fill.
+/// The two roles of one cell in the line data; null where the generator filled nothing.
 struct Cell {
     Cell(const LineData &lineData, int index)
     {

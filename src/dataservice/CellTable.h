@@ -10,8 +10,8 @@ class JsonWriter;
 /// Line data of the host's report generators: for each column, by its index, a map of roles.
 using LineData = QMap<int, QVariantMap>;
 
-/// How the line data of an order or execution becomes a page record: each page key with the pair of its cell's two
-/// roles, null for what the generator did not fill. As a map, or at once as the JSON that the map would give.
+/// Makes page records from the line data of orders or executions: each page key gets the two roles of its cell, null
+/// where the generator filled nothing. The record comes as a map, or directly as the JSON of that map.
 /// Constant after construction.
 class CellTable {
 public:
@@ -24,8 +24,8 @@ private:
     struct Column {
         int index; ///< in the line data
         QString key;
-        QString begin; ///< the JSON from the end of the cell before to the display role
+        QString begin; ///< the JSON between the previous cell and this one's display text
     };
     QVector<Column> m_columns; ///< in the order of their page keys, which is that of JSON objects
-    QString m_between;         ///< the JSON between the two roles
+    QString m_between;         ///< the JSON between the two roles of a cell
 };

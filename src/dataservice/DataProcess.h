@@ -31,8 +31,8 @@ public:
     void init();
 
     // The operations named process… return the whole reply as compact JSON; uuid comes back in it unchanged.
-    // Unless it says otherwise, "code" is "0" and "msg" empty, whatever the host answers: nothing found is an
-    // empty result, not a failure. A host value that JSON cannot express is null.
+    // Unless an operation says otherwise, "code" is "0" and "msg" empty, whatever the host answers: when nothing is
+    // found, the result is empty. A host value that JSON cannot express is null.
 
     // Login and accounts
 
@@ -55,8 +55,8 @@ public:
 
     // Orders and executions
 
-    /// The host's query keys for a page's filter, an object of optional lists of texts; anything else has no
-    /// conditions. Fund accounts become the first trading account of each.
+    /// The host's query keys for a page's filter. The filter is an object of optional lists of texts; anything else
+    /// sets no condition. Each fund account is replaced by its first trading account.
     QVariantMap parseOrderFilter(const QJsonDocument &filter);
 
     /// "resultData": {"totalSize", "size", "entrustInfoList"}. filter: a JSON text; anything else gets "code"
@@ -150,7 +150,7 @@ private:
     void initOrderField();
     void initPositionField();
 
-    // What packageEntrustOrderMsg and packageExecutionOrderMsg give, written without the map.
+    // Write what packageEntrustOrderMsg and packageExecutionOrderMsg return, without making the map.
     void writeEntrustOrder(JsonWriter &json, const QVariantMap &record) const;
     void writeExecutionOrder(JsonWriter &json, const QVariantMap &record) const;
 

@@ -4,8 +4,8 @@
 
 #include <QJsonDocument>
 
-/// The reply to a list call whose filter is a JSON text: what writeAnswer writes for the parsed filter, or the refusal
-/// when it is none. Meant: a map or list given as the filter itself has no bytes and is refused too.
+/// The reply to a list call whose filter is a JSON text: writeAnswer writes the result for the parsed filter, and a
+/// text that is not JSON is refused. Meant: a map or list in place of the text is refused too.
 template <typename WriteAnswer>
 QString filteredReply(const QString &uuid, const QVariant &filter, const Operation &operation, WriteAnswer writeAnswer)
 {
