@@ -2,7 +2,7 @@
 
 #include "HostMock.h"
 
-/// What the host answers to calls that several operations make. Each expectation is for exactly one call.
+/// Expectations for host calls that several operations make, with their answers. Each is for exactly one call.
 
 void expectAccounts(HostMock &host, const QString &fundAccount, const QList<tagUserAccountInfo> &accounts);
 
@@ -11,11 +11,11 @@ bool fillCells(QMap<int, QVariantMap> &lineData, const QStringList &columns);
 QString displayText(const QString &column); ///< what it fills in to be displayed
 QString userValue(const QString &column);   ///< what it fills in as the value behind that
 
-/// What is asked about a position of that symbol, in this order; the cells are those of fillCells.
+/// Expects the calls for a position of that symbol, in this order; fillCells fills the cells.
 void expectPosition(HostMock &host, const QVariantMap &record, const QString &symbol, const QVariantMap &quote = {},
                     const QVariantMap &securityDetails = {});
 
-/// Everything that the host knows about a security. No two numbers are the same.
+/// Everything that the host knows about a security. All numbers differ, so that a mix-up shows.
 struct SecurityAnswers {
     QVariantMap details;
     int qtyUnit = 11;
@@ -29,10 +29,10 @@ struct SecurityAnswers {
     QString subType = QStringLiteral("sub-type");
 };
 
-/// The calls for one record with all properties of a security, in this order; a bond is asked about after these.
+/// Expects the calls for one record with all properties of a security, in this order. For a bond one more call follows.
 void expectSecurity(HostMock &host, const QString &symbol, const SecurityAnswers &answers = {});
 
-/// The call for a bond's base data, which must start at zero and empty.
+/// Expects the call for a bond's base data with a structure that is still empty.
 void expectBond(HostMock &host, const QString &symbol, const QString &result, double interest);
 
 /// The details of a bond.

@@ -6,8 +6,8 @@
 #include <functional>
 #include <utility>
 
-/// Calls a function with each log message while it lives, on the thread that logs, before any recorder gets the line.
-/// There can be only one at a time. The function is not called for what it logs itself.
+/// While it lives, calls a function with each log message, on the thread that logs, before a LogRecorder gets the line.
+/// There can be only one at a time. Messages that the function itself logs do not call it again.
 class LogHook {
 public:
     explicit LogHook(std::function<void(const QString &message)> function)

@@ -5,8 +5,8 @@
 #include <QString>
 #include <QUuid>
 
-/// A login account that no other test has, because the settings of all lie in one folder. Takes its own away again,
-/// after what is pending has been written.
+/// A login account that no other test uses: the settings of all tests lie in one folder. At the end its settings are
+/// written and removed.
 class OwnAccount {
 public:
     OwnAccount() = default;

@@ -3,7 +3,7 @@
 #include <condition_variable>
 #include <mutex>
 
-/// Holds whoever waits back until it is opened, once and for all. Any thread.
+/// Threads that call wait() block until open() is called; after that none blocks. Any thread.
 class ThreadLatch {
 public:
     void open()

@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <new>
 
-/// One place in memory where views come and go: each lies at the address of the one before it.
+/// A piece of memory for one view after another: each new view lies at the address of the one before.
 class ViewPlace {
 public:
     ViewPlace() = default;

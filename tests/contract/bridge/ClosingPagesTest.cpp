@@ -1,5 +1,5 @@
-// The host may spin the event loop while it answers the library, to ask the user something, and the user may close the
-// page meanwhile: its view goes, and the dispatchers with it.
+// The host may spin the event loop while it answers the library, for example to ask the user a question. The user may
+// close the page meanwhile, which deletes its view and dispatchers.
 #include "bridge/DataThread.h"
 #include "bridge/TradeThread.h"
 
@@ -32,7 +32,7 @@ protected:
         trade = new TradeThread(view.get());
     }
 
-    /// As a modal question does: other events are handled until it is answered.
+    /// Handles other events, as a modal question does, and closes the page in one of them.
     void closePageInAnEventLoop()
     {
         QEventLoop question;
@@ -78,7 +78,7 @@ TEST_F(ClosingPagesTest, OrderStaysPlacedAndIsNotAnswered)
     EXPECT_TRUE(placeOrder());
     EXPECT_FALSE(trade);
     EXPECT_THAT(RecordingView::eventsOfAllViews(), IsEmpty());
-    // What came of it is in the log all the same.
+    // The outcome is logged although nobody gets it.
     EXPECT_EQ(log.linesWith(u"TradeThread::Trade_insertOrder_REQ"_qs).size(), 1);
     EXPECT_EQ(log.linesWith(u"TradeThread::onInvokeMethod"_qs).size(), 1);
 }

@@ -33,7 +33,7 @@ protected:
         return start;
     }
 
-    /// Makes a call with these parameters behind the uuid "u1" and gives the text of its only event.
+    /// Makes a call with the uuid "u1" and these parameters, and returns the text of its only event.
     QString answerTo(const char *method, const QVariantList &parameters)
     {
         view.clear();

@@ -49,7 +49,7 @@ protected:
         return {uuid, QStringLiteral("sym"), QStringLiteral("from"), QStringLiteral("to"), period};
     }
 
-    /// Asks for candles and gives the id of the request that went out.
+    /// Asks for candles and returns the id of the request.
     QString ask(DataThread *dispatcher, const QString &uuid)
     {
         const QString requestId = nextClientMessageId();

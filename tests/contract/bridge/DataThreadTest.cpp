@@ -138,7 +138,7 @@ TEST_F(DataThreadTest, HugeTextsPassThrough)
     EXPECT_EQ(received().at(1).size(), 2 * huge.size() + successReply(u"\"\""_qs, u""_qs).size());
 }
 
-TEST_F(DataThreadTest, UnknownNamesAreRefusedAndGetNothing)
+TEST_F(DataThreadTest, UnknownNamesAreRefusedAndNotAnswered)
 {
     for (const char *name :
          {"Data_getBuffer_REQ", "Data_saveBuffer_REQ", "Data_unknown_REQ", "", "data_getToken_REQ", "Data_getToken_RES",
@@ -214,7 +214,7 @@ TEST_F(DataThreadTest, EveryHandlerButTheOneForCandlesIsInTheTableOfCalls)
     EXPECT_EQ(tested, handled);
 }
 
-TEST_F(DataThreadTest, ReservedCallsAreRefusedAndGetNothing)
+TEST_F(DataThreadTest, ReservedCallsAreRefusedAndNotAnswered)
 {
     const QStringList reserved = textsOfTheHeader(u"Reserved"_qs);
     EXPECT_TRUE(reserved.contains(u"Data_getBuffer_REQ"_qs) && reserved.contains(u"Data_saveBuffer_REQ"_qs));
@@ -223,7 +223,7 @@ TEST_F(DataThreadTest, ReservedCallsAreRefusedAndGetNothing)
     EXPECT_TRUE(view.eventsAfterDraining().isEmpty());
 }
 
-TEST_F(DataThreadTest, StaysWithItsViewAndGoesWithIt)
+TEST_F(DataThreadTest, DiesWithItsView)
 {
     EXPECT_EQ(dispatcher->parent(), &view);
     EXPECT_EQ(dispatcher->thread(), QThread::currentThread());
@@ -231,7 +231,7 @@ TEST_F(DataThreadTest, StaysWithItsViewAndGoesWithIt)
     EXPECT_EQ(log.linesWith(u"Cannot move objects with a parent"_qs).size(), 1);
 }
 
-TEST_F(DataThreadTest, SaysWhenItGoes)
+TEST_F(DataThreadTest, LogsItsDestruction)
 {
     log.clear();
     delete dispatcher;

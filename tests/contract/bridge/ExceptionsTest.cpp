@@ -1,5 +1,5 @@
-// The library throws nothing of its own, whatever pages and bus send. What a host operation throws passes through to
-// the host's own caller.
+// The library throws nothing of its own, whatever pages and bus send. An exception of a host operation passes through
+// to the host's own caller.
 #include "bridge/DataThread.h"
 #include "bridge/TradeThread.h"
 #include "msgcenter/WebMsgCenter.h"
@@ -28,7 +28,7 @@ namespace {
 
 class HostExceptionsTest : public HostTest {
 protected:
-    /// So that nothing else is caught in its place.
+    /// A type of its own, so that no other exception is mistaken for it.
     struct HostError : std::runtime_error {
         HostError() : std::runtime_error("the host's") {}
     };
@@ -97,7 +97,7 @@ TEST_F(HostExceptionsTest, OfABroadcastLeaveNothingLocked)
     EXPECT_THAT(view.eventNames(), ElementsAre(u"on_tickUpdate"_qs));
 }
 
-/// What a page or the bus can send in place of what is expected.
+/// Values that a page or the bus may send instead of the expected ones.
 QVariantList hostileValues()
 {
     QVariantList nested{1};
@@ -128,7 +128,7 @@ QVariantList hostileValues()
             QVariant::fromValue<VarnelCefView *>(nullptr)};
 }
 
-/// The host answers whatever it is asked, mostly with nothing.
+/// The host answers every call, mostly with an empty answer.
 class HostileValuesTest : public testing::Test {
 protected:
     HostileValuesTest()

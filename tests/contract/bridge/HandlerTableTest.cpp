@@ -24,7 +24,7 @@ TEST_F(HandlerTableTest, RunsTheHandlerOfTheNameAtOnce)
     EXPECT_EQ(dispatcher.calls, (QStringList{QStringLiteral("other a"), QStringLiteral("slot a")}));
 }
 
-/// Whether a name matches and what it runs is Qt's to say, for every name.
+/// For every name the table must do what Qt does.
 TEST_F(HandlerTableTest, AnswersEveryNameAsQtDoes)
 {
     const QStringList names{QStringLiteral("handle"),
@@ -61,7 +61,7 @@ TEST_F(HandlerTableTest, AnswersEveryNameAsQtDoes)
     }
 }
 
-TEST_F(HandlerTableTest, LeavesADerivedClassItsOwnHandler)
+TEST_F(HandlerTableTest, CallsTheHandlerOfADerivedClass)
 {
     OwnDispatcher dispatcher;
     EXPECT_TRUE(table.invoke(&dispatcher, QStringLiteral("handle"), args));

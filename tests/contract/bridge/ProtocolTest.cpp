@@ -22,8 +22,8 @@ namespace {
 
 constexpr int strategyOutEventId = 77;
 
-/// Every call of the protocol and every event of the host, against a host that agrees to everything. What each of them
-/// does is tested elsewhere; here is tested which events there are at all.
+/// Makes every call of the protocol and delivers every event of the host, which agrees to everything. Tests only which
+/// events reach pages; their content is tested elsewhere.
 class ProtocolTest : public testing::Test {
 protected:
     ProtocolTest()
@@ -40,7 +40,7 @@ protected:
 
     ~ProtocolTest() override { center->unReg(&view); }
 
-    /// Whatever takes the method gets it, as a host routes it.
+    /// Routes the call as a host does.
     bool call(const QString &method)
     {
         const QVariantList enoughForAll{u"u1"_qs, u"[]"_qs, u"{}"_qs, u"[]"_qs, 4, 5, 6, 7, 8};
@@ -110,7 +110,7 @@ TEST_F(ProtocolTest, EveryReplyAndPushIsSentAndNoReservedOne)
     EXPECT_EQ(sent, QSet<QString>(expected.cbegin(), expected.cend()));
 }
 
-TEST_F(ProtocolTest, ReservedNamesAreNobodysCalls)
+TEST_F(ProtocolTest, ReservedNamesHaveNoHandler)
 {
     const QStringList reserved = textsOfTheHeader(u"Reserved"_qs);
     EXPECT_EQ(reserved.size(), 8);

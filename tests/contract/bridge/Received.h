@@ -4,7 +4,7 @@
 
 #include <QStringList>
 
-/// What the page of the view got from a dispatcher, as name and single text of each event.
+/// Name and single text of each event that the view got from a dispatcher.
 inline QStringList receivedBy(const RecordingView &view)
 {
     QStringList texts;

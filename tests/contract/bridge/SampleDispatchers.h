@@ -18,7 +18,7 @@ public slots:
     void slot(const QVariantList &args) { calls << QStringLiteral("slot ") + args.value(0).toString(); }
 };
 
-/// As a host might derive one.
+/// A class that a host might derive.
 class OwnDispatcher : public Dispatcher {
     Q_OBJECT
 public:

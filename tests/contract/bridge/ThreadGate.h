@@ -5,9 +5,9 @@
 #include <QObject>
 #include <QThread>
 
-/// Holds a thread back until open(): what is posted to the thread between hold() and open() is worked through after
-/// open(), in order. The thread sanitizer does not see how Qt's event queue orders two threads; it sees this.
-/// To be destroyed after the thread has ended.
+/// Blocks a thread between hold() and open(). Events that are posted to the thread meanwhile are handled after open(),
+/// in their order. The thread sanitizer cannot see that Qt's event queue orders two threads; it sees the order made
+/// here. Destroy it after the thread has ended.
 class ThreadGate : public QObject {
     Q_OBJECT
 public:

@@ -41,7 +41,7 @@ QString invokeLine(const QString &method)
     return logText("TradeThread::onInvokeMethod", method);
 }
 
-/// It needs nothing of the terminal to start.
+/// The trade dispatcher calls no host operation when it starts.
 class TradeThreadTest : public HostTest {
 protected:
     bool call(const char *method, const QVariantList &args)
@@ -286,7 +286,7 @@ TEST_F(TradeThreadTest, HostileTextsComeBackInTheReply)
     EXPECT_EQ(received().value(1), refusal(u"资产账号获取错误"_qs, uR"(\ud834)"_qs));
 }
 
-TEST_F(TradeThreadTest, StaysWithItsViewAndGoesWithItSilently)
+TEST_F(TradeThreadTest, DiesWithItsViewWithoutALogLine)
 {
     EXPECT_EQ(dispatcher->parent(), &view);
     EXPECT_EQ(dispatcher->thread(), QThread::currentThread());

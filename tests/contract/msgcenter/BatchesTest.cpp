@@ -26,7 +26,7 @@ QVariantMap execution(const QVariant &id, const QVariant &shown)
     return {{Security::execID, id}, {Security::orderID, u"one order"_qs}, {mark, shown}};
 }
 
-/// The reports put the mark into the first cell, which is the time.
+/// The report generators put the mark into the first cell, the time.
 bool fillMark(const QVariantMap &record, QMap<int, QVariantMap> &lineData)
 {
     lineData[0] = {{u"0"_qs, record.value(mark)}};
@@ -182,7 +182,7 @@ TEST_F(BatchesTest, WindowIsNotExtendedByLaterEvents)
     EXPECT_EQ(ordersOf(view.events().first()), (QVariantList{1, 2}));
 }
 
-TEST_F(BatchesTest, WindowIsNotFollowedByAnotherOfItsOwn)
+TEST_F(BatchesTest, WindowDoesNotStartAnotherWindow)
 {
     // A timer that went on would run out before the sentinel, which starts later and takes longer.
     expectOrders(1);

@@ -10,7 +10,7 @@
 
 #include <QStringList>
 
-/// Base of the tests of what the message center does once it is there.
+/// Base of the tests of a message center that has started.
 class CenterTest : public HostTest {
 protected:
     CenterTest()
@@ -21,13 +21,13 @@ protected:
         log.clear();
     }
 
-    /// The bus delivers an event with one row, on the calling thread. Its name means nothing.
+    /// The bus delivers an event with one row, on the calling thread. The library ignores the event's name.
     static void deliver(const QVariant &type, const QVariantMap &row)
     {
         HostBus::deliverEvent(QStringLiteral("event"), type, packedRow(row));
     }
 
-    /// The messages of the log, which are all at debug level and of the library's own category.
+    /// The logged messages. Fails the test for one that is not at debug level and of the library's category.
     QStringList logged() const
     {
         QStringList messages;
@@ -46,7 +46,7 @@ protected:
     WebMsgCenter *center = nullptr;
 };
 
-/// The events as name and texts; every argument must be a text.
+/// Name and arguments of each event; fails the test for an argument that is not a text.
 inline QStringList textsOf(const QList<ViewEvent> &events)
 {
     QStringList texts;

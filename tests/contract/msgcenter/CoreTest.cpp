@@ -101,7 +101,7 @@ TEST_F(CoreTest, UnRegLogsTheAddressAndNeverFollowsThePointer)
     }
 }
 
-TEST_F(CoreTest, UnRegOfAStrangerAndOfNullOnlyLogs)
+TEST_F(CoreTest, UnRegOfUnknownAndNullPointersOnlyLogs)
 {
     WebMsgCenter *center = WebMsgCenter::instance();
     RecordingView stranger;
@@ -113,7 +113,7 @@ TEST_F(CoreTest, UnRegOfAStrangerAndOfNullOnlyLogs)
     EXPECT_TRUE(stranger.eventsAfterDraining().isEmpty());
 }
 
-TEST_F(CoreTest, RegIsSilent)
+TEST_F(CoreTest, RegLogsNothing)
 {
     WebMsgCenter *center = WebMsgCenter::instance();
     RecordingView view;

@@ -31,7 +31,7 @@ const struct StrategyCall {
      u"WebMsgCenter::parseVlxQueryStatusResponse pointer error"_qs},
 };
 
-/// What is kept for a view goes with it, although the host has neither unregistered it nor cleared anything.
+/// Everything that is kept for a view is dropped with it, although the host has not unregistered the view.
 class EndedViewsTest : public StrategiesTest {
 protected:
     EndedViewsTest()
@@ -180,7 +180,7 @@ TEST_F(EndedViewsTest, LeaveTheNextViewItsOwnAnswers)
         answerStrategy(each, u"u1"_qs, &next);
         EXPECT_THAT(next.eventNames(), ElementsAre(each.reply));
 
-        // Nobody asked for these; such answers are delivered.
+        // Answers that nobody asked for are delivered.
         next.clear();
         answerStrategy(each, u"u2"_qs, &next);
         answerStrategy(each, u"u3"_qs, &next);
@@ -239,7 +239,7 @@ TEST_F(EndedViewsTest, AreRememberedForTheLastFourThousandCalls)
     RecordingView &next = renewRegistered();
     for (int i = 0; i <= remembered; ++i)
         answerStrategy(strategyCalls[2], u"u%1"_qs.arg(i), &next);
-    // That of the oldest one only, which is taken for an answer that nobody asked for.
+    // Only the answer to the oldest call, which is forgotten, so that it counts as an answer that nobody asked for.
     ASSERT_EQ(next.events().size(), 1);
     EXPECT_TRUE(textsOf(next.events()).value(1).endsWith(uR"("uuid":"u0"})"_qs));
 }

@@ -82,7 +82,7 @@ TEST_F(AssetEventsTest, OfAnUnknownFundAccountPushAnEmptyObject)
     EXPECT_THAT(textsOf(view.events()), ElementsAre(assetUpdate, u"{}"_qs));
 }
 
-TEST_F(AssetEventsTest, AreNotHeldBack)
+TEST_F(AssetEventsTest, AreNotBatched)
 {
     EXPECT_CALL(host, VarnelBusinessDataInterface_GetAccountInfoListFromTrade(_, true))
         .Times(3)
@@ -131,7 +131,7 @@ TEST_F(EventsTest, OrdersLoadedIsBroadcastOnTheCallersThreadWithoutAnArgument)
     center->unReg(&second);
 }
 
-TEST_F(EventsTest, WithoutAViewEveryKindIsDroppedWithALine)
+TEST_F(EventsTest, WithoutAViewEveryKindIsDroppedAndLogged)
 {
     center->unReg(&view);
     QSignalSpy taken(center, &WebMsgCenter::signalParseEventMsg);
@@ -226,7 +226,7 @@ TEST_F(EventsTest, AreHandledOnTheOwnersThread)
     EXPECT_EQ(view.events().first().thread, QThread::currentThread());
 }
 
-TEST_F(EventsTest, TakenInBeforeTheLastViewWentArePushedToNobody)
+TEST_F(EventsTest, ThatArriveBeforeTheLastViewUnregistersArePushedToNobody)
 {
     EXPECT_CALL(host, VarnelBusinessDataInterface_GetAccountInfoListFromTrade(_, true))
         .WillOnce(Return(QList<tagUserAccountInfo>()));
@@ -280,9 +280,9 @@ TEST_F(EventsTest, AssetDetailSignalIsNeverEmitted)
     EXPECT_TRUE(detail.isEmpty());
 }
 
-TEST_F(EventsTest, OfTheBusThreadMeetARegistryThatChanges)
+TEST_F(EventsTest, OfTheBusThreadAreSafeWhileTheRegistryChanges)
 {
-    // What is proved is that every notice finds a whole registry: the view that stays gets each of them.
+    // Every notice must find a whole registry: the view that stays registered gets each of them.
     constexpr int count = 500;
     std::vector<std::unique_ptr<RecordingView>> passing(20);
     std::generate(passing.begin(), passing.end(), std::make_unique<RecordingView>);

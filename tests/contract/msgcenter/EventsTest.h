@@ -18,12 +18,12 @@ enum TradingEvent {
     ordersLoadedEvent = 0x30001
 };
 
-/// Base of the tests of what the bus delivers; one view is registered.
+/// Base of the tests of the bus's events; one view is registered.
 class EventsTest : public CenterTest {
 protected:
     EventsTest() { center->reg(&view); }
 
-    /// The id of strategy events is asked for so often; for no other event may it be.
+    /// Expects the id of strategy events to be asked for so often, and no other event's.
     void expectStrategyIdAsked(int times)
     {
         EXPECT_CALL(host,

@@ -30,7 +30,7 @@ class PermissionsTest : public HostTest {
 protected:
     PermissionsTest() { start.dataDispatchers = 0; }
 
-    /// Starts the library; the variations of the load are those of start.
+    /// Starts the library; the member start says how the load goes.
     void startLibrary()
     {
         expectStart(start);
@@ -48,14 +48,14 @@ protected:
         EXPECT_CALL(host, VarnelInitStateMgr_IsInited(loaded)).WillOnce(Return(answer)).RetiresOnSaturation();
     }
 
-    /// Asks when the host says that the permissions have been loaded.
+    /// Asks while the host says that the permissions are loaded.
     bool held(const QString &fundAccount, const QString &supportType)
     {
         expectIsInited(true);
         return center->getPermission(fundAccount, supportType);
     }
 
-    /// Asks when it says that they have not; the load is expected first, as start describes it.
+    /// Asks while the host says that they are not loaded. Expects the load first, as the member start describes it.
     bool heldAfterLoad(const QString &fundAccount, const QString &supportType)
     {
         const testing::Sequence order;
@@ -82,7 +82,7 @@ TEST_F(PermissionsTest, AreLoadedAtStartAndAnsweredFromThere)
     EXPECT_TRUE(log.lines().isEmpty());
 }
 
-TEST_F(PermissionsTest, HostsOwnTextOfTheAliasIsNoSupportType)
+TEST_F(PermissionsTest, HostsOwnNameOfTheAliasedSupportTypeIsUnknown)
 {
     startWith({permission(u"f1"_qs, hostsOwn), permission(u"f2"_qs, hostsOwn + u' ')});
     EXPECT_FALSE(held(u"f1"_qs, hostsOwn));
@@ -97,7 +97,7 @@ TEST_F(PermissionsTest, AliasThatTheServerSendsItselfIsTheSameSupportType)
     EXPECT_TRUE(held(u"f2"_qs, alias));
 }
 
-TEST_F(PermissionsTest, WhatTheServerNeverMentionedIsNotHeld)
+TEST_F(PermissionsTest, AccountsAndTypesThatTheServerDidNotNameAreRefused)
 {
     startWith({permission(u"f1"_qs, hostsOwn)});
     for (const QString &supportType : {u"KFZ"_qs, u"SNB"_qs, u"kfz;snb"_qs, u"KFZ;SNB "_qs, QString()})
@@ -121,7 +121,7 @@ TEST_F(PermissionsTest, RecordsThatLackAFieldAreFiledUnderTheEmptyText)
     EXPECT_FALSE(held(u"f1"_qs, u"other"_qs));
 }
 
-TEST_F(PermissionsTest, LoadThatFailsIsTriedAgainOnEachQuestionUntilItSucceeds)
+TEST_F(PermissionsTest, LoadThatFailsIsTriedAgainOnEachLookUpUntilItSucceeds)
 {
     start.permissionError = u"服务器忙"_qs;
     startWith({permission(u"f1"_qs, hostsOwn)}); // nobody trusts these
@@ -135,7 +135,7 @@ TEST_F(PermissionsTest, LoadThatFailsIsTriedAgainOnEachQuestionUntilItSucceeds)
     EXPECT_FALSE(held(u"f1"_qs, alias));
 }
 
-TEST_F(PermissionsTest, FailedLoadLeavesWhatWasThere)
+TEST_F(PermissionsTest, FailedLoadKeepsTheEarlierPermissions)
 {
     startWith({permission(u"f1"_qs, hostsOwn)});
     start.permissionError = u"x"_qs;
@@ -154,7 +154,7 @@ TEST_F(PermissionsTest, WithoutALoginTheServerIsNotAsked)
     EXPECT_TRUE(heldAfterLoad(u"f1"_qs, alias));
 }
 
-TEST_F(PermissionsTest, LoadThatTheHostDoesNotGrantIsNotMade)
+TEST_F(PermissionsTest, NothingIsLoadedWhenTheHostRefusesTheLoad)
 {
     start.permissionLoadIsFree = false;
     startLibrary();
@@ -176,7 +176,7 @@ TEST_F(PermissionsTest, SecondLoadAddsToTheFirst)
     EXPECT_FALSE(held(u"f3"_qs, alias));
 }
 
-TEST_F(PermissionsTest, NobodyWaitsForALoadUnderWay)
+TEST_F(PermissionsTest, LookUpsDoNotWaitForARunningLoad)
 {
     startWith({permission(u"f1"_qs, hostsOwn)});
     ThreadLatch queryBegan;
@@ -193,7 +193,7 @@ TEST_F(PermissionsTest, NobodyWaitsForALoadUnderWay)
             queryMayEnd.wait();
             return QList<QVariantMap>{permission(u"f2"_qs, hostsOwn)};
         });
-    // What this thread asks meanwhile: once as if loaded, once as if not, when the load is taken.
+    // This thread asks meanwhile: once while the host says loaded, once while it says not loaded but refuses the load.
     EXPECT_CALL(host, VarnelInitStateMgr_IsInited(loaded)).InSequence(order).WillOnce(Return(true));
     EXPECT_CALL(host, VarnelInitStateMgr_IsInited(loaded)).InSequence(order).WillOnce(Return(false));
     EXPECT_CALL(host, VarnelInitStateMgr_StartInit(loaded)).InSequence(order).WillOnce(Return(false));

@@ -26,7 +26,7 @@ protected:
 
     static QString folder(const QString &account) { return OwnAccount::folderOf(account); }
 
-    /// What another run prints for the account, or what it says when it fails.
+    /// What another process prints for the account; its error text when it fails.
     static QString otherRun(const QString &account, const QStringList &arguments)
     {
         QProcess process;
@@ -45,7 +45,7 @@ protected:
         return WebMsgCenter::instance();
     }
 
-    /// Writes what is pending, as the event loop does when it next turns.
+    /// Writes the file, as the event loop does when it next turns.
     static void writeBack() { QCoreApplication::processEvents(); }
 
     const OwnAccount ownAccount;
@@ -78,7 +78,7 @@ TEST_F(SettingsTest, KeysThatDifferInCaseAreOneOnWindowsOnly)
 #endif
 }
 
-TEST_F(SettingsTest, EmptyKeyIsRefusedWithoutAWordFromQt)
+TEST_F(SettingsTest, EmptyKeyIsRefusedWithoutALogLine)
 {
     center();
     const LogRecorder log; // Qt would warn while the settings are locked
@@ -94,8 +94,8 @@ TEST_F(SettingsTest, SlashesBeforeAKeyDoNotCount)
     EXPECT_EQ(center()->getSetting(QStringLiteral("//x/")), QStringLiteral("v"));
 }
 
-// The section [General] of the file holds the keys without a section; a section of that name is written as [%General]
-// whatever its case, twice, and the second is read as the first's.
+// Qt writes keys without a section to [General], so that a section of that name, in any case, is written as [%General].
+// Here there are two of those, and both are read as "General".
 TEST_F(SettingsTest, SectionsThatDifferInCaseFromGeneralAreOneAfterARestart)
 {
     EXPECT_EQ(otherRun(account, {QStringLiteral("save"), QStringLiteral("General/x"), QStringLiteral("upper"),
@@ -195,7 +195,7 @@ TEST_F(SettingsTest, OfAnotherThreadAreOnDiskWhenTheEventLoopIsIdle)
             writeBack();
         other.join();
         writeBack();
-        // The bytes, because settings of this process would share what is not on disk yet.
+        // The bytes of the file: a second QSettings would share what is not on disk yet.
         QFile file(folder(account) + QStringLiteral("/WebSettings.ini"));
         ASSERT_TRUE(file.open(QIODevice::ReadOnly));
         const QByteArray text = file.readAll();
@@ -203,7 +203,7 @@ TEST_F(SettingsTest, OfAnotherThreadAreOnDiskWhenTheEventLoopIsIdle)
     }
 }
 
-TEST_F(SettingsTest, OfNobodyLieInTheFolderWithoutAName)
+TEST_F(SettingsTest, WithoutALoginLieInTheFolderWithAnEmptyName)
 {
     start.loginAccount = QString();
     center()->saveSetting(QStringLiteral("k"), QStringLiteral("v"));

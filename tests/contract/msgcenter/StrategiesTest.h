@@ -4,8 +4,8 @@
 
 #include "Varnel_Fields.h"
 
-/// Base of the tests of strategy control. The bus's ids of the strategy platform's two events are known, as often as
-/// they are asked for; a page may be registered or not.
+/// Base of the tests of strategy control. The host tells the ids of the strategy platform's two events as often as it
+/// is asked. No view is registered yet.
 class StrategiesTest : public CenterTest {
 protected:
     static constexpr int inEventId = 0x5B5B5;
@@ -28,7 +28,7 @@ protected:
             QMetaObject::invokeMethod(center, method, Q_ARG(QVariantList, arguments), Q_ARG(VarnelCefView *, view)));
     }
 
-    /// The fields of a request: what every one has stands around its own.
+    /// The fields of a request: its own, between those that every request has.
     static MessageFields request(const QString &subEvent, const MessageFields &own, VarnelCefView *view,
                                  const QString &uuid)
     {

@@ -25,7 +25,7 @@ class StrategyAnswersTest : public StrategiesTest {
 protected:
     StrategyAnswersTest() { center->reg(&view); }
 
-    /// A whole answer for the view.
+    /// An answer for the view with all its fields.
     QVariantMap row(const QVariant &text = u"0"_qs)
     {
         return {{u"panelPtr"_qs, pointerTo(&view)},
@@ -38,7 +38,7 @@ protected:
 
     static QVariant pointerTo(VarnelCefView *of) { return QVariant::fromValue(of); }
 
-    /// Answers with that pointer must leave the line that calls it wrong, and nothing else.
+    /// Answers with that pointer must log "pointer error" and send nothing.
     void expectRefused(const QVariantMap &fields)
     {
         for (const Answer &each : answers) {
@@ -72,7 +72,7 @@ TEST_F(StrategyAnswersTest, ReachThePageThatAsked)
     center->unReg(&other);
 }
 
-TEST_F(StrategyAnswersTest, AnyTextButZeroIsTheReasonOfAFailure)
+TEST_F(StrategyAnswersTest, AnyDescriptionButZeroIsAFailureWithThatMessage)
 {
     const struct {
         QVariant sent;
@@ -119,7 +119,7 @@ TEST_F(StrategyAnswersTest, FieldsThatAreAbsentAreEmpty)
     }
 }
 
-TEST_F(StrategyAnswersTest, ValuesAreReadAsTextsButTheExtensionComesAsItIs)
+TEST_F(StrategyAnswersTest, ValuesAreReadAsTextsAndTheExtensionPassesUnchanged)
 {
     QVariantMap fields = row();
     fields.insert(u"uuid"_qs, 7);
@@ -234,7 +234,7 @@ TEST_F(StrategyStatusTest, UpdateReadsItsValuesAsTexts)
                                                     statusUpdate, QString(), QString()));
 }
 
-TEST_F(StrategyStatusTest, UpdateThatFindsNoViewLeavesALine)
+TEST_F(StrategyStatusTest, UpdateWithoutARegisteredViewIsLogged)
 {
     BusThread bus;
     bus.run([this] { answer(VeloxValues::MSEventStrategyStatusUpdate, {{Strategy::strategyID, u"S-1"_qs}}); });

@@ -50,20 +50,20 @@ TEST_F(StrategySubscriptionsTest, CustomMessageIsTwoTextsAndNoEnvelope)
     EXPECT_EQ(log.linesWith(u"parse"_qs).size(), 0);
 }
 
-TEST_F(StrategySubscriptionsTest, MessagesNobodyWantsGoNowhere)
+TEST_F(StrategySubscriptionsTest, MessagesWithoutSubscribersAreDropped)
 {
     subscribe(view, u"m1"_qs);
     for (const QString &id : {u"m2"_qs, u"M1"_qs, QString()})
         EXPECT_THAT(received(view, message(id, u"text"_qs)), IsEmpty());
 }
 
-TEST_F(StrategySubscriptionsTest, MessageWithoutAnIdGoesToWhoWantsTheEmptyOne)
+TEST_F(StrategySubscriptionsTest, MessageWithoutAnIdReachesSubscribersOfTheEmptyId)
 {
     subscribe(view, QVariant());
     EXPECT_THAT(received(view, {}), ElementsAre(customInfo, QString(), QString()));
 }
 
-TEST_F(StrategySubscriptionsTest, OnlyTheTextOneAdds)
+TEST_F(StrategySubscriptionsTest, OnlySubTypeOneSubscribes)
 {
     for (const QVariant &subType : {QVariant(u"0"_qs), QVariant(u"2"_qs), QVariant(u"01"_qs), QVariant(u" 1"_qs),
                                     QVariant(QString()), QVariant(), QVariant(true), QVariant(QVariantList{1})}) {
@@ -135,7 +135,7 @@ TEST_F(StrategySubscriptionsTest, OfAViewThatIsGoneAreNeverFollowed)
     EXPECT_THAT(received(view, message(u"m1"_qs, u"x"_qs)), ElementsAre(customInfo, u"m1"_qs, u"x"_qs));
 }
 
-TEST_F(StrategySubscriptionsTest, OfNoViewAreHarmless)
+TEST_F(StrategySubscriptionsTest, WithoutAViewAreIgnored)
 {
     EXPECT_CALL(host, QvPresenterClass_PutEvent(start.pid, testing::_));
     call("Vlx_subStrategyMsg_REQ", {u"u1"_qs, u"m1"_qs, u"1"_qs}, nullptr);

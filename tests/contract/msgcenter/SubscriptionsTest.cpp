@@ -59,7 +59,7 @@ TEST_F(SubscriptionsTest, UnsubscribingTakesOnlyWhatIsNamed)
     EXPECT_THAT(ticksOf(view, u"C"_qs), IsEmpty());
 }
 
-TEST_F(SubscriptionsTest, UnsubscribingWhatWasNeverSubscribedIsAnsweredAllTheSame)
+TEST_F(SubscriptionsTest, UnsubscribingAnUnknownSymbolIsAnswered)
 {
     center->unsubscribe(&view, u"u1"_qs, {u"S"_qs});
     center->unsubscribe(&view, u"u2"_qs, {});
@@ -105,7 +105,7 @@ TEST_F(SubscriptionsTest, UnsubscribingAllForTheHostNeverFollowsThePointer)
     EXPECT_THAT(logged(), ElementsAre(logText("WebMsgCenter::unsubscribeAll", static_cast<const void *>(stale))));
 }
 
-TEST_F(SubscriptionsTest, WithoutAViewNothingIsAskedOrAnswered)
+TEST_F(SubscriptionsTest, WithoutAViewTheHostIsNotAskedAndNothingIsAnswered)
 {
     center->reg(&view);
     center->subscribe(nullptr, u"u1"_qs, {u"S"_qs});
@@ -145,7 +145,7 @@ TEST_F(SubscriptionsTest, ListsAreTakenAsTheyAre)
     EXPECT_THAT(ticksOf(view, huge), ElementsAre(tick, quoteText));
 }
 
-TEST_F(SubscriptionsTest, UuidComesBackWhateverItIs)
+TEST_F(SubscriptionsTest, AnyUuidComesBackUnchanged)
 {
     const QString hostile = u"\"\\\n\u0001\u0000𝄞</script>%1"_qs;
     center->unsubscribe(&view, hostile, {});
@@ -165,7 +165,7 @@ TEST_F(SubscriptionsTest, RepliesComeAfterTheLogLineAndWithoutTheLock)
     view.whileBroadcasting([&] {
         ++replies;
         lines = logged();
-        // As a host may on another thread; it must not wait for this reply.
+        // A host may do this on another thread; it must not wait for this reply.
         const auto clearing = std::async(std::launch::async, [&] { center->unsubscribeAll(&other); });
         EXPECT_EQ(clearing.wait_for(std::chrono::seconds(5)), std::future_status::ready);
     });

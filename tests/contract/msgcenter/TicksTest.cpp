@@ -9,7 +9,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Return;
 
-/// A value that tells when its text is made.
+/// A value that reports when its text is made.
 struct TextProbe {
     static int conversions;
     static std::function<void()> duringConversion;
@@ -44,7 +44,7 @@ TEST_F(TicksTest, WithoutARegisteredViewNothingHappens)
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 
-TEST_F(TicksTest, AreTheBareQuoteAndLeaveNoLine)
+TEST_F(TicksTest, AreTheBareQuoteAndLogNothing)
 {
     subscribeRegistered(view, {u"S"_qs});
     log.clear();
@@ -103,7 +103,7 @@ TEST_F(TicksTest, TextIsMadeWhileSubscriptionsCanChange)
     EXPECT_THAT(leaving.events(), IsEmpty());
 }
 
-TEST_F(TicksTest, AreComparedInTheirCase)
+TEST_F(TicksTest, SymbolsAreCaseSensitive)
 {
     subscribeRegistered(view, {u"ABC"_qs, u"Ü"_qs});
     for (const QString &other : {u"abc"_qs, u"ABC "_qs, u"AB"_qs, QString(), u"U\u0308"_qs})
@@ -120,7 +120,7 @@ TEST_F(TicksTest, ReachViewsInTheOrderOfTheirAddresses)
         expected << each.get();
     std::sort(expected.begin(), expected.end(), std::less<>());
 
-    // Against that order, in registry and subscriptions.
+    // Registered and subscribed in the opposite order.
     std::sort(views.begin(), views.end(),
               [](const auto &a, const auto &b) { return std::greater<>()(a.get(), b.get()); });
     for (const auto &each : views)
@@ -150,7 +150,7 @@ TEST_F(TicksTest, SubscriptionsOutliveTheRegistration)
     EXPECT_THAT(ticksOf(view, u"S"_qs), ElementsAre(tick, quoteText));
 }
 
-TEST_F(TicksTest, ReachAViewThatIsRegisteredTwiceOnceAndOtherPushesTwice)
+TEST_F(TicksTest, ReachAViewThatIsRegisteredTwiceOnceUnlikeOtherPushes)
 {
     subscribeRegistered(view, {u"S"_qs});
     center->reg(&view);
@@ -195,7 +195,7 @@ TEST_F(TicksTest, AllArriveInOrderInAStormWhileOtherViewsComeAndGo)
     subscribeRegistered(view, {u"S"_qs});
     EXPECT_CALL(host, CommonQuotaHandler_SubscribeQuota(QStringList{u"S"_qs}, true, 0)).WillRepeatedly(Return(0));
 
-    // Made here, so that the other thread only passes them on.
+    // Made on this thread; the other thread only emits them.
     std::vector<QVariantMap> ticks;
     ticks.reserve(count);
     for (int i = 0; i < count; ++i)

@@ -19,7 +19,7 @@ protected:
         EXPECT_CALL(host, BusinessDataInterface_GetOrderDetailByOrderID(orderId)).WillOnce(Return(details));
     }
 
-    /// The request with these entries, which the host answers so.
+    /// Expects one request with these entries, and answers it with the response.
     void expectRequest(const Records &entries, const QVariant &response, int result = 0)
     {
         EXPECT_CALL(host, VarnelTradeLogicFactory_SendRequestSync(CancelOrdersTradeRequest,

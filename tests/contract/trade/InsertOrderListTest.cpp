@@ -19,7 +19,7 @@ protected:
         return process->processInsertOrderList(uuid, u"f1"_qs, u"tag"_qs, orders);
     }
 
-    /// The whole road of a list that the host takes without a response.
+    /// Expects every host call for a list that the host accepts without a response.
     void expectPlaced(const Orders &orders)
     {
         expectKnownAccount();
@@ -43,7 +43,7 @@ TEST_F(InsertOrderListTest, TwoOrdersAreOneRequestAndEachHasItsAnswer)
     expectKnownAccount();
     expectClientOrderIds(2);
     expectOrders(orders, 0);
-    // What the host says, not what the page sent, in the host's order.
+    // The host's values in the host's order, not what the page sent.
     expectResponse(orders, {{{Security::symbol, u"s2"_qs},
                              {Security::side, u"sd2"_qs},
                              {CustomField::priceType, u"pt2"_qs},

@@ -32,14 +32,14 @@ protected:
                                            page.price, page.qty, u"tag"_qs);
     }
 
-    /// What the host gets of it.
+    /// The order that the host gets for it.
     static Orders ordersOf(const PageOrder &page, qint64 qty, const QString &side)
     {
         return {{page.symbol, qty, page.priceType, page.price, side, page.exchange, u"c1"_qs, u"tag"_qs}};
     }
     static Orders ordersOf(const PageOrder &page) { return ordersOf(page, 100, page.side); }
 
-    /// Everything up to the request itself.
+    /// Expects every host call up to the request itself.
     void expectRequest(const Orders &orders, int result, const Errors &errors = {})
     {
         expectKnownAccount();
@@ -53,7 +53,7 @@ protected:
             {{System::requestExeStatus, u"0"_qs}, {System::textDescription, QString()}, {Security::orderID, orderId}}};
     }
 
-    /// The echo of what the page sent; orderId is JSON and may be absent.
+    /// The result with what the page sent; orderId is JSON and may be absent.
     static QString echo(const PageOrder &page = {}, const QString &orderId = QString())
     {
         return uR"({"exchange":"%1","fundAccount":"f1",%2"orderSide":"%3","price":"%4","priceType":"%5","qty":"%6","symbol":"%7"})"_qs
@@ -172,7 +172,7 @@ TEST_F(InsertOrderTest, QuantityIsADecimalIntegerOrZeroAndEchoedAsItIs)
     }
 }
 
-TEST_F(InsertOrderTest, AfterHoursTheHostGetsASideOfItsOwnAndThePageItsOwnBack)
+TEST_F(InsertOrderTest, AfterHoursTheHostGetsItsOwnSideCodeAndThePageItsSideBack)
 {
     PageOrder page;
     page.priceType = PriceType::shEntrustAfterHours;
@@ -188,7 +188,7 @@ TEST_F(InsertOrderTest, AfterHoursTheHostGetsASideOfItsOwnAndThePageItsOwnBack)
         expectSide(other, SideUnion::pfpSell);
 }
 
-TEST_F(InsertOrderTest, OtherwiseTheSideIsThePages)
+TEST_F(InsertOrderTest, OutsideAfterHoursTheHostGetsThePagesSide)
 {
     PageOrder page;
     page.side = SideUnion::buyItemList.first();

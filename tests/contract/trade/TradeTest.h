@@ -26,20 +26,20 @@ inline void PrintTo(const OrderRequest &order, std::ostream *os)
 
 } // namespace VarnelLogic
 
-/// Base of the tests of the trade service. It needs nothing of the terminal to start.
+/// Base of the tests of the trade service, which calls no host operation when it starts.
 class TradeTest : public HostTest {
 protected:
     using Orders = QList<VarnelLogic::OrderRequest>;
     using Errors = QList<VarnelLogic::ResponseInfo>;
     using Records = QList<QVariantMap>;
 
-    /// A fund account "f1" with two trading accounts, of which the first counts.
+    /// A fund account "f1" with two trading accounts; the library uses the first.
     void expectKnownAccount()
     {
         expectAccounts(host, u"f1"_qs, {{u"f1"_qs, u"name"_qs, u"t1"_qs}, {u"f1"_qs, u"other"_qs, u"t2"_qs}});
     }
 
-    /// Fresh identifiers, again from "c1" on.
+    /// Client order identifiers, counted from "c1" again.
     void expectClientOrderIds(int count)
     {
         m_lastClientOrder = 0;
@@ -48,8 +48,8 @@ protected:
         });
     }
 
-    /// One request with exactly these orders for the account "t1", which the host answers so; errors are what it
-    /// gives beside the result.
+    /// Expects one request with exactly these orders for the account "t1", and answers it with result, errors and
+    /// response.
     void expectOrders(const Orders &orders, int result, const Errors &errors = {},
                       const QVariant &response = u"the response"_qs)
     {
@@ -66,7 +66,7 @@ protected:
             });
     }
 
-    /// The translation of the response to the same orders.
+    /// Expects the response to the same orders to be translated, and gives these records for it.
     void expectResponse(const Orders &orders, const Records &records)
     {
         EXPECT_CALL(host, VarnelTradeLogic_transOrderRsp(testing::_, Identical(QVariant(u"the response"_qs))))
@@ -77,7 +77,7 @@ protected:
             });
     }
 
-    /// The messages of the log, which are all at debug level and of the library's own category.
+    /// The logged messages. Fails the test for one that is not at debug level and of the library's category.
     QStringList logged() const
     {
         QStringList messages;
