@@ -1,7 +1,7 @@
 import { answeredCalls, pushEvents, unansweredCalls } from '@varnel/web-client';
 import { readdirSync, readFileSync } from 'node:fs';
 import { fileURLToPath } from 'node:url';
-import { Ears } from './support/ears';
+import { EventRecorder } from './support/eventRecorder';
 import { expect, test } from './support/test';
 
 test.describe('the orders-loaded notice', () => {
@@ -9,9 +9,12 @@ test.describe('the orders-loaded notice', () => {
   test.use({ options: ['--speed', '0.2'] });
 
   test('comes once, with no argument, to every page', async ({ context }) => {
-    const pages = [await Ears.open(await context.newPage()), await Ears.open(await context.newPage())];
-    for (const ears of pages) await ears.until(() => ears.of('on_orderLoaded').length > 0);
-    for (const ears of pages) expect(ears.of('on_orderLoaded')).toEqual([[]]);
+    const pages = [
+      await EventRecorder.open(await context.newPage()),
+      await EventRecorder.open(await context.newPage()),
+    ];
+    for (const recorder of pages) await recorder.until(() => recorder.of('on_orderLoaded').length > 0);
+    for (const recorder of pages) expect(recorder.of('on_orderLoaded')).toEqual([[]]);
   });
 });
 

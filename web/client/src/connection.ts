@@ -66,8 +66,9 @@ export function connect(bridge: CallBridge, options: ConnectOptions = {}): Conne
   let closed = false;
 
   function open(call: Call) {
-    const { method, answer, deferred, answersEmpty, acts } = describe(call);
-    const unanswered = (reason: TimeoutError | ClosedError) => (acts ? new OutcomeUnknownError(reason) : reason);
+    const { method, answer, deferred, answersEmpty, hasSideEffects } = describe(call);
+    const unanswered = (reason: TimeoutError | ClosedError) =>
+      hasSideEffects ? new OutcomeUnknownError(reason) : reason;
     const event = answeredCalls[method];
     const waiting = new Map<string, Waiting>(); // by uuid, oldest first
 
@@ -82,7 +83,7 @@ export function connect(bridge: CallBridge, options: ConnectOptions = {}): Conne
      * that acts a guess is not good enough: taken for refused, an order that stands would be placed again.
      */
     function takeUnnamed(): [string, Waiting] | undefined {
-      if (acts || (deferred && waiting.size !== 1)) return undefined;
+      if (hasSideEffects || (deferred && waiting.size !== 1)) return undefined;
       const [oldest] = waiting;
       if (oldest) waiting.delete(oldest[0]);
       return oldest;

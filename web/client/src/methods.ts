@@ -15,7 +15,7 @@ interface Method extends OneWayMethod {
   /** The empty reply is the answer here, not a rejection. */
   answersEmpty?: true;
   /** It trades, starts or stops something: without an answer nobody knows whether it was carried out. */
-  acts?: true;
+  hasSideEffects?: true;
 }
 
 /** The calls that a connection offers. Types, argument lists and answers all derive from this table. */
@@ -147,7 +147,7 @@ export const methods = {
       ['orderTag', 'text'],
     ],
     answer: answers.placedOrder,
-    acts: true,
+    hasSideEffects: true,
   },
   insertOrderList: {
     method: 'Trade_insertOrderList_REQ',
@@ -157,13 +157,13 @@ export const methods = {
       ['orders', 'orderLines'],
     ],
     answer: answers.listedOrders,
-    acts: true,
+    hasSideEffects: true,
   },
   cancelOrders: {
     method: 'Trade_reqCancelOrder_REQ',
     parameters: [['orderIds', 'commaList']],
     answer: answers.cancelledOrders,
-    acts: true,
+    hasSideEffects: true,
   },
   startStrategy: {
     method: 'Vlx_startStrategy_REQ',
@@ -176,7 +176,7 @@ export const methods = {
     ],
     answer: answers.strategyAnswer,
     deferred: true,
-    acts: true,
+    hasSideEffects: true,
   },
   stopStrategy: {
     method: 'Vlx_stopStrategy_REQ',
@@ -186,7 +186,7 @@ export const methods = {
     ],
     answer: answers.strategyAnswer,
     deferred: true,
-    acts: true,
+    hasSideEffects: true,
   },
   queryStrategyStatus: {
     method: 'Vlx_queryStrategyStatus_REQ',

@@ -30,7 +30,7 @@ const line = { symbol: 's', exchange: 'X', orderSide: 'Buy', priceType: 'Limit',
 const order = { ...line, fundAccount: 'f', orderTag: '' };
 const echo = { ...line, fundAccount: 'f' };
 
-const acting: [string, () => Promise<unknown>, string][] = [
+const commands: [string, () => Promise<unknown>, string][] = [
   ['an order', () => sdk.insertOrder(order), 'Trade_insertOrder_RES'],
   [
     'a list of orders',
@@ -46,9 +46,9 @@ const acting: [string, () => Promise<unknown>, string][] = [
   ['a stop of a strategy', () => sdk.stopStrategy({ strategyID: 'S', extension: '' }), 'Vlx_stopStrategy_RES'],
 ];
 
-describe.each(acting)('%s', (_, act, event) => {
+describe.each(commands)('%s', (_, send, event) => {
   it('without an answer in time has an unknown outcome, and is not sent again', async () => {
-    const answer = act();
+    const answer = send();
     const outcome = answer.catch((error: unknown) => error);
     await vi.advanceTimersByTimeAsync(1000);
     const error = (await outcome) as OutcomeUnknownError;
@@ -65,7 +65,7 @@ describe.each(acting)('%s', (_, act, event) => {
 
   it('is not settled by an empty reply, which answers a call made elsewhere', async () => {
     let settled = false;
-    const answer = act();
+    const answer = send();
     const outcome = answer.catch((error: unknown) => error).finally(() => (settled = true));
     bridge.emit(event, '');
     await vi.advanceTimersByTimeAsync(999);
@@ -76,7 +76,7 @@ describe.each(acting)('%s', (_, act, event) => {
   });
 
   it('under way when the connection closes has an unknown outcome, and is not sent again', async () => {
-    const answer = act();
+    const answer = send();
     sdk.close();
     await expect(answer).rejects.toBeInstanceOf(OutcomeUnknownError);
     await expect(answer).rejects.toMatchObject({ cause: expect.any(ClosedError) });
@@ -85,7 +85,7 @@ describe.each(acting)('%s', (_, act, event) => {
 
   it('after the close is not sent at all, and its outcome is known', async () => {
     sdk.close();
-    await expect(act()).rejects.toBeInstanceOf(ClosedError);
+    await expect(send()).rejects.toBeInstanceOf(ClosedError);
     expect(bridge.calls).toEqual([]);
   });
 });

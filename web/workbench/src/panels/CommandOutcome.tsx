@@ -1,20 +1,20 @@
 import { FailedCallError } from '@varnel/web-client';
 import type { ReactNode } from 'react';
-import type { Act } from '../useAct';
+import type { Command } from '../useCommand';
 
 /** Says what became of a call that trades, starts or stops something. */
-export function ActOutcome<T>({ act, children }: { act: Act<T>; children: (data: T) => ReactNode }) {
-  switch (act.phase) {
+export function CommandOutcome<T>({ command, children }: { command: Command<T>; children: (data: T) => ReactNode }) {
+  switch (command.phase) {
     case 'idle':
       return null;
     case 'busy':
       return <p className="quiet">等待应答 waiting…</p>;
     case 'done':
-      return <>{children(act.data)}</>;
+      return <>{children(command.data)}</>;
     case 'refused':
       return (
         <p className="problem" role="alert">
-          {reasonOf(act.error)}
+          {reasonOf(command.error)}
         </p>
       );
     case 'unknown':

@@ -15,18 +15,18 @@ declare global {
 let calls = 0;
 
 /** A bare page that listens to every event of the protocol from its first moment on, the reserved ones too. */
-export class Ears {
+export class EventRecorder {
   /** What the page has heard, in order. */
   heard: Received[] = [];
   private readonly watchers = new Set<() => void>();
 
   private constructor(readonly page: Page) {}
 
-  static async open(page: Page, address = '/bare.html'): Promise<Ears> {
-    const ears = new Ears(page);
+  static async open(page: Page, address = '/bare.html'): Promise<EventRecorder> {
+    const recorder = new EventRecorder(page);
     await page.exposeFunction('hear', (event: string, args: unknown[]) => {
-      ears.heard.push({ event, args });
-      ears.watchers.forEach((look) => look());
+      recorder.heard.push({ event, args });
+      recorder.watchers.forEach((look) => look());
     });
     await page.addInitScript(
       (names) => {
@@ -42,8 +42,8 @@ export class Ears {
       [...replyEvents, ...pushEvents, ...neverSent] as string[],
     );
     await page.goto(address);
-    await ears.drain();
-    return ears;
+    await recorder.drain();
+    return recorder;
   }
 
   call(method: string, ...args: unknown[]): Promise<void> {
@@ -52,7 +52,7 @@ export class Ears {
 
   /** Makes a call and gives the envelope of its reply. */
   async envelope(method: keyof typeof answeredCalls, ...args: unknown[]): Promise<Envelope> {
-    const uuid = `ears ${++calls}`;
+    const uuid = `recorder ${++calls}`;
     await this.call(method, uuid, ...args);
     return this.reply(method, uuid);
   }
