@@ -114,6 +114,6 @@ test.describe('the market goes on', () => {
       expect(keysOf(position)).toEqual([...positionKeys, 'stockInterest'].sort());
     for (const asset of recorder.pushes<Asset>('on_AssetUpdate')) expect(keysOf(asset)).toEqual([...assetKeys].sort());
     for (const push of pushes) for (const args of recorder.of(push)) expect(args).toHaveLength(1);
-    expect(recorder.neverSent()).toEqual([]);
+    expect(recorder.reservedEvents()).toEqual([]);
   });
 });

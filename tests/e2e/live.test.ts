@@ -45,11 +45,11 @@ test.describe('quotes', () => {
     await recorder.envelope('Sub_subscribe_REQ', `${first},${first}`);
     await recorder.envelope('Sub_subscribe_REQ', first);
     await seen(recorder, first, 5); // by now each subscription has brought the quote that stood
-    recorder.forget();
+    recorder.clear();
     const times = (await seen(recorder, first, 6)).map(({ time }) => String(time));
     expect(times).toEqual([...new Set(times)]);
     await recorder.envelope('UnSub_subscribe_REQ', first);
-    recorder.forget();
+    recorder.clear();
     await recorder.envelope('Sub_subscribe_REQ', second);
     await seen(recorder, second, 4);
     expect(symbolsOf(recorder)).toEqual([second]);
@@ -63,7 +63,7 @@ test.describe('quotes', () => {
     for (const recorder of [one, other]) await recorder.envelope('Sub_subscribe_REQ', `${first},${second}`);
     for (const recorder of [one, other]) await seen(recorder, first, 2);
     await one.envelope('UnSub_subscribe_REQ', first);
-    for (const recorder of [one, other]) recorder.forget();
+    for (const recorder of [one, other]) recorder.clear();
     await seen(other, first, 5);
     await seen(one, second, 5);
     expect(symbolsOf(one)).toEqual([second]);
@@ -77,7 +77,7 @@ test.describe('quotes', () => {
     for (const recorder of [one, other]) await recorder.envelope('Sub_subscribe_REQ', `${first},${second}`);
     for (const recorder of [one, other]) await seen(recorder, second, 2);
     await one.envelope('UnSub_subscribeAll_REQ');
-    for (const recorder of [one, other]) recorder.forget();
+    for (const recorder of [one, other]) recorder.clear();
     await seen(other, first, 5);
     await one.drain();
     expect(ticks(one)).toEqual([]);
@@ -104,7 +104,7 @@ test.describe('quotes', () => {
       await recorder.envelope('Sub_subscribe_REQ', list);
       for (const symbol of [first, second]) await seen(recorder, symbol, 2);
       await recorder.envelope('UnSub_subscribe_REQ', list);
-      recorder.forget();
+      recorder.clear();
       await recorder.envelope('Sub_subscribe_REQ', third);
       await seen(recorder, third, 3);
       expect(symbolsOf(recorder)).toEqual([third]);
@@ -117,7 +117,7 @@ test.describe('quotes', () => {
     await seen(recorder, first, 2);
     await page.reload();
     await recorder.drain();
-    recorder.forget();
+    recorder.clear();
     await recorder.envelope('Sub_subscribe_REQ', second);
     await seen(recorder, second, 4);
     expect(symbolsOf(recorder)).toEqual([second]);
@@ -168,7 +168,7 @@ test.describe('the replies to subscriptions', () => {
     for (const recorder of [one, other]) await recorder.drain();
     // The market goes on meanwhile, and orders and executions are pushed to every page.
     const replies = (recorder: EventRecorder) =>
-      recorder.heard.map(({ event }) => event).filter((event) => event.endsWith('_RES'));
+      recorder.events.map(({ event }) => event).filter((event) => event.endsWith('_RES'));
     expect(replies(one)).toEqual(['Sub_subscribe_RES']);
     expect(replies(other)).toEqual([]);
   });

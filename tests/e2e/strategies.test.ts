@@ -140,7 +140,7 @@ test.describe('a strategy', () => {
       const recorder = await EventRecorder.open(page);
       await recorder.call(method, ...args);
       await running(recorder); // an answer would have come before
-      expect(recorder.heard.filter(({ args: [text] }) => String(text).includes('"uuid":"u"') || text === '')).toEqual(
+      expect(recorder.events.filter(({ args: [text] }) => String(text).includes('"uuid":"u"') || text === '')).toEqual(
         [],
       );
     });
@@ -191,6 +191,6 @@ test.describe('custom messages', () => {
     await recorder.call('Vlx_sendCustomInfo_REQ', 'u', id, 'hello');
     await recorder.until(() => echoes(recorder, id).length === 1);
     await recorder.envelope('Vlx_queryStrategyStatus_REQ', id, '');
-    expect(recorder.neverSent()).toEqual([]);
+    expect(recorder.reservedEvents()).toEqual([]);
   });
 });

@@ -126,7 +126,7 @@ test.describe('an order', () => {
     for (const method of ['insertOrder', 'insertOrderList', 'reqCancelOrder'])
       expect(recorder.of(`Trade_${method}_RES`), method).toEqual([['']]);
     expect(await count(recorder)).toBe(before);
-    recorder.forget();
+    recorder.clear();
     expect(await recorder.envelope('Trade_insertOrder_REQ', ...args, 'more', { and: 'more' })).toMatchObject({
       code: '0',
     });
@@ -329,7 +329,7 @@ test.describe('a cancel', () => {
 test.describe('a burst', () => {
   /** Does something to a thousand orders, and looks at the pushes that tell of it. */
   async function burst(recorder: EventRecorder, status: string, act: () => Promise<string[]>): Promise<string[]> {
-    recorder.forget();
+    recorder.clear();
     const start = Date.now();
     const ids = await act();
     const own = new Set(ids);
@@ -375,5 +375,5 @@ test('what is reserved is never sent, whatever a page does', async ({ page }) =>
   const id = await placed(recorder, order);
   await cancel(recorder, id);
   await reached(recorder, id, 'Cancelled');
-  expect(recorder.neverSent()).toEqual([]);
+  expect(recorder.reservedEvents()).toEqual([]);
 });

@@ -10,11 +10,11 @@ export function replyTo(page: Page, method: AnsweredCall, uuid: string, ...args:
   return page.evaluate(
     ([name, event, all]) =>
       new Promise((resolve) => {
-        const hear = (reply: unknown) => {
-          window.CallBridge.removeEventListener(event, hear);
+        const listener = (reply: unknown) => {
+          window.CallBridge.removeEventListener(event, listener);
           resolve(reply);
         };
-        window.CallBridge.addEventListener(event, hear);
+        window.CallBridge.addEventListener(event, listener);
         window.CallBridge.invokeMethod(name, ...all);
       }),
     [method, answeredCalls[method], [uuid, ...args]] as const,
