@@ -22,11 +22,10 @@ test.describe('an order that meets its price', () => {
     ['at the market', { priceType: 'Market', price: '0' }],
     ['at a limit that is reached', {}],
   ] as const) {
-    test(`${name} is dealt, and its executions, position and money are pushed`, async ({ context }) => {
-      const [one, other] = [
-        await EventRecorder.open(await context.newPage()),
-        await EventRecorder.open(await context.newPage()),
-      ];
+    test(`${name} is dealt, and its executions, position and money are pushed`, async ({
+      recorder: one,
+      secondRecorder: other,
+    }) => {
       const there = await market(one);
       const order = orderFor(there, { price: there.highest, qty: '300', ...but });
       const id = await placed(one, order);
@@ -66,10 +65,9 @@ test.describe('an order that meets its price', () => {
     });
   }
 
-  test('can be of futures, opened and closed', async ({ page }) => {
-    const recorder = await EventRecorder.open(page);
+  test('can be of futures, opened and closed', async ({ recorder }) => {
     const [future] = await ask<SecurityDetail[]>(
-      page,
+      recorder.page,
       'Data_getSymbolListWithDetail_REQ',
       '{"symbolFilter":[{"securityType":"Future","securitySubType":["CommodityFuture"]}]}',
     );
@@ -85,11 +83,10 @@ test.describe('an order that meets its price', () => {
 });
 
 test.describe('the market goes on', () => {
-  test('so that orders of the morning are dealt, and every page hears of it', async ({ context }) => {
-    const [one, other] = [
-      await EventRecorder.open(await context.newPage()),
-      await EventRecorder.open(await context.newPage()),
-    ];
+  test('so that orders of the morning are dealt, and every page hears of it', async ({
+    recorder: one,
+    secondRecorder: other,
+  }) => {
     for (const recorder of [one, other]) {
       await recorder.until(() => recorder.pushes<Execution[]>('on_executionUpdate').flat().length >= 3);
       await recorder.until(() => recorder.pushes<Entrust[]>('on_entrustUpdate').flat().length >= 3);
@@ -99,8 +96,7 @@ test.describe('the market goes on', () => {
     }
   });
 
-  test('and pushes have the promised fields', async ({ page }) => {
-    const recorder = await EventRecorder.open(page);
+  test('and pushes have the promised fields', async ({ recorder }) => {
     const pushes = ['on_entrustUpdate', 'on_executionUpdate', 'on_positionUpdate', 'on_AssetUpdate'] as const;
     for (const push of pushes) await recorder.until(() => recorder.of(push).length > 0);
     const keysOf = (record: object) => Object.keys(record).sort();

@@ -14,12 +14,11 @@ const seen = (recorder: EventRecorder, symbol: string, count: number) =>
   recorder.until(() => ticksOf(recorder, symbol).length >= count && ticksOf(recorder, symbol));
 
 test.describe('quotes', () => {
-  test('come to each page for what it subscribed to, and for nothing else', async ({ context }) => {
-    const [one, other, idle] = [
-      await EventRecorder.open(await context.newPage()),
-      await EventRecorder.open(await context.newPage()),
-      await EventRecorder.open(await context.newPage()),
-    ];
+  test('come to each page for what it subscribed to, and for nothing else', async ({
+    recorder: one,
+    secondRecorder: other,
+    thirdRecorder: idle,
+  }) => {
     await one.envelope('Sub_subscribe_REQ', `${first},${second}`);
     await other.envelope('Sub_subscribe_REQ', `${second},${third}`);
     for (const symbol of [first, second]) await seen(one, symbol, 5);
@@ -30,8 +29,7 @@ test.describe('quotes', () => {
     expect(ticks(idle)).toEqual([]);
   });
 
-  test('are whole, and each is newer than the one before', async ({ page }) => {
-    const recorder = await EventRecorder.open(page);
+  test('are whole, and each is newer than the one before', async ({ recorder }) => {
     await recorder.envelope('Sub_subscribe_REQ', first);
     const list = await seen(recorder, first, 8);
     for (const tick of list) expect(Object.keys(tick).sort()).toEqual(Object.values<string>(quoteFields).sort());
@@ -40,8 +38,7 @@ test.describe('quotes', () => {
     expect(recorder.of('on_tickUpdate').every((args) => args.length === 1)).toBe(true);
   });
 
-  test('of a symbol that is subscribed to twice come once', async ({ page }) => {
-    const recorder = await EventRecorder.open(page);
+  test('of a symbol that is subscribed to twice come once', async ({ recorder }) => {
     await recorder.envelope('Sub_subscribe_REQ', `${first},${first}`);
     await recorder.envelope('Sub_subscribe_REQ', first);
     await seen(recorder, first, 5); // by now each subscription has brought the quote that stood
@@ -55,11 +52,7 @@ test.describe('quotes', () => {
     expect(symbolsOf(recorder)).toEqual([second]);
   });
 
-  test('stop for the page that unsubscribes, for nobody else', async ({ context }) => {
-    const [one, other] = [
-      await EventRecorder.open(await context.newPage()),
-      await EventRecorder.open(await context.newPage()),
-    ];
+  test('stop for the page that unsubscribes, for nobody else', async ({ recorder: one, secondRecorder: other }) => {
     for (const recorder of [one, other]) await recorder.envelope('Sub_subscribe_REQ', `${first},${second}`);
     for (const recorder of [one, other]) await seen(recorder, first, 2);
     await one.envelope('UnSub_subscribe_REQ', first);
@@ -69,11 +62,10 @@ test.describe('quotes', () => {
     expect(symbolsOf(one)).toEqual([second]);
   });
 
-  test('stop altogether for the page that unsubscribes from all, and begin anew', async ({ context }) => {
-    const [one, other] = [
-      await EventRecorder.open(await context.newPage()),
-      await EventRecorder.open(await context.newPage()),
-    ];
+  test('stop altogether for the page that unsubscribes from all, and begin anew', async ({
+    recorder: one,
+    secondRecorder: other,
+  }) => {
     for (const recorder of [one, other]) await recorder.envelope('Sub_subscribe_REQ', `${first},${second}`);
     for (const recorder of [one, other]) await seen(recorder, second, 2);
     await one.envelope('UnSub_subscribeAll_REQ');
@@ -86,8 +78,7 @@ test.describe('quotes', () => {
     expect(symbolsOf(one)).toEqual([first]);
   });
 
-  test('of a symbol in another spelling, or of none, never come', async ({ page }) => {
-    const recorder = await EventRecorder.open(page);
+  test('of a symbol in another spelling, or of none, never come', async ({ recorder }) => {
     await recorder.envelope('Sub_subscribe_REQ', `${first.toLowerCase()}, ${second},NOSUCH.SH,,${third}`);
     await seen(recorder, third, 6);
     expect(symbolsOf(recorder)).toEqual([third]);
@@ -99,8 +90,7 @@ test.describe('quotes', () => {
     ['the text of an array', JSON.stringify([first, second])],
   ];
   for (const [name, list] of forms) {
-    test(`are subscribed to by ${name}`, async ({ page }) => {
-      const recorder = await EventRecorder.open(page);
+    test(`are subscribed to by ${name}`, async ({ recorder }) => {
       await recorder.envelope('Sub_subscribe_REQ', list);
       for (const symbol of [first, second]) await seen(recorder, symbol, 2);
       await recorder.envelope('UnSub_subscribe_REQ', list);
@@ -111,11 +101,10 @@ test.describe('quotes', () => {
     });
   }
 
-  test('of a page end with it: the next one hears nothing', async ({ page }) => {
-    const recorder = await EventRecorder.open(page);
+  test('of a page end with it: the next one hears nothing', async ({ recorder }) => {
     await recorder.envelope('Sub_subscribe_REQ', symbols.join(','));
     await seen(recorder, first, 2);
-    await page.reload();
+    await recorder.page.reload();
     await recorder.drain();
     recorder.clear();
     await recorder.envelope('Sub_subscribe_REQ', second);
@@ -123,20 +112,14 @@ test.describe('quotes', () => {
     expect(symbolsOf(recorder)).toEqual([second]);
   });
 
-  test('agree with the quote that is asked for', async ({ page }) => {
-    const recorder = await EventRecorder.open(page);
+  test('agree with the quote that is asked for', async ({ recorder }) => {
     await recorder.envelope('Sub_subscribe_REQ', first);
     await seen(recorder, first, 1);
     const { resultData } = await recorder.envelope('Data_getCurrentTick_REQ', first);
     const asked = resultData as Tick;
-    const same = await recorder.until(() =>
-      ticksOf(recorder, first).find(({ time }) => String(time) >= String(asked.time))
-        ? ticksOf(recorder, first)
-        : undefined,
-    );
-    const pushed = same.find(({ time }) => time === asked.time);
-    if (pushed) expect(pushed).toEqual(asked);
-    expect(Object.keys(same.at(-1)!)).toEqual(Object.keys(asked));
+    const pushed = await recorder.until(() => ticksOf(recorder, first).find(({ time }) => time === asked.time));
+    expect(pushed).toEqual(asked);
+    expect(Object.keys(pushed)).toEqual(Object.keys(asked));
   });
 });
 
@@ -149,18 +132,16 @@ test.describe('the replies to subscriptions', () => {
     ['UnSub_subscribeAll_REQ', []],
   ];
   for (const [method, args] of calls) {
-    test(`${method} with ${JSON.stringify(args)} has no data`, async ({ page }) => {
-      const recorder = await EventRecorder.open(page);
+    test(`${method} with ${JSON.stringify(args)} has no data`, async ({ recorder }) => {
       const envelope = await recorder.envelope(method, ...args);
       expect(envelope).toEqual({ code: '0', msg: '', uuid: envelope.uuid });
     });
   }
 
-  test('go to the page that called, and are none without an identifier', async ({ context }) => {
-    const [one, other] = [
-      await EventRecorder.open(await context.newPage()),
-      await EventRecorder.open(await context.newPage()),
-    ];
+  test('go to the page that called, and are none without an identifier', async ({
+    recorder: one,
+    secondRecorder: other,
+  }) => {
     await one.envelope('Sub_subscribe_REQ', 'NOSUCH.SH');
     await one.call('Sub_subscribe_REQ');
     await one.call('UnSub_subscribe_REQ');

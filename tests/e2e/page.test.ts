@@ -17,6 +17,10 @@ const replyEvents = ['Token', 'LoginTrader', 'TraderList', 'FundAccountList', 'O
 
 async function openBare(page: Page): Promise<void> {
   await page.goto('/bare.html');
+  await record(page);
+}
+
+async function record(page: Page): Promise<void> {
   await page.evaluate((names) => {
     window.events = [];
     for (const name of names)
@@ -54,8 +58,8 @@ async function waitForEvents(page: Page, number: number): Promise<void> {
 const uuidOf = ([, reply]: [string, ...unknown[]]) => (JSON.parse(reply as string) as { uuid: string }).uuid;
 
 test.describe('a page', () => {
-  test('gets the reply as one compact text with its keys in order', async ({ page }) => {
-    await openBare(page);
+  test('gets the reply as one compact text with its keys in order', async ({ barePage: page }) => {
+    await record(page);
     await call(page, ['Data_getToken_REQ', 'abc']);
     const text = `{"code":"0","msg":"","resultData":${JSON.stringify(login.token)},"uuid":"abc"}`;
     expect(await drainedEvents(page)).toEqual([['Data_getToken_RES', text]]);
@@ -71,8 +75,8 @@ test.describe('a page', () => {
     ['an empty text', '', ''],
   ];
   for (const [name, sent, back] of uuids) {
-    test(`that sends ${name} as identifier gets a text back`, async ({ page }) => {
-      await openBare(page);
+    test(`that sends ${name} as identifier gets a text back`, async ({ barePage: page }) => {
+      await record(page);
       await call(page, ['Data_getTraderList_REQ', sent]);
       const answers = await drainedEvents(page);
       expect(answers).toHaveLength(1);
@@ -88,29 +92,29 @@ test.describe('a page', () => {
     ['Data_getOPStation_REQ', ['u1', 'A']],
   ];
   for (const [method, args] of short) {
-    test(`that calls ${method} with too few arguments gets the empty text`, async ({ page }) => {
-      await openBare(page);
+    test(`that calls ${method} with too few arguments gets the empty text`, async ({ barePage: page }) => {
+      await record(page);
       await call(page, [method, ...args]);
       expect(await drainedEvents(page)).toEqual([[method.replace('_REQ', '_RES'), '']]);
     });
   }
 
-  test('that asks for K-lines with too few arguments gets nothing', async ({ page }) => {
-    await openBare(page);
+  test('that asks for K-lines with too few arguments gets nothing', async ({ barePage: page }) => {
+    await record(page);
     await call(page, ['Data_getKLineData_REQ', 'u1', symbols[0], '', '']);
     expect(await drainedEvents(page)).toEqual([]);
   });
 
-  test('may send more arguments than a call needs', async ({ page }) => {
-    await openBare(page);
+  test('may send more arguments than a call needs', async ({ barePage: page }) => {
+    await record(page);
     await call(page, ['Data_getLoginTrader_REQ', 'u1', 'more', { and: ['more'] }]);
     const answers = await drainedEvents(page);
     expect(answers).toHaveLength(1);
     expect(JSON.parse(answers[0]![1] as string)).toMatchObject({ code: '0', resultData: login.account, uuid: 'u1' });
   });
 
-  test('gets the answers to its calls in their order', async ({ page }) => {
-    await openBare(page);
+  test('gets the answers to its calls in their order', async ({ barePage: page }) => {
+    await record(page);
     const sent = Array.from({ length: 200 }, (_, index) => `u${index}`);
     await call(page, ...sent.map((uuid): [string, string] => ['Data_getLoginTrader_REQ', uuid]));
     expect((await drainedEvents(page)).map(uuidOf)).toEqual(sent);

@@ -32,11 +32,10 @@ async function running(recorder: EventRecorder): Promise<string> {
 }
 
 test.describe('a strategy', () => {
-  test('that is started answers the page that called, and shows its way to all pages', async ({ context }) => {
-    const [one, other] = [
-      await EventRecorder.open(await context.newPage()),
-      await EventRecorder.open(await context.newPage()),
-    ];
+  test('that is started answers the page that called, and shows its way to all pages', async ({
+    recorder: one,
+    secondRecorder: other,
+  }) => {
     const answer = await start(one);
     expect(answer).toMatchObject({ code: '0', msg: '' });
     const { strategyID, strategyStatus, ExtField } = data(answer);
@@ -53,8 +52,7 @@ test.describe('a strategy', () => {
     expect(other.replies('Vlx_startStrategy_REQ')).toEqual([]);
   });
 
-  test('that is started twice is two strategies', async ({ page }) => {
-    const recorder = await EventRecorder.open(page);
+  test('that is started twice is two strategies', async ({ recorder }) => {
     for (let call = 0; call < 2; ++call)
       await recorder.call('Vlx_startStrategy_REQ', 'same', 'a.py', 1, fundAccount, {}, '');
     const started = await recorder.until(() => {
@@ -74,8 +72,7 @@ test.describe('a strategy', () => {
     ['for no account', ['a.py', 1, '']],
   ];
   for (const [name, args] of refusals) {
-    test(`${name} is refused with a reason, and nothing starts`, async ({ page }) => {
-      const recorder = await EventRecorder.open(page);
+    test(`${name} is refused with a reason, and nothing starts`, async ({ recorder }) => {
       const refused = await start(recorder, ...args);
       expect(refused.code).toBe('-1');
       expect(refused.msg).toMatch(/[\u4e00-\u9fff]/);
@@ -87,16 +84,11 @@ test.describe('a strategy', () => {
     });
   }
 
-  test('for two accounts is started', async ({ page }) => {
-    const recorder = await EventRecorder.open(page);
+  test('for two accounts is started', async ({ recorder }) => {
     expect((await start(recorder, 'a.py', 1, `${fundAccount},${another}`)).code).toBe('0');
   });
 
-  test('is stopped by any page, which alone is answered', async ({ context }) => {
-    const [one, other] = [
-      await EventRecorder.open(await context.newPage()),
-      await EventRecorder.open(await context.newPage()),
-    ];
+  test('is stopped by any page, which alone is answered', async ({ recorder: one, secondRecorder: other }) => {
     const id = await running(one);
     const stopped = await other.envelope('Vlx_stopStrategy_REQ', id, 'why');
     expect(stopped).toMatchObject({ code: '0', msg: '', resultData: { strategyID: id, ExtField: 'why' } });
@@ -107,8 +99,7 @@ test.describe('a strategy', () => {
     expect(again.msg).toContain(id);
   });
 
-  test('tells its status when it is asked', async ({ page }) => {
-    const recorder = await EventRecorder.open(page);
+  test('tells its status when it is asked', async ({ recorder }) => {
     const id = await running(recorder);
     const query = () => recorder.envelope('Vlx_queryStrategyStatus_REQ', id, extension);
     const resultData = { strategyID: id, strategyStatus: 'Running', ExtField: extension };
@@ -119,8 +110,7 @@ test.describe('a strategy', () => {
   });
 
   for (const method of ['Vlx_stopStrategy_REQ', 'Vlx_queryStrategyStatus_REQ'] as const) {
-    test(`that nobody knows refuses ${method}`, async ({ page }) => {
-      const recorder = await EventRecorder.open(page);
+    test(`that nobody knows refuses ${method}`, async ({ recorder }) => {
       const refused = await recorder.envelope(method, 'no such strategy', extension);
       expect(refused.code).toBe('-1');
       expect(refused.msg).toContain('no such strategy');
@@ -136,8 +126,7 @@ test.describe('a strategy', () => {
     ['Vlx_subStrategyMsg_REQ', ['u', 'id']],
   ];
   for (const [method, args] of short) {
-    test(`call ${method} with too few arguments has no answer at all`, async ({ page }) => {
-      const recorder = await EventRecorder.open(page);
+    test(`call ${method} with too few arguments has no answer at all`, async ({ recorder }) => {
       await recorder.call(method, ...args);
       await running(recorder); // an answer would have come before
       expect(recorder.events.filter(({ args: [text] }) => String(text).includes('"uuid":"u"') || text === '')).toEqual(
@@ -148,11 +137,10 @@ test.describe('a strategy', () => {
 });
 
 test.describe('custom messages', () => {
-  test('come to the pages that subscribed to them, once, and to no other', async ({ context }) => {
-    const [one, other] = [
-      await EventRecorder.open(await context.newPage()),
-      await EventRecorder.open(await context.newPage()),
-    ];
+  test('come to the pages that subscribed to them, once, and to no other', async ({
+    recorder: one,
+    secondRecorder: other,
+  }) => {
     const [mine, foreign] = [await running(one), await running(one)];
     for (let time = 0; time < 2; ++time) await one.call('Vlx_subStrategyMsg_REQ', 'u', mine, '1');
     await other.call('Vlx_subStrategyMsg_REQ', 'u', foreign, '1');
@@ -167,11 +155,7 @@ test.describe('custom messages', () => {
     for (const args of one.of('on_vlxRcvCustomInfo')) expect(args).toHaveLength(2);
   });
 
-  test('stop when the page unsubscribes', async ({ context }) => {
-    const [one, other] = [
-      await EventRecorder.open(await context.newPage()),
-      await EventRecorder.open(await context.newPage()),
-    ];
+  test('stop when the page unsubscribes', async ({ recorder: one, secondRecorder: other }) => {
     const id = await running(one);
     for (const recorder of [one, other]) await recorder.call('Vlx_subStrategyMsg_REQ', 'u', id, '1');
     for (const recorder of [one, other]) await recorder.drain();
@@ -184,8 +168,7 @@ test.describe('custom messages', () => {
     expect(echoes(one, id)).toEqual(['first']);
   });
 
-  test('and subscriptions are never answered', async ({ page }) => {
-    const recorder = await EventRecorder.open(page);
+  test('and subscriptions are never answered', async ({ recorder }) => {
     const id = await running(recorder);
     await recorder.call('Vlx_subStrategyMsg_REQ', 'u', id, '1');
     await recorder.call('Vlx_sendCustomInfo_REQ', 'u', id, 'hello');

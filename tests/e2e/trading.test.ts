@@ -2,7 +2,7 @@ import { priceTypes, sides, type Asset, type Entrust } from '@varnel/web-client'
 import { ask } from './support/ask';
 import { EventRecorder } from './support/eventRecorder';
 import { fundAccounts } from './support/scenario';
-import { expect, test } from './support/test';
+import { expect, stillMarket, test } from './support/test';
 import {
   account,
   argsOf,
@@ -30,11 +30,10 @@ const inList = async ({ page }: EventRecorder, id: string): Promise<Entrust | un
 const count = async ({ page }: EventRecorder) => (await orders(page, {}, 0, 1)).totalSize;
 
 test.describe('an order', () => {
-  test('is answered, pushed to every page, listed, cancelled and pushed again', async ({ context }) => {
-    const [one, other] = [
-      await EventRecorder.open(await context.newPage()),
-      await EventRecorder.open(await context.newPage()),
-    ];
+  test('is answered, pushed to every page, listed, cancelled and pushed again', async ({
+    recorder: one,
+    secondRecorder: other,
+  }) => {
     const order = orderFor(await market(one));
     const answer = await place(one, order);
     const { orderTag, ...echo } = order;
@@ -67,8 +66,7 @@ test.describe('an order', () => {
     expect(one.replies('Trade_reqCancelOrder_REQ')).toEqual([]);
   });
 
-  test('with the uuid of another is another order', async ({ page }) => {
-    const recorder = await EventRecorder.open(page);
+  test('with the uuid of another is another order', async ({ recorder }) => {
     const args = argsOf(orderFor(await market(recorder)));
     const before = await count(recorder);
     for (let time = 0; time < 2; ++time) await recorder.call('Trade_insertOrder_REQ', 'same', ...args);
@@ -86,11 +84,7 @@ test.describe('an order', () => {
     expect(await count(recorder)).toBe(before + 2);
   });
 
-  test('is not placed again by a reload', async ({ context }) => {
-    const [reloading, other] = [
-      await EventRecorder.open(await context.newPage()),
-      await EventRecorder.open(await context.newPage()),
-    ];
+  test('is not placed again by a reload', async ({ recorder: reloading, secondRecorder: other }) => {
     const order = orderFor(await market(other));
     const before = await count(other);
     const id = await placed(reloading, order);
@@ -102,11 +96,10 @@ test.describe('an order', () => {
     expect(await count(other)).toBe(before + 1);
   });
 
-  test('that was sent just before a reload is placed once or not at all', async ({ context }) => {
-    const [reloading, other] = [
-      await EventRecorder.open(await context.newPage()),
-      await EventRecorder.open(await context.newPage()),
-    ];
+  test('that was sent just before a reload is placed once or not at all', async ({
+    recorder: reloading,
+    secondRecorder: other,
+  }) => {
     const order = orderFor(await market(other));
     const before = await count(other);
     await reloading.call('Trade_insertOrder_REQ', 'u', ...argsOf(order));
@@ -115,8 +108,7 @@ test.describe('an order', () => {
     expect((await count(other)) - before).toBeLessThanOrEqual(1);
   });
 
-  test('with too few arguments is not placed, with too many it is', async ({ page }) => {
-    const recorder = await EventRecorder.open(page);
+  test('with too few arguments is not placed, with too many it is', async ({ recorder }) => {
     const args = argsOf(orderFor(await market(recorder)));
     const before = await count(recorder);
     await recorder.call('Trade_insertOrder_REQ', 'u', ...args.slice(0, -1));
@@ -133,8 +125,7 @@ test.describe('an order', () => {
     expect(await count(recorder)).toBe(before + 1);
   });
 
-  test('of an account that the terminal does not know is refused by its name', async ({ page }) => {
-    const recorder = await EventRecorder.open(page);
+  test('of an account that the terminal does not know is refused by its name', async ({ recorder }) => {
     const order = orderFor(await market(recorder), { fundAccount: 'no such account' });
     const before = await count(recorder);
     const refused = await place(recorder, order);
@@ -155,8 +146,7 @@ test.describe('an order', () => {
     ['with a price that is none', { price: 'cheap' }],
   ];
   for (const [name, but] of senseless) {
-    test(`${name} is refused as a request: it gets no number, and nothing is entered`, async ({ page }) => {
-      const recorder = await EventRecorder.open(page);
+    test(`${name} is refused as a request: it gets no number, and nothing is entered`, async ({ recorder }) => {
       const order = orderFor(await market(recorder), but);
       const before = await count(recorder);
       const refused = await place(recorder, order);
@@ -180,8 +170,7 @@ test.describe('an order', () => {
     ['to sell what the account does not hold', () => ({ orderSide: sides.sell, qty: '1000000' })],
   ];
   for (const [name, but] of refusals) {
-    test(`${name} is refused with a reason, and kept as refused`, async ({ page }) => {
-      const recorder = await EventRecorder.open(page);
+    test(`${name} is refused with a reason, and kept as refused`, async ({ recorder }) => {
       const there = await market(recorder);
       const usual = orderFor(there);
       const order = { ...usual, ...but(usual, there.highest) };
@@ -199,11 +188,10 @@ test.describe('an order', () => {
 });
 
 test.describe('while the market stands still', () => {
-  test.use({ options: ['--speed', '0.05'] });
+  test.use({ options: stillMarket });
 
-  test('an order sets money aside, which a cancel gives back', async ({ page }) => {
-    const recorder = await EventRecorder.open(page);
-    const cash = async () => Number((await ask<[Asset]>(page, 'Data_getAsset_REQ', account))[0].tradableCash);
+  test('an order sets money aside, which a cancel gives back', async ({ recorder }) => {
+    const cash = async () => Number((await ask<[Asset]>(recorder.page, 'Data_getAsset_REQ', account))[0].tradableCash);
     const before = await cash();
     const order = orderFor(await market(recorder));
     const id = await placed(recorder, order);
@@ -219,8 +207,7 @@ test.describe('while the market stands still', () => {
 });
 
 test.describe('a list of orders', () => {
-  test('of five hundred is placed in one call, each with a number of its own', async ({ page }) => {
-    const recorder = await EventRecorder.open(page);
+  test('of five hundred is placed in one call, each with a number of its own', async ({ recorder }) => {
     const order = orderFor(await market(recorder));
     const before = await count(recorder);
     const answer = await placeList(recorder, Array<Order>(500).fill(order), 'five hundred');
@@ -235,12 +222,11 @@ test.describe('a list of orders', () => {
       expect(Number(line.price)).toBe(Number(order.price));
     }
     expect(await count(recorder)).toBe(before + 500);
-    const own = await orders(page, { orderSource: ['five hundred'] });
+    const own = await orders(recorder.page, { orderSource: ['five hundred'] });
     expect(own.entrustInfoList.map(idOf).sort()).toEqual([...ids].sort());
   });
 
-  test('tells of each order what became of it', async ({ page }) => {
-    const recorder = await EventRecorder.open(page);
+  test('tells of each order what became of it', async ({ recorder }) => {
     const good = orderFor(await market(recorder));
     const answer = await placeList(recorder, [good, { ...good, qty: '150' }, good]);
     expect(answer).toMatchObject({ code: '0', msg: '' });
@@ -258,8 +244,7 @@ test.describe('a list of orders', () => {
     ['that is an object', () => ({})],
   ];
   for (const [name, orders] of whole) {
-    test(`${name} is refused as a whole, and nothing is entered`, async ({ page }) => {
-      const recorder = await EventRecorder.open(page);
+    test(`${name} is refused as a whole, and nothing is entered`, async ({ recorder }) => {
       const list = JSON.stringify(orders(orderFor(await market(recorder))));
       const before = await count(recorder);
       const refused = await recorder.envelope('Trade_insertOrderList_REQ', account, '', list);
@@ -274,8 +259,7 @@ test.describe('a list of orders', () => {
   }
 
   for (const text of ['', 'orders', '[{"symbol":', '7']) {
-    test(`that is no JSON but "${text}" gets the empty text, and nothing is entered`, async ({ page }) => {
-      const recorder = await EventRecorder.open(page);
+    test(`that is no JSON but "${text}" gets the empty text, and nothing is entered`, async ({ recorder }) => {
       const before = await count(recorder);
       await recorder.call('Trade_insertOrderList_REQ', 'u', account, '', text);
       await recorder.drain();
@@ -284,8 +268,7 @@ test.describe('a list of orders', () => {
     });
   }
 
-  test('that is one for each account is one call for each', async ({ page }) => {
-    const recorder = await EventRecorder.open(page);
+  test('that is one for each account is one call for each', async ({ recorder }) => {
     const order = orderFor(await market(recorder));
     for (const { fundAccount } of fundAccounts('stock')) {
       const list = JSON.stringify([lineOf(order)]);
@@ -293,13 +276,12 @@ test.describe('a list of orders', () => {
       const record = await recorder.until(() => pushed(recorder, own!.orderID)[0]);
       expect(record.fundAccount.userRole).toBe(fundAccount);
     }
-    expect(await accounts(page)).toContain(account);
+    expect(await accounts(recorder.page)).toContain(account);
   });
 });
 
 test.describe('a cancel', () => {
-  test('of several orders is answered in their order, whatever became of each', async ({ page }) => {
-    const recorder = await EventRecorder.open(page);
+  test('of several orders is answered in their order, whatever became of each', async ({ recorder }) => {
     const order = orderFor(await market(recorder));
     const ids = [await placed(recorder, order), await placed(recorder, order)] as const;
     const answers = await cancel(recorder, ids[1], 'no such order', ids[0], '');
@@ -313,12 +295,11 @@ test.describe('a cancel', () => {
     for (const id of ids) await reached(recorder, id, 'Cancelled');
   });
 
-  test('of an order that is not open any more is refused', async ({ page }) => {
-    const recorder = await EventRecorder.open(page);
+  test('of an order that is not open any more is refused', async ({ recorder }) => {
     const id = await placed(recorder, orderFor(await market(recorder)));
     await cancel(recorder, id);
     await reached(recorder, id, 'Cancelled');
-    const done = (await orders(page, { orderStatus: ['Filled'] }, 0, 1)).entrustInfoList.map(idOf);
+    const done = (await orders(recorder.page, { orderStatus: ['Filled'] }, 0, 1)).entrustInfoList.map(idOf);
     for (const [answer] of [await cancel(recorder, id), await cancel(recorder, done[0]!)]) {
       expect(answer!.code).toBe('-1');
       expect(String(answer!.msg)).toMatch(chinese);
@@ -354,8 +335,7 @@ test.describe('a burst', () => {
     return ids;
   }
 
-  test('of a thousand orders comes in as many pushes as there were batches, each order once', async ({ page }) => {
-    const recorder = await EventRecorder.open(page);
+  test('of a thousand orders comes in as many pushes as there were batches, each order once', async ({ recorder }) => {
     const order = orderFor(await market(recorder));
     const ids = await burst(recorder, 'Reported', async () =>
       listed(await placeList(recorder, Array<Order>(1000).fill(order))).map(({ orderID }) => orderID),
@@ -366,8 +346,7 @@ test.describe('a burst', () => {
   });
 });
 
-test('what is reserved is never sent, whatever a page does', async ({ page }) => {
-  const recorder = await EventRecorder.open(page);
+test('what is reserved is never sent, whatever a page does', async ({ recorder }) => {
   const order = orderFor(await market(recorder));
   await recorder.call('Data_getBuffer_REQ', 'u', 'k');
   await recorder.call('Data_saveBuffer_REQ', 'u', 'k', 'v');

@@ -15,10 +15,10 @@ import type { Page } from '@playwright/test';
 import { openDesk, openView } from './support/desk';
 import type { Frames } from './support/frames';
 import { fundAccounts, scenario } from './support/scenario';
-import { expect, roots, test } from './support/test';
+import { expect, roots, stillMarket, test } from './support/test';
 
-// What is shown is compared with what was answered last, so the market shall all but stand still.
-test.use({ root: roots.workbench, options: ['--speed', '0.05'] });
+// What is shown is compared with the latest answer, so the market must not move in between.
+test.use({ root: roots.workbench, options: stillMarket });
 
 /** The result of the latest reply. */
 function latest<Result>(frames: Frames, event: string): Result {

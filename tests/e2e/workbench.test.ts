@@ -2,10 +2,10 @@ import type { Page } from '@playwright/test';
 import { candleFields, klinePeriods } from '@varnel/web-client';
 import { entry, openDesk, openView, views } from './support/desk';
 import { fundAccounts, login, scenario, symbols, traderIds } from './support/scenario';
-import { expect, roots, test } from './support/test';
+import { expect, roots, stillMarket, test } from './support/test';
 
-// Calls and events are counted, so the market shall all but stand still.
-test.use({ root: roots.workbench, options: ['--speed', '0.05'] });
+// Calls and events are counted, so the market must not cause any.
+test.use({ root: roots.workbench, options: stillMarket });
 
 async function sendFreely(page: Page, method: string, args: string) {
   const form = page.getByTestId('free-call');

@@ -5,12 +5,14 @@ import type { Envelope } from './peer';
 
 let calls = 0;
 
-/** Makes a call in the page and gives the argument of its reply event. One at a time for each method. */
+/** Makes a call in the page and gives the argument of its reply event: that with its identifier, or an empty one. */
 export function replyTo(page: Page, method: AnsweredCall, uuid: string, ...args: unknown[]): Promise<unknown> {
   return page.evaluate(
     ([name, event, all]) =>
       new Promise((resolve) => {
+        const end = `"uuid":${JSON.stringify(all[0])}}`;
         const listener = (reply: unknown) => {
+          if (reply !== '' && !String(reply).endsWith(end)) return;
           window.CallBridge.removeEventListener(event, listener);
           resolve(reply);
         };

@@ -1,4 +1,4 @@
-import type { Page } from '@playwright/test';
+import type { BrowserContext, Page } from '@playwright/test';
 import { answeredCalls, pushEvents, reservedEvents, unansweredCalls, type PushEvent } from '@varnel/web-client';
 import type { Received } from './frames';
 import type { Envelope } from './peer';
@@ -22,13 +22,13 @@ export class EventRecorder {
 
   private constructor(readonly page: Page) {}
 
-  static async open(page: Page, address = '/bare.html'): Promise<EventRecorder> {
-    const recorder = new EventRecorder(page);
-    await page.exposeFunction('recordEvent', (event: string, args: unknown[]) => {
+  static async create(context: BrowserContext): Promise<EventRecorder> {
+    const recorder = new EventRecorder(await context.newPage());
+    await recorder.page.exposeFunction('recordEvent', (event: string, args: unknown[]) => {
       recorder.events.push({ event, args });
       recorder.watchers.forEach((check) => check());
     });
-    await page.addInitScript(
+    await recorder.page.addInitScript(
       (names) => {
         let bridge: typeof window.CallBridge;
         Object.defineProperty(window, 'CallBridge', {
@@ -41,9 +41,20 @@ export class EventRecorder {
       },
       [...replyEvents, ...pushEvents, ...neverSent],
     );
-    await page.goto(address);
-    await recorder.drain();
     return recorder;
+  }
+
+  /** Loads the bare page of the simulator at this address. */
+  async open(url: string): Promise<void> {
+    await this.page.goto(`${url}bare.html`);
+    await this.drain();
+  }
+
+  /** Ends the connection and forgets everything, so that the page can serve another test. */
+  async leave(): Promise<void> {
+    await this.page.goto('about:blank');
+    this.watchers.clear();
+    this.clear();
   }
 
   call(method: string, ...args: unknown[]): Promise<void> {
