@@ -10,11 +10,11 @@ interface OneWayMethod {
 interface Method extends OneWayMethod {
   method: AnsweredCall;
   answer: (resultData: unknown) => unknown;
-  /** The answer is fetched elsewhere first: answers may overtake each other, and one may never come. */
+  /** The terminal asks elsewhere first: answers may overtake each other, and one may never come. */
   deferred?: true;
   /** The empty reply is the answer here, not a rejection. */
   answersEmpty?: true;
-  /** It trades, starts or stops something: without an answer nobody knows whether it was carried out. */
+  /** The call trades, starts or stops something. Without an answer its outcome is unknown. */
   hasSideEffects?: true;
 }
 
@@ -230,7 +230,7 @@ export type Answer<C extends Call> = ReturnType<Methods[C]['answer']>;
 
 const allMethods: Record<Call | OneWayCall, OneWayMethod> = { ...methods, ...oneWayMethods };
 
-/** The argument list of a call, identifier first. Throws, naming the parameter, when a value would not arrive. */
+/** The argument list of a call, identifier first. Throws an error that names a parameter with an unusable value. */
 export function argumentList(
   call: Call | OneWayCall,
   uuid: string,

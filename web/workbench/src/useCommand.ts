@@ -10,15 +10,15 @@ export type Command<T> =
   /** Nobody knows whether it was carried out. */
   | { phase: 'unknown'; error: Error };
 
-/** A reply that cannot be read may well say that it was carried out. */
+/** An unreadable reply may mean that the call was carried out. */
 function isUnknown(error: Error): boolean {
   return error instanceof OutcomeUnknownError || error instanceof UnexpectedReplyError;
 }
 
-/** One at a time: as long as a call is under way another click does nothing. */
+/** Makes one call at a time: a click during a call does nothing. */
 export function useCommand<T>(): [Command<T>, (call: () => Promise<T>) => void, () => void] {
   const [command, setCommand] = useState<Command<T>>({ phase: 'idle' });
-  const busy = useRef(false); // state comes too late for the second of two quick clicks
+  const busy = useRef(false); // React updates state too late for the second of two quick clicks
   const run = useCallback((call: () => Promise<T>) => {
     if (busy.current) return;
     busy.current = true;

@@ -32,7 +32,7 @@ const open: ReadonlySet<string> = new Set([orderStatuses.reported, orderStatuses
 const idOf = ({ orderId }: Entrust) => valueOf(orderId);
 const isOpen = ({ status }: Entrust) => open.has(valueOf(status));
 
-/** The latest orders, changed by pushes, and the way to cancel those that are open. */
+/** The latest orders, updated by pushes. Open orders can be cancelled. */
 export function BlotterPanel({ sdk }: { sdk: Connection }) {
   const records = useMemo(() => new LiveRecords<Entrust>(idOf, shownAtMost), []);
   const orders = useLive(records);

@@ -2,7 +2,7 @@ import { FailedCallError } from '@varnel/web-client';
 import type { ReactNode } from 'react';
 import type { Command } from '../useCommand';
 
-/** Says what became of a call that trades, starts or stops something. */
+/** Shows the outcome of a call that trades, starts or stops something. */
 export function CommandOutcome<T>({ command, children }: { command: Command<T>; children: (data: T) => ReactNode }) {
   switch (command.phase) {
     case 'idle':
@@ -26,7 +26,7 @@ export function CommandOutcome<T>({ command, children }: { command: Command<T>; 
   }
 }
 
-/** The terminal's own words, if it has said any. */
+/** The terminal's own reason, if it gave one. */
 function reasonOf(error: Error): string {
   return error instanceof FailedCallError && error.msg !== '' ? error.msg : error.message;
 }

@@ -19,7 +19,7 @@ const opening = {
   extension: '""',
 };
 
-/** A strategy for the platform. Whether it takes it, and what its parameters mean, is the platform's. */
+/** Starts a strategy. The platform checks and reads the parameters. */
 export function StartStrategyPanel({ sdk, onStarted }: Props) {
   const accounts = useFundAccounts(sdk);
   const [form, setForm] = useState(opening);

@@ -15,7 +15,7 @@ interface Props {
   onStatus: (strategyID: string, status: string) => void;
 }
 
-/** Strategies that this page has started or heard of; any other can be named. */
+/** Strategies that this page has started or received a status of. Others can be typed in. */
 export function StrategyListPanel({ sdk, states, onStatus }: Props) {
   const [named, setNamed] = useState('');
   const [command, run] = useCommand<StrategyAnswer>();

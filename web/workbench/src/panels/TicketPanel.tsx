@@ -16,13 +16,13 @@ import { TicketPrices } from './TicketPrices';
 interface Props {
   sdk: Connection;
   feed: TickFeed;
-  /** The security that was chosen elsewhere; empty as long as none was. */
+  /** The symbol chosen in another panel, or empty. */
   suggested: string;
 }
 
 const empty = { orderSide: '', priceType: priceTypes.limit as string, price: '', qty: '', orderTag: 'manual' };
 
-/** One order: filled in, looked at once more, sent once. */
+/** Enters one order: fill in, confirm, send once. */
 export function TicketPanel({ sdk, feed, suggested }: Props) {
   const accounts = useFundAccounts(sdk);
   const [chosen, setChosen] = useState<string>();
@@ -32,7 +32,7 @@ export function TicketPanel({ sdk, feed, suggested }: Props) {
   const [detail, followDetail] = useAnswer<SecurityDetail | undefined>();
   const [command, run, reset] = useCommand<PlacedOrder>();
 
-  const settled = useDelayed(symbol); // not at each key
+  const settled = useDelayed(symbol); // no call for each key
   useEffect(() => {
     if (settled !== '') followDetail(sdk.getSymbolDetail({ symbols: [settled] }).then(([only]) => only));
   }, [sdk, followDetail, settled]);
