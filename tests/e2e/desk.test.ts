@@ -51,7 +51,7 @@ async function place(page: Page, frames: Frames, typed: Typed): Promise<string> 
   return page.getByTestId('ticket-outcome').locator('code').innerText();
 }
 
-test.describe('the watch list', () => {
+test.describe('the watch list', { tag: '@page' }, () => {
   const symbolsShown = (page: Page) => page.getByTestId('watch-table').locator('tbody tr td:first-child');
 
   test.describe('while time flies', () => {
@@ -138,7 +138,7 @@ test.describe('the watch list', () => {
   });
 });
 
-test.describe('the ticket', () => {
+test.describe('the ticket', { tag: '@page' }, () => {
   test('places an order after a second look, and the order can be cancelled', async ({ page }) => {
     const frames = await openDesk(page);
     await openView(page, '交易');
@@ -258,7 +258,7 @@ test.describe('the ticket', () => {
   });
 });
 
-test.describe('the blotter', () => {
+test.describe('the blotter', { tag: '@page' }, () => {
   test('cancels several orders in one call', async ({ page }) => {
     const frames = await openDesk(page);
     await openView(page, '交易');
@@ -349,7 +349,7 @@ test.describe('the blotter', () => {
   });
 });
 
-test.describe('strategies', () => {
+test.describe('strategies', { tag: '@page' }, () => {
   test('are started, talked to, asked and stopped', async ({ page }) => {
     const frames = await openDesk(page);
     await openView(page, '策略');
@@ -390,7 +390,7 @@ test.describe('strategies', () => {
   });
 });
 
-test('permissions are told, and the menu is asked for', async ({ page, simulator }) => {
+test('permissions are told, and the menu is asked for', { tag: '@page' }, async ({ page, simulator }) => {
   await openDesk(page);
   const panel = page.getByTestId('permission');
   await panel.getByRole('button', { name: '查询' }).click();

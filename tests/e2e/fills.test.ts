@@ -1,7 +1,7 @@
 import { entrustKeys, executionKeys, positionKeys, assetKeys, sides } from '@varnel/web-client';
 import type { Asset, Entrust, Execution, Position, SecurityDetail } from '@varnel/web-client';
 import { ask } from './support/ask';
-import { Ears } from './support/ears';
+import { EventRecorder } from './support/eventRecorder';
 import { fundAccounts } from './support/scenario';
 import { expect, test } from './support/test';
 import { account, idOf, market, orderFor, placed, reached, statusOf, symbol } from './support/trading';
@@ -10,8 +10,8 @@ import { executions, nameOf, orders } from './support/world';
 // A step of the market, three seconds of trading, takes 150 ms here.
 test.use({ options: ['--speed', '20'] });
 
-const executionsOf = (ears: Ears, id: string) =>
-  ears
+const executionsOf = (recorder: EventRecorder, id: string) =>
+  recorder
     .pushes<Execution[]>('on_executionUpdate')
     .flat()
     .filter((execution) => idOf(execution) === id);
@@ -22,32 +22,34 @@ test.describe('an order that meets its price', () => {
     ['at the market', { priceType: 'Market', price: '0' }],
     ['at a limit that is reached', {}],
   ] as const) {
-    test(`${name} is dealt, and its executions, position and money are pushed`, async ({ context }) => {
-      const [one, other] = [await Ears.open(await context.newPage()), await Ears.open(await context.newPage())];
+    test(`${name} is dealt, and its executions, position and money are pushed`, async ({
+      recorder: one,
+      secondRecorder: other,
+    }) => {
       const there = await market(one);
       const order = orderFor(there, { price: there.highest, qty: '300', ...but });
       const id = await placed(one, order);
 
-      for (const ears of [one, other]) {
-        const record = await reached(ears, id, 'Filled');
-        const own = await ears.until(() => sum(executionsOf(ears, id)) === 300 && executionsOf(ears, id));
+      for (const recorder of [one, other]) {
+        const record = await reached(recorder, id, 'Filled');
+        const own = await recorder.until(() => sum(executionsOf(recorder, id)) === 300 && executionsOf(recorder, id));
         expect(record.dealQty.userRole).toBe(300);
         expect(new Set(own.map(({ execId }) => execId.userRole)).size).toBe(own.length);
         for (const execution of own) {
           expect(Number(execution.dealPrice.userRole)).toBeLessThanOrEqual(Number(there.highest));
           expect(execution.sideUnion.userRole).toBe(sides.buy);
         }
-        const { executionInfoList } = await executions(ears.page, { symbol: [symbol] });
+        const { executionInfoList } = await executions(recorder.page, { symbol: [symbol] });
         const listed = executionInfoList.filter((execution) => idOf(execution) === id);
         const byId = (list: Execution[]) =>
           [...list].sort((a, b) => (String(a.execId.userRole) < String(b.execId.userRole) ? -1 : 1));
         expect(byId(own)).toEqual(byId(listed));
-        const { entrustInfoList } = await orders(ears.page, { symbol: [symbol] });
+        const { entrustInfoList } = await orders(recorder.page, { symbol: [symbol] });
         expect(entrustInfoList.find((each) => idOf(each) === id)).toEqual(record);
 
         const named = nameOf({ securityId: there.detail.securityId, displayName: there.detail.displayName });
-        await ears.until(() =>
-          ears
+        await recorder.until(() =>
+          recorder
             .pushes<Position>('on_positionUpdate')
             .find(
               (position) =>
@@ -56,23 +58,24 @@ test.describe('an order that meets its price', () => {
                   named,
             ),
         );
-        await ears.until(() => ears.pushes<Asset>('on_AssetUpdate').some((asset) => asset.fundAccount === account));
+        await recorder.until(() =>
+          recorder.pushes<Asset>('on_AssetUpdate').some((asset) => asset.fundAccount === account),
+        );
       }
     });
   }
 
-  test('can be of futures, opened and closed', async ({ page }) => {
-    const ears = await Ears.open(page);
+  test('can be of futures, opened and closed', async ({ recorder }) => {
     const [future] = await ask<SecurityDetail[]>(
-      page,
+      recorder.page,
       'Data_getSymbolListWithDetail_REQ',
       '{"symbolFilter":[{"securityType":"Future","securitySubType":["CommodityFuture"]}]}',
     );
-    const there = await market(ears, future!.symbol);
+    const there = await market(recorder, future!.symbol);
     const fundAccount = fundAccounts('futures')[0]!.fundAccount;
     const base = { fundAccount, qty: '1', priceType: 'Market', price: '0' };
     for (const orderSide of [sides.sellOpen, sides.buyClose]) {
-      const record = await reached(ears, await placed(ears, orderFor(there, { ...base, orderSide })), 'Filled');
+      const record = await reached(recorder, await placed(recorder, orderFor(there, { ...base, orderSide })), 'Filled');
       expect(record.sideUnion.userRole).toBe(orderSide);
       expect(record.side.userRole).toBe(orderSide.startsWith('Buy') ? 'Buy' : 'Sell');
     }
@@ -80,30 +83,33 @@ test.describe('an order that meets its price', () => {
 });
 
 test.describe('the market goes on', () => {
-  test('so that orders of the morning are dealt, and every page hears of it', async ({ context }) => {
-    const [one, other] = [await Ears.open(await context.newPage()), await Ears.open(await context.newPage())];
-    for (const ears of [one, other]) {
-      await ears.until(() => ears.pushes<Execution[]>('on_executionUpdate').flat().length >= 3);
-      await ears.until(() => ears.pushes<Entrust[]>('on_entrustUpdate').flat().length >= 3);
-      await ears.until(() => ears.of('on_positionUpdate').length > 0 && ears.of('on_AssetUpdate').length > 0);
+  test('so that orders of the morning are dealt, and every page hears of it', async ({
+    recorder: one,
+    secondRecorder: other,
+  }) => {
+    for (const recorder of [one, other]) {
+      await recorder.until(() => recorder.pushes<Execution[]>('on_executionUpdate').flat().length >= 3);
+      await recorder.until(() => recorder.pushes<Entrust[]>('on_entrustUpdate').flat().length >= 3);
+      await recorder.until(
+        () => recorder.of('on_positionUpdate').length > 0 && recorder.of('on_AssetUpdate').length > 0,
+      );
     }
   });
 
-  test('and pushes have the promised fields', async ({ page }) => {
-    const ears = await Ears.open(page);
+  test('and pushes have the promised fields', async ({ recorder }) => {
     const pushes = ['on_entrustUpdate', 'on_executionUpdate', 'on_positionUpdate', 'on_AssetUpdate'] as const;
-    for (const push of pushes) await ears.until(() => ears.of(push).length > 0);
+    for (const push of pushes) await recorder.until(() => recorder.of(push).length > 0);
     const keysOf = (record: object) => Object.keys(record).sort();
-    for (const order of ears.pushes<Entrust[]>('on_entrustUpdate').flat()) {
+    for (const order of recorder.pushes<Entrust[]>('on_entrustUpdate').flat()) {
       expect(keysOf(order)).toEqual([...entrustKeys].sort());
       expect(statusOf(order)).toMatch(/^\w+$/);
     }
-    for (const execution of ears.pushes<Execution[]>('on_executionUpdate').flat())
+    for (const execution of recorder.pushes<Execution[]>('on_executionUpdate').flat())
       expect(keysOf(execution)).toEqual([...executionKeys].sort());
-    for (const position of ears.pushes<Position>('on_positionUpdate'))
+    for (const position of recorder.pushes<Position>('on_positionUpdate'))
       expect(keysOf(position)).toEqual([...positionKeys, 'stockInterest'].sort());
-    for (const asset of ears.pushes<Asset>('on_AssetUpdate')) expect(keysOf(asset)).toEqual([...assetKeys].sort());
-    for (const push of pushes) for (const args of ears.of(push)) expect(args).toHaveLength(1);
-    expect(ears.neverSent()).toEqual([]);
+    for (const asset of recorder.pushes<Asset>('on_AssetUpdate')) expect(keysOf(asset)).toEqual([...assetKeys].sort());
+    for (const push of pushes) for (const args of recorder.of(push)) expect(args).toHaveLength(1);
+    expect(recorder.reservedEvents()).toEqual([]);
   });
 });

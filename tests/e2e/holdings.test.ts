@@ -13,12 +13,11 @@ import {
 import type { Page } from '@playwright/test';
 import { ask, envelopeOf } from './support/ask';
 import { fundAccounts } from './support/scenario';
-import { expect, test } from './support/test';
+import { expect, stillMarket, test } from './support/test';
 import { accounts, nameOf, securities } from './support/world';
 
-// Prices move with time; here they shall stand still between two calls.
-test.use({ options: ['--speed', '0.01'] });
-test.beforeEach(({ page }) => page.goto('/bare.html'));
+// Prices must not move between two calls.
+test.use({ options: stillMarket });
 
 const stockAccounts = fundAccounts('stock').map(({ fundAccount }) => fundAccount);
 const cents = (text: string) => Math.round(Number(text) * 100);
@@ -29,26 +28,27 @@ function positionsOf(page: Page, account: string, symbol = ''): Promise<Position
 
 async function listed(page: Page) {
   const all = await securities(page);
+  const byName = new Map([...all.values()].map((detail) => [nameOf(detail), detail]));
+  expect(byName.size).toBe(all.size); // each name belongs to one security
   return {
     all,
-    of: (position: Position): SecurityDetail => {
-      const named = { securityId: String(position.securityId), displayName: String(position.securityName) };
-      const found = [...all.values()].filter((detail) => nameOf(detail) === nameOf(named));
-      expect(found, nameOf(named)).toHaveLength(1);
-      return found[0]!;
+    of: ({ securityId, securityName }: Position): SecurityDetail => {
+      const found = byName.get(nameOf({ securityId: String(securityId), displayName: String(securityName) }));
+      if (!found) throw new Error(`no security is called ${securityId} ${securityName}`);
+      return found;
     },
   };
 }
 
 test.describe('positions', () => {
-  test('have the promised fields', async ({ page }) => {
+  test('have the promised fields', async ({ barePage: page }) => {
     const positions = await positionsOf(page, (await accounts(page)).join(','));
     expect(positions.length).toBeGreaterThan(5);
-    for (const position of positions)
-      expect(Object.keys(position).sort()).toEqual([...positionKeys, 'stockInterest'].sort());
+    const keys = new Set(positions.map((position) => Object.keys(position).sort().join()));
+    expect([...keys]).toEqual([[...positionKeys, 'stockInterest'].sort().join()]);
   });
 
-  test('are of listed securities, a bond with its interest, all else without', async ({ page }) => {
+  test('are of listed securities, a bond with its interest, all else without', async ({ barePage: page }) => {
     const { of } = await listed(page);
     const positions = await positionsOf(page, (await accounts(page)).join(','));
     const bonds = positions.filter((position) => of(position).securityType === securityTypes.bond);
@@ -61,12 +61,13 @@ test.describe('positions', () => {
     }
   });
 
-  test('come account by account, each with its own', async ({ page }) => {
+  test('come account by account, each with its own', async ({ barePage: page }) => {
     const known = fundAccounts();
     const one: Position[][] = [];
     for (const { fundAccount, fundAccountName } of known) {
       const own = await positionsOf(page, fundAccount);
-      for (const position of own) expect(position).toMatchObject({ fundAccount, fundAccountName });
+      const owners = own.map(({ fundAccount, fundAccountName }) => ({ fundAccount, fundAccountName }));
+      expect(owners).toEqual(own.map(() => ({ fundAccount, fundAccountName })));
       one.push(own);
     }
     const together = await positionsOf(page, known.map(({ fundAccount }) => fundAccount).join(','));
@@ -81,7 +82,7 @@ test.describe('positions', () => {
     expect(reverse).toEqual([...one].reverse().flat());
   });
 
-  test('of one security are those of the whole list', async ({ page }) => {
+  test('of one security are those of the whole list', async ({ barePage: page }) => {
     const { of } = await listed(page);
     const everybody = (await accounts(page)).join(',');
     const all = await positionsOf(page, everybody);
@@ -90,14 +91,14 @@ test.describe('positions', () => {
     expect(await positionsOf(page, everybody, 'NOSUCH.SH')).toEqual([]);
   });
 
-  test('of an unknown account, or of none, are none', async ({ page }) => {
+  test('of an unknown account, or of none, are none', async ({ barePage: page }) => {
     const [first] = await accounts(page);
     expect(await positionsOf(page, 'no such account')).toEqual([]);
     expect(await positionsOf(page, '')).toEqual([]);
     expect(await positionsOf(page, `,${first},no such account`)).toEqual(await positionsOf(page, first!));
   });
 
-  test('have the price of the quote, and no more is tradable than there is', async ({ page }) => {
+  test('have the price of the quote, and no more is tradable than there is', async ({ barePage: page }) => {
     const { of } = await listed(page);
     for (const position of await positionsOf(page, (await accounts(page)).join(','))) {
       const { symbol } = of(position);
@@ -112,7 +113,9 @@ test.describe('positions', () => {
 });
 
 test.describe('assets', () => {
-  test('are texts with two decimals, one summary for each account in the order asked for', async ({ page }) => {
+  test('are texts with two decimals, one summary for each account in the order asked for', async ({
+    barePage: page,
+  }) => {
     const known = fundAccounts();
     const asked = [...known].reverse();
     const assets = await ask<Asset[]>(page, 'Data_getAsset_REQ', asked.map((each) => each.fundAccount).join(','));
@@ -123,7 +126,7 @@ test.describe('assets', () => {
     }
   });
 
-  test('leave out accounts that the terminal does not know', async ({ page }) => {
+  test('leave out accounts that the terminal does not know', async ({ barePage: page }) => {
     const [first] = stockAccounts;
     const own = await ask<Asset[]>(page, 'Data_getAsset_REQ', first);
     expect(own).toHaveLength(1);
@@ -132,7 +135,7 @@ test.describe('assets', () => {
     expect(await ask(page, 'Data_getAsset_REQ', '')).toEqual([]);
   });
 
-  test('of a stock account add up with its positions', async ({ page }) => {
+  test('of a stock account add up with its positions', async ({ barePage: page }) => {
     for (const account of stockAccounts) {
       const [asset] = await ask<[Asset]>(page, 'Data_getAsset_REQ', account);
       const positions = await positionsOf(page, account);
@@ -167,7 +170,7 @@ test.describe('a tradable quantity', () => {
     return Number(qty);
   }
 
-  test('to sell is what of the position is tradable', async ({ page }) => {
+  test('to sell is what of the position is tradable', async ({ barePage: page }) => {
     const { of } = await listed(page);
     const account = stockAccounts[0]!;
     const positions = await positionsOf(page, account);
@@ -178,7 +181,7 @@ test.describe('a tradable quantity', () => {
     }
   });
 
-  test('to sell what the account does not hold is 0', async ({ page }) => {
+  test('to sell what the account does not hold is 0', async ({ barePage: page }) => {
     const { all, of } = await listed(page);
     const account = stockAccounts[0]!;
     const held = (await positionsOf(page, account)).map((position) => of(position).symbol);
@@ -188,7 +191,7 @@ test.describe('a tradable quantity', () => {
     expect(await most(page, { account, detail, side: sides.sell, price: 10 })).toBe(0);
   });
 
-  test('to buy can be paid, in whole steps, and is more at a lower price', async ({ page }) => {
+  test('to buy can be paid, in whole steps, and is more at a lower price', async ({ barePage: page }) => {
     const { all } = await listed(page);
     const account = stockAccounts[0]!;
     const [asset] = await ask<[Asset]>(page, 'Data_getAsset_REQ', account);
@@ -210,7 +213,7 @@ test.describe('a tradable quantity', () => {
     }
   });
 
-  test('of an unknown account has no result, yet succeeds', async ({ page }) => {
+  test('of an unknown account has no result, yet succeeds', async ({ barePage: page }) => {
     const [detail] = [...(await securities(page)).values()];
     const line = args({ account: 'no such account', detail: detail!, side: sides.buy, price: 10 });
     const envelope = await envelopeOf(page, 'Data_getTradableQty_REQ', ...line);

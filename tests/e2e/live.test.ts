@@ -1,5 +1,5 @@
 import { quoteFields, type Tick } from '@varnel/web-client';
-import { Ears } from './support/ears';
+import { EventRecorder } from './support/eventRecorder';
 import { symbols } from './support/scenario';
 import { expect, test } from './support/test';
 
@@ -7,19 +7,18 @@ import { expect, test } from './support/test';
 test.use({ options: ['--speed', '20'] });
 
 const [first, second, third] = symbols as [string, string, string];
-const ticks = (ears: Ears) => ears.pushes<Tick>('on_tickUpdate');
-const ticksOf = (ears: Ears, symbol: string) => ticks(ears).filter((tick) => tick.symbol === symbol);
-const symbolsOf = (ears: Ears) => [...new Set(ticks(ears).map(({ symbol }) => symbol))].sort();
-const seen = (ears: Ears, symbol: string, count: number) =>
-  ears.until(() => ticksOf(ears, symbol).length >= count && ticksOf(ears, symbol));
+const ticks = (recorder: EventRecorder) => recorder.pushes<Tick>('on_tickUpdate');
+const ticksOf = (recorder: EventRecorder, symbol: string) => ticks(recorder).filter((tick) => tick.symbol === symbol);
+const symbolsOf = (recorder: EventRecorder) => [...new Set(ticks(recorder).map(({ symbol }) => symbol))].sort();
+const seen = (recorder: EventRecorder, symbol: string, count: number) =>
+  recorder.until(() => ticksOf(recorder, symbol).length >= count && ticksOf(recorder, symbol));
 
 test.describe('quotes', () => {
-  test('come to each page for what it subscribed to, and for nothing else', async ({ context }) => {
-    const [one, other, idle] = [
-      await Ears.open(await context.newPage()),
-      await Ears.open(await context.newPage()),
-      await Ears.open(await context.newPage()),
-    ];
+  test('come to each page for what it subscribed to, and for nothing else', async ({
+    recorder: one,
+    secondRecorder: other,
+    thirdRecorder: idle,
+  }) => {
     await one.envelope('Sub_subscribe_REQ', `${first},${second}`);
     await other.envelope('Sub_subscribe_REQ', `${second},${third}`);
     for (const symbol of [first, second]) await seen(one, symbol, 5);
@@ -30,48 +29,47 @@ test.describe('quotes', () => {
     expect(ticks(idle)).toEqual([]);
   });
 
-  test('are whole, and each is newer than the one before', async ({ page }) => {
-    const ears = await Ears.open(page);
-    await ears.envelope('Sub_subscribe_REQ', first);
-    const list = await seen(ears, first, 8);
+  test('are whole, and each is newer than the one before', async ({ recorder }) => {
+    await recorder.envelope('Sub_subscribe_REQ', first);
+    const list = await seen(recorder, first, 8);
     for (const tick of list) expect(Object.keys(tick).sort()).toEqual(Object.values<string>(quoteFields).sort());
     const times = list.map(({ time }) => String(time));
     expect(times).toEqual([...new Set(times)].sort());
-    expect(ears.of('on_tickUpdate').every((args) => args.length === 1)).toBe(true);
+    expect(recorder.of('on_tickUpdate').every((args) => args.length === 1)).toBe(true);
   });
 
-  test('of a symbol that is subscribed to twice come once', async ({ page }) => {
-    const ears = await Ears.open(page);
-    await ears.envelope('Sub_subscribe_REQ', `${first},${first}`);
-    await ears.envelope('Sub_subscribe_REQ', first);
-    await seen(ears, first, 5); // by now each subscription has brought the quote that stood
-    ears.forget();
-    const times = (await seen(ears, first, 6)).map(({ time }) => String(time));
+  test('of a symbol that is subscribed to twice come once', async ({ recorder }) => {
+    await recorder.envelope('Sub_subscribe_REQ', `${first},${first}`);
+    await recorder.envelope('Sub_subscribe_REQ', first);
+    await seen(recorder, first, 5); // by now each subscription has brought the quote that stood
+    recorder.clear();
+    const times = (await seen(recorder, first, 6)).map(({ time }) => String(time));
     expect(times).toEqual([...new Set(times)]);
-    await ears.envelope('UnSub_subscribe_REQ', first);
-    ears.forget();
-    await ears.envelope('Sub_subscribe_REQ', second);
-    await seen(ears, second, 4);
-    expect(symbolsOf(ears)).toEqual([second]);
+    await recorder.envelope('UnSub_subscribe_REQ', first);
+    recorder.clear();
+    await recorder.envelope('Sub_subscribe_REQ', second);
+    await seen(recorder, second, 4);
+    expect(symbolsOf(recorder)).toEqual([second]);
   });
 
-  test('stop for the page that unsubscribes, for nobody else', async ({ context }) => {
-    const [one, other] = [await Ears.open(await context.newPage()), await Ears.open(await context.newPage())];
-    for (const ears of [one, other]) await ears.envelope('Sub_subscribe_REQ', `${first},${second}`);
-    for (const ears of [one, other]) await seen(ears, first, 2);
+  test('stop for the page that unsubscribes, for nobody else', async ({ recorder: one, secondRecorder: other }) => {
+    for (const recorder of [one, other]) await recorder.envelope('Sub_subscribe_REQ', `${first},${second}`);
+    for (const recorder of [one, other]) await seen(recorder, first, 2);
     await one.envelope('UnSub_subscribe_REQ', first);
-    for (const ears of [one, other]) ears.forget();
+    for (const recorder of [one, other]) recorder.clear();
     await seen(other, first, 5);
     await seen(one, second, 5);
     expect(symbolsOf(one)).toEqual([second]);
   });
 
-  test('stop altogether for the page that unsubscribes from all, and begin anew', async ({ context }) => {
-    const [one, other] = [await Ears.open(await context.newPage()), await Ears.open(await context.newPage())];
-    for (const ears of [one, other]) await ears.envelope('Sub_subscribe_REQ', `${first},${second}`);
-    for (const ears of [one, other]) await seen(ears, second, 2);
+  test('stop altogether for the page that unsubscribes from all, and begin anew', async ({
+    recorder: one,
+    secondRecorder: other,
+  }) => {
+    for (const recorder of [one, other]) await recorder.envelope('Sub_subscribe_REQ', `${first},${second}`);
+    for (const recorder of [one, other]) await seen(recorder, second, 2);
     await one.envelope('UnSub_subscribeAll_REQ');
-    for (const ears of [one, other]) ears.forget();
+    for (const recorder of [one, other]) recorder.clear();
     await seen(other, first, 5);
     await one.drain();
     expect(ticks(one)).toEqual([]);
@@ -80,11 +78,10 @@ test.describe('quotes', () => {
     expect(symbolsOf(one)).toEqual([first]);
   });
 
-  test('of a symbol in another spelling, or of none, never come', async ({ page }) => {
-    const ears = await Ears.open(page);
-    await ears.envelope('Sub_subscribe_REQ', `${first.toLowerCase()}, ${second},NOSUCH.SH,,${third}`);
-    await seen(ears, third, 6);
-    expect(symbolsOf(ears)).toEqual([third]);
+  test('of a symbol in another spelling, or of none, never come', async ({ recorder }) => {
+    await recorder.envelope('Sub_subscribe_REQ', `${first.toLowerCase()}, ${second},NOSUCH.SH,,${third}`);
+    await seen(recorder, third, 6);
+    expect(symbolsOf(recorder)).toEqual([third]);
   });
 
   const forms: [string, unknown][] = [
@@ -93,42 +90,36 @@ test.describe('quotes', () => {
     ['the text of an array', JSON.stringify([first, second])],
   ];
   for (const [name, list] of forms) {
-    test(`are subscribed to by ${name}`, async ({ page }) => {
-      const ears = await Ears.open(page);
-      await ears.envelope('Sub_subscribe_REQ', list);
-      for (const symbol of [first, second]) await seen(ears, symbol, 2);
-      await ears.envelope('UnSub_subscribe_REQ', list);
-      ears.forget();
-      await ears.envelope('Sub_subscribe_REQ', third);
-      await seen(ears, third, 3);
-      expect(symbolsOf(ears)).toEqual([third]);
+    test(`are subscribed to by ${name}`, async ({ recorder }) => {
+      await recorder.envelope('Sub_subscribe_REQ', list);
+      for (const symbol of [first, second]) await seen(recorder, symbol, 2);
+      await recorder.envelope('UnSub_subscribe_REQ', list);
+      recorder.clear();
+      await recorder.envelope('Sub_subscribe_REQ', third);
+      await seen(recorder, third, 3);
+      expect(symbolsOf(recorder)).toEqual([third]);
     });
   }
 
-  test('of a page end with it: the next one hears nothing', async ({ page }) => {
-    const ears = await Ears.open(page);
-    await ears.envelope('Sub_subscribe_REQ', symbols.join(','));
-    await seen(ears, first, 2);
-    await page.reload();
-    await ears.drain();
-    ears.forget();
-    await ears.envelope('Sub_subscribe_REQ', second);
-    await seen(ears, second, 4);
-    expect(symbolsOf(ears)).toEqual([second]);
+  test('of a page end with it: the next one hears nothing', async ({ recorder }) => {
+    await recorder.envelope('Sub_subscribe_REQ', symbols.join(','));
+    await seen(recorder, first, 2);
+    await recorder.page.reload();
+    await recorder.drain();
+    recorder.clear();
+    await recorder.envelope('Sub_subscribe_REQ', second);
+    await seen(recorder, second, 4);
+    expect(symbolsOf(recorder)).toEqual([second]);
   });
 
-  test('agree with the quote that is asked for', async ({ page }) => {
-    const ears = await Ears.open(page);
-    await ears.envelope('Sub_subscribe_REQ', first);
-    await seen(ears, first, 1);
-    const { resultData } = await ears.envelope('Data_getCurrentTick_REQ', first);
+  test('agree with the quote that is asked for', async ({ recorder }) => {
+    await recorder.envelope('Sub_subscribe_REQ', first);
+    await seen(recorder, first, 1);
+    const { resultData } = await recorder.envelope('Data_getCurrentTick_REQ', first);
     const asked = resultData as Tick;
-    const same = await ears.until(() =>
-      ticksOf(ears, first).find(({ time }) => String(time) >= String(asked.time)) ? ticksOf(ears, first) : undefined,
-    );
-    const pushed = same.find(({ time }) => time === asked.time);
-    if (pushed) expect(pushed).toEqual(asked);
-    expect(Object.keys(same.at(-1)!)).toEqual(Object.keys(asked));
+    const pushed = await recorder.until(() => ticksOf(recorder, first).find(({ time }) => time === asked.time));
+    expect(pushed).toEqual(asked);
+    expect(Object.keys(pushed)).toEqual(Object.keys(asked));
   });
 });
 
@@ -141,22 +132,24 @@ test.describe('the replies to subscriptions', () => {
     ['UnSub_subscribeAll_REQ', []],
   ];
   for (const [method, args] of calls) {
-    test(`${method} with ${JSON.stringify(args)} has no data`, async ({ page }) => {
-      const ears = await Ears.open(page);
-      const envelope = await ears.envelope(method, ...args);
+    test(`${method} with ${JSON.stringify(args)} has no data`, async ({ recorder }) => {
+      const envelope = await recorder.envelope(method, ...args);
       expect(envelope).toEqual({ code: '0', msg: '', uuid: envelope.uuid });
     });
   }
 
-  test('go to the page that called, and are none without an identifier', async ({ context }) => {
-    const [one, other] = [await Ears.open(await context.newPage()), await Ears.open(await context.newPage())];
+  test('go to the page that called, and are none without an identifier', async ({
+    recorder: one,
+    secondRecorder: other,
+  }) => {
     await one.envelope('Sub_subscribe_REQ', 'NOSUCH.SH');
     await one.call('Sub_subscribe_REQ');
     await one.call('UnSub_subscribe_REQ');
     await one.call('UnSub_subscribeAll_REQ');
-    for (const ears of [one, other]) await ears.drain();
+    for (const recorder of [one, other]) await recorder.drain();
     // The market goes on meanwhile, and orders and executions are pushed to every page.
-    const replies = (ears: Ears) => ears.heard.map(({ event }) => event).filter((event) => event.endsWith('_RES'));
+    const replies = (recorder: EventRecorder) =>
+      recorder.events.map(({ event }) => event).filter((event) => event.endsWith('_RES'));
     expect(replies(one)).toEqual(['Sub_subscribe_RES']);
     expect(replies(other)).toEqual([]);
   });

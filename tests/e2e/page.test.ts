@@ -6,58 +6,63 @@ import { expect, test } from './support/test';
 
 declare global {
   interface Window {
-    /** What the page has heard, in order. */
-    heard: [event: string, ...args: unknown[]][];
+    /** What the page has received, in order. */
+    events: [event: string, ...args: unknown[]][];
   }
 }
 
-const events = ['Token', 'LoginTrader', 'TraderList', 'FundAccountList', 'OPStation', 'KLineData'].map(
+const replyEvents = ['Token', 'LoginTrader', 'TraderList', 'FundAccountList', 'OPStation', 'KLineData'].map(
   (name) => `Data_get${name}_RES`,
 );
 
 async function openBare(page: Page): Promise<void> {
   await page.goto('/bare.html');
+  await record(page);
+}
+
+async function record(page: Page): Promise<void> {
   await page.evaluate((names) => {
-    window.heard = [];
-    for (const name of names) window.CallBridge.addEventListener(name, (...args) => window.heard.push([name, ...args]));
-  }, events);
+    window.events = [];
+    for (const name of names)
+      window.CallBridge.addEventListener(name, (...args) => window.events.push([name, ...args]));
+  }, replyEvents);
 }
 
 function call(page: Page, ...calls: [method: string, ...args: unknown[]][]): Promise<void> {
   return page.evaluate((list) => list.forEach((each) => window.CallBridge.invokeMethod(...each)), calls);
 }
 
-/** What the page has heard, once it has heard the answer to one more call, which is left out. */
-async function heard(page: Page) {
+/** What the page has received up to the answer to one more call, without that answer. */
+async function drainedEvents(page: Page) {
   await page.evaluate(
     () =>
       new Promise<void>((resolve) => {
-        const hear = (...args: unknown[]) => {
+        const listener = (...args: unknown[]) => {
           if (!String(args[0]).includes('"uuid":"the last call"')) return;
-          window.CallBridge.removeEventListener('Data_getToken_RES', hear);
+          window.CallBridge.removeEventListener('Data_getToken_RES', listener);
           resolve();
         };
-        window.CallBridge.addEventListener('Data_getToken_RES', hear);
+        window.CallBridge.addEventListener('Data_getToken_RES', listener);
         window.CallBridge.invokeMethod('Data_getToken_REQ', 'the last call');
       }),
   );
-  const all = await page.evaluate(() => window.heard.splice(0));
+  const all = await page.evaluate(() => window.events.splice(0));
   expect(all.pop()![0]).toBe('Data_getToken_RES');
   return all;
 }
 
-async function hears(page: Page, number: number): Promise<void> {
-  await page.waitForFunction((count) => window.heard.length >= count, number);
+async function waitForEvents(page: Page, number: number): Promise<void> {
+  await page.waitForFunction((count) => window.events.length >= count, number);
 }
 
 const uuidOf = ([, reply]: [string, ...unknown[]]) => (JSON.parse(reply as string) as { uuid: string }).uuid;
 
 test.describe('a page', () => {
-  test('gets the reply as one compact text with its keys in order', async ({ page }) => {
-    await openBare(page);
+  test('gets the reply as one compact text with its keys in order', async ({ barePage: page }) => {
+    await record(page);
     await call(page, ['Data_getToken_REQ', 'abc']);
     const text = `{"code":"0","msg":"","resultData":${JSON.stringify(login.token)},"uuid":"abc"}`;
-    expect(await heard(page)).toEqual([['Data_getToken_RES', text]]);
+    expect(await drainedEvents(page)).toEqual([['Data_getToken_RES', text]]);
   });
 
   const uuids: [string, unknown, string][] = [
@@ -70,10 +75,10 @@ test.describe('a page', () => {
     ['an empty text', '', ''],
   ];
   for (const [name, sent, back] of uuids) {
-    test(`that sends ${name} as identifier gets a text back`, async ({ page }) => {
-      await openBare(page);
+    test(`that sends ${name} as identifier gets a text back`, async ({ barePage: page }) => {
+      await record(page);
       await call(page, ['Data_getTraderList_REQ', sent]);
-      const answers = await heard(page);
+      const answers = await drainedEvents(page);
       expect(answers).toHaveLength(1);
       expect(JSON.parse(answers[0]![1] as string)).toEqual({ code: '0', msg: '', resultData: traderIds, uuid: back });
     });
@@ -87,32 +92,32 @@ test.describe('a page', () => {
     ['Data_getOPStation_REQ', ['u1', 'A']],
   ];
   for (const [method, args] of short) {
-    test(`that calls ${method} with too few arguments gets the empty text`, async ({ page }) => {
-      await openBare(page);
+    test(`that calls ${method} with too few arguments gets the empty text`, async ({ barePage: page }) => {
+      await record(page);
       await call(page, [method, ...args]);
-      expect(await heard(page)).toEqual([[method.replace('_REQ', '_RES'), '']]);
+      expect(await drainedEvents(page)).toEqual([[method.replace('_REQ', '_RES'), '']]);
     });
   }
 
-  test('that asks for K-lines with too few arguments gets nothing', async ({ page }) => {
-    await openBare(page);
+  test('that asks for K-lines with too few arguments gets nothing', async ({ barePage: page }) => {
+    await record(page);
     await call(page, ['Data_getKLineData_REQ', 'u1', symbols[0], '', '']);
-    expect(await heard(page)).toEqual([]);
+    expect(await drainedEvents(page)).toEqual([]);
   });
 
-  test('may send more arguments than a call needs', async ({ page }) => {
-    await openBare(page);
+  test('may send more arguments than a call needs', async ({ barePage: page }) => {
+    await record(page);
     await call(page, ['Data_getLoginTrader_REQ', 'u1', 'more', { and: ['more'] }]);
-    const answers = await heard(page);
+    const answers = await drainedEvents(page);
     expect(answers).toHaveLength(1);
     expect(JSON.parse(answers[0]![1] as string)).toMatchObject({ code: '0', resultData: login.account, uuid: 'u1' });
   });
 
-  test('gets the answers to its calls in their order', async ({ page }) => {
-    await openBare(page);
+  test('gets the answers to its calls in their order', async ({ barePage: page }) => {
+    await record(page);
     const sent = Array.from({ length: 200 }, (_, index) => `u${index}`);
     await call(page, ...sent.map((uuid): [string, string] => ['Data_getLoginTrader_REQ', uuid]));
-    expect((await heard(page)).map(uuidOf)).toEqual(sent);
+    expect((await drainedEvents(page)).map(uuidOf)).toEqual(sent);
   });
 });
 
@@ -129,10 +134,10 @@ test.describe('two pages', () => {
       ]).flat(),
     );
     await Promise.all(pages.map((page, index) => call(page, ...sent[index]!)));
-    await Promise.all(pages.map((page, index) => hears(page, sent[index]!.length)));
+    await Promise.all(pages.map((page, index) => waitForEvents(page, sent[index]!.length)));
 
     for (const [index, page] of pages.entries()) {
-      const answers = await heard(page);
+      const answers = await drainedEvents(page);
       expect(answers.map(uuidOf).sort()).toEqual(sent[index]!.map(([, uuid]) => uuid).sort());
       for (const [event, reply] of answers) {
         if (event !== 'Data_getKLineData_RES') continue;
@@ -148,8 +153,8 @@ test.describe('two pages', () => {
     await Promise.all(
       pages.map((page) => call(page, ['Data_getKLineData_REQ', 'same', symbols[0], '20250201', '', '2'])),
     );
-    await Promise.all(pages.map((page) => hears(page, 1)));
-    for (const page of pages) expect((await heard(page)).map(uuidOf)).toEqual(['same']);
+    await Promise.all(pages.map((page) => waitForEvents(page, 1)));
+    for (const page of pages) expect((await drainedEvents(page)).map(uuidOf)).toEqual(['same']);
   });
 });
 
@@ -165,13 +170,13 @@ test.describe('a reload in mid-call', () => {
       await call(reloading, old(symbols[0]!), old(symbols[1]!), ['Data_getTraderList_REQ', 'old']);
       await openBare(reloading); // the answers are still under way
       await call(reloading, ['Data_getKLineData_REQ', 'new', symbols[0], '20250201', '', '2']);
-      await hears(reloading, 1);
-      expect((await heard(reloading)).map(uuidOf)).toEqual(['new']);
+      await waitForEvents(reloading, 1);
+      expect((await drainedEvents(reloading)).map(uuidOf)).toEqual(['new']);
     }
     expect(frames.connections).toBe(2 * rounds);
 
     await call(other, ['Data_getLoginTrader_REQ', 'other']);
-    expect((await heard(other)).map(uuidOf)).toEqual(['other']);
+    expect((await drainedEvents(other)).map(uuidOf)).toEqual(['other']);
   });
 
   test('never sends a call a second time', async ({ page }) => {

@@ -1,17 +1,15 @@
 import { answeredCalls, pushEvents, unansweredCalls } from '@varnel/web-client';
 import { readdirSync, readFileSync } from 'node:fs';
 import { fileURLToPath } from 'node:url';
-import { Ears } from './support/ears';
 import { expect, test } from './support/test';
 
 test.describe('the orders-loaded notice', () => {
-  // It comes with the first step of the market, which is late enough here for a page to be there.
-  test.use({ options: ['--speed', '0.2'] });
+  // It comes with the first step of the market, here after six seconds: by then both pages listen.
+  test.use({ options: ['--speed', '0.5'] });
 
-  test('comes once, with no argument, to every page', async ({ context }) => {
-    const pages = [await Ears.open(await context.newPage()), await Ears.open(await context.newPage())];
-    for (const ears of pages) await ears.until(() => ears.of('on_orderLoaded').length > 0);
-    for (const ears of pages) expect(ears.of('on_orderLoaded')).toEqual([[]]);
+  test('comes once, with no argument, to every page', async ({ recorder: one, secondRecorder: other }) => {
+    for (const recorder of [one, other]) await recorder.until(() => recorder.of('on_orderLoaded').length > 0);
+    for (const recorder of [one, other]) expect(recorder.of('on_orderLoaded')).toEqual([[]]);
   });
 });
 

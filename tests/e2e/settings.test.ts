@@ -1,4 +1,4 @@
-import { Ears } from './support/ears';
+import { EventRecorder } from './support/eventRecorder';
 import { login, scenario } from './support/scenario';
 import { Simulator } from './support/simulator';
 import { expect, roots, test } from './support/test';
@@ -11,19 +11,21 @@ const texts: [string, string][] = [
   ['long', 'x'.repeat(100_000)],
 ];
 
-const get = async (ears: Ears, key: string) => (await ears.envelope('Data_getSetting_REQ', key)).resultData;
+const get = async (recorder: EventRecorder, key: string) =>
+  (await recorder.envelope('Data_getSetting_REQ', key)).resultData;
 
 test.describe('settings', () => {
-  test('that were never saved are empty, and saving answers with the empty text', async ({ page }) => {
-    const ears = await Ears.open(page);
-    const unset = await ears.envelope('Data_getSetting_REQ', 'nothing');
+  test('that were never saved are empty, and saving answers with the empty text', async ({ recorder }) => {
+    const unset = await recorder.envelope('Data_getSetting_REQ', 'nothing');
     expect(unset).toEqual({ code: '0', msg: '', resultData: '', uuid: unset.uuid });
-    const saved = await ears.envelope('Data_saveSetting_REQ', 'k', 'v');
+    const saved = await recorder.envelope('Data_saveSetting_REQ', 'k', 'v');
     expect(saved).toEqual({ code: '0', msg: '', resultData: '', uuid: saved.uuid });
   });
 
-  test('are the same for all pages, and the last that was saved counts', async ({ context }) => {
-    const [one, other] = [await Ears.open(await context.newPage()), await Ears.open(await context.newPage())];
+  test('are the same for all pages, and the last that was saved counts', async ({
+    recorder: one,
+    secondRecorder: other,
+  }) => {
     await one.envelope('Data_saveSetting_REQ', 'k', 'one');
     expect(await get(other, 'k')).toBe('one');
     await other.envelope('Data_saveSetting_REQ', 'k', 'other');
@@ -33,32 +35,33 @@ test.describe('settings', () => {
     expect(await get(one, 'K')).toBe('');
   });
 
-  test('survive a restart, whatever their text', async ({ page, home, simulator, context }) => {
-    const ears = await Ears.open(page);
-    for (const [key, value] of texts) await ears.envelope('Data_saveSetting_REQ', key, value);
-    await page.close();
+  test('survive a restart, whatever their text', async ({ recorder, home, simulator }) => {
+    for (const [key, value] of texts) await recorder.envelope('Data_saveSetting_REQ', key, value);
+    await recorder.leave();
     await simulator.stop();
 
     const again = new Simulator(['--port', '0', '--root', roots.bare], home.program);
-    const later = await Ears.open(await context.newPage(), `${await again.listening()}bare.html`);
-    for (const [key, value] of texts) expect(await get(later, key)).toBe(value);
-    await later.page.close();
+    await recorder.open(await again.listening());
+    for (const [key, value] of texts) expect(await get(recorder, key)).toBe(value);
+    await recorder.leave();
     expect(await again.stop()).toEqual({ code: 0, signal: null });
   });
 
-  test('are those of the login, kept apart from others', async ({ home, context, simulator, url }) => {
+  test('are those of the login, kept apart from others', async ({
+    home,
+    simulator,
+    recorder: mine,
+    secondRecorder: others,
+  }) => {
     const [, otherLogin] = scenario.logins;
     const args = ['--port', '0', '--root', roots.bare, '--login', otherLogin!.account];
     const other = new Simulator(args, home.program);
-    const [mine, others] = [
-      await Ears.open(await context.newPage(), `${url}bare.html`),
-      await Ears.open(await context.newPage(), `${await other.listening()}bare.html`),
-    ];
+    await others.open(await other.listening());
     await mine.envelope('Data_saveSetting_REQ', 'k', 'mine');
     expect(await get(others, 'k')).toBe('');
     await others.envelope('Data_saveSetting_REQ', 'k', 'of another');
     expect(await get(mine, 'k')).toBe('mine');
-    for (const ears of [mine, others]) await ears.page.close();
+    for (const recorder of [mine, others]) await recorder.leave();
     for (const each of [simulator, other]) await each.stop();
     expect(home.settings(login.account)).toContain('k=mine');
     expect(home.settings(otherLogin!.account)).toContain('k=of another');
@@ -66,24 +69,22 @@ test.describe('settings', () => {
 });
 
 test.describe('a permission', () => {
-  const permission = (ears: Ears, account: string, type: string) =>
-    ears.envelope('Data_getPermission_REQ', account, type);
+  const permission = (recorder: EventRecorder, account: string, type: string) =>
+    recorder.envelope('Data_getPermission_REQ', account, type);
 
-  test('is the number 1 for who holds it, 0 for everybody else', async ({ page }) => {
-    const ears = await Ears.open(page);
+  test('is the number 1 for who holds it, 0 for everybody else', async ({ recorder }) => {
     const held = scenario.algoPermissions
       .filter(({ supportType }) => supportType === 'KFZ_SNB')
       .map(({ fundAccount }) => fundAccount);
     const expected = scenario.fundAccounts.map(({ account }) => (held.includes(account) ? 1 : 0));
     expect(new Set(expected)).toEqual(new Set([0, 1]));
     for (const [index, { account }] of scenario.fundAccounts.entries()) {
-      const answer = await permission(ears, account, 'KFZ;SNB');
+      const answer = await permission(recorder, account, 'KFZ;SNB');
       expect(answer).toEqual({ code: '0', msg: '', resultData: expected[index], uuid: answer.uuid });
     }
   });
 
-  test('of another name, or of nobody, is 0', async ({ page }) => {
-    const ears = await Ears.open(page);
+  test('of another name, or of nobody, is 0', async ({ recorder }) => {
     const { fundAccount } = scenario.algoPermissions[0]!;
     for (const [account, type] of [
       [fundAccount, 'KFZ_SNB'],
@@ -92,12 +93,11 @@ test.describe('a permission', () => {
       ['', 'KFZ;SNB'],
       ['no such account', 'KFZ;SNB'],
     ] as const)
-      expect((await permission(ears, account, type)).resultData, `${account} ${type}`).toBe(0);
+      expect((await permission(recorder, account, type)).resultData, `${account} ${type}`).toBe(0);
   });
 
-  test('can be asked for in the terminal, which opens its menu', async ({ page, simulator }) => {
-    const ears = await Ears.open(page);
-    const answer = await ears.envelope('Data_openPermissionMenu_REQ');
+  test('can be asked for in the terminal, which opens its menu', async ({ recorder, simulator }) => {
+    const answer = await recorder.envelope('Data_openPermissionMenu_REQ');
     expect(answer).toEqual({ code: '0', msg: '', resultData: '', uuid: answer.uuid });
     await simulator.logged(/opens menu 1210/);
   });

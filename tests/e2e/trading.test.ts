@@ -1,8 +1,8 @@
 import { priceTypes, sides, type Asset, type Entrust } from '@varnel/web-client';
 import { ask } from './support/ask';
-import { Ears } from './support/ears';
+import { EventRecorder } from './support/eventRecorder';
 import { fundAccounts } from './support/scenario';
-import { expect, test } from './support/test';
+import { expect, stillMarket, test } from './support/test';
 import {
   account,
   argsOf,
@@ -25,13 +25,15 @@ import { accounts, orders } from './support/world';
 
 const chinese = /[\u4e00-\u9fff]/;
 
-const inList = async ({ page }: Ears, id: string): Promise<Entrust | undefined> =>
+const inList = async ({ page }: EventRecorder, id: string): Promise<Entrust | undefined> =>
   (await orders(page, { fundAccount: [account] })).entrustInfoList.find((order) => idOf(order) === id);
-const count = async ({ page }: Ears) => (await orders(page, {}, 0, 1)).totalSize;
+const count = async ({ page }: EventRecorder) => (await orders(page, {}, 0, 1)).totalSize;
 
 test.describe('an order', () => {
-  test('is answered, pushed to every page, listed, cancelled and pushed again', async ({ context }) => {
-    const [one, other] = [await Ears.open(await context.newPage()), await Ears.open(await context.newPage())];
+  test('is answered, pushed to every page, listed, cancelled and pushed again', async ({
+    recorder: one,
+    secondRecorder: other,
+  }) => {
     const order = orderFor(await market(one));
     const answer = await place(one, order);
     const { orderTag, ...echo } = order;
@@ -40,8 +42,8 @@ test.describe('an order', () => {
     expect(answer).toEqual({ code: '0', msg: '', resultData: { ...echo, orderID }, uuid: answer.uuid });
     expect(other.replies('Trade_insertOrder_REQ')).toEqual([]);
 
-    for (const ears of [one, other]) {
-      const record = await reached(ears, orderID, 'Reported');
+    for (const recorder of [one, other]) {
+      const record = await reached(recorder, orderID, 'Reported');
       expect(record).toMatchObject({
         fundAccount: { userRole: account },
         sideUnion: { userRole: sides.buy },
@@ -52,25 +54,24 @@ test.describe('an order', () => {
         dealQty: { userRole: 0 },
         orderSource: { userRole: orderTag },
       });
-      expect(await inList(ears, orderID)).toEqual(record); // a push has what the list has
+      expect(await inList(recorder, orderID)).toEqual(record); // a push has what the list has
     }
 
     expect(await cancel(other, orderID)).toEqual([{ orderId: orderID, code: '0', msg: '' }]);
-    for (const ears of [one, other]) {
-      const record = await reached(ears, orderID, 'Cancelled');
-      expect(await inList(ears, orderID)).toEqual(record);
+    for (const recorder of [one, other]) {
+      const record = await reached(recorder, orderID, 'Cancelled');
+      expect(await inList(recorder, orderID)).toEqual(record);
       expect(record.leaveQty.userRole).toBe(0);
     }
     expect(one.replies('Trade_reqCancelOrder_REQ')).toEqual([]);
   });
 
-  test('with the uuid of another is another order', async ({ page }) => {
-    const ears = await Ears.open(page);
-    const args = argsOf(orderFor(await market(ears)));
-    const before = await count(ears);
-    for (let time = 0; time < 2; ++time) await ears.call('Trade_insertOrder_REQ', 'same', ...args);
-    const replies = await ears.until(() => {
-      const heard = ears.replies('Trade_insertOrder_REQ');
+  test('with the uuid of another is another order', async ({ recorder }) => {
+    const args = argsOf(orderFor(await market(recorder)));
+    const before = await count(recorder);
+    for (let time = 0; time < 2; ++time) await recorder.call('Trade_insertOrder_REQ', 'same', ...args);
+    const replies = await recorder.until(() => {
+      const heard = recorder.replies('Trade_insertOrder_REQ');
       return heard.length === 2 && heard;
     });
     expect(replies.map(({ uuid, code }) => [uuid, code])).toEqual([
@@ -79,12 +80,11 @@ test.describe('an order', () => {
     ]);
     const ids = replies.map(({ resultData }) => (resultData as { orderID: string }).orderID);
     expect(new Set(ids).size).toBe(2);
-    for (const id of ids) await reached(ears, id, 'Reported');
-    expect(await count(ears)).toBe(before + 2);
+    for (const id of ids) await reached(recorder, id, 'Reported');
+    expect(await count(recorder)).toBe(before + 2);
   });
 
-  test('is not placed again by a reload', async ({ context }) => {
-    const [reloading, other] = [await Ears.open(await context.newPage()), await Ears.open(await context.newPage())];
+  test('is not placed again by a reload', async ({ recorder: reloading, secondRecorder: other }) => {
     const order = orderFor(await market(other));
     const before = await count(other);
     const id = await placed(reloading, order);
@@ -96,8 +96,10 @@ test.describe('an order', () => {
     expect(await count(other)).toBe(before + 1);
   });
 
-  test('that was sent just before a reload is placed once or not at all', async ({ context }) => {
-    const [reloading, other] = [await Ears.open(await context.newPage()), await Ears.open(await context.newPage())];
+  test('that was sent just before a reload is placed once or not at all', async ({
+    recorder: reloading,
+    secondRecorder: other,
+  }) => {
     const order = orderFor(await market(other));
     const before = await count(other);
     await reloading.call('Trade_insertOrder_REQ', 'u', ...argsOf(order));
@@ -106,32 +108,32 @@ test.describe('an order', () => {
     expect((await count(other)) - before).toBeLessThanOrEqual(1);
   });
 
-  test('with too few arguments is not placed, with too many it is', async ({ page }) => {
-    const ears = await Ears.open(page);
-    const args = argsOf(orderFor(await market(ears)));
-    const before = await count(ears);
-    await ears.call('Trade_insertOrder_REQ', 'u', ...args.slice(0, -1));
-    await ears.call('Trade_insertOrderList_REQ', 'u', account, 'tag');
-    await ears.call('Trade_reqCancelOrder_REQ', 'u');
-    await ears.drain();
+  test('with too few arguments is not placed, with too many it is', async ({ recorder }) => {
+    const args = argsOf(orderFor(await market(recorder)));
+    const before = await count(recorder);
+    await recorder.call('Trade_insertOrder_REQ', 'u', ...args.slice(0, -1));
+    await recorder.call('Trade_insertOrderList_REQ', 'u', account, 'tag');
+    await recorder.call('Trade_reqCancelOrder_REQ', 'u');
+    await recorder.drain();
     for (const method of ['insertOrder', 'insertOrderList', 'reqCancelOrder'])
-      expect(ears.of(`Trade_${method}_RES`), method).toEqual([['']]);
-    expect(await count(ears)).toBe(before);
-    ears.forget();
-    expect(await ears.envelope('Trade_insertOrder_REQ', ...args, 'more', { and: 'more' })).toMatchObject({ code: '0' });
-    expect(await count(ears)).toBe(before + 1);
+      expect(recorder.of(`Trade_${method}_RES`), method).toEqual([['']]);
+    expect(await count(recorder)).toBe(before);
+    recorder.clear();
+    expect(await recorder.envelope('Trade_insertOrder_REQ', ...args, 'more', { and: 'more' })).toMatchObject({
+      code: '0',
+    });
+    expect(await count(recorder)).toBe(before + 1);
   });
 
-  test('of an account that the terminal does not know is refused by its name', async ({ page }) => {
-    const ears = await Ears.open(page);
-    const order = orderFor(await market(ears), { fundAccount: 'no such account' });
-    const before = await count(ears);
-    const refused = await place(ears, order);
+  test('of an account that the terminal does not know is refused by its name', async ({ recorder }) => {
+    const order = orderFor(await market(recorder), { fundAccount: 'no such account' });
+    const before = await count(recorder);
+    const refused = await place(recorder, order);
     expect(refused).toEqual({ code: '-1', msg: '资产账号获取错误', uuid: refused.uuid });
     const list = JSON.stringify([lineOf(order)]);
-    const refusedList = await ears.envelope('Trade_insertOrderList_REQ', 'no such account', '', list);
+    const refusedList = await recorder.envelope('Trade_insertOrderList_REQ', 'no such account', '', list);
     expect(refusedList).toEqual({ code: '-1', msg: '资产账号获取错误', resultData: [], uuid: refusedList.uuid });
-    expect(await count(ears)).toBe(before);
+    expect(await count(recorder)).toBe(before);
   });
 
   const senseless: [string, Partial<Order>][] = [
@@ -144,11 +146,10 @@ test.describe('an order', () => {
     ['with a price that is none', { price: 'cheap' }],
   ];
   for (const [name, but] of senseless) {
-    test(`${name} is refused as a request: it gets no number, and nothing is entered`, async ({ page }) => {
-      const ears = await Ears.open(page);
-      const order = orderFor(await market(ears), but);
-      const before = await count(ears);
-      const refused = await place(ears, order);
+    test(`${name} is refused as a request: it gets no number, and nothing is entered`, async ({ recorder }) => {
+      const order = orderFor(await market(recorder), but);
+      const before = await count(recorder);
+      const refused = await place(recorder, order);
       const { orderTag: _, ...echo } = order;
       expect(refused).toEqual({
         code: '-1',
@@ -156,7 +157,7 @@ test.describe('an order', () => {
         resultData: echo,
         uuid: refused.uuid,
       });
-      expect(await count(ears)).toBe(before);
+      expect(await count(recorder)).toBe(before);
     });
   }
 
@@ -169,50 +170,47 @@ test.describe('an order', () => {
     ['to sell what the account does not hold', () => ({ orderSide: sides.sell, qty: '1000000' })],
   ];
   for (const [name, but] of refusals) {
-    test(`${name} is refused with a reason, and kept as refused`, async ({ page }) => {
-      const ears = await Ears.open(page);
-      const there = await market(ears);
+    test(`${name} is refused with a reason, and kept as refused`, async ({ recorder }) => {
+      const there = await market(recorder);
       const usual = orderFor(there);
       const order = { ...usual, ...but(usual, there.highest) };
-      const refused = await place(ears, order);
+      const refused = await place(recorder, order);
       expect(refused.code).toBe('-1');
       expect(refused.msg).toMatch(chinese);
       const { orderTag: _, ...echo } = order;
       const { orderID } = refused.resultData as { orderID: string };
       expect(refused.resultData).toEqual({ ...echo, orderID });
-      const record = await reached(ears, orderID, 'Rejected');
+      const record = await reached(recorder, orderID, 'Rejected');
       expect(record.remark.displayRole).toBe(refused.msg);
-      expect(await inList(ears, orderID)).toEqual(record);
+      expect(await inList(recorder, orderID)).toEqual(record);
     });
   }
 });
 
 test.describe('while the market stands still', () => {
-  test.use({ options: ['--speed', '0.05'] });
+  test.use({ options: stillMarket });
 
-  test('an order sets money aside, which a cancel gives back', async ({ page }) => {
-    const ears = await Ears.open(page);
-    const cash = async () => Number((await ask<[Asset]>(page, 'Data_getAsset_REQ', account))[0].tradableCash);
+  test('an order sets money aside, which a cancel gives back', async ({ recorder }) => {
+    const cash = async () => Number((await ask<[Asset]>(recorder.page, 'Data_getAsset_REQ', account))[0].tradableCash);
     const before = await cash();
-    const order = orderFor(await market(ears));
-    const id = await placed(ears, order);
+    const order = orderFor(await market(recorder));
+    const id = await placed(recorder, order);
     expect(await cash()).toBeLessThanOrEqual(before - Number(order.price) * Number(order.qty));
-    const update = await ears.until(() =>
-      ears.pushes<Asset>('on_AssetUpdate').find(({ fundAccount }) => fundAccount === account),
+    const update = await recorder.until(() =>
+      recorder.pushes<Asset>('on_AssetUpdate').find(({ fundAccount }) => fundAccount === account),
     );
     expect(Number(update.tradableCash)).toBe(await cash());
-    await cancel(ears, id);
-    await reached(ears, id, 'Cancelled');
+    await cancel(recorder, id);
+    await reached(recorder, id, 'Cancelled');
     expect(await cash()).toBe(before);
   });
 });
 
 test.describe('a list of orders', () => {
-  test('of five hundred is placed in one call, each with a number of its own', async ({ page }) => {
-    const ears = await Ears.open(page);
-    const order = orderFor(await market(ears));
-    const before = await count(ears);
-    const answer = await placeList(ears, Array<Order>(500).fill(order), 'five hundred');
+  test('of five hundred is placed in one call, each with a number of its own', async ({ recorder }) => {
+    const order = orderFor(await market(recorder));
+    const before = await count(recorder);
+    const answer = await placeList(recorder, Array<Order>(500).fill(order), 'five hundred');
     expect(answer).toMatchObject({ code: '0', msg: '' });
     const answers = listed(answer);
     expect(answers).toHaveLength(500);
@@ -223,20 +221,19 @@ test.describe('a list of orders', () => {
       expect(line).toEqual({ ...lineOf(order), price: expect.any(String) });
       expect(Number(line.price)).toBe(Number(order.price));
     }
-    expect(await count(ears)).toBe(before + 500);
-    const own = await orders(page, { orderSource: ['five hundred'] });
+    expect(await count(recorder)).toBe(before + 500);
+    const own = await orders(recorder.page, { orderSource: ['five hundred'] });
     expect(own.entrustInfoList.map(idOf).sort()).toEqual([...ids].sort());
   });
 
-  test('tells of each order what became of it', async ({ page }) => {
-    const ears = await Ears.open(page);
-    const good = orderFor(await market(ears));
-    const answer = await placeList(ears, [good, { ...good, qty: '150' }, good]);
+  test('tells of each order what became of it', async ({ recorder }) => {
+    const good = orderFor(await market(recorder));
+    const answer = await placeList(recorder, [good, { ...good, qty: '150' }, good]);
     expect(answer).toMatchObject({ code: '0', msg: '' });
     expect(listed(answer).map(({ code }) => code)).toEqual(['0', '-1', '0']);
     const [, refused] = listed(answer);
     expect(refused!.msg).toMatch(chinese);
-    const record = await reached(ears, refused!.orderID, 'Rejected');
+    const record = await reached(recorder, refused!.orderID, 'Rejected');
     expect(record.remark.displayRole).toBe(refused!.msg);
   });
 
@@ -247,51 +244,47 @@ test.describe('a list of orders', () => {
     ['that is an object', () => ({})],
   ];
   for (const [name, orders] of whole) {
-    test(`${name} is refused as a whole, and nothing is entered`, async ({ page }) => {
-      const ears = await Ears.open(page);
-      const list = JSON.stringify(orders(orderFor(await market(ears))));
-      const before = await count(ears);
-      const refused = await ears.envelope('Trade_insertOrderList_REQ', account, '', list);
+    test(`${name} is refused as a whole, and nothing is entered`, async ({ recorder }) => {
+      const list = JSON.stringify(orders(orderFor(await market(recorder))));
+      const before = await count(recorder);
+      const refused = await recorder.envelope('Trade_insertOrderList_REQ', account, '', list);
       expect(refused).toEqual({
         code: '-1',
         msg: expect.stringMatching(chinese),
         resultData: [],
         uuid: refused.uuid,
       });
-      expect(await count(ears)).toBe(before);
+      expect(await count(recorder)).toBe(before);
     });
   }
 
   for (const text of ['', 'orders', '[{"symbol":', '7']) {
-    test(`that is no JSON but "${text}" gets the empty text, and nothing is entered`, async ({ page }) => {
-      const ears = await Ears.open(page);
-      const before = await count(ears);
-      await ears.call('Trade_insertOrderList_REQ', 'u', account, '', text);
-      await ears.drain();
-      expect(ears.of('Trade_insertOrderList_RES')).toEqual([['']]);
-      expect(await count(ears)).toBe(before);
+    test(`that is no JSON but "${text}" gets the empty text, and nothing is entered`, async ({ recorder }) => {
+      const before = await count(recorder);
+      await recorder.call('Trade_insertOrderList_REQ', 'u', account, '', text);
+      await recorder.drain();
+      expect(recorder.of('Trade_insertOrderList_RES')).toEqual([['']]);
+      expect(await count(recorder)).toBe(before);
     });
   }
 
-  test('that is one for each account is one call for each', async ({ page }) => {
-    const ears = await Ears.open(page);
-    const order = orderFor(await market(ears));
+  test('that is one for each account is one call for each', async ({ recorder }) => {
+    const order = orderFor(await market(recorder));
     for (const { fundAccount } of fundAccounts('stock')) {
       const list = JSON.stringify([lineOf(order)]);
-      const [own] = listed(await ears.envelope('Trade_insertOrderList_REQ', fundAccount, '', list));
-      const record = await ears.until(() => pushed(ears, own!.orderID)[0]);
+      const [own] = listed(await recorder.envelope('Trade_insertOrderList_REQ', fundAccount, '', list));
+      const record = await recorder.until(() => pushed(recorder, own!.orderID)[0]);
       expect(record.fundAccount.userRole).toBe(fundAccount);
     }
-    expect(await accounts(page)).toContain(account);
+    expect(await accounts(recorder.page)).toContain(account);
   });
 });
 
 test.describe('a cancel', () => {
-  test('of several orders is answered in their order, whatever became of each', async ({ page }) => {
-    const ears = await Ears.open(page);
-    const order = orderFor(await market(ears));
-    const ids = [await placed(ears, order), await placed(ears, order)] as const;
-    const answers = await cancel(ears, ids[1], 'no such order', ids[0], '');
+  test('of several orders is answered in their order, whatever became of each', async ({ recorder }) => {
+    const order = orderFor(await market(recorder));
+    const ids = [await placed(recorder, order), await placed(recorder, order)] as const;
+    const answers = await cancel(recorder, ids[1], 'no such order', ids[0], '');
     expect(answers.map(({ orderId, code }) => [orderId, code])).toEqual([
       [ids[1], '0'],
       ['no such order', '-1'],
@@ -299,16 +292,15 @@ test.describe('a cancel', () => {
       ['', '-1'],
     ]);
     for (const { code, msg } of answers) expect(String(msg)).toMatch(code === '0' ? /^$/ : chinese);
-    for (const id of ids) await reached(ears, id, 'Cancelled');
+    for (const id of ids) await reached(recorder, id, 'Cancelled');
   });
 
-  test('of an order that is not open any more is refused', async ({ page }) => {
-    const ears = await Ears.open(page);
-    const id = await placed(ears, orderFor(await market(ears)));
-    await cancel(ears, id);
-    await reached(ears, id, 'Cancelled');
-    const done = (await orders(page, { orderStatus: ['Filled'] }, 0, 1)).entrustInfoList.map(idOf);
-    for (const [answer] of [await cancel(ears, id), await cancel(ears, done[0]!)]) {
+  test('of an order that is not open any more is refused', async ({ recorder }) => {
+    const id = await placed(recorder, orderFor(await market(recorder)));
+    await cancel(recorder, id);
+    await reached(recorder, id, 'Cancelled');
+    const done = (await orders(recorder.page, { orderStatus: ['Filled'] }, 0, 1)).entrustInfoList.map(idOf);
+    for (const [answer] of [await cancel(recorder, id), await cancel(recorder, done[0]!)]) {
       expect(answer!.code).toBe('-1');
       expect(String(answer!.msg)).toMatch(chinese);
     }
@@ -317,25 +309,25 @@ test.describe('a cancel', () => {
 
 test.describe('a burst', () => {
   /** Does something to a thousand orders, and looks at the pushes that tell of it. */
-  async function burst(ears: Ears, status: string, act: () => Promise<string[]>): Promise<string[]> {
-    ears.forget();
+  async function burst(recorder: EventRecorder, status: string, act: () => Promise<string[]>): Promise<string[]> {
+    recorder.clear();
     const start = Date.now();
     const ids = await act();
     const own = new Set(ids);
     expect(own.size).toBe(1000);
     const told = () =>
-      ears
+      recorder
         .pushes<Entrust[]>('on_entrustUpdate')
         .flat()
         .filter((order) => own.has(idOf(order)) && statusOf(order) === status)
         .map(idOf);
-    await ears.until(() => told().length >= own.size);
+    await recorder.until(() => told().length >= own.size);
     const elapsed = Date.now() - start;
-    await ears.drain();
+    await recorder.drain();
 
     expect(told()).toHaveLength(own.size);
     expect(new Set(told())).toEqual(own);
-    const pushes = ears.pushes<Entrust[]>('on_entrustUpdate');
+    const pushes = recorder.pushes<Entrust[]>('on_entrustUpdate');
     for (const batch of pushes) expect(new Set(batch.map(idOf)).size).toBe(batch.length);
     // A batch is open for 200 ms, so there cannot be more of them than fit into the time.
     expect(pushes.length).toBeLessThanOrEqual(elapsed / 200 + 2);
@@ -343,24 +335,24 @@ test.describe('a burst', () => {
     return ids;
   }
 
-  test('of a thousand orders comes in as many pushes as there were batches, each order once', async ({ page }) => {
-    const ears = await Ears.open(page);
-    const order = orderFor(await market(ears));
-    const ids = await burst(ears, 'Reported', async () =>
-      listed(await placeList(ears, Array<Order>(1000).fill(order))).map(({ orderID }) => orderID),
+  test('of a thousand orders comes in as many pushes as there were batches, each order once', async ({ recorder }) => {
+    const order = orderFor(await market(recorder));
+    const ids = await burst(recorder, 'Reported', async () =>
+      listed(await placeList(recorder, Array<Order>(1000).fill(order))).map(({ orderID }) => orderID),
     );
-    await burst(ears, 'Cancelled', async () => (await cancel(ears, ...ids)).map(({ orderId }) => String(orderId)));
+    await burst(recorder, 'Cancelled', async () =>
+      (await cancel(recorder, ...ids)).map(({ orderId }) => String(orderId)),
+    );
   });
 });
 
-test('what is reserved is never sent, whatever a page does', async ({ page }) => {
-  const ears = await Ears.open(page);
-  const order = orderFor(await market(ears));
-  await ears.call('Data_getBuffer_REQ', 'u', 'k');
-  await ears.call('Data_saveBuffer_REQ', 'u', 'k', 'v');
-  await ears.call('Trade_getBuffer_REQ', 'u');
-  const id = await placed(ears, order);
-  await cancel(ears, id);
-  await reached(ears, id, 'Cancelled');
-  expect(ears.neverSent()).toEqual([]);
+test('what is reserved is never sent, whatever a page does', async ({ recorder }) => {
+  const order = orderFor(await market(recorder));
+  await recorder.call('Data_getBuffer_REQ', 'u', 'k');
+  await recorder.call('Data_saveBuffer_REQ', 'u', 'k', 'v');
+  await recorder.call('Trade_getBuffer_REQ', 'u');
+  const id = await placed(recorder, order);
+  await cancel(recorder, id);
+  await reached(recorder, id, 'Cancelled');
+  expect(recorder.reservedEvents()).toEqual([]);
 });

@@ -15,10 +15,10 @@ import type { Page } from '@playwright/test';
 import { openDesk, openView } from './support/desk';
 import type { Frames } from './support/frames';
 import { fundAccounts, scenario } from './support/scenario';
-import { expect, roots, test } from './support/test';
+import { expect, roots, stillMarket, test } from './support/test';
 
-// What is shown is compared with what was answered last, so the market shall all but stand still.
-test.use({ root: roots.workbench, options: ['--speed', '0.05'] });
+// What is shown is compared with the latest answer, so the market must not move in between.
+test.use({ root: roots.workbench, options: stillMarket });
 
 /** The result of the latest reply. */
 function latest<Result>(frames: Frames, event: string): Result {
@@ -36,7 +36,7 @@ function argsOf(frames: Frames, method: string): unknown[] {
 const rows = (page: Page, table: string) => page.getByTestId(table).locator('tbody tr');
 const cells = (page: Page, table: string, key: string) => page.getByTestId(table).locator(`td[data-key="${key}"]`);
 
-test.describe('the views', () => {
+test.describe('the views', { tag: '@page' }, () => {
   test('make their calls only when they are opened, and keep what they show', async ({ page }) => {
     const frames = await openDesk(page);
     const before = frames.sent.length;
@@ -65,7 +65,7 @@ test.describe('the views', () => {
   });
 });
 
-test.describe('securities', () => {
+test.describe('securities', { tag: '@page' }, () => {
   async function choose(page: Page, symbol: string) {
     await page.getByTestId('security-list').getByRole('button', { name: symbol }).click();
     await expect(page.getByTestId('security-detail').locator('[data-key="symbol"] dd')).toHaveText(symbol);
@@ -152,7 +152,7 @@ test.describe('securities', () => {
   });
 });
 
-test.describe('orders and executions', () => {
+test.describe('orders and executions', { tag: '@page' }, () => {
   const ask = (page: Page) => page.getByTestId('orders').getByRole('button', { name: '查询' }).click();
 
   test('are shown as the terminal shows them', async ({ page }) => {
@@ -231,7 +231,7 @@ test.describe('orders and executions', () => {
   });
 });
 
-test.describe('holdings', () => {
+test.describe('holdings', { tag: '@page' }, () => {
   test('show the assets and positions of all accounts, or of the one that is chosen', async ({ page }) => {
     const frames = await openDesk(page);
     await openView(page, '资产与持仓');

@@ -5,16 +5,18 @@ import type { Envelope } from './peer';
 
 let calls = 0;
 
-/** Makes a call in the page and gives the argument of its reply event. One at a time for each method. */
+/** Makes a call in the page and gives the argument of its reply event: that with its identifier, or an empty one. */
 export function replyTo(page: Page, method: AnsweredCall, uuid: string, ...args: unknown[]): Promise<unknown> {
   return page.evaluate(
     ([name, event, all]) =>
       new Promise((resolve) => {
-        const hear = (reply: unknown) => {
-          window.CallBridge.removeEventListener(event, hear);
+        const end = `"uuid":${JSON.stringify(all[0])}}`;
+        const listener = (reply: unknown) => {
+          if (reply !== '' && !String(reply).endsWith(end)) return;
+          window.CallBridge.removeEventListener(event, listener);
           resolve(reply);
         };
-        window.CallBridge.addEventListener(event, hear);
+        window.CallBridge.addEventListener(event, listener);
         window.CallBridge.invokeMethod(name, ...all);
       }),
     [method, answeredCalls[method], [uuid, ...args]] as const,

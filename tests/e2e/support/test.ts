@@ -1,5 +1,6 @@
-import { test as base, expect } from '@playwright/test';
+import { test as base, expect, type BrowserContext, type Page } from '@playwright/test';
 import { fileURLToPath } from 'node:url';
+import { EventRecorder } from './eventRecorder';
 import { Home } from './home';
 import { Simulator } from './simulator';
 
@@ -10,6 +11,12 @@ const folder = (path: string) => fileURLToPath(new URL(path, import.meta.url));
 /** What the simulator serves: the built workbench, or a page with nothing but the bridge (/bare.html). */
 export const roots = { workbench: folder('../../../web/workbench/dist'), bare: folder('../pages') };
 
+/**
+ * The first step of this market comes after 30 seconds, later than a test ends. A slower market would cost time: the
+ * simulator's message bus slows down with it, and the first page waits for an answer from there.
+ */
+export const stillMarket = ['--speed', '0.1'];
+
 interface Fixtures {
   root: string;
   options: readonly string[];
@@ -19,9 +26,33 @@ interface Fixtures {
   /** Address of a simulator of the test's own; it must end cleanly after the test. */
   url: string;
   simulator: Simulator;
+  /** A bare page, connected: for tests that need nothing else of a page than its calls. */
+  barePage: Page;
+  recorder: EventRecorder;
+  secondRecorder: EventRecorder;
+  thirdRecorder: EventRecorder;
 }
 
-export const test = base.extend<Fixtures>({
+/** Chromium takes long to make a page, so bare pages serve all tests of a worker, one after the other. */
+interface KeptPages {
+  context: BrowserContext;
+  bare: Page;
+  recorders: EventRecorder[];
+}
+
+function recorderFixture(index: number) {
+  return async (
+    { keptPages: { context, recorders }, url }: { keptPages: KeptPages; url: string },
+    use: (recorder: EventRecorder) => Promise<void>,
+  ) => {
+    const recorder = (recorders[index] ??= await EventRecorder.create(context));
+    await recorder.open(url);
+    await use(recorder);
+    await recorder.leave();
+  };
+}
+
+export const test = base.extend<Fixtures, { keptPages: KeptPages }>({
   root: [roots.bare, { option: true }],
   options: [[], { option: true }],
 
@@ -50,4 +81,21 @@ export const test = base.extend<Fixtures>({
   url: async ({ running }, use) => use(running.url),
   // Pages close before the simulator stops, because they depend on it here.
   baseURL: async ({ url }, use) => use(url),
+
+  keptPages: [
+    async ({ browser }, use) => {
+      const context = await browser.newContext();
+      await use({ context, bare: await context.newPage(), recorders: [] });
+      await context.close();
+    },
+    { scope: 'worker' },
+  ],
+  barePage: async ({ keptPages: { bare }, url }, use) => {
+    await bare.goto(`${url}bare.html`);
+    await use(bare);
+    await bare.goto('about:blank');
+  },
+  recorder: recorderFixture(0),
+  secondRecorder: recorderFixture(1),
+  thirdRecorder: recorderFixture(2),
 });

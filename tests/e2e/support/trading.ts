@@ -9,7 +9,7 @@ import type {
   SecurityDetail,
 } from '@varnel/web-client';
 import { ask } from './ask';
-import type { Ears } from './ears';
+import type { EventRecorder } from './eventRecorder';
 import type { Envelope } from './peer';
 import { fundAccounts, symbols } from './scenario';
 
@@ -27,7 +27,7 @@ export interface Market {
   highest: string;
 }
 
-export async function market({ page }: Ears, of = symbol): Promise<Market> {
+export async function market({ page }: EventRecorder, of = symbol): Promise<Market> {
   const [detail] = await ask<[SecurityDetail]>(page, 'Data_getSymbolDetail_REQ', of);
   const tick = await ask<Record<string, number>>(page, 'Data_getCurrentTick_REQ', of);
   const price = (name: string) => tick[name]!.toFixed(detail.precision);
@@ -63,25 +63,29 @@ export const lineOf = ({ symbol, exchange, orderSide, priceType, price, qty }: O
   qty,
 });
 
-export function place(ears: Ears, order: Order): Promise<Envelope> {
-  return ears.envelope('Trade_insertOrder_REQ', ...argsOf(order));
+export function place(recorder: EventRecorder, order: Order): Promise<Envelope> {
+  return recorder.envelope('Trade_insertOrder_REQ', ...argsOf(order));
 }
 
 /** Places an order that must be taken, and gives its number. */
-export async function placed(ears: Ears, order: Order): Promise<string> {
-  const envelope = await place(ears, order);
+export async function placed(recorder: EventRecorder, order: Order): Promise<string> {
+  const envelope = await place(recorder, order);
   expect(envelope).toMatchObject({ code: '0', msg: '' });
   return (envelope.resultData as PlacedOrder).orderID!;
 }
 
-export async function placeList(ears: Ears, orders: readonly Order[], orderTag = 'list'): Promise<Envelope> {
-  return ears.envelope('Trade_insertOrderList_REQ', account, orderTag, JSON.stringify(orders.map(lineOf)));
+export async function placeList(
+  recorder: EventRecorder,
+  orders: readonly Order[],
+  orderTag = 'list',
+): Promise<Envelope> {
+  return recorder.envelope('Trade_insertOrderList_REQ', account, orderTag, JSON.stringify(orders.map(lineOf)));
 }
 
 export const listed = ({ resultData }: Envelope) => resultData as ListedOrder[];
 
-export async function cancel(ears: Ears, ...ids: string[]): Promise<CancelledOrder[]> {
-  const { code, msg, resultData } = await ears.envelope('Trade_reqCancelOrder_REQ', ids.join(','));
+export async function cancel(recorder: EventRecorder, ...ids: string[]): Promise<CancelledOrder[]> {
+  const { code, msg, resultData } = await recorder.envelope('Trade_reqCancelOrder_REQ', ids.join(','));
   expect({ code, msg }).toEqual({ code: '0', msg: '' });
   return resultData as CancelledOrder[];
 }
@@ -90,13 +94,13 @@ export const idOf = ({ orderId }: Entrust | Execution) => String(orderId.userRol
 export const statusOf = ({ status }: Entrust) => String(status.userRole);
 
 /** The states of an order that were pushed, in order. */
-export function pushed(ears: Ears, id: string): Entrust[] {
-  return ears
+export function pushed(recorder: EventRecorder, id: string): Entrust[] {
+  return recorder
     .pushes<Entrust[]>('on_entrustUpdate')
     .flat()
     .filter((order) => idOf(order) === id);
 }
 
-export function reached(ears: Ears, id: string, status: string): Promise<Entrust> {
-  return ears.until(() => pushed(ears, id).find((order) => statusOf(order) === status));
+export function reached(recorder: EventRecorder, id: string, status: string): Promise<Entrust> {
+  return recorder.until(() => pushed(recorder, id).find((order) => statusOf(order) === status));
 }

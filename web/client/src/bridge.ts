@@ -1,6 +1,6 @@
-/** What the terminal puts into every page as `window.CallBridge`. */
+/** The object that the terminal puts into every page as `window.CallBridge`. */
 export interface CallBridge {
-  /** Hands a call to the terminal. It returns nothing: the answer comes as an event. */
+  /** Sends a call to the terminal. It returns nothing, because the answer comes as an event. */
   invokeMethod(method: string, ...args: unknown[]): void;
   /** The listener gets the event's arguments. */
   addEventListener(name: string, listener: BridgeListener): void;

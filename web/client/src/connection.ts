@@ -27,9 +27,9 @@ export interface CallOptions {
 }
 
 export interface ConnectOptions extends CallOptions {
-  /** Told of every reply that belongs to no waiting call here: late ones, and those to calls made elsewhere. */
+  /** Called for every reply without a waiting call: late replies, and replies to calls made elsewhere. */
   onUnpaired?: (event: string, reply: unknown) => void;
-  /** Told of every push that is not what its name promises; without it they go to the console. */
+  /** Called for every push of an unexpected form. Without it such pushes go to the console. */
   onUnreadable?: OnUnreadable;
 }
 
@@ -38,14 +38,14 @@ type CallFunction<C extends Call> =
     ? (values?: Record<string, never>, options?: CallOptions) => Promise<Answer<C>>
     : (values: Arguments<C>, options?: CallOptions) => Promise<Answer<C>>;
 
-/** One function per call, `on` for what comes unasked, and `close`. */
+/** One function for each call, `on` for pushes, and `close`. */
 export type Connection = { [C in Call]: CallFunction<C> } & {
-  /** Sends and is done: the terminal never replies to these. */
+  /** Only sends: the terminal never replies to these calls. */
   [C in OneWayCall]: (values: Arguments<C>) => void;
 } & {
-  /** Hears a push until the function that it returns is called. */
+  /** Calls the listener for each push until the returned function is called. */
   on<P extends PushEvent>(push: P, listener: PushListener<P>): () => void;
-  /** Stops listening. Calls that still wait are rejected: nothing is ever sent again. */
+  /** Stops listening and rejects waiting calls. Nothing is sent afterwards. */
   close(): void;
 };
 
@@ -57,8 +57,8 @@ interface Waiting {
 const defaultTimeoutMs = 10_000;
 
 /**
- * Gives typed access to calls and pushes. Use one connection per page, so that empty replies find their call. A call is
- * sent once, whatever becomes of it: a repeated order is a second order.
+ * Gives typed access to calls and pushes. Use one connection for each page, so that empty replies find their call. A call
+ * is never repeated: a repeated order is a second order.
  */
 export function connect(bridge: CallBridge, options: ConnectOptions = {}): Connection {
   const nextUuid = uuidSource();
@@ -66,8 +66,9 @@ export function connect(bridge: CallBridge, options: ConnectOptions = {}): Conne
   let closed = false;
 
   function open(call: Call) {
-    const { method, answer, deferred, answersEmpty, acts } = describe(call);
-    const unanswered = (reason: TimeoutError | ClosedError) => (acts ? new OutcomeUnknownError(reason) : reason);
+    const { method, answer, deferred, answersEmpty, hasSideEffects } = describe(call);
+    const unanswered = (reason: TimeoutError | ClosedError) =>
+      hasSideEffects ? new OutcomeUnknownError(reason) : reason;
     const event = answeredCalls[method];
     const waiting = new Map<string, Waiting>(); // by uuid, oldest first
 
@@ -78,11 +79,12 @@ export function connect(bridge: CallBridge, options: ConnectOptions = {}): Conne
     }
 
     /**
-     * Answers come in the order of the calls; deferred ones do not, so there only a single call is certain. For a call
-     * that acts a guess is not good enough: taken for refused, an order that stands would be placed again.
+     * Answers come in the order of the calls, so an empty reply belongs to the oldest one. Deferred answers have no
+     * order, so there it must be the only one. Calls with side effects are never guessed: if an accepted order looked
+     * refused, the page would place it again.
      */
     function takeUnnamed(): [string, Waiting] | undefined {
-      if (acts || (deferred && waiting.size !== 1)) return undefined;
+      if (hasSideEffects || (deferred && waiting.size !== 1)) return undefined;
       const [oldest] = waiting;
       if (oldest) waiting.delete(oldest[0]);
       return oldest;

@@ -1,4 +1,4 @@
-/** Base of everything that a call's promise can be rejected with after the call has been sent. */
+/** Base of all errors of a call that has been sent. */
 export class CallError extends Error {
   override readonly name: string = 'CallError'; // spelt out: bundlers shorten class names
 
@@ -12,9 +12,9 @@ export class CallError extends Error {
 }
 
 /**
- * The terminal answered with an empty reply: it did not carry out the call, because arguments were missing, or could
- * not put the answer into words. An empty reply names no call; it is taken as the answer to the oldest call of the
- * method that still waits on this connection (see README).
+ * The terminal answered with an empty reply: arguments were missing, so the call was not carried out, or the answer
+ * could not be put into text. An empty reply names no call. It counts as the answer to the oldest call of the method
+ * that waits on this connection (see README).
  */
 export class RejectedCallError extends CallError {
   override readonly name = 'RejectedCallError';
@@ -76,8 +76,8 @@ export class ClosedError extends CallError {
 }
 
 /**
- * An order, a cancel or a strategy call went out and no answer came: the time ran out, or the connection was closed.
- * That is no failure. The terminal may have carried the call out; look before you send anything again.
+ * No answer came to an order, a cancel or a strategy call before the time-out or the close of the connection. The
+ * terminal may have carried the call out, so look at its lists before you send anything again.
  */
 export class OutcomeUnknownError extends CallError {
   override readonly name = 'OutcomeUnknownError';

@@ -10,12 +10,12 @@ interface OneWayMethod {
 interface Method extends OneWayMethod {
   method: AnsweredCall;
   answer: (resultData: unknown) => unknown;
-  /** The answer is fetched elsewhere first: answers may overtake each other, and one may never come. */
+  /** The terminal asks elsewhere first: answers may overtake each other, and one may never come. */
   deferred?: true;
   /** The empty reply is the answer here, not a rejection. */
   answersEmpty?: true;
-  /** It trades, starts or stops something: without an answer nobody knows whether it was carried out. */
-  acts?: true;
+  /** The call trades, starts or stops something. Without an answer its outcome is unknown. */
+  hasSideEffects?: true;
 }
 
 /** The calls that a connection offers. Types, argument lists and answers all derive from this table. */
@@ -147,7 +147,7 @@ export const methods = {
       ['orderTag', 'text'],
     ],
     answer: answers.placedOrder,
-    acts: true,
+    hasSideEffects: true,
   },
   insertOrderList: {
     method: 'Trade_insertOrderList_REQ',
@@ -157,13 +157,13 @@ export const methods = {
       ['orders', 'orderLines'],
     ],
     answer: answers.listedOrders,
-    acts: true,
+    hasSideEffects: true,
   },
   cancelOrders: {
     method: 'Trade_reqCancelOrder_REQ',
     parameters: [['orderIds', 'commaList']],
     answer: answers.cancelledOrders,
-    acts: true,
+    hasSideEffects: true,
   },
   startStrategy: {
     method: 'Vlx_startStrategy_REQ',
@@ -176,7 +176,7 @@ export const methods = {
     ],
     answer: answers.strategyAnswer,
     deferred: true,
-    acts: true,
+    hasSideEffects: true,
   },
   stopStrategy: {
     method: 'Vlx_stopStrategy_REQ',
@@ -186,7 +186,7 @@ export const methods = {
     ],
     answer: answers.strategyAnswer,
     deferred: true,
-    acts: true,
+    hasSideEffects: true,
   },
   queryStrategyStatus: {
     method: 'Vlx_queryStrategyStatus_REQ',
@@ -230,7 +230,7 @@ export type Answer<C extends Call> = ReturnType<Methods[C]['answer']>;
 
 const allMethods: Record<Call | OneWayCall, OneWayMethod> = { ...methods, ...oneWayMethods };
 
-/** The argument list of a call, identifier first. Throws, naming the parameter, when a value would not arrive. */
+/** The argument list of a call, identifier first. Throws an error that names a parameter with an unusable value. */
 export function argumentList(
   call: Call | OneWayCall,
   uuid: string,

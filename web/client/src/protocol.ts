@@ -35,7 +35,7 @@ export const answeredCalls = {
   Vlx_queryStrategyStatus_REQ: 'Vlx_queryStrategyStatus_RES',
 } as const;
 
-/** Calls without an answer: the buffer calls are handled by nobody, and the reply names here are never sent. */
+/** Calls without an answer: nobody handles the buffer calls. The reply names here are reserved and never sent. */
 export const unansweredCalls = {
   Data_getBuffer_REQ: 'Data_getBuffer_RES',
   Data_saveBuffer_REQ: 'Data_saveBuffer_RES',
@@ -43,7 +43,7 @@ export const unansweredCalls = {
   Vlx_subStrategyMsg_REQ: 'Vlx_subStrategyMsg_RES',
 } as const;
 
-/** Events that come without being asked for. */
+/** Events without a call. */
 export const pushEvents = [
   'on_tickUpdate',
   'on_AssetUpdate',
@@ -55,7 +55,7 @@ export const pushEvents = [
   'on_vlxStrategyStatusUpdate',
 ] as const;
 
-/** Names that are kept free; nobody sends them. */
+/** Reserved names, never sent. */
 export const reservedEvents = ['on_callError', 'Notify_WebReady'] as const;
 
 export type AnsweredCall = keyof typeof answeredCalls;

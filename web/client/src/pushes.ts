@@ -3,7 +3,7 @@ import type { PushEvent } from './protocol.js';
 import * as records from './records.js';
 import { list, text, type Shape } from './shapes.js';
 
-/** Reads the arguments of a push, as the listener gets them. Throws when they are not what the push promises. */
+/** Turns the arguments of a push into those of the listener. Throws when they have an unexpected form. */
 type Reader = (args: readonly unknown[]) => readonly unknown[];
 
 function json<T>(shape: Shape<T>) {
@@ -17,13 +17,13 @@ function texts([first, second]: readonly unknown[]): [string, string] {
   return [text(first), text(second)];
 }
 
-/** An empty text or an empty object says that an account changed which the terminal cannot tell more about. */
+/** An empty text or object means that an account changed, and the terminal cannot tell which. */
 function asset([data]: readonly unknown[]): [records.Asset | undefined] {
   if (data === '' || data === '{}') return [undefined];
   return json(records.asset)([data]);
 }
 
-/** Everything that comes without being asked for. The types of listeners derive from this table. */
+/** All pushes. The types of listeners derive from this table. */
 export const pushes = {
   on_tickUpdate: json(records.tick),
   on_AssetUpdate: asset,
@@ -45,7 +45,7 @@ function complain(event: PushEvent, args: readonly unknown[], reason: Error): vo
   console.error(`${event} cannot be read:`, reason, args);
 }
 
-/** Hears a push of the bridge as long as somebody hears it here, and reads it once for all of them. */
+/** Listens to a push of the bridge while it has listeners here, and reads each push once for all of them. */
 export class PushHub {
   private readonly heard = new Map<PushEvent, { listeners: Set<BridgeListener>; onPush: BridgeListener }>();
   private closed = false;
@@ -55,7 +55,7 @@ export class PushHub {
     private readonly onUnreadable: OnUnreadable = complain,
   ) {}
 
-  /** The same function may listen more than once, and hears the push as often. */
+  /** A function that is added twice is called twice for each push. */
   readonly on = <P extends PushEvent>(push: P, listener: PushListener<P>): (() => void) => {
     if (!Object.prototype.hasOwnProperty.call(pushes, push)) throw new TypeError(`on: there is no push "${push}"`);
     if (this.closed) return () => {};
@@ -99,7 +99,7 @@ export class PushHub {
   }
 }
 
-/** A listener that throws keeps no other from hearing; its error is reported as any uncaught one is. */
+/** A listener that throws does not stop the others. Its error becomes an uncaught one. */
 function isolate(task: () => void): void {
   try {
     task();

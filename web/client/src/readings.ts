@@ -2,11 +2,11 @@ import * as records from './records.js';
 import { list, nothing, oneOrZero, optional, text, type Json } from './shapes.js';
 
 /**
- * How a value travels: `parameters` are written the way the terminal reads them, `answers` are checked before a page
- * gets them as their type. Both throw on a value that would not arrive as meant.
+ * How values travel: `parameters` turn arguments into the form that the terminal reads, `answers` check answers before a
+ * page gets them as their type. Both throw on a value of the wrong form.
  */
 
-/** Conditions on orders and executions, each a list of accepted values; without a list there is no condition. */
+/** Conditions on orders and executions, each a list of accepted values. A missing list sets no condition. */
 export const orderFilterKeys = ['fundAccount', 'symbol', 'trader', 'orderStatus', 'orderSource', 'instanceID'] as const;
 
 export type OrderFilter = { readonly [Key in (typeof orderFilterKeys)[number]]?: readonly string[] };
@@ -18,7 +18,7 @@ export interface SecurityClass {
   readonly securityPost?: readonly string[];
 }
 
-/** An order of a list. Every value is a text, quantity and price too. */
+/** An order of a list. All values are texts, also quantity and price. */
 export const orderLineKeys = ['symbol', 'exchange', 'orderSide', 'priceType', 'price', 'qty'] as const;
 
 export type OrderLine = { readonly [Key in (typeof orderLineKeys)[number]]: string };
@@ -44,7 +44,7 @@ const securityClassEntries = new Map<string, Expected>([
 ] satisfies [keyof SecurityClass, Expected][]);
 const orderLineEntries = new Map<string, Expected>(orderLineKeys.map((key) => [key, aText]));
 
-/** The terminal passes over what it does not know or cannot read, so a slip would go unnoticed there. */
+/** The terminal ignores unknown keys and unreadable values, so a mistake would go unnoticed there. */
 function checkEntries(value: unknown, entries: ReadonlyMap<string, Expected>): void {
   if (typeof value !== 'object' || value === null || Array.isArray(value)) throw new TypeError('must be an object');
   for (const [key, entry] of Object.entries(value)) {
@@ -60,14 +60,14 @@ export const parameters = {
     return value;
   },
 
-  /** The terminal reads what does not fit 32 bits as 0. */
+  /** The terminal reads a number beyond 32 bits as 0. */
   integer(value: number): number {
     if (!Number.isInteger(value)) throw new TypeError('must be an integer');
     if (Math.abs(value) > largestInteger) throw new RangeError('must fit 32 bits');
     return value;
   },
 
-  /** Travels as one text with commas. Without an entry the terminal would read one empty entry. */
+  /** Travels as one text with commas. The terminal would read an empty list as one empty entry. */
   commaList(value: readonly string[]): string {
     if (!isTexts(value)) throw new TypeError('must be a list of strings');
     if (value.length === 0) throw new RangeError('must not be empty');
@@ -87,7 +87,7 @@ export const parameters = {
     return JSON.stringify({ symbolFilter: value });
   },
 
-  /** Travels as JSON text. The terminal reads a key that is missing as an empty text, so none may be. */
+  /** Travels as JSON text. Every key is required, because the terminal reads a missing one as an empty text. */
   orderLines(value: readonly OrderLine[]): string {
     if (!Array.isArray(value)) throw new TypeError('must be a list');
     for (const line of value as readonly OrderLine[]) {
@@ -98,13 +98,13 @@ export const parameters = {
     return JSON.stringify(value);
   },
 
-  /** Travels as it is, for the strategy to read. */
+  /** Travels unchanged; the strategy reads it. */
   json(value: Json): Json {
     if (JSON.stringify(value) === undefined) throw new TypeError('must be JSON');
     return value;
   },
 
-  /** "1" subscribes; whatever else it is ends the subscription. */
+  /** "1" subscribes; any other text ends the subscription. */
   subscription(value: boolean): string {
     if (typeof value !== 'boolean') throw new TypeError('must be true or false');
     return value ? '1' : '0';
@@ -123,7 +123,7 @@ export const answers = {
   executionList: records.executionList,
   positions: list(records.position),
   assets: list(records.asset),
-  /** Missing when the terminal has no such fund account. */
+  /** Undefined when the terminal has no such fund account. */
   tradableQty: optional(records.tradableQty),
   /** A number, not true or false. */
   permission: oneOrZero,

@@ -1,13 +1,13 @@
 import { flag, json, list, number, object, optional, record, shapesOf, text } from './shapes.js';
 
-/** What the terminal's lists are made of. A test compares every key with the library's own constants. */
+/** The records of the terminal's lists. A test compares every key with the library's own constants. */
 
 export const fundAccount = record({ fundAccount: text, fundAccountName: text });
 
-/** The fields of a candle are the quote service's; `candleFields` lists them. */
+/** The quote service defines the fields of a candle; `candleFields` lists those of the simulator. */
 export const candle = object;
 
-/** The fields of a quote are the quote service's, too. */
+/** The quote service defines the fields of a quote too; `quoteFields` lists those of the simulator. */
 export const tick = object;
 
 export const securityEntry = record({ symbol: text, displayName: text, spellName: text });
@@ -23,11 +23,10 @@ export const securityDetail = record({
   priceUnit: number,
   /** The step in which quantities are shown. */
   qtyStep: number,
-  /** A quantity step, too: no number of decimals, whatever its name says. */
+  /** A quantity step too, not a number of decimals, despite its name. */
   qtyPrecision: number,
-  /** A number's text, unlike the other quantities. */
+  /** These two are texts, unlike the other quantities. */
   minQty: text,
-  /** A number's text, unlike the other quantities. */
   maxQty: text,
   securityType: text,
   securitySubType: text,
@@ -35,7 +34,7 @@ export const securityDetail = record({
   stockInterest: number,
 });
 
-/** What the terminal shows, and the value behind it. Both are null where it has none. */
+/** The text that the terminal shows, and the value behind it. Both are null when there is no value. */
 export const cell = record({ displayRole: json, userRole: json });
 
 /** Keys of an order, in the terminal's order of columns. */
@@ -90,7 +89,7 @@ export const execution = record(shapesOf(executionKeys, cell));
 export const entrustList = record({ totalSize: number, size: number, entrustInfoList: list(entrust) });
 export const executionList = record({ totalSize: number, size: number, executionInfoList: list(execution) });
 
-/** Keys of a position, in the terminal's order of columns; its interest comes besides. */
+/** Keys of a position, in the terminal's order of columns, without `stockInterest`. */
 export const positionKeys = [
   'fundAccountName',
   'fundAccount',
@@ -134,8 +133,8 @@ export const asset = record(shapesOf(assetKeys, text));
 export const tradableQty = record({ qty: text });
 
 /**
- * An order as the page sent it, with the number under which the terminal keeps it. Without a number the terminal has
- * taken no order, although it reports no failure either.
+ * An order as the page sent it, with the terminal's number. Without a number there is no order, although the terminal
+ * reports no failure.
  */
 export const placedOrder = record({
   orderID: optional(text),
@@ -148,7 +147,7 @@ export const placedOrder = record({
   exchange: text,
 });
 
-/** One order of a list as the terminal took it, with an outcome of its own. */
+/** One order of a list with the values that the terminal accepted, and its own outcome. */
 export const listedOrder = record({
   symbol: text,
   orderSide: text,
@@ -161,10 +160,10 @@ export const listedOrder = record({
   msg: text,
 });
 
-/** Spelled orderId here, as the terminal spells it for cancels. The values are the terminal's own. */
+/** The key is orderId here, as in the protocol. The values are the terminal's own. */
 export const cancelledOrder = record({ orderId: json, code: json, msg: json });
 
-/** The extension comes back as the page sent it. */
+/** The extension comes back unchanged. */
 export const strategyAnswer = record({ strategyID: text, strategyStatus: json, ExtField: json });
 
 export type FundAccount = ReturnType<typeof fundAccount>;

@@ -1,6 +1,6 @@
 /**
- * Building blocks for checking an answer before a page gets it as its type. A shape gives the data back as it is, or
- * throws a TypeError that says where it differs from the promise.
+ * Building blocks that check an answer before a page gets it as its type. A shape returns the data unchanged, or throws a
+ * TypeError that names the place of the wrong value.
  */
 
 export type Json = null | boolean | number | string | Json[] | { [key: string]: Json };
@@ -35,7 +35,7 @@ export function oneOrZero(data: unknown): 0 | 1 {
 /** For replies that carry no data. */
 export function nothing(): void {}
 
-/** Anything, null included; but it must be there. */
+/** Any value, null included, but not undefined. */
 export function json(data: unknown): Json {
   if (data === undefined) throw new TypeError(' is missing');
   return data as Json;

@@ -1,4 +1,4 @@
-/** Texts that the simulator uses; docs/vocabulary.md explains them, a test compares the two. */
+/** Names and codes of the simulator. docs/vocabulary.md explains them, and a test compares the two. */
 
 /** Fields of a candle. */
 export const candleFields = {
@@ -13,7 +13,7 @@ export const candleFields = {
   clientMsgID: 'clientMsgID',
 } as const;
 
-/** Period flags of getKLineData; every text but the first means days. */
+/** Period flags of getKLineData. Every text other than "1" means days. */
 export const klinePeriods = { minute: '1', day: '2' } as const;
 
 /** Values of getFundAccountList's fundProp. */
@@ -52,8 +52,8 @@ export const orderStatuses = {
 } as const;
 
 /**
- * Values of sideUnion, and sides to ask with: plain ones for shares, funds and bonds, those that open or close for
- * futures. A record's side is only buy or sell.
+ * Values of sideUnion and of the sides in calls. Futures use those that open or close, other securities the plain ones. A
+ * record's `side` is only buy or sell.
  */
 export const sides = {
   buy: 'Buy',

@@ -17,7 +17,7 @@ afterEach(() => {
   vi.useRealTimers();
 });
 
-describe('arguments that would not arrive', () => {
+describe('unusable arguments', () => {
   it.each([
     [1.5, 'getFundAccountList: fundProp must be an integer'],
     [Number.NaN, 'getFundAccountList: fundProp must be an integer'],
@@ -29,7 +29,7 @@ describe('arguments that would not arrive', () => {
     expect(bridge.calls).toEqual([]);
   });
 
-  it('a text that is missing is refused', async () => {
+  it('a missing text is refused', async () => {
     await expect(sdk.getOPStation({ first: 'A' } as never)).rejects.toThrow('getOPStation: second must be a string');
     expect(bridge.calls).toEqual([]);
   });
@@ -91,7 +91,7 @@ describe('arguments that would not arrive', () => {
     expect(bridge.calls).toEqual([]);
   });
 
-  it('a condition that is undefined is none', async () => {
+  it('an undefined condition sets no condition', async () => {
     const answer = sdk.getEntrustList({ ...page, filter: { symbol: undefined, trader: ['t'] } as never });
     expect(bridge.calls[0]!.args[1]).toBe('{"trader":["t"]}');
     bridge.reply('Data_getEntrustList_RES', bridge.uuid(0), { totalSize: 0, size: 0, entrustInfoList: [] });
@@ -120,7 +120,7 @@ describe('arguments that would not arrive', () => {
     void sdk.getToken().then((token: number) => token);
   });
 
-  it('the largest integers pass', async () => {
+  it('the largest integers are accepted', async () => {
     const answers = [-(2 ** 31) + 1, 2 ** 31 - 1].map((fundProp) => sdk.getFundAccountList({ fundProp }));
     bridge.calls.forEach((_, index) => bridge.reply('Data_getFundAccountList_RES', bridge.uuid(index), []));
     expect(await Promise.all(answers)).toEqual([[], []]);

@@ -29,7 +29,7 @@ afterEach(() => {
 });
 
 describe('pairing', () => {
-  it('gives each call its own answer, whatever the order', async () => {
+  it('gives each call its own answer in any order', async () => {
     const [first, second] = [sdk.getToken(), sdk.getToken()];
     expect(bridge.uuid(0)).not.toBe(bridge.uuid(1));
     bridge.reply('Data_getToken_RES', bridge.uuid(1), 'two');
@@ -38,7 +38,7 @@ describe('pairing', () => {
     expect(unpaired).toEqual([]);
   });
 
-  it('takes an answer that comes before the call returns', async () => {
+  it('accepts an answer that comes before the call returns', async () => {
     bridge.answerAtOnce = (_, [uuid]) => bridge.reply('Data_getToken_RES', uuid, 'at once');
     expect(await sdk.getToken()).toBe('at once');
   });
@@ -58,7 +58,7 @@ describe('pairing', () => {
     expect(await answer).toBe('T');
   });
 
-  it('does not take the answer of another method for its own', async () => {
+  it('does not accept the answer of another method', async () => {
     const answer = sdk.getToken();
     bridge.reply('Data_getLoginTrader_RES', bridge.uuid(0), 'not a token');
     expect(unpaired).toHaveLength(1);
@@ -87,7 +87,7 @@ describe('empty replies', () => {
     expect(await Promise.all([second, station])).toEqual(['T', 'S']);
   });
 
-  it('reject a deferred call only when it waits alone', async () => {
+  it('reject a deferred call only when no other call waits', async () => {
     const range = { symbol: 's', startTime: '', stopTime: '', period: '2' };
     const [first, second] = [sdk.getKLineData(range), sdk.getKLineData(range)];
     bridge.emit('Data_getKLineData_RES', '');
@@ -228,7 +228,7 @@ describe('failures', () => {
     await expect(answer).rejects.toThrow(`unexpected reply: ${message}`);
   });
 
-  it('are all call errors with their own name', async () => {
+  it('are all CallErrors with their own name', async () => {
     const answer = sdk.getToken();
     bridge.emit('Data_getToken_RES', '');
     const error = await answer.catch((reason: unknown) => reason);
@@ -245,7 +245,7 @@ describe('failures', () => {
 });
 
 describe('close', () => {
-  it('rejects what waits, refuses what comes and stops listening', async () => {
+  it('rejects waiting and later calls and stops listening', async () => {
     const waiting = sdk.getToken();
     sdk.close();
     await expect(waiting).rejects.toBeInstanceOf(ClosedError);

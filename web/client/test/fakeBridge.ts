@@ -2,10 +2,10 @@ import { webcrypto } from 'node:crypto';
 import { vi } from 'vitest';
 import type { BridgeListener, CallBridge } from '../src/index.js';
 
-// A page always has it; Node 18 does not.
+// Every page has it, but Node 18 does not.
 vi.stubGlobal('crypto', webcrypto);
 
-/** A terminal that records every call and says only what the test lets it say. */
+/** A terminal that records every call and sends only the events of the test. */
 export class FakeBridge implements CallBridge {
   readonly calls: { method: string; args: unknown[] }[] = [];
   readonly listeners = new Map<string, Set<BridgeListener>>();

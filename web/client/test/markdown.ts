@@ -4,7 +4,7 @@ export function readDocument(name: string): string {
   return readFileSync(new URL(`../../../docs/${name}`, import.meta.url), 'utf8');
 }
 
-/** The cells of the first table after a text, heading left out. */
+/** The cells of the first table after a text, without its heading. */
 export function tableAfter(document: string, text: string): string[][] {
   const start = document.indexOf(text);
   if (start < 0) throw new Error(`the document has no "${text}"`);
@@ -20,10 +20,10 @@ export function tableAfter(document: string, text: string): string[][] {
         .map((cell) => cell.trim()),
     );
   }
-  return rows.slice(2); // names of the columns, and the line below them
+  return rows.slice(2); // without the names of the columns and the line below
 }
 
-/** What stands in code quotes. */
+/** The texts in code quotes. */
 export function quoted(cell: string): string[] {
   return [...cell.matchAll(/`([^`]+)`/g)].map(([, text]) => text!);
 }

@@ -30,7 +30,7 @@ const line = { symbol: 's', exchange: 'X', orderSide: 'Buy', priceType: 'Limit',
 const order = { ...line, fundAccount: 'f', orderTag: '' };
 const echo = { ...line, fundAccount: 'f' };
 
-const acting: [string, () => Promise<unknown>, string][] = [
+const commands: [string, () => Promise<unknown>, string][] = [
   ['an order', () => sdk.insertOrder(order), 'Trade_insertOrder_RES'],
   [
     'a list of orders',
@@ -46,9 +46,9 @@ const acting: [string, () => Promise<unknown>, string][] = [
   ['a stop of a strategy', () => sdk.stopStrategy({ strategyID: 'S', extension: '' }), 'Vlx_stopStrategy_RES'],
 ];
 
-describe.each(acting)('%s', (_, act, event) => {
+describe.each(commands)('%s', (_, send, event) => {
   it('without an answer in time has an unknown outcome, and is not sent again', async () => {
-    const answer = act();
+    const answer = send();
     const outcome = answer.catch((error: unknown) => error);
     await vi.advanceTimersByTimeAsync(1000);
     const error = (await outcome) as OutcomeUnknownError;
@@ -60,12 +60,12 @@ describe.each(acting)('%s', (_, act, event) => {
     await vi.advanceTimersByTimeAsync(600_000);
     expect(bridge.calls).toHaveLength(1);
     bridge.reply(event, bridge.uuid(0), echo);
-    expect(unpaired).toHaveLength(1); // the late answer is reported, and paired with nothing
+    expect(unpaired).toHaveLength(1); // the late answer is reported as unpaired
   });
 
-  it('is not settled by an empty reply, which answers a call made elsewhere', async () => {
+  it('is not settled by an empty reply, which belongs to a call made elsewhere', async () => {
     let settled = false;
-    const answer = act();
+    const answer = send();
     const outcome = answer.catch((error: unknown) => error).finally(() => (settled = true));
     bridge.emit(event, '');
     await vi.advanceTimersByTimeAsync(999);
@@ -76,7 +76,7 @@ describe.each(acting)('%s', (_, act, event) => {
   });
 
   it('under way when the connection closes has an unknown outcome, and is not sent again', async () => {
-    const answer = act();
+    const answer = send();
     sdk.close();
     await expect(answer).rejects.toBeInstanceOf(OutcomeUnknownError);
     await expect(answer).rejects.toMatchObject({ cause: expect.any(ClosedError) });
@@ -85,13 +85,13 @@ describe.each(acting)('%s', (_, act, event) => {
 
   it('after the close is not sent at all, and its outcome is known', async () => {
     sdk.close();
-    await expect(act()).rejects.toBeInstanceOf(ClosedError);
+    await expect(send()).rejects.toBeInstanceOf(ClosedError);
     expect(bridge.calls).toEqual([]);
   });
 });
 
 describe('questions', () => {
-  it('that time out are no unknown outcomes', async () => {
+  it('that time out reject with a TimeoutError', async () => {
     const answer = sdk.queryStrategyStatus({ strategyID: 'S', extension: '' });
     const outcome = answer.catch((error: unknown) => error);
     await vi.advanceTimersByTimeAsync(1000);
@@ -109,27 +109,27 @@ describe('an order', () => {
     expect((await Promise.all(answers)).map(({ orderID }) => orderID)).toEqual(['1', '2']);
   });
 
-  it('that is refused says why, and under which number it is kept', async () => {
+  it('that is refused has the reason and its number', async () => {
     const answer = sdk.insertOrder(order);
     bridge.reply('Trade_insertOrder_RES', bridge.uuid(0), { ...echo, orderID: '1' }, '-1', '资金不足');
     await expect(answer).rejects.toBeInstanceOf(FailedCallError);
     await expect(answer).rejects.toMatchObject({ msg: '资金不足', resultData: { orderID: '1' } });
   });
 
-  it('that the terminal quietly leaves aside has no number', async () => {
+  it('that the terminal drops without a reason has no number', async () => {
     const answer = sdk.insertOrder(order);
     bridge.reply('Trade_insertOrder_RES', bridge.uuid(0), echo);
     expect((await answer).orderID).toBeUndefined();
   });
 
-  it('whose reply is not as promised may have been placed all the same', async () => {
+  it('whose reply has an unexpected form may have been placed', async () => {
     const answer = sdk.insertOrder(order);
     bridge.reply('Trade_insertOrder_RES', bridge.uuid(0), { orderID: 1 });
     await expect(answer).rejects.toBeInstanceOf(UnexpectedReplyError);
     expect(bridge.calls).toHaveLength(1);
   });
 
-  it('of a list has an outcome of its own: the call succeeds although an order is refused', async () => {
+  it('of a list has its own outcome: the call succeeds although an order is refused', async () => {
     const answer = sdk.insertOrderList({ fundAccount: 'f', orderTag: '', orders: [line, line] });
     const outcomes = [
       { ...line, orderID: '1', code: '0', msg: '' },
@@ -150,7 +150,7 @@ describe('a permission', () => {
     expect(await answer).toBe(got);
   });
 
-  it.each([true, '1', 2, null])('%j is none', async (sent) => {
+  it.each([true, '1', 2, null])('%j is not accepted', async (sent) => {
     const answer = sdk.getPermission({ fundAccount: 'f', supportType: 't' });
     bridge.reply('Data_getPermission_RES', bridge.uuid(0), sent);
     await expect(answer).rejects.toBeInstanceOf(UnexpectedReplyError);

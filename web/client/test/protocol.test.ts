@@ -16,18 +16,18 @@ const calls = Object.entries({ ...answeredCalls, ...unansweredCalls });
 const namesHere = [...calls.flat(), ...pushEvents, ...reservedEvents];
 
 describe('protocol names', () => {
-  it('are those of the library, no more and no fewer', () => {
+  it('are exactly those of the library', () => {
     expect(namesInHeader().length).toBeGreaterThan(0);
     expect([...namesHere].sort()).toEqual(namesInHeader().sort());
   });
 
-  it('are all offered, but for the calls that nobody handles', () => {
+  it('are all offered, except the calls that nobody handles', () => {
     const offered = Object.values({ ...methods, ...oneWayMethods }).map(({ method }) => method);
     const unhandled = ['Data_getBuffer_REQ', 'Data_saveBuffer_REQ'];
     expect([...offered, ...unhandled].sort()).toEqual(calls.map(([method]) => method).sort());
   });
 
-  it('appear once each', () => {
+  it('are unique', () => {
     expect(new Set(namesHere).size).toBe(namesHere.length);
   });
 
@@ -53,7 +53,7 @@ describe('the protocol page', () => {
     expect(documented.sort()).toEqual([...pushEvents].sort());
   });
 
-  it('knows no name that the library does not', () => {
+  it('has no name that the library does not have', () => {
     const mentioned = [...page.matchAll(/\b(?:\w+_(?:REQ|RES)|on_\w+|Notify_\w+)\b/g)].map(([name]) => name);
     expect(mentioned.length).toBeGreaterThan(0);
     expect(mentioned.filter((name) => !namesHere.includes(name as (typeof namesHere)[number]))).toEqual([]);

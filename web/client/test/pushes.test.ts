@@ -86,7 +86,7 @@ describe('every push', () => {
     expect(unreadable).toEqual([[push, args, typeof reason === 'string' ? reason : expect.stringMatching(reason)]]);
   });
 
-  it('that cannot be read goes to the console when nobody asked for it', () => {
+  it('that cannot be read goes to the console without onUnreadable', () => {
     const complain = vi.spyOn(console, 'error').mockImplementation(() => {});
     connect(bridge).on('on_tickUpdate', () => {});
     bridge.emit('on_tickUpdate', '[]');
@@ -96,7 +96,7 @@ describe('every push', () => {
 });
 
 describe('listening', () => {
-  it('costs the bridge nothing as long as nobody listens', () => {
+  it('adds no listener to the bridge while nobody listens', () => {
     expect(bridge.listeners.get('on_tickUpdate')).toBeUndefined();
     const stops = [sdk.on('on_tickUpdate', () => {}), sdk.on('on_tickUpdate', () => {})];
     expect(bridge.listeners.get('on_tickUpdate')!.size).toBe(1);
@@ -107,7 +107,7 @@ describe('listening', () => {
     expect(bridge.listeners.get('on_tickUpdate')!.size).toBe(1);
   });
 
-  it('twice with one function hears twice', () => {
+  it('twice with one function calls it twice', () => {
     let heard = 0;
     const listener = () => void ++heard;
     const stop = sdk.on('on_orderLoaded', listener);
@@ -125,7 +125,7 @@ describe('listening', () => {
     expect(heard[0]![0]![0]).toBe(heard[1]![0]![0]);
   });
 
-  it('goes on when another listener throws, and the error comes to light', () => {
+  it('goes on when another listener throws, and the error is uncaught', () => {
     sdk.on('on_orderLoaded', () => {
       throw new Error('of the page');
     });
@@ -153,13 +153,13 @@ describe('listening', () => {
     expect(bridge.listeners.get('on_orderLoaded')!.size).toBe(0);
   });
 
-  it('to a push that does not exist is a slip', () => {
+  it('to a push that does not exist throws', () => {
     expect(() => sdk.on('on_callError' as never, () => {})).toThrow('there is no push "on_callError"');
   });
 });
 
 describe('calls without reply', () => {
-  it('are sent, and wait for nothing', () => {
+  it('are sent without waiting for a reply', () => {
     expect(sdk.sendCustomInfo({ message: 'm', customMsgID: 'id' })).toBeUndefined();
     sdk.subStrategyMsg({ customMsgID: 'id', subscribed: true });
     sdk.subStrategyMsg({ customMsgID: 'id', subscribed: false });
@@ -173,7 +173,7 @@ describe('calls without reply', () => {
     expect([...bridge.listeners.keys()].filter((event) => event.includes('CustomInfo'))).toEqual([]);
   });
 
-  it('with arguments that would not arrive are not sent', () => {
+  it('with unusable arguments are not sent', () => {
     expect(() => sdk.sendCustomInfo({ customMsgID: 'id', message: 1 as never })).toThrow('message must be a string');
     expect(() => sdk.subStrategyMsg({ customMsgID: 'id', subscribed: '1' as never })).toThrow('subscribed must be');
     expect(bridge.calls).toEqual([]);

@@ -1,6 +1,6 @@
 import { assetKeys, entrustKeys, executionKeys, positionKeys } from '../src/index.js';
 
-/** What pages send and get, as the tests use it. */
+/** Sample arguments and answers. */
 
 export const filter = { symbol: ['s'], orderStatus: ['1', '2'] };
 export const page = { filter, start: 40, count: 20 };

@@ -11,7 +11,7 @@ import { useEffect, useRef, useState } from 'react';
 import { drawable, type Bar } from './candles';
 import { direction, figures } from './figures';
 
-// Turnover is left to the table: one line is all that there is room for.
+// The legend has room for one line, so only the table shows the turnover.
 const legendFigures = figures.filter(({ hint }) => hint !== 'amount');
 
 // In China red is up.
@@ -64,7 +64,7 @@ export function KLineChart({ title, bars }: { title: string; bars: readonly Bar[
   const container = useRef<HTMLDivElement>(null);
   const [series, setSeries] = useState<Series>();
   const [drawn, setDrawn] = useState(0);
-  const [pointed, setPointed] = useState<number>(); // place of the candle under the pointer
+  const [pointed, setPointed] = useState<number>(); // index of the candle under the pointer
   const legend = bars[pointed ?? bars.length - 1];
 
   useEffect(() => {
@@ -92,7 +92,7 @@ export function KLineChart({ title, bars }: { title: string; bars: readonly Bar[
         color: bar.close >= bar.open ? `${up}66` : `${down}66`,
       })),
     );
-    // A hundred candles are easy on the eye; the rest is a drag away.
+    // The chart opens with the latest hundred candles; dragging shows the rest.
     series.chart.timeScale().setVisibleLogicalRange({ from: Math.max(0, shown.length - 100), to: shown.length + 2 });
     setDrawn(series.candles.data().length);
 

@@ -6,7 +6,7 @@ interface Props {
   onTurn: (start: number) => void;
 }
 
-/** Where in a long list the page is, and the way to the rest of it. */
+/** Shows the position in a long list and turns its pages. */
 export function Pager({ start, size, total, count, onTurn }: Props) {
   const last = Math.max(0, Math.floor((total - 1) / count) * count);
   const turns = [

@@ -14,13 +14,13 @@ interface Props<Item> {
   items: readonly Item[];
   busy: boolean;
   testId: string;
-  /** Tells records apart, so that a row stays itself when others come before it. */
+  /** Identifies a record, so that its row is kept when others come before it. */
   idOf?: (item: Item) => string;
-  /** A first column that is no field of the record. */
+  /** A first column that is not a field of the record. */
   lead?: { title: ReactNode; write: (item: Item) => ReactNode };
 }
 
-/** Records of the terminal, a row each. A column of figures is written to the right. */
+/** Records of the terminal, one in each row. Columns of numbers are aligned to the right. */
 export function RecordTable<Item>({ label, columns, items, busy, testId, idOf, lead }: Props<Item>) {
   const isFigures = columns.map(({ isFigure }) => items.length > 0 && items.every(isFigure));
   return (

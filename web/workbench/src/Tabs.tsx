@@ -14,7 +14,7 @@ const steps: Record<string, (at: number, count: number) => number> = {
   End: (_, count) => count - 1,
 };
 
-/** One view at a time. A view is made when it is first opened, and keeps its state from then on. */
+/** Shows one view at a time. The first opening creates a view; from then on it keeps its state. */
 export function Tabs({ label, tabs }: { label: string; tabs: readonly Tab[] }) {
   const id = useId();
   const [current, setCurrent] = useState(0);

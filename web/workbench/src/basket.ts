@@ -1,6 +1,6 @@
 import { priceTypes, type OrderLine } from '@varnel/web-client';
 
-/** An order of a basket as it is typed; its exchange is looked up. */
+/** An order of a basket as typed. The exchange is looked up later. */
 export type BasketLine = Omit<OrderLine, 'exchange'>;
 
 export type ReadBasket = { ok: true; lines: BasketLine[] } | { ok: false; reason: string };
@@ -8,8 +8,8 @@ export type ReadBasket = { ok: true; lines: BasketLine[] } | { ok: false; reason
 const shape = '证券标识,买卖,数量,价格';
 
 /**
- * Reads a line for each order: symbol, side, quantity, price. Without a price it is an order at the market. Whether the
- * values make sense is the terminal's to say.
+ * Reads one order from each line: symbol, side, quantity, price. Without a price it is a market order. The terminal
+ * checks the values.
  */
 export function readBasket(text: string): ReadBasket {
   const lines: BasketLine[] = [];

@@ -6,7 +6,7 @@ export interface ConnectionState {
   reason?: string;
 }
 
-/** Follows the window's bridge events. Must listen before the bridge is loaded, or the first one is missed. */
+/** Follows the window's bridge events. Create it before the bridge is loaded, or it misses the first event. */
 export class ConnectionWatch {
   private state: ConnectionState = { phase: 'connecting' };
   private readonly watchers = new Set<() => void>();
@@ -36,7 +36,7 @@ export class ConnectionWatch {
   }
 }
 
-/** Loads the script with which the simulator stands in for the terminal's embedded browser. */
+/** Loads the simulator's script that defines the bridge, as the terminal's embedded browser would. */
 export function loadBridge(): Promise<CallBridge> {
   return new Promise((resolve, reject) => {
     const script = document.createElement('script');

@@ -1,6 +1,6 @@
 import { candleFields, type Candle, type Json } from '@varnel/web-client';
 
-/** A candle as the chart and the table show it. */
+/** A candle, as shown by chart and table. */
 export interface Bar {
   time: string;
   /** Seconds; exchange time written as UTC, so that the chart's axis shows exchange time. */
@@ -28,14 +28,14 @@ export function secondsOf(time: string): number {
   return Date.UTC(year, month - 1, day, hour, minute, second) / 1000;
 }
 
-/** The time as people write it: "2025-03-03" and "2025-03-03 09:31". Shows what it cannot read as it is. */
+/** The time for display: "2025-03-03" or "2025-03-03 09:31". An unreadable time stays unchanged. */
 export function readableTime({ time, seconds }: Bar): string {
   if (!Number.isFinite(seconds)) return time;
   const text = new Date(seconds * 1000).toISOString();
   return time.length > 8 ? `${text.slice(0, 10)} ${text.slice(11, 16)}` : text.slice(0, 10);
 }
 
-/** Not a number for what is none: a missing price must not become 0. */
+/** NaN for a value that is not a number: a missing price must not become 0. */
 function figure(value: Json | undefined): number {
   return typeof value === 'number' || (typeof value === 'string' && value.trim() !== '') ? Number(value) : Number.NaN;
 }
@@ -55,7 +55,7 @@ export function barOf(candle: Candle): Bar {
   };
 }
 
-/** Bars that a chart can draw: all figures are there, and time only grows. */
+/** Bars that a chart can draw: complete, and in ascending order of time. */
 export function drawable(bars: readonly Bar[]): Bar[] {
   const drawn: Bar[] = [];
   for (const bar of bars) {

@@ -5,7 +5,7 @@ import { written } from './values';
 /** An order or an execution: a cell for each field. */
 export type CellRow = Partial<Record<Column<unknown>['key'], Cell>>;
 
-/** Shows a field as the terminal shows it. */
+/** Shows the terminal's text of a field. */
 export function cellColumn(key: Column<CellRow>['key']): Column<CellRow> {
   return {
     key,
@@ -15,7 +15,7 @@ export function cellColumn(key: Column<CellRow>['key']): Column<CellRow> {
   };
 }
 
-/** The value behind a cell, as the terminal reads it: an identifier that is a number has no commas. */
+/** The value behind a cell as text. Numbers get no separators, so identifiers stay readable for the terminal. */
 export function valueOf(cell: Cell | undefined): string {
   const value = cell?.userRole ?? '';
   return typeof value === 'object' ? JSON.stringify(value) : String(value);

@@ -5,7 +5,7 @@ type RecordKey =
   | 'stockInterest'
   | keyof SecurityDetail;
 
-/** What the desk calls the fields of the terminal's records. */
+/** Display names of the fields of the terminal's records. */
 export const fieldNames: Readonly<Record<RecordKey, string>> = {
   // Orders and executions
   entrustTime: '委托时间',

@@ -10,7 +10,7 @@ const tenThousands = new Intl.NumberFormat('zh-CN', { minimumFractionDigits: 2, 
 
 const written = (format: Intl.NumberFormat, value: number) => (Number.isFinite(value) ? format.format(value) : '—');
 
-/** How the desk names and writes the figures of a candle, in the order in which it shows them. */
+/** Names and formats of the figures of a candle, in display order. */
 export const figures: readonly { name: string; hint: string; write: (bar: Bar) => string }[] = [
   { name: '时间', hint: 'time', write: readableTime },
   { name: '开盘', hint: 'open', write: (bar) => written(price, bar.open) },

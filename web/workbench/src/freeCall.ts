@@ -23,7 +23,7 @@ export function readArguments(text: string): ReadArguments {
   return Array.isArray(value) ? { ok: true, args: value } : { ok: false, reason: '须为数组，例如 ["u1", 1]' };
 }
 
-/** Texts that hold JSON are laid out; others stand as they are. */
+/** Formats a text that holds JSON; other texts stay unchanged. */
 export function layOut(value: unknown): string {
   if (typeof value !== 'string') return JSON.stringify(value, null, 2) ?? String(value);
   if (value === '') return '""（空应答 empty reply）';
@@ -34,7 +34,7 @@ export function layOut(value: unknown): string {
   }
 }
 
-/** The parts of a text with commas, without blanks around them; none of an empty text. */
+/** The parts of a text with commas, without blanks around them. An empty text has no parts. */
 export function commaParts(text: string): string[] {
   return text.trim() === '' ? [] : text.split(',').map((part) => part.trim());
 }

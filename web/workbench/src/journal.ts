@@ -23,13 +23,13 @@ export interface CallEntry extends EntryBase {
   uuid: string;
   /** Set when the terminal never replies to this call. */
   oneWay: boolean;
-  /** Missing as long as no answer has come. */
+  /** Missing until the answer comes. */
   answer?: { outcome: Outcome; afterMs: number };
 }
 
 export interface EventEntry extends EntryBase {
   kind: 'event';
-  /** It came without being asked for. */
+  /** Whether it is a push. */
   isPush: boolean;
   /** Set when the event answers a call of this page. */
   afterMs?: number;
@@ -48,7 +48,7 @@ const knownEvents = [
   ...reservedEvents,
 ];
 
-/** Calls whose empty reply is their answer. */
+/** Calls that are answered by the empty reply. */
 const answerEmpty = new Set<string>(
   Object.values(methods).flatMap((call) => ('answersEmpty' in call ? [call.method] : [])),
 );
@@ -56,7 +56,7 @@ const answerEmpty = new Set<string>(
 const oneWay = new Set<string>(Object.values(oneWayMethods).map(({ method }) => method));
 const pushes = new Set<string>(pushEvents);
 
-/** How the terminal reads a call identifier that is no text. */
+/** The text that the terminal makes of a call identifier. */
 function asText(value: unknown): string {
   return typeof value === 'string'
     ? value
@@ -70,9 +70,8 @@ function replyOf(method: string): string {
 }
 
 /**
- * Stands between the page and the bridge and writes down every call and every event, in order. It keeps the latest
- * entries only, as many pushes as others, so that quotes do not wash the calls away. It changes nothing that passes
- * through.
+ * Records every call and every event between page and bridge, in order, and changes none of them. It keeps only the
+ * latest entries. Pushes have a limit of their own, so that quotes do not displace the calls.
  */
 export class Journal implements CallBridge {
   private list: Entry[] = []; // all but pushes
@@ -88,7 +87,7 @@ export class Journal implements CallBridge {
   constructor(
     private readonly bridge: CallBridge,
     private readonly limit = 500,
-    /** Events come in bursts; the page is redrawn once for each frame at most. */
+    /** Events come in bursts; the page renders at most once for each frame. */
     private readonly schedule: (task: () => void) => void = (task) => requestAnimationFrame(task),
   ) {
     knownEvents.forEach((name) => this.hear(name));
@@ -153,7 +152,7 @@ export class Journal implements CallBridge {
 
   private onEvent(name: string, args: unknown[]): void {
     const entry: EventEntry = { ...this.stamp(name, args), kind: 'event', isPush: pushes.has(name) };
-    const reply = entry.isPush ? undefined : envelope(args[0]); // a push answers nothing, and may be large
+    const reply = entry.isPush ? undefined : envelope(args[0]); // a push answers no call, and may be large
     const call = this.callAnsweredBy(name, args, reply);
     if (call) {
       const afterMs = performance.now() - this.started.get(call)!;

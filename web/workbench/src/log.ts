@@ -5,7 +5,7 @@ export interface LogLine {
 
 const longest = 200;
 
-/** The latest line first, and no more lines than anybody reads. */
+/** Puts the line first and drops the oldest lines. */
 export function withLine(log: readonly LogLine[], text: string): readonly LogLine[] {
   return [{ id: (log[0]?.id ?? 0) + 1, text }, ...log].slice(0, longest);
 }

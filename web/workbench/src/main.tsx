@@ -11,7 +11,7 @@ import './desk.css'; // last: it has the rules for narrow windows
 
 const root = createRoot(document.getElementById('desk')!);
 
-// The connection may open as soon as the bridge is there, so whoever wants to know listens first.
+// The connection may open as soon as the bridge is loaded, so listen before that.
 const early: [string, ...unknown[]][] = [];
 let note = (...event: [string, ...unknown[]]): void => {
   early.push(event);

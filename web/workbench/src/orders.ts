@@ -1,6 +1,6 @@
 import { orderStatuses, priceTypes, sides } from '@varnel/web-client';
 
-/** What the desk calls the codes of orders. */
+/** Display names of the codes of orders. */
 
 export const sideNames: Readonly<Record<string, string>> = {
   [sides.buy]: '买入',

@@ -1,6 +1,6 @@
 import { quoteFields, type Json, type Tick } from '@varnel/web-client';
 
-/** The time of day of "20250303100000". Shows what it cannot read as it is. */
+/** The time of day of "20250303100000". An unreadable time stays unchanged. */
 export function clockOf(time: string): string {
   return time.replace(/^\d{8}(\d\d)(\d\d)(\d\d)$/, '$1:$2:$3');
 }
@@ -10,12 +10,12 @@ export interface Level {
   qty: number;
 }
 
-/** A quote as the desk shows it. What the quote lacks is no number. */
+/** A quote for display. Missing fields are NaN. */
 export interface Quote {
   time: string;
   previousClose: number;
   figures: Record<'open' | 'high' | 'low' | 'last' | 'upperLimit' | 'lowerLimit' | 'volume' | 'amount', number>;
-  /** Best first; without the empty ones. */
+  /** Best first, without empty levels. */
   bids: Level[];
   asks: Level[];
 }

@@ -1,13 +1,13 @@
 import { useCallback, useRef, useState } from 'react';
 
 export interface Answered<T> {
-  /** What the latest call gave; kept while the next one is under way. */
+  /** The answer to the latest call. It stays until the next call is answered. */
   data: T | undefined;
   error: Error | undefined;
   waiting: boolean;
 }
 
-/** Keeps the state of a call that can be repeated. Of several under way only the latest counts. */
+/** Keeps the state of a repeatable call. Only the latest of several waiting calls counts. */
 export function useAnswer<T>(): [Answered<T>, (call: Promise<T>) => void] {
   const [state, setState] = useState<Answered<T>>({ data: undefined, error: undefined, waiting: false });
   const latest = useRef<Promise<T>>(undefined);

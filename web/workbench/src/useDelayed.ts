@@ -1,6 +1,6 @@
 import { useEffect, useState } from 'react';
 
-/** A value that has stood for a moment: typing makes no call for each key. */
+/** The value after a pause without changes, so that typing does not make a call for each key. */
 export function useDelayed<T>(value: T, delayMs = 200): T {
   const [settled, setSettled] = useState(value);
   useEffect(() => {

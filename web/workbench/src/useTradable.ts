@@ -4,11 +4,11 @@ import { usePush, useRefetch } from './live/hooks';
 import { useAnswer } from './useAnswer';
 import { useDelayed } from './useDelayed';
 
-/** How much can be traded as the ticket stands; asked again when it, or what its account has, has changed. */
+/** The tradable quantity of the ticket. Asks again when the ticket or its account changes. */
 export function useTradable(sdk: Connection, asked: Parameters<Connection['getTradableQty']>[0] | undefined): string {
   const [answer, follow] = useAnswer<{ key: string; qty: string | undefined }>();
   const key = asked && asked.price !== '' ? JSON.stringify(asked) : '';
-  const settled = useDelayed(key); // not at each key
+  const settled = useDelayed(key); // no call for each key
 
   async function ask() {
     if (!asked || key === '' || key !== settled) return;
@@ -22,6 +22,6 @@ export function useTradable(sdk: Connection, asked: Parameters<Connection['getTr
     if (!asset || asset.fundAccount === asked?.fundAccount) refetch();
   });
 
-  // What stood before the account changed stays until there is a new answer; that to another ticket does not.
+  // The old quantity stays visible until the new answer comes, but never the quantity of another ticket.
   return (answer.data?.key === key && answer.data.qty) || '—';
 }

@@ -6,18 +6,18 @@ import { readWatchList, watchListKey, withoutRepeats, writeWatchList } from './w
 
 export interface WatchList {
   symbols: readonly string[];
-  /** State of the call that reads what was saved. */
+  /** State of the call that reads the saved list. */
   answer: Answered<unknown>;
-  /** Whether what was saved has been read. Before that a change would take its place. */
+  /** Whether the saved list has been read. A change before that would overwrite it. */
   isKnown: boolean;
-  /** Takes one symbol, or several with commas. */
+  /** Adds one symbol, or several with commas. */
   add: (typed: string) => void;
   remove: (symbol: string) => void;
 }
 
 const nothing: readonly string[] = [];
 
-/** The watch list, kept by the terminal's settings: it is there again after a restart. */
+/** The watch list. The terminal's settings keep it over a restart. */
 export function useWatchList(sdk: Connection): WatchList {
   const [answer, follow] = useAnswer<readonly string[]>();
   const [changed, setChanged] = useState<readonly string[]>();

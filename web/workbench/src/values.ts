@@ -3,7 +3,7 @@ import type { Json } from '@varnel/web-client';
 const figure = new Intl.NumberFormat('zh-CN', { maximumFractionDigits: 4 });
 const whole = new Intl.NumberFormat('zh-CN', { maximumFractionDigits: 0 });
 
-/** A value of the terminal as the desk shows it. Nothing is shown for null, and what is no number stays as it is. */
+/** A value of the terminal for display: a dash for null, formatted numbers, other texts unchanged. */
 export function written(value: Json | undefined): string {
   if (value === null || value === undefined) return '—';
   if (typeof value === 'number') return figure.format(value);
@@ -12,7 +12,7 @@ export function written(value: Json | undefined): string {
 
 const percent = new Intl.NumberFormat('zh-CN', { style: 'percent', minimumFractionDigits: 2 });
 
-/** A rate, of which 1 is the whole. */
+/** A fraction as a percentage. */
 export function rate(value: Json | undefined): string {
   return typeof value === 'number' ? percent.format(value) : written(value);
 }
@@ -21,7 +21,7 @@ export function wholeNumber(value: number): string {
   return Number.isFinite(value) ? whole.format(value) : '—';
 }
 
-/** Red and green as theme.css has them. */
+/** The class of the colours red and green in theme.css. */
 export function toneOf(value: Json | undefined): 'up' | 'down' | '' {
   const number = typeof value === 'string' ? Number(value) : value;
   return typeof number !== 'number' || !number ? '' : number > 0 ? 'up' : 'down';

@@ -1,7 +1,7 @@
 /** The key under which the terminal keeps the desk's watch list. */
 export const watchListKey = 'workbench.watchList';
 
-/** What is watched before anybody has chosen: securities of the default scenario. */
+/** The list before the first change: securities of the default scenario. */
 export const firstWatched: readonly string[] = [
   '609801.SH',
   '609802.SH',
@@ -11,7 +11,7 @@ export const firstWatched: readonly string[] = [
   'YL2503.CF',
 ];
 
-/** Reads what was saved. Nothing and what nobody can read stand for the first list. */
+/** Reads the saved list. An empty or unreadable text gives the first list. */
 export function readWatchList(text: string): readonly string[] {
   try {
     const saved: unknown = JSON.parse(text);

@@ -48,7 +48,7 @@ function calls() {
 }
 
 describe('the journal', () => {
-  it('passes calls and events on unchanged', () => {
+  it('passes calls and events unchanged', () => {
     const heard: unknown[][] = [];
     const listener = (...args: unknown[]) => void heard.push(args);
     journal.addEventListener('Data_getToken_RES', listener);
@@ -60,7 +60,7 @@ describe('the journal', () => {
     expect(heard).toEqual([['x', 'y']]);
   });
 
-  it('writes down calls, answers and pushes in order', () => {
+  it('records calls, answers and pushes in order', () => {
     journal.invokeMethod('Data_getToken_REQ', 'u1');
     bridge.emit('on_orderLoaded');
     bridge.emit('Data_getToken_RES', reply('u1'));
@@ -71,7 +71,7 @@ describe('the journal', () => {
     ]);
   });
 
-  it('pairs answers by identifier, whatever their order', () => {
+  it('pairs answers by identifier in any order', () => {
     journal.invokeMethod('Data_getKLineData_REQ', 'u1');
     journal.invokeMethod('Data_getKLineData_REQ', 'u2');
     bridge.emit('Data_getKLineData_RES', reply('u2', '-1'));
@@ -93,7 +93,7 @@ describe('the journal', () => {
     expect(calls().map(({ answer }) => answer?.outcome)).toEqual(['empty', undefined]);
   });
 
-  it('knows the call whose empty reply is its answer', () => {
+  it('accepts the empty reply as the answer of the rise-and-fall analysis', () => {
     journal.invokeMethod('Data_getUpsDownsAnalysis_REQ', 'u1', '', '', '');
     bridge.emit('Data_getUpsDownsAnalysis_RES', '');
     expect(calls()[0]!.answer?.outcome).toBe('ok');
@@ -106,7 +106,7 @@ describe('the journal', () => {
     expect(calls().map(({ answer }) => answer?.outcome)).toEqual(['ok', undefined]);
   });
 
-  it('leaves a reply to nobody unpaired', () => {
+  it('leaves a reply without a call unpaired', () => {
     journal.invokeMethod('Data_getToken_REQ', 'u1');
     bridge.emit('Data_getToken_RES', reply('u9'));
     bridge.emit('Data_getToken_RES', 'no JSON');
@@ -119,7 +119,7 @@ describe('the journal', () => {
     ).toBe(true);
   });
 
-  it('hears the answer of a method that it did not know', () => {
+  it('records the answer of an unknown method', () => {
     journal.invokeMethod('New_thing_REQ', 'u1');
     bridge.emit('New_thing_RES', reply('u1'));
     expect(calls()[0]!.answer?.outcome).toBe('ok');
@@ -132,7 +132,7 @@ describe('the journal', () => {
     expect((drawn().at(-1) as EventEntry).afterMs).toBeUndefined();
   });
 
-  it('does not let pushes wash the calls away', () => {
+  it('keeps calls when many pushes come', () => {
     journal.invokeMethod('Data_getKLineData_REQ', 'u1');
     for (let tick = 1; tick <= 50; ++tick) bridge.emit('on_tickUpdate', `${tick}`);
     expect(drawn().map(({ args }) => args[0])).toEqual(['u1', '47', '48', '49', '50']);
@@ -141,13 +141,13 @@ describe('the journal', () => {
     expect(calls()[0]!.answer?.outcome).toBe('ok');
   });
 
-  it('waits for no answer to a call that has none', () => {
+  it('does not wait for an answer to a one-way call', () => {
     journal.invokeMethod('Vlx_sendCustomInfo_REQ', 'u1', 'id', 'text');
     journal.invokeMethod('Data_getToken_REQ', 'u2');
     expect(calls().map(({ oneWay }) => oneWay)).toEqual([true, false]);
   });
 
-  it('tells its watchers once for a burst, and gives the same array until then', () => {
+  it('notifies its watchers once for a burst, and gives the same array until then', () => {
     let told = 0;
     const stop = journal.watch(() => ++told);
     const before = journal.entries();

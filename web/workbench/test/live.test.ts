@@ -7,7 +7,7 @@ import { TickFeed } from '../src/live/TickFeed';
 let frames: (() => void)[];
 const schedule = (task: () => void) => void frames.push(task);
 const draw = () => frames.splice(0).forEach((task) => task());
-/** Lets everything that only waits for promises happen. */
+/** Lets all waiting promises settle. */
 const settle = () => new Promise<void>((resolve) => setTimeout(resolve));
 
 beforeEach(() => {
@@ -35,13 +35,13 @@ describe('live records', () => {
     expect(shown()).toEqual(['3:0', '2:0', '1:0']);
   });
 
-  it('change where they stand, and come in front when they are new', () => {
+  it('keep their place when they change, and come first when they are new', () => {
     records.load([item(2), item(1)]);
     records.take([item(1, 7), item(3), item(4), item(3, 1)]);
     expect(shown()).toEqual(['4:0', '3:1', '2:0', '1:7']);
   });
 
-  it('that are listed anew take the place of all', () => {
+  it('are replaced by a new list', () => {
     records.take([item(9)]);
     records.load([item(1)]);
     expect(shown()).toEqual(['1:0']);
@@ -53,7 +53,7 @@ describe('live records', () => {
     expect(shown()).toEqual(['6:0', '5:0', '4:0', '3:0', '2:0']);
   });
 
-  it('are drawn once for a burst of a thousand, and stay the same array until something changes', () => {
+  it('notify once for a burst of a thousand, and stay the same array until something changes', () => {
     let drawings = 0;
     records.watch(() => ++drawings);
     const before = records.current();
@@ -65,7 +65,7 @@ describe('live records', () => {
     expect(shown()).toEqual(['999:0', '998:0', '997:0', '996:0', '995:0']);
   });
 
-  it('tell nobody who has stopped watching', () => {
+  it('do not notify a watcher that has stopped', () => {
     let told = 0;
     records.watch(() => ++told)();
     records.take([item(1)]);
@@ -75,7 +75,7 @@ describe('live records', () => {
 });
 
 describe('asking again', () => {
-  it('makes one call at a time, and one more for all that happened meanwhile', async () => {
+  it('makes one call at a time, and one more for all changes during a call', async () => {
     const ends: (() => void)[] = [];
     const refetch = new Refetch(() => new Promise<void>((resolve) => ends.push(resolve)));
     for (let change = 0; change < 1000; ++change) refetch.trigger();
@@ -136,18 +136,18 @@ describe('the feed of quotes', () => {
     feed = new TickFeed(terminal.sdk, schedule, (error) => complaints.push(error));
   });
 
-  it('subscribes once for all that comes together', async () => {
+  it('makes one call for symbols that are added together', async () => {
     feed.want(['a']);
     feed.want(['b', 'a', 'b']);
     await settle();
     expect(terminal.calls).toEqual(['+a,b']);
   });
 
-  it('ends a subscription when the last who wanted it has gone', async () => {
+  it('ends a subscription with its last watcher', async () => {
     const [first, second] = [feed.want(['a']), feed.want(['a'])];
     await settle();
     first();
-    first(); // again counts once
+    first(); // a second call does nothing
     await settle();
     expect(terminal.calls).toEqual(['+a']);
     second();
@@ -158,7 +158,7 @@ describe('the feed of quotes', () => {
     expect(terminal.calls).toEqual(['+a', '-a', '+a']);
   });
 
-  it('makes no call for what is dropped and wanted again at once', async () => {
+  it('makes no call for a symbol that is dropped and added again', async () => {
     const stop = feed.want(['a']);
     await settle();
     stop();
@@ -168,7 +168,7 @@ describe('the feed of quotes', () => {
     expect(terminal.calls).toEqual(['+a']);
   });
 
-  it('shows the quote that stands until one is pushed', async () => {
+  it('shows the current quote until one is pushed', async () => {
     terminal.snapshots = { a: { symbol: 'a', last: 1 } };
     feed.want(['a']);
     expect(feed.tick('a')).toBeUndefined();
@@ -178,7 +178,7 @@ describe('the feed of quotes', () => {
     expect(feed.tick('a')).toEqual({ symbol: 'a', last: 2 });
   });
 
-  it('does not let the quote that stood overtake one that was pushed', async () => {
+  it('does not replace a pushed quote by an older answer', async () => {
     terminal.snapshots = { a: { symbol: 'a', last: 1 } };
     feed.want(['a']);
     await Promise.resolve(); // subscribed, not yet answered
@@ -187,7 +187,7 @@ describe('the feed of quotes', () => {
     expect(feed.tick('a')).toEqual({ symbol: 'a', last: 2 });
   });
 
-  it('forgets what nobody wants, and takes no late quote of it', async () => {
+  it('forgets symbols without watchers, and ignores their late quotes', async () => {
     const stop = feed.want(['a']);
     await settle();
     terminal.push({ symbol: 'a', last: 1 });
@@ -199,7 +199,7 @@ describe('the feed of quotes', () => {
     expect(feed.tick('a')).toBeUndefined();
   });
 
-  it('tells its watchers once for each frame', async () => {
+  it('notifies its watchers once for each frame', async () => {
     let told = 0;
     feed.watch(() => ++told);
     feed.want(['a', 'b']);

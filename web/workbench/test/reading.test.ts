@@ -59,7 +59,7 @@ describe('a watch list', () => {
     expect(readWatchList(writeWatchList(symbols))).toEqual(symbols);
   });
 
-  it('has each symbol once, and symbols of another spelling besides', () => {
+  it('has each symbol once; spelling and case make a difference', () => {
     expect(readWatchList('["a","A","a"]')).toEqual(['a', 'A']);
   });
 
@@ -69,7 +69,7 @@ describe('a watch list', () => {
 });
 
 describe('a basket', () => {
-  it('has an order for each line; without a price it is one at the market', () => {
+  it('has an order for each line, without a price a market order', () => {
     expect(readBasket('609801.SH,Buy,100,18.30\n\n 009811.SZ , Sell , 200 \n')).toEqual({
       ok: true,
       lines: [
@@ -140,7 +140,7 @@ describe('candles', () => {
     expect(readableTime(barOf({ ...candle, time }))).toBe(text);
   });
 
-  it('that a chart cannot place are left out of it', () => {
+  it('that a chart cannot draw are left out', () => {
     const times = ['20250303', 'noon', '20250303', '20250302', '20250304'];
     const drawn = drawable(times.map((time) => barOf({ ...candle, time })));
     expect(drawn.map(({ time }) => time)).toEqual(['20250303', '20250304']);
@@ -174,7 +174,7 @@ describe('quotes', () => {
     askQtys: [400],
   };
 
-  it('become figures and levels, the empty levels left out', () => {
+  it('become figures and levels without the empty levels', () => {
     expect(quoteOf(tick)).toEqual({
       time: '20250303100000',
       previousClose: 10,
@@ -196,7 +196,7 @@ describe('quotes', () => {
     });
   });
 
-  it('of a security that is not quoted are empty', () => {
+  it('of a security without a quote are empty', () => {
     const { time, figures, bids, asks } = quoteOf({});
     expect([time, bids, asks]).toEqual(['', [], []]);
     expect(new Set(Object.values(figures))).toEqual(new Set([Number.NaN]));
@@ -210,7 +210,7 @@ describe('quotes', () => {
     expect(clockOf(time)).toBe(shown);
   });
 
-  it('with more prices than quantities keep what is whole', () => {
+  it('with more prices than quantities keep the complete levels', () => {
     expect(quoteOf({ ...tick, bidQtys: [300] }).bids).toEqual([{ price: 10.2, qty: 300 }]);
   });
 });
@@ -237,7 +237,7 @@ describe('values', () => {
     expect(rate(value)).toBe(text);
   });
 
-  it('that are no number are not written as one', () => {
+  it('that are not numbers stay unchanged', () => {
     expect([wholeNumber(1234.4), wholeNumber(Number.NaN)]).toEqual(['1,234', '—']);
   });
 

@@ -1,11 +1,11 @@
 import { nextFrame, Watchers, type Schedule } from './frame';
 
 /**
- * The latest records of a kind, kept up to date by pushes. What arrives later is the newer state of a record, be it in a
- * reply or in a push. A burst is drawn once.
+ * The latest records of a kind, updated by pushes. The later arrival is the newer state of a record, in a reply as in a
+ * push. A burst is rendered once.
  */
 export class LiveRecords<Item> {
-  private readonly records = new Map<string, Item>(); // oldest first; a change keeps its place
+  private readonly records = new Map<string, Item>(); // oldest first; a changed record keeps its place
   private shown: readonly Item[] = [];
   private readonly watchers: Watchers;
 
@@ -17,7 +17,7 @@ export class LiveRecords<Item> {
     this.watchers = new Watchers(schedule);
   }
 
-  /** Takes the place of everything there was. Newest first, as the terminal lists them. */
+  /** Replaces all records. The list is newest first, as the terminal's lists are. */
   load(list: readonly Item[]): void {
     this.records.clear();
     for (const record of [...list].reverse()) this.records.set(this.idOf(record), record);

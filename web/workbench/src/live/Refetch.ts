@@ -1,4 +1,4 @@
-/** Asks again when something has changed: one call at a time, and one more if something changed meanwhile. */
+/** Repeats a call after changes: one call at a time, and one more if something changed during the call. */
 export class Refetch {
   private underWay = false;
   private again = false;
@@ -17,6 +17,6 @@ export class Refetch {
       this.again = false;
       this.trigger();
     };
-    this.ask().then(settle, settle); // the caller has seen the error, too
+    this.ask().then(settle, settle); // the caller has seen the error already
   };
 }

@@ -4,8 +4,8 @@ import { nextFrame, Watchers, type Schedule } from './frame';
 type Sdk = Pick<Connection, 'on' | 'subscribe' | 'unsubscribe' | 'getCurrentTick'>;
 
 /**
- * The desk's quote subscriptions. They belong to the page as a whole, so parts that watch the same symbol share one, and
- * the last to go ends it.
+ * The desk's quote subscriptions. A subscription belongs to the whole page, so panels that watch the same symbol share
+ * it, and the last panel ends it.
  */
 export class TickFeed {
   private readonly ticks = new Map<string, Tick>();
@@ -17,14 +17,14 @@ export class TickFeed {
   constructor(
     private readonly sdk: Sdk,
     schedule: Schedule = nextFrame,
-    /** Told when a subscription fails. */
+    /** Called when a subscription fails. */
     private readonly complain: (error: Error) => void = (error) => console.error(error),
   ) {
     this.watchers = new Watchers(schedule);
     sdk.on('on_tickUpdate', (tick) => this.take(tick));
   }
 
-  /** Wants the quotes of these symbols until the function that it returns is called. */
+  /** Subscribes to the symbols until the returned function is called. */
   readonly want = (symbols: readonly string[]): (() => void) => {
     const own = [...new Set(symbols)];
     for (const symbol of own) this.counts.set(symbol, (this.counts.get(symbol) ?? 0) + 1);
@@ -38,14 +38,14 @@ export class TickFeed {
     };
   };
 
-  /** The latest quote, if there was any since the symbol was first wanted. */
+  /** The latest quote since the subscription, if there was one. */
   readonly tick = (symbol: string): Tick | undefined => this.ticks.get(symbol);
 
   readonly watch = (watcher: () => void): (() => void) => this.watchers.add(watcher);
 
   private take(tick: Tick): void {
     const symbol = tick.symbol;
-    if (typeof symbol !== 'string' || !this.subscribed.has(symbol)) return; // one that was under way
+    if (typeof symbol !== 'string' || !this.subscribed.has(symbol)) return; // sent before the subscription ended
     this.ticks.set(symbol, tick);
     this.changed();
   }
@@ -54,7 +54,7 @@ export class TickFeed {
     this.watchers.announce(() => {});
   }
 
-  /** What is dropped and wanted again at once makes no call, and what comes together makes one. */
+  /** Changes of one moment share a call, and a symbol that is dropped and added again makes none. */
   private settleSoon(): void {
     if (this.settling) return;
     this.settling = true;
@@ -83,7 +83,7 @@ export class TickFeed {
     for (const symbol of gained) this.fill(symbol);
   }
 
-  /** Quotes come when they change. Until then there is the one that stands. */
+  /** A push comes at the next change. Until then the current quote is shown. */
   private fill(symbol: string): void {
     this.sdk.getCurrentTick({ symbol }).then((tick) => {
       if (!this.subscribed.has(symbol) || this.ticks.has(symbol)) return;

@@ -3,7 +3,7 @@ export type Schedule = (task: () => void) => void;
 
 export const nextFrame: Schedule = (task) => void requestAnimationFrame(task);
 
-/** Watchers that are told once for each frame, however much has changed. */
+/** Watchers that are notified once for each frame, however many changes there are. */
 export class Watchers {
   private readonly watchers = new Set<() => void>();
   private announced = false;
@@ -15,7 +15,7 @@ export class Watchers {
     return () => void this.watchers.delete(watcher);
   }
 
-  /** Tells them later; just before, whoever announced it may bring its picture up to date. */
+  /** Notifies the watchers with the next frame, after calling `prepare`. */
   announce(prepare: () => void): void {
     if (this.announced) return;
     this.announced = true;

@@ -4,7 +4,7 @@ import type { LiveRecords } from './LiveRecords';
 import { Refetch } from './Refetch';
 import type { TickFeed } from './TickFeed';
 
-/** Hears a push as long as the component is there; the listener of the latest drawing counts. */
+/** Listens to a push while the component is mounted, with the listener of the latest rendering. */
 export function usePush<P extends PushEvent>(sdk: Connection, push: P, listener: PushListener<P>): void {
   const latest = useRef(listener);
   useEffect(() => {
@@ -13,7 +13,7 @@ export function usePush<P extends PushEvent>(sdk: Connection, push: P, listener:
   useEffect(() => sdk.on(push, ((...args) => latest.current(...args)) as PushListener<P>), [sdk, push]);
 }
 
-/** A function that asks again, one call at a time, however often it is told to. */
+/** A function that repeats a call, one at a time, however often it is called. */
 export function useRefetch(ask: () => Promise<unknown>): () => void {
   const latest = useRef(ask);
   useEffect(() => {
@@ -26,7 +26,7 @@ export function useLive<Item>(records: LiveRecords<Item>): readonly Item[] {
   return useSyncExternalStore(records.watch, records.current);
 }
 
-/** The latest quote of a symbol; draws again when that one changes. */
+/** The latest quote of a symbol. Renders again only when that quote changes. */
 export function useTick(feed: TickFeed, symbol: string): Tick | undefined {
   useEffect(() => (symbol === '' ? undefined : feed.want([symbol])), [feed, symbol]);
   return useSyncExternalStore(

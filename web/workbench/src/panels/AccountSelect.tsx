@@ -4,7 +4,7 @@ import type { Answered } from '../useAnswer';
 interface Props {
   accounts: Answered<FundAccount[]>;
   value: string;
-  /** Name of the choice that stands for every account; without it one must be chosen. */
+  /** Label of the option for all accounts. Without it the user must choose an account. */
   all?: string;
   onChange: (fundAccount: string) => void;
 }

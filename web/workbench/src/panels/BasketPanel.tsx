@@ -1,10 +1,10 @@
 import type { Connection, ListedOrder } from '@varnel/web-client';
 import { useState, type FormEvent } from 'react';
 import { readBasket, type BasketLine } from '../basket';
-import { useAct } from '../useAct';
+import { useCommand } from '../useCommand';
 import { useFundAccounts } from '../useFundAccounts';
 import { AccountSelect } from './AccountSelect';
-import { ActOutcome } from './ActOutcome';
+import { CommandOutcome } from './CommandOutcome';
 import { Confirm } from './Confirm';
 import { Panel } from './Panel';
 
@@ -14,7 +14,7 @@ export function BasketPanel({ sdk }: { sdk: Connection }) {
   const [chosen, setChosen] = useState<string>();
   const [text, setText] = useState('');
   const [confirming, setConfirming] = useState<readonly BasketLine[]>();
-  const [act, run, reset] = useAct<ListedOrder[]>();
+  const [command, run, reset] = useCommand<ListedOrder[]>();
   const fundAccount = chosen ?? accounts.data?.[0]?.fundAccount ?? '';
   const read = readBasket(text);
   const count = read.ok ? read.lines.length : 0;
@@ -27,7 +27,7 @@ export function BasketPanel({ sdk }: { sdk: Connection }) {
 
   function askBack(event: FormEvent) {
     event.preventDefault();
-    if (read.ok && count > 0 && act.phase !== 'busy') setConfirming(read.lines);
+    if (read.ok && count > 0 && command.phase !== 'busy') setConfirming(read.lines);
   }
 
   function place(lines: readonly BasketLine[]) {
@@ -63,8 +63,8 @@ export function BasketPanel({ sdk }: { sdk: Connection }) {
             onChange={(event) => edit(event.target.value)}
           />
         </label>
-        <button type="submit" disabled={count === 0 || confirming !== undefined || act.phase === 'busy'}>
-          {act.phase === 'busy' ? '发送中…' : `发送篮子 Place ${count}`}
+        <button type="submit" disabled={count === 0 || confirming !== undefined || command.phase === 'busy'}>
+          {command.phase === 'busy' ? '发送中…' : `发送篮子 Place ${count}`}
         </button>
         <p className="problem" role="status">
           {read.ok ? '' : read.reason}
@@ -78,7 +78,7 @@ export function BasketPanel({ sdk }: { sdk: Connection }) {
         />
       )}
       <div className="outcome" data-testid="basket-outcome">
-        <ActOutcome act={act}>{(orders) => <Outcomes orders={orders} />}</ActOutcome>
+        <CommandOutcome command={command}>{(orders) => <Outcomes orders={orders} />}</CommandOutcome>
       </div>
     </Panel>
   );

@@ -4,9 +4,9 @@ import { cellColumn, valueOf } from '../cellColumns';
 import { useLive, usePush } from '../live/hooks';
 import { LiveRecords } from '../live/LiveRecords';
 import { RecordTable, type Column } from '../RecordTable';
-import { useAct } from '../useAct';
+import { useCommand } from '../useCommand';
 import { useAnswer } from '../useAnswer';
-import { ActOutcome } from './ActOutcome';
+import { CommandOutcome } from './CommandOutcome';
 import { Outcome, Panel } from './Panel';
 
 const shownAtMost = 200;
@@ -32,14 +32,14 @@ const open: ReadonlySet<string> = new Set([orderStatuses.reported, orderStatuses
 const idOf = ({ orderId }: Entrust) => valueOf(orderId);
 const isOpen = ({ status }: Entrust) => open.has(valueOf(status));
 
-/** The latest orders, changed by pushes, and the way to cancel those that are open. */
+/** The latest orders, updated by pushes. Open orders can be cancelled. */
 export function BlotterPanel({ sdk }: { sdk: Connection }) {
   const records = useMemo(() => new LiveRecords<Entrust>(idOf, shownAtMost), []);
   const orders = useLive(records);
   const [listed, follow] = useAnswer<number>();
   const [openOnly, setOpenOnly] = useState(false);
   const [picked, setPicked] = useState<ReadonlySet<string>>(new Set());
-  const [act, run] = useAct<CancelledOrder[]>();
+  const [command, run] = useCommand<CancelledOrder[]>();
 
   const load = () =>
     follow(
@@ -54,7 +54,7 @@ export function BlotterPanel({ sdk }: { sdk: Connection }) {
 
   const shown = openOnly ? orders.filter(isOpen) : orders;
   const cancellable = orders.filter((order) => isOpen(order) && picked.has(idOf(order))).map(idOf);
-  const busy = act.phase === 'busy';
+  const busy = command.phase === 'busy';
 
   function cancel(orderIds: readonly string[]) {
     run(() => sdk.cancelOrders({ orderIds }));
@@ -82,7 +82,7 @@ export function BlotterPanel({ sdk }: { sdk: Connection }) {
   return (
     <Panel title="最近委托" hint="Latest orders" tools={tools} className="fill" testId="blotter">
       <div className="outcome" data-testid="cancel-outcome">
-        <ActOutcome act={act}>
+        <CommandOutcome command={command}>
           {(answers) => {
             const failed = answers.filter(({ code }) => code !== '0');
             return failed.length === 0 ? (
@@ -93,7 +93,7 @@ export function BlotterPanel({ sdk }: { sdk: Connection }) {
               </p>
             );
           }}
-        </ActOutcome>
+        </CommandOutcome>
       </div>
       <Outcome of={listed}>
         {() => (

@@ -6,7 +6,7 @@ interface Props {
   onNo: () => void;
 }
 
-/** The step before something is sent for good. */
+/** Asks for confirmation before a call is sent. */
 export function Confirm({ question, onYes, onNo }: Props) {
   const yes = useRef<HTMLButtonElement>(null);
   useEffect(() => yes.current?.focus(), []);
@@ -15,7 +15,7 @@ export function Confirm({ question, onYes, onNo }: Props) {
       className="confirm"
       role="group"
       aria-label="确认 confirm"
-      // The key that led here may still be down; only a new one answers.
+      // The key that opened this may still be held down. Its repeats must not confirm.
       onKeyDown={(event) => event.repeat && event.preventDefault()}
     >
       <p>{question}</p>

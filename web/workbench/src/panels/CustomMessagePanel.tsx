@@ -5,7 +5,7 @@ import { withLine, type LogLine } from '../log';
 import { LogPanel } from './LogPanel';
 import { Panel } from './Panel';
 
-/** Words between page and strategies, by an identifier on which both agree. */
+/** Messages between page and strategies, under a custom-message identifier. */
 export function CustomMessagePanel({ sdk }: { sdk: Connection }) {
   const [customMsgID, setCustomMsgID] = useState('');
   const [message, setMessage] = useState('');

@@ -25,7 +25,7 @@ const columns = (
 
 const idOf = ({ execId }: Execution) => valueOf(execId);
 
-/** The latest executions, as they come. */
+/** The latest executions, updated by pushes. */
 export function DealsPanel({ sdk }: { sdk: Connection }) {
   const records = useMemo(() => new LiveRecords<Execution>(idOf, shownAtMost), []);
   const executions = useLive(records);

@@ -5,7 +5,7 @@ import { Panel } from './Panel';
 
 const methodNames = [...Object.keys(answeredCalls), ...Object.keys(unansweredCalls)];
 
-/** Sends any call with any arguments, past the client's checks: to see what the terminal makes of it. */
+/** Sends any call with any arguments, without the client's checks. */
 export function FreeCallForm({ bridge }: { bridge: CallBridge }) {
   const [method, setMethod] = useState('Data_getFundAccountList_REQ');
   const [text, setText] = useState('["u1", 1]');

@@ -39,7 +39,7 @@ const assetColumns = assetKeys.map((key): Column<Asset> => ({
   ...(profits.has(key) && { tone: (asset) => toneOf(asset[key]) }),
 }));
 
-/** What the accounts are worth, and what they hold. */
+/** Assets and positions of the accounts. */
 export function HoldingsView({ sdk }: { sdk: Connection }) {
   const accounts = useFundAccounts(sdk);
   const [query, setQuery] = useState({ fundAccount: '', symbol: '' });
@@ -60,7 +60,7 @@ export function HoldingsView({ sdk }: { sdk: Connection }) {
 
   useEffect(() => void ask(accounts.data ?? [], asked), [accounts.data, asked]);
 
-  // A position that is sold out leaves the list, and prices move: the terminal tells the whole again.
+  // A closed position leaves the list, and prices move, so ask for the whole list again.
   const refetch = useRefetch(() => ask(accounts.data ?? [], asked));
   usePush(sdk, 'on_AssetUpdate', refetch);
   usePush(sdk, 'on_positionUpdate', refetch);

@@ -6,7 +6,7 @@ import { useAnswer } from '../useAnswer';
 import { KLineTable } from './KLineTable';
 import { Outcome, Panel } from './Panel';
 
-/** What the desk shows when it opens: the past months of a security of the default scenario. */
+/** The first chart: the past months of a security of the default scenario. */
 const opening = { symbol: '609801.SH', startTime: '20240701', stopTime: '', period: klinePeriods.day as string };
 
 interface Shown {
@@ -16,7 +16,7 @@ interface Shown {
 
 interface Props {
   sdk: Connection;
-  /** What was chosen elsewhere; empty as long as nothing was. */
+  /** The symbol chosen in another panel, or empty. */
   chosen: string;
 }
 

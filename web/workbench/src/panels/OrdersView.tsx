@@ -22,7 +22,7 @@ const counts = [20, 50, 100];
 
 const anything = { fundAccount: '', symbol: '', trader: '', orderStatus: '', orderSource: '', instanceID: '' };
 
-/** Only what was filled in: an empty text would be a condition, too. */
+/** Holds only filled fields, because an empty text would be a condition too. */
 function filterOf(conditions: typeof anything): OrderFilter {
   const given = Object.entries(conditions).filter(([, text]) => text !== '');
   return Object.fromEntries(given.map(([key, text]) => [key, commaParts(text)]));
@@ -60,7 +60,7 @@ export function OrdersView({ sdk }: { sdk: Connection }) {
   useEffect(() => followTraders(sdk.getTraderList()), [sdk, followTraders]);
   useEffect(() => follow(fetchPage(sdk, query)), [sdk, follow, query]);
 
-  // What has changed may stand on another page or meet the conditions no more: only the terminal can tell.
+  // A changed record may belong to another page or no longer match the conditions. Only the terminal knows.
   const refetch = useRefetch(() => {
     const page = fetchPage(sdk, query);
     follow(page);

@@ -26,7 +26,7 @@ export function Panel({ title, hint, tools, className = '', testId, children }: 
   );
 }
 
-/** Says what a call is up to when there is nothing to show; draws the answer when there is. */
+/** Shows the answer of a call, or the state of the call while there is none. */
 export function Outcome<T>({ of, children }: { of: Answered<T>; children: (data: T) => ReactNode }) {
   if (of.error) {
     const text =

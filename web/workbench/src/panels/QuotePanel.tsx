@@ -8,7 +8,7 @@ import { Outcome, Panel } from './Panel';
 
 interface Props {
   symbol: string;
-  /** What was asked for last. */
+  /** The answer to the latest call. */
   quote: Answered<Tick>;
   feed: TickFeed;
   /** Decimals of the security's prices. */

@@ -8,7 +8,7 @@ import { SecurityListPanel } from './SecurityListPanel';
 import { SecurityPanel } from './SecurityPanel';
 import { TradableQtyPanel } from './TradableQtyPanel';
 
-/** A list of securities, and everything about the one that is chosen. */
+/** A list of securities, and the details of the chosen one. */
 export function SecuritiesView({ sdk, feed }: { sdk: Connection; feed: TickFeed }) {
   const accounts = useFundAccounts(sdk);
   const [symbol, setSymbol] = useState('');

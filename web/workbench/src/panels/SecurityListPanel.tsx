@@ -19,13 +19,13 @@ const typeNames = {
 
 const anyClass = { securityType: '', securitySubType: '', securityPost: '' };
 
-/** No class at all stands for every security, as an empty form does here. */
+/** An empty list of classes selects every security, so an empty form gives an empty list. */
 function classes({ securityType, securitySubType, securityPost }: typeof anyClass): SecurityClass[] {
   if (!securityType && !securitySubType && !securityPost) return [];
   return [{ securityType, securitySubType: commaParts(securitySubType), securityPost: commaParts(securityPost) }];
 }
 
-/** Whether a trader who typed this may mean the security. */
+/** Whether the typed text matches the security. */
 function matches({ symbol, displayName, spellName }: SecurityEntry, typed: string): boolean {
   return [symbol, displayName, spellName].some((text) => text.toUpperCase().includes(typed));
 }

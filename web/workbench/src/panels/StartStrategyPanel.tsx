@@ -1,9 +1,9 @@
 import { strategyLanguages, type Connection, type Json, type StrategyAnswer } from '@varnel/web-client';
 import { useState, type FormEvent } from 'react';
 import { commaParts, readJson } from '../freeCall';
-import { useAct } from '../useAct';
+import { useCommand } from '../useCommand';
 import { useFundAccounts } from '../useFundAccounts';
-import { ActOutcome } from './ActOutcome';
+import { CommandOutcome } from './CommandOutcome';
 import { Panel } from './Panel';
 
 interface Props {
@@ -19,11 +19,11 @@ const opening = {
   extension: '""',
 };
 
-/** A strategy for the platform. Whether it takes it, and what its parameters mean, is the platform's. */
+/** Starts a strategy. The platform checks and reads the parameters. */
 export function StartStrategyPanel({ sdk, onStarted }: Props) {
   const accounts = useFundAccounts(sdk);
   const [form, setForm] = useState(opening);
-  const [act, run] = useAct<StrategyAnswer>();
+  const [command, run] = useCommand<StrategyAnswer>();
   const first = accounts.data?.[0]?.fundAccount ?? '';
   const fundAccounts = commaParts(form.fundAccounts || first);
   const basicParam = readJson(form.basicParam);
@@ -72,18 +72,18 @@ export function StartStrategyPanel({ sdk, onStarted }: Props) {
         {field('fundAccounts', '资产账号', 'accounts, with commas', first)}
         {field('basicParam', '基本参数', 'basic parameters, JSON')}
         {field('extension', '扩展', 'extension, JSON')}
-        <button type="submit" disabled={!isWhole || act.phase === 'busy'}>
-          {act.phase === 'busy' ? '启动中…' : '启动 Start'}
+        <button type="submit" disabled={!isWhole || command.phase === 'busy'}>
+          {command.phase === 'busy' ? '启动中…' : '启动 Start'}
         </button>
       </form>
       <div className="outcome" data-testid="start-outcome">
-        <ActOutcome act={act}>
+        <CommandOutcome command={command}>
           {({ strategyID, ExtField }) => (
             <p>
               已启动 started <code>{strategyID}</code> <small>{layOutShort(ExtField)}</small>
             </p>
           )}
-        </ActOutcome>
+        </CommandOutcome>
       </div>
     </Panel>
   );

@@ -7,7 +7,7 @@ import { LogPanel } from './LogPanel';
 import { StartStrategyPanel } from './StartStrategyPanel';
 import { StrategyListPanel, type StrategyState } from './StrategyListPanel';
 
-/** The strategies of the terminal's platform, as far as this page has heard of them. */
+/** The strategies of the terminal's platform that this page has received a status of. */
 export function StrategiesView({ sdk }: { sdk: Connection }) {
   const [states, setStates] = useState<ReadonlyMap<string, StrategyState>>(new Map());
   const [log, setLog] = useState<readonly LogLine[]>([]);

@@ -1,7 +1,7 @@
 import type { Connection, StrategyAnswer } from '@varnel/web-client';
 import { useState } from 'react';
-import { useAct } from '../useAct';
-import { ActOutcome } from './ActOutcome';
+import { useCommand } from '../useCommand';
+import { CommandOutcome } from './CommandOutcome';
 import { Panel } from './Panel';
 
 export interface StrategyState {
@@ -15,11 +15,11 @@ interface Props {
   onStatus: (strategyID: string, status: string) => void;
 }
 
-/** Strategies that this page has started or heard of; any other can be named. */
+/** Strategies that this page has started or received a status of. Others can be typed in. */
 export function StrategyListPanel({ sdk, states, onStatus }: Props) {
   const [named, setNamed] = useState('');
-  const [act, run] = useAct<StrategyAnswer>();
-  const busy = act.phase === 'busy';
+  const [command, run] = useCommand<StrategyAnswer>();
+  const busy = command.phase === 'busy';
 
   const ask = (call: 'stopStrategy' | 'queryStrategyStatus', strategyID: string) =>
     run(async () => {
@@ -80,13 +80,13 @@ export function StrategyListPanel({ sdk, states, onStatus }: Props) {
         </table>
       )}
       <div className="outcome" data-testid="strategy-outcome">
-        <ActOutcome act={act}>
+        <CommandOutcome command={command}>
           {({ strategyID, strategyStatus }) => (
             <p>
               <code>{strategyID}</code> {String(strategyStatus)}
             </p>
           )}
-        </ActOutcome>
+        </CommandOutcome>
       </div>
     </Panel>
   );

@@ -2,13 +2,13 @@ import { priceTypes, securityTypes, type Connection, type PlacedOrder, type Secu
 import { useEffect, useState, type FormEvent } from 'react';
 import type { TickFeed } from '../live/TickFeed';
 import { futureSideNames, priceTypeNames, sideNames } from '../orders';
-import { useAct } from '../useAct';
+import { useCommand } from '../useCommand';
 import { useAnswer } from '../useAnswer';
 import { useDelayed } from '../useDelayed';
 import { useFundAccounts } from '../useFundAccounts';
 import { useTradable } from '../useTradable';
 import { AccountSelect } from './AccountSelect';
-import { ActOutcome } from './ActOutcome';
+import { CommandOutcome } from './CommandOutcome';
 import { Confirm } from './Confirm';
 import { Panel } from './Panel';
 import { TicketPrices } from './TicketPrices';
@@ -16,13 +16,13 @@ import { TicketPrices } from './TicketPrices';
 interface Props {
   sdk: Connection;
   feed: TickFeed;
-  /** The security that was chosen elsewhere; empty as long as none was. */
+  /** The symbol chosen in another panel, or empty. */
   suggested: string;
 }
 
 const empty = { orderSide: '', priceType: priceTypes.limit as string, price: '', qty: '', orderTag: 'manual' };
 
-/** One order: filled in, looked at once more, sent once. */
+/** Enters one order: fill in, confirm, send once. */
 export function TicketPanel({ sdk, feed, suggested }: Props) {
   const accounts = useFundAccounts(sdk);
   const [chosen, setChosen] = useState<string>();
@@ -30,9 +30,9 @@ export function TicketPanel({ sdk, feed, suggested }: Props) {
   const [form, setForm] = useState(empty);
   const [confirming, setConfirming] = useState(false);
   const [detail, followDetail] = useAnswer<SecurityDetail | undefined>();
-  const [act, run, reset] = useAct<PlacedOrder>();
+  const [command, run, reset] = useCommand<PlacedOrder>();
 
-  const settled = useDelayed(symbol); // not at each key
+  const settled = useDelayed(symbol); // no call for each key
   useEffect(() => {
     if (settled !== '') followDetail(sdk.getSymbolDetail({ symbols: [settled] }).then(([only]) => only));
   }, [sdk, followDetail, settled]);
@@ -61,7 +61,7 @@ export function TicketPanel({ sdk, feed, suggested }: Props) {
   }, [suggested]);
   const askBack = (event: FormEvent) => {
     event.preventDefault();
-    if (isWhole && act.phase !== 'busy') setConfirming(true);
+    if (isWhole && command.phase !== 'busy') setConfirming(true);
   };
   const place = () => {
     setConfirming(false);
@@ -133,8 +133,8 @@ export function TicketPanel({ sdk, feed, suggested }: Props) {
             {most}
           </output>
         </p>
-        <button type="submit" disabled={!isWhole || confirming || act.phase === 'busy'}>
-          {act.phase === 'busy' ? '发送中…' : '下单 Place'}
+        <button type="submit" disabled={!isWhole || confirming || command.phase === 'busy'}>
+          {command.phase === 'busy' ? '发送中…' : '下单 Place'}
         </button>
       </form>
       {confirming && (
@@ -150,7 +150,7 @@ export function TicketPanel({ sdk, feed, suggested }: Props) {
         />
       )}
       <div className="outcome" data-testid="ticket-outcome">
-        <ActOutcome act={act}>
+        <CommandOutcome command={command}>
           {({ orderID }) =>
             orderID ? (
               <p>
@@ -160,7 +160,7 @@ export function TicketPanel({ sdk, feed, suggested }: Props) {
               <p className="problem">终端未受理，亦未说明原因 not taken, and no reason was given</p>
             )
           }
-        </ActOutcome>
+        </CommandOutcome>
       </div>
     </Panel>
   );

@@ -10,7 +10,7 @@ interface Props {
   onPrice: (text: string) => void;
 }
 
-/** The prices of the moment; a click takes one. */
+/** The current prices. A click copies one to the ticket. */
 export function TicketPrices({ feed, symbol, name, precision, onPrice }: Props) {
   const { figures, bids, asks } = quoteOf(useTick(feed, symbol) ?? {});
   const prices: [string, number | undefined][] = [

@@ -19,11 +19,11 @@ export function TradableQtyPanel({ sdk, symbol, exchange, securityType, accounts
   const [qty, follow] = useAnswer<TradableQty | { qty?: never }>();
   const account = fundAccount ?? accounts.data?.[0]?.fundAccount ?? '';
 
-  // Futures are opened and closed, all else is bought and sold.
+  // Futures have sides to open and close, other securities to buy and sell.
   const sideChoices = securityType === securityTypes.future ? futureSideNames : sideNames;
   const side = order.side in sideChoices ? order.side : Object.keys(sideChoices)[0]!;
 
-  // An answer belongs to the security that it was asked for.
+  // The answer for one security must not show beside another.
   const [askedFor, setAskedFor] = useState('');
   useEffect(() => setAskedFor(''), [symbol]);
 

@@ -11,7 +11,7 @@ interface Props {
   symbol: string;
 }
 
-/** Orders are entered on the left and seen on the right. */
+/** Order entry on the left, orders on the right. */
 export function TradeView({ sdk, feed, symbol }: Props) {
   return (
     <>

@@ -84,7 +84,7 @@ interface RowProps {
   onRemove: (symbol: string) => void;
 }
 
-/** Draws itself again when its own quote changes, and only then. */
+/** Renders again only when its own quote changes. */
 function Row({ symbol, detail, feed, isChosen, onChoose, onRemove }: RowProps) {
   const { time, previousClose, figures, bids, asks } = quoteOf(useTick(feed, symbol) ?? {});
   const price = (value: number | undefined) => (value ? value.toFixed(detail?.precision ?? 2) : '—');
@@ -119,7 +119,7 @@ function Row({ symbol, detail, feed, isChosen, onChoose, onRemove }: RowProps) {
   );
 }
 
-/** Names and decimals of what is watched, asked for when the list changes. */
+/** Names and decimals of the watched securities, asked for when the list changes. */
 function useDetails(sdk: Connection, symbols: readonly string[]): ReadonlyMap<string, SecurityDetail> {
   const [details, setDetails] = useState<ReadonlyMap<string, SecurityDetail>>(new Map());
   useEffect(() => {

@@ -1,49 +1,60 @@
-import type { Page } from '@playwright/test';
+import type { BrowserContext, Page } from '@playwright/test';
 import { answeredCalls, pushEvents, reservedEvents, unansweredCalls, type PushEvent } from '@varnel/web-client';
 import type { Received } from './frames';
 import type { Envelope } from './peer';
 
 const replyEvents = Object.values(answeredCalls);
-const neverSent = [...Object.values(unansweredCalls), ...reservedEvents];
+const neverSent: readonly string[] = [...Object.values(unansweredCalls), ...reservedEvents];
 
 declare global {
   interface Window {
-    hear(event: string, args: unknown[]): Promise<void>;
+    recordEvent(event: string, args: unknown[]): Promise<void>;
   }
 }
 
 let calls = 0;
 
-/** A bare page that listens to every event of the protocol from its first moment on, the reserved ones too. */
-export class Ears {
-  /** What the page has heard, in order. */
-  heard: Received[] = [];
+/** A bare page that records every event of the protocol from the start, the reserved ones too. */
+export class EventRecorder {
+  /** What the page has received, in order. */
+  events: Received[] = [];
   private readonly watchers = new Set<() => void>();
 
   private constructor(readonly page: Page) {}
 
-  static async open(page: Page, address = '/bare.html'): Promise<Ears> {
-    const ears = new Ears(page);
-    await page.exposeFunction('hear', (event: string, args: unknown[]) => {
-      ears.heard.push({ event, args });
-      ears.watchers.forEach((look) => look());
+  static async create(context: BrowserContext): Promise<EventRecorder> {
+    const recorder = new EventRecorder(await context.newPage());
+    await recorder.page.exposeFunction('recordEvent', (event: string, args: unknown[]) => {
+      recorder.events.push({ event, args });
+      recorder.watchers.forEach((check) => check());
     });
-    await page.addInitScript(
+    await recorder.page.addInitScript(
       (names) => {
         let bridge: typeof window.CallBridge;
         Object.defineProperty(window, 'CallBridge', {
           get: () => bridge,
           set: (made: typeof window.CallBridge) => {
             bridge = made;
-            for (const name of names) made.addEventListener(name, (...args) => void window.hear(name, args));
+            for (const name of names) made.addEventListener(name, (...args) => void window.recordEvent(name, args));
           },
         });
       },
-      [...replyEvents, ...pushEvents, ...neverSent] as string[],
+      [...replyEvents, ...pushEvents, ...neverSent],
     );
-    await page.goto(address);
-    await ears.drain();
-    return ears;
+    return recorder;
+  }
+
+  /** Loads the bare page of the simulator at this address. */
+  async open(url: string): Promise<void> {
+    await this.page.goto(`${url}bare.html`);
+    await this.drain();
+  }
+
+  /** Ends the connection and forgets everything, so that the page can serve another test. */
+  async leave(): Promise<void> {
+    await this.page.goto('about:blank');
+    this.watchers.clear();
+    this.clear();
   }
 
   call(method: string, ...args: unknown[]): Promise<void> {
@@ -52,7 +63,7 @@ export class Ears {
 
   /** Makes a call and gives the envelope of its reply. */
   async envelope(method: keyof typeof answeredCalls, ...args: unknown[]): Promise<Envelope> {
-    const uuid = `ears ${++calls}`;
+    const uuid = `recorded ${++calls}`;
     await this.call(method, uuid, ...args);
     return this.reply(method, uuid);
   }
@@ -68,7 +79,7 @@ export class Ears {
 
   /** Arguments of every event of that name, in order. */
   of(event: string): unknown[][] {
-    return this.heard.filter((each) => each.event === event).map(({ args }) => args);
+    return this.events.filter((each) => each.event === event).map(({ args }) => args);
   }
 
   /** What the pushes of that name carry. */
@@ -76,15 +87,16 @@ export class Ears {
     return this.of(event).map(([text]) => JSON.parse(text as string) as Content);
   }
 
-  neverSent(): string[] {
-    return this.heard.map(({ event }) => event).filter((event) => (neverSent as string[]).includes(event));
+  /** Names of recorded events that nobody may send. */
+  reservedEvents(): string[] {
+    return this.events.map(({ event }) => event).filter((event) => neverSent.includes(event));
   }
 
-  forget(): void {
-    this.heard = [];
+  clear(): void {
+    this.events = [];
   }
 
-  /** Waits until there is what is looked for. */
+  /** Waits until `look` finds something, and gives it. */
   until<T>(look: () => T | undefined | false): Promise<T> {
     return new Promise((resolve) => {
       const check = () => {
@@ -98,9 +110,9 @@ export class Ears {
     });
   }
 
-  /** Makes a call that is answered at once. Events keep their order, so all that was sent before has come by then. */
+  /** Makes a call that is answered at once. Events keep their order, so all earlier ones have arrived afterwards. */
   async drain(): Promise<void> {
     await this.envelope('Data_getToken_REQ');
-    this.heard = this.heard.filter(({ event }) => event !== 'Data_getToken_RES');
+    this.events = this.events.filter(({ event }) => event !== 'Data_getToken_RES');
   }
 }

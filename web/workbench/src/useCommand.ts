@@ -2,7 +2,7 @@ import { OutcomeUnknownError, UnexpectedReplyError } from '@varnel/web-client';
 import { useCallback, useRef, useState } from 'react';
 
 /** A call that trades, starts or stops something, from the click to its outcome. */
-export type Act<T> =
+export type Command<T> =
   | { phase: 'idle' }
   | { phase: 'busy' }
   | { phase: 'done'; data: T }
@@ -10,22 +10,22 @@ export type Act<T> =
   /** Nobody knows whether it was carried out. */
   | { phase: 'unknown'; error: Error };
 
-/** A reply that cannot be read may well say that it was carried out. */
+/** An unreadable reply may mean that the call was carried out. */
 function isUnknown(error: Error): boolean {
   return error instanceof OutcomeUnknownError || error instanceof UnexpectedReplyError;
 }
 
-/** One at a time: as long as a call is under way another click does nothing. */
-export function useAct<T>(): [Act<T>, (call: () => Promise<T>) => void, () => void] {
-  const [act, setAct] = useState<Act<T>>({ phase: 'idle' });
-  const busy = useRef(false); // state comes too late for the second of two quick clicks
+/** Makes one call at a time: a click during a call does nothing. */
+export function useCommand<T>(): [Command<T>, (call: () => Promise<T>) => void, () => void] {
+  const [command, setCommand] = useState<Command<T>>({ phase: 'idle' });
+  const busy = useRef(false); // React updates state too late for the second of two quick clicks
   const run = useCallback((call: () => Promise<T>) => {
     if (busy.current) return;
     busy.current = true;
-    setAct({ phase: 'busy' });
-    const settle = (after: Act<T>) => {
+    setCommand({ phase: 'busy' });
+    const settle = (after: Command<T>) => {
       busy.current = false;
-      setAct(after);
+      setCommand(after);
     };
     const fail = (error: Error) => settle({ phase: isUnknown(error) ? 'unknown' : 'refused', error });
     try {
@@ -35,7 +35,7 @@ export function useAct<T>(): [Act<T>, (call: () => Promise<T>) => void, () => vo
     }
   }, []);
   const reset = useCallback(() => {
-    if (!busy.current) setAct({ phase: 'idle' });
+    if (!busy.current) setCommand({ phase: 'idle' });
   }, []);
-  return [act, run, reset];
+  return [command, run, reset];
 }

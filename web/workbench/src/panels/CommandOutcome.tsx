@@ -1,20 +1,20 @@
 import { FailedCallError } from '@varnel/web-client';
 import type { ReactNode } from 'react';
-import type { Act } from '../useAct';
+import type { Command } from '../useCommand';
 
-/** Says what became of a call that trades, starts or stops something. */
-export function ActOutcome<T>({ act, children }: { act: Act<T>; children: (data: T) => ReactNode }) {
-  switch (act.phase) {
+/** Shows the outcome of a call that trades, starts or stops something. */
+export function CommandOutcome<T>({ command, children }: { command: Command<T>; children: (data: T) => ReactNode }) {
+  switch (command.phase) {
     case 'idle':
       return null;
     case 'busy':
       return <p className="quiet">等待应答 waiting…</p>;
     case 'done':
-      return <>{children(act.data)}</>;
+      return <>{children(command.data)}</>;
     case 'refused':
       return (
         <p className="problem" role="alert">
-          {reasonOf(act.error)}
+          {reasonOf(command.error)}
         </p>
       );
     case 'unknown':
@@ -26,7 +26,7 @@ export function ActOutcome<T>({ act, children }: { act: Act<T>; children: (data:
   }
 }
 
-/** The terminal's own words, if it has said any. */
+/** The terminal's own reason, if it gave one. */
 function reasonOf(error: Error): string {
   return error instanceof FailedCallError && error.msg !== '' ? error.msg : error.message;
 }
