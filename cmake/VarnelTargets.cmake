@@ -26,10 +26,13 @@ if(MSVC)
         target_compile_options(varnel_build_options INTERFACE /WX)
     endif()
 else()
+    file(RELATIVE_PATH from_build_to_source "${CMAKE_BINARY_DIR}" "${PROJECT_SOURCE_DIR}")
     target_compile_options(varnel_build_options INTERFACE
         -Wall -Wextra -Wpedantic -Wnon-virtual-dtor -Woverloaded-virtual
-        # No path of the build machine in log lines and binaries.
-        -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=)
+        # Qt's logging macros are called without the arguments that they could have.
+        $<$<CXX_COMPILER_ID:Clang>:-Wno-gnu-zero-variadic-macro-arguments>
+        # No path of the build machine in log lines and binaries. ccache hands the compiler relative paths.
+        -ffile-prefix-map=${PROJECT_SOURCE_DIR}/= -fmacro-prefix-map=${from_build_to_source}/=)
     if(VARNEL_WARNINGS_AS_ERRORS)
         target_compile_options(varnel_build_options INTERFACE -Werror)
     endif()

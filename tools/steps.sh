@@ -89,7 +89,7 @@ declare -A packages=(
     [test]='binutils:nm chromium:chromium fonts-wqy-zenhei'
     [fuzz]='clang:clang++ libclang-rt-14-dev'
     [bench]='libbenchmark-dev libqt5webchannel5-dev rapidjson-dev'
-    [lint]='clang-format:clang-format clang-tidy:run-clang-tidy shellcheck:shellcheck'
+    [lint]='clang-format:clang-format clang-tidy:clang-tidy python3:python3 shellcheck:shellcheck'
     [format]='clang-format:clang-format'
 )
 
