@@ -32,7 +32,7 @@ bool mainThreadSleeps()
     return !state.open(QIODevice::ReadOnly) || state.readAll().split(' ').value(2) == "S";
 }
 
-/// Keeps the bus busy until a view has gone meanwhile, or the main thread waits, because nothing lets it go.
+/// Keeps the bus busy until a view goes meanwhile, or the main thread waits, because nothing lets it go.
 class BusyPresenter : public QvPresenterClass {
 public:
     static constexpr int kEvent = 0x30003;
@@ -48,18 +48,18 @@ public:
     void ProcEventMsg(QString, QVariant, QVariant) override
     {
         called.release();
-        viewIsGoing.acquire();
+        viewIsToGo.acquire();
         for (bool ends = false; !ends;) {
-            ends = mainThreadSleeps(); // asked first: it sleeps after the view has gone, too
-            if (viewGone.tryAcquire())
+            ends = mainThreadSleeps(); // asked first: it may sleep after that, too
+            if (viewGoes.tryAcquire())
                 ends = viewWentMeanwhile = true;
         }
         returned.release();
     }
 
     QSemaphore called;
-    QSemaphore viewIsGoing;
-    QSemaphore viewGone;
+    QSemaphore viewIsToGo;
+    QSemaphore viewGoes;
     QSemaphore returned;
     std::atomic<bool> viewWentMeanwhile{false};
 };
@@ -387,9 +387,11 @@ TEST_F(QuietPagesTest, AViewOutlivesTheCallOfTheBusThatMayReachIt)
     terminal.bus()->announce(BusyPresenter::kEvent, {});
     ASSERT_TRUE(presenter.called.tryAcquire(1, kPatienceMs));
     PageConnection *const connection = connections().first();
-    presenter.viewIsGoing.release();
+    // The socket is closed once nothing keeps the view any more.
+    QObject::connect(connection->findChild<QWebSocket *>(), &QWebSocket::aboutToClose,
+                     [&presenter] { presenter.viewGoes.release(); });
+    presenter.viewIsToGo.release();
     delete connection;
-    presenter.viewGone.release();
     ASSERT_TRUE(presenter.returned.tryAcquire(1, kPatienceMs));
     EXPECT_FALSE(presenter.viewWentMeanwhile);
 }
