@@ -2,9 +2,12 @@
 
 #include "KLineMessages.h"
 #include "ThreadLatch.h"
+#include "ThreadState.h"
 #include "dataservice/DataProcess.h"
 
 #include <QThread>
+
+#include <atomic>
 
 using testing::_;
 using testing::ElementsAre;
@@ -104,6 +107,37 @@ TEST_F(ThreadsTest, StrategyMessagesCanBeSubscribedToByTwoThreadsAtOnce)
         }
     }
     EXPECT_EQ(view.events().size(), count); // one for each that was not ended
+}
+
+TEST_F(ThreadsTest, StrategySubscriptionOfAnotherThreadWaitsForTheMessageThatIsBeingSent)
+{
+    RecordingView view;
+    center->reg(&view);
+    ThreadLatch requested;
+    EXPECT_CALL(host, QvPresenterClass_PutEvent(start.pid, _)).WillOnce(Return()).WillOnce([&] { requested.open(); });
+    center->Vlx_subStrategyMsg_REQ({u"u1"_qs, u"m1"_qs, u"1"_qs}, &view);
+
+    pid_t thread = 0;
+    other.run([&] { thread = gettid(); });
+    std::atomic<bool> entered{false};
+    bool enteredMeanwhile = false;
+    view.whileBroadcasting([&] {
+        view.whileBroadcasting({});
+        other.post([&] {
+            center->Vlx_subStrategyMsg_REQ({u"u1"_qs, u"m2"_qs, u"1"_qs}, &view);
+            entered = true;
+        });
+        requested.wait();
+        for (bool waits = false; !waits && !enteredMeanwhile;) {
+            waits = threadSleeps(thread); // asked first: it sleeps after that, too
+            enteredMeanwhile = entered;
+        }
+    });
+    answer(VeloxValues::MSEventStrategyCustomMsg, {{VeloxFields::strategyCustomMsgID, u"m1"_qs}});
+    EXPECT_FALSE(enteredMeanwhile);
+    other.wait();
+    answer(VeloxValues::MSEventStrategyCustomMsg, {{VeloxFields::strategyCustomMsgID, u"m2"_qs}});
+    EXPECT_EQ(view.events().size(), 2);
 }
 
 TEST_F(ThreadsTest, RecordThatComesWhileItsBatchIsPushedGoesIntoTheNext)
