@@ -188,13 +188,19 @@ def key_of(name, changed):
     return hashlib.sha256(f"{name}\0{changed}".encode()).hexdigest()
 
 
+def save(results):
+    new = RESULTS.with_suffix(".new")
+    new.write_text(json.dumps(results))
+    new.replace(RESULTS)
+
+
 def arguments():
     parser = argparse.ArgumentParser(prog="./dev mutate", description=__doc__.split("\n", 1)[0])
-    parser.add_argument("files", nargs="*", metavar="FILE", help="a file below src; all but those of src/host if none is named")
+    parser.add_argument("files", nargs="*", metavar="FILE", help="a file below src; without one, all but src/host")
     parser.add_argument("--limit", type=int, metavar="N", help="try N of the changes, chosen at random")
     parser.add_argument("--seed", type=int, default=1, metavar="N", help="of that choice (default: 1)")
-    parser.add_argument("--resume", action="store_true",
-                        help="leave out what an earlier run killed or could not compile; survivors are tried again")  # fmt: skip
+    resume = "leave out what an earlier run killed or could not compile; survivors are tried again"
+    parser.add_argument("--resume", action="store_true", help=resume)
     parser.add_argument("--list", action="store_true", help="only list the changes")
     parser.add_argument("--jobs", type=int, default=os.cpu_count(), metavar="N", help="tests that run at once")
     return parser.parse_args()
@@ -228,16 +234,16 @@ def main():
             source = read[name]
             changed = mutation.apply(source.text)
             key = key_of(name, changed)
-            outcome, how = known.get(key, ""), "as before"
-            if not options.resume or outcome not in (KILLED, BROKEN):
+            outcome, how = known.get(key, (SURVIVED, ""))
+            if not options.resume or outcome == SURVIVED:
                 write_if_other(COPY / name, changed.encode())
                 outcome, how = judge(Path(name).parent.name, killers[name], options.jobs)
-                if "_test." in how and how not in killers[name]:
-                    killers[name].append(how)
-                known[key] = outcome
-                RESULTS.write_text(json.dumps(known))
+                known[key] = outcome, how
+                save(known)
                 # The next change may be in another file.
                 write_if_other(COPY / name, source.text.encode())
+            if "_test." in how and how not in killers[name]:
+                killers[name].append(how)
             tried += 1
             counts[outcome] += 1
             print(f"[{tried}/{len(tries)}] {place(name, source, mutation)}: {outcome}{how and f' ({how})'}", flush=True)

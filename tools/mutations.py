@@ -35,9 +35,11 @@ KEPT = {"return", "using", "struct", "enum", "static", "constexpr", "template", 
 VERBS = {"emit", "delete", "throw", "co_return"}
 LOCK = re.compile(r"\b(lock_guard|unique_lock|QReadLocker|QWriteLocker|QMutexLocker)\b")
 DECLARATION = re.compile(r"(const |auto\b)|[\w:]+(<.*>)?(( [*&]*)|([*&]+ ?))(const )?\w+ ?([=;]|\(|\{|\[)", re.DOTALL)
+EMPTY = re.compile(r"Q\w+\(\)|Qt::AutoConnection")  # what {} is anyway
 LOG_LINE = re.compile(r"(qC(Debug|Warning|Info)|logLine)\b|const Operation ")
 ONLY_SPEED = re.compile(r"\.(reserve|squeeze)\(")
-NOT_CALLED = HEADS | {"return", "sizeof", "decltype", "catch", "QStringLiteral", "QLatin1Char", "VARNEL_OPERATION"}
+MACROS = {"QStringLiteral", "QLatin1Char", "Q_UNUSED", "VARNEL_OPERATION"}
+NOT_CALLED = HEADS | MACROS | {"return", "sizeof", "decltype", "catch"}
 
 
 @dataclass(frozen=True)
@@ -233,7 +235,8 @@ class Source:
             if index == self.partner[bracket] or self.tokens[index].text == ",":
                 if index > begin and (index > begin + 1 or self.tokens[begin].kind == "word"):
                     start, end = self.tokens[begin].begin, self.tokens[index - 1].end
-                    if "{" not in self.text[start:end] and self.text[start:end] not in WORDS:
+                    text = self.text[start:end]
+                    if "{" not in text and text not in WORDS and not EMPTY.fullmatch(text):
                         yield Mutation(start, end, "{}", "argument left empty")
                 begin = index + 1
             index = self.partner[index] + 1 if index in self.partner and index != bracket else index + 1

@@ -115,4 +115,14 @@ TEST_F(TradeThreadsTest, OrdersPassACancelThatTheHostTakesItsTimeOver)
     EXPECT_EQ(slow, successReply(u"[]"_qs));
 }
 
+TEST(TradeProcessInstance, IsTheSameForEveryThread)
+{
+    TradeProcess *seen = nullptr;
+    BusThread other;
+    other.run([&] { seen = TradeProcess::instance(); });
+    ASSERT_NE(seen, nullptr);
+    EXPECT_EQ(seen, TradeProcess::instance());
+    EXPECT_EQ(seen->parent(), nullptr);
+}
+
 } // namespace
