@@ -220,7 +220,7 @@ def main():
         print(f"{len(tries)} changes")
         return
 
-    signal.signal(signal.SIGTERM, lambda *_: sys.exit("mutate: stopped"))
+    signal.signal(signal.SIGTERM, signal.default_int_handler)  # ends as Ctrl-C does
     RESULTS.parent.mkdir(parents=True, exist_ok=True)
     known = json.loads(RESULTS.read_text()) if RESULTS.is_file() else {}
     prepare({Path(name).parent.name for name, _ in tries}, options.jobs)
