@@ -88,6 +88,7 @@ declare -A packages=(
     [web]='nodejs:node npm:npm'
     [test]='binutils:nm chromium:chromium fonts-wqy-zenhei'
     [fuzz]='clang:clang++ libclang-rt-14-dev'
+    [mutate]='python3:python3'
     [bench]='libbenchmark-dev libqt5webchannel5-dev rapidjson-dev'
     [lint]='clang-format:clang-format clang-tidy:clang-tidy python3:python3 shellcheck:shellcheck'
     [format]='clang-format:clang-format'

@@ -233,6 +233,23 @@ TEST_F(AssetsTest, FundAccountsAreSplitAtCommasAndUnknownOnesLeftOut)
     EXPECT_TRUE(log.lines().isEmpty());
 }
 
+TEST_F(AssetsTest, RecordsComeInTheOrderInWhichTheirFundAccountsAreNamed)
+{
+    QStringList shown;
+    expectAsset({}, {}, Varnel_Values::FundAccountType::Future);
+    expectAccounts(host, u"unknown"_qs, {});
+    expectAccounts(host, u"a"_qs, {{u"a"_qs, u"name"_qs, u"t2"_qs}});
+    EXPECT_CALL(host, CBusinessDataBase_GetAccountDetailsByTradinngAccount(u"t2"_qs)).WillOnce(Return(QVariantMap()));
+    EXPECT_CALL(host, CBusinessDataBase_getTradeAccountParam(u"t2"_qs, Tessar_Values::Currency::CNY))
+        .WillOnce(Return(QVariantMap()));
+    EXPECT_CALL(host, VarnelBusinessDataInterface_GetAccountAssetPropByTradingAccount(u"t2"_qs))
+        .WillOnce(Return(Varnel_Values::FundAccountType::Future));
+    const QJsonArray records = resultOf(process->processAsset(u"u1"_qs, u"f1,unknown,a"_qs)).toArray();
+    for (const QJsonValue &record : records)
+        shown << record.toObject().value(u"fundAccount"_qs).toString();
+    EXPECT_EQ(shown, (QStringList{u"f1"_qs, u"a"_qs})); // not by name
+}
+
 TEST_F(AssetsTest, TwoCommasInARowAskForAnEmptyFundAccount)
 {
     expectAccounts(host, u"a"_qs, {});
