@@ -21,7 +21,7 @@ interface Typed {
   qty: string;
 }
 
-/** Fills the ticket in, up to the step that confirms it. */
+/** Fills in the ticket without sending it. */
 async function fillTicket(page: Page, frames: Frames, { symbol = symbols[0]!, side, price, qty }: Typed) {
   const ticket = page.getByTestId('ticket');
   await ticket.getByLabel('证券标识').fill(symbol);
@@ -54,9 +54,9 @@ async function place(page: Page, frames: Frames, typed: Typed): Promise<string> 
 test.describe('the watch list', { tag: '@page' }, () => {
   const symbolsShown = (page: Page) => page.getByTestId('watch-table').locator('tbody tr td:first-child');
 
-  test.describe('while time flies', () => {
+  test.describe('at 20 times the speed', () => {
     test.use({ options: ['--speed', '20'] });
-    test('shows quotes as they come', async ({ page }) => {
+    test('shows pushed quotes', async ({ page }) => {
       const frames = await openDesk(page);
       const time = page.locator('tr[data-symbol="609801.SH"] td[data-key="time"]');
       const [before, count] = [await time.innerText(), frames.received.length];
@@ -64,12 +64,12 @@ test.describe('the watch list', { tag: '@page' }, () => {
       await expect
         .poll(() => frames.received.slice(count).filter(({ event }) => event === 'on_tickUpdate').length)
         .toBeGreaterThan(10);
-      // Quotes ask for nothing by themselves.
+      // A push causes no call.
       expect(sent(frames, 'Data_getCurrentTick_REQ')).toHaveLength(await rows(page, 'watch-table').count());
     });
   });
 
-  test('is kept by the terminal: it is there again after a restart', async ({ page, simulator, home, context }) => {
+  test('survives a restart of the terminal', async ({ page, simulator, home, context }) => {
     await openDesk(page);
     const watch = page.getByTestId('watch');
     const first = await symbolsShown(page).allInnerTexts();
@@ -92,16 +92,16 @@ test.describe('the watch list', { tag: '@page' }, () => {
     expect(await again.stop()).toEqual({ code: 0, signal: null });
   });
 
-  test('is not changed before it has been read: what was saved would be lost', async ({ page }) => {
+  test('cannot be changed before the saved list has been read', async ({ page }) => {
     await page.addInitScript(() => {
-      // The reply with the saved list comes when the test lets it.
+      // Holds back the reply with the saved list until the test releases it.
       const told = WebSocket.prototype.addEventListener;
       WebSocket.prototype.addEventListener = function (this: WebSocket, name: string, hear: (event: Event) => void) {
         told.call(this, name, (event: Event) => {
           const isList = name === 'message' && String((event as MessageEvent).data).includes('Data_getSetting_RES');
           if (!isList || sessionStorage.getItem('held')) return hear(event);
           sessionStorage.setItem('held', 'once');
-          window.addEventListener('let it come', () => hear(event));
+          window.addEventListener('release', () => hear(event));
         });
       } as typeof told;
     });
@@ -112,7 +112,7 @@ test.describe('the watch list', { tag: '@page' }, () => {
     const add = watch.getByRole('button', { name: '加自选' });
     await expect(add).toBeDisabled();
     await watch.getByLabel('证券标识').press('Enter');
-    await page.evaluate(() => window.dispatchEvent(new Event('let it come')));
+    await page.evaluate(() => window.dispatchEvent(new Event('release')));
     await expect(rows(page, 'watch-table')).not.toHaveCount(0);
     const saved = await rows(page, 'watch-table').count();
     await add.click();
@@ -121,7 +121,7 @@ test.describe('the watch list', { tag: '@page' }, () => {
     await expect(rows(page, 'watch-table')).toHaveCount(saved + 1);
   });
 
-  test('subscribes to what it shows, and ends that when a security goes', async ({ page }) => {
+  test('subscribes to its securities, and unsubscribes from one that is removed', async ({ page }) => {
     const frames = await openDesk(page);
     const shown = await symbolsShown(page).allInnerTexts();
     expect(sent(frames, 'Sub_subscribe_REQ').map(({ args }) => args[1])).toEqual([shown.join(',')]);
@@ -129,7 +129,7 @@ test.describe('the watch list', { tag: '@page' }, () => {
     await expect.poll(() => sent(frames, 'UnSub_subscribe_REQ').map(({ args }) => args[1])).toEqual([shown[1]]);
   });
 
-  test('leads to the chart and the ticket', async ({ page }) => {
+  test('selects the security of the chart and the ticket', async ({ page }) => {
     await openDesk(page);
     await page.getByTestId('watch-table').getByRole('button', { name: '009811.SZ', exact: true }).click();
     await expect(page.getByTestId('kline-chart')).toContainText('009811.SZ');
@@ -139,7 +139,7 @@ test.describe('the watch list', { tag: '@page' }, () => {
 });
 
 test.describe('the ticket', { tag: '@page' }, () => {
-  test('places an order after a second look, and the order can be cancelled', async ({ page }) => {
+  test('places an order after confirmation, and the order can be cancelled', async ({ page }) => {
     const frames = await openDesk(page);
     await openView(page, '交易');
     const { ticket, price } = await fillTicket(page, frames, { price: 'lowest', qty: '100' });
@@ -162,7 +162,7 @@ test.describe('the ticket', { tag: '@page' }, () => {
     await expect(page.getByRole('button', { name: `撤单 cancel ${id}` })).toHaveCount(0);
   });
 
-  test('sends an order once, however quickly it is confirmed', async ({ page }) => {
+  test('sends an order once, even when it is confirmed several times', async ({ page }) => {
     const frames = await openDesk(page);
     await openView(page, '交易');
     const { ticket } = await fillTicket(page, frames, { price: 'lowest', qty: '100' });
@@ -177,7 +177,7 @@ test.describe('the ticket', { tag: '@page' }, () => {
     expect(sent(frames, 'Trade_insertOrder_REQ')).toHaveLength(1);
   });
 
-  test('is not confirmed by the key that asked for the second look, however long it is held', async ({ page }) => {
+  test('is not confirmed by the repeats of the key that opened the confirmation', async ({ page }) => {
     const frames = await openDesk(page);
     await openView(page, '交易');
     const { ticket } = await fillTicket(page, frames, { price: 'lowest', qty: '100' });
@@ -191,7 +191,7 @@ test.describe('the ticket', { tag: '@page' }, () => {
     expect(sent(frames, 'Trade_insertOrder_REQ')).toHaveLength(1);
   });
 
-  test('keeps the tradable quantity in sight while the account changes', async ({ page }) => {
+  test('shows a tradable quantity all the time while the account changes', async ({ page }) => {
     const frames = await openDesk(page);
     await openView(page, '交易');
     const { price } = await fillTicket(page, frames, { price: 'lowest', qty: '100' });
@@ -206,7 +206,7 @@ test.describe('the ticket', { tag: '@page' }, () => {
         subtree: true,
       });
     });
-    // Each order sets money aside; orders of the morning that are dealt meanwhile may give some back.
+    // Each order reserves money; fills of earlier orders may release some meanwhile.
     const { fundAccount } = fundAccounts()[0]!;
     const most = await tradable.innerText();
     for (let order = 0; order < 3; ++order)
@@ -217,11 +217,11 @@ test.describe('the ticket', { tag: '@page' }, () => {
   });
 
   const refused: [string, Typed, boolean][] = [
-    ['of no whole lot, which is kept', { price: 'lowest', qty: '150' }, true],
-    ['without sense, which is not', { price: 'cheap', qty: '100' }, false],
+    ['with a part of a lot, which the books keep,', { price: 'lowest', qty: '150' }, true],
+    ['with an invalid price, which the books do not keep,', { price: 'cheap', qty: '100' }, false],
   ];
   for (const [name, typed, kept] of refused) {
-    test(`says why an order was refused: one ${name}`, async ({ page }) => {
+    test(`shows why an order ${name} was refused`, async ({ page }) => {
       const frames = await openDesk(page);
       await openView(page, '交易');
       const { ticket } = await fillTicket(page, frames, typed);
@@ -239,7 +239,7 @@ test.describe('the ticket', { tag: '@page' }, () => {
     });
   }
 
-  test('says that the outcome is unknown when no answer comes, and sends nothing again', async ({
+  test('shows that the outcome is unknown when no answer comes, and sends nothing again', async ({
     page,
     simulator,
   }) => {
@@ -254,7 +254,7 @@ test.describe('the ticket', { tag: '@page' }, () => {
     await expect(ticket.getByRole('button', { name: '发送中' })).toBeDisabled();
     await page.clock.fastForward(10_000);
     await expect(page.getByTestId('ticket-outcome').getByRole('alert')).toContainText('结果未知');
-    expect(sent(frames, 'Trade_insertOrder_REQ')).toEqual([]); // there was nobody to send it to
+    expect(sent(frames, 'Trade_insertOrder_REQ')).toEqual([]); // the connection was closed
   });
 });
 
@@ -275,7 +275,7 @@ test.describe('the blotter', { tag: '@page' }, () => {
     await expect(page.getByTestId('cancel-outcome')).toContainText('已撤 2 笔');
   });
 
-  test('takes a basket of a thousand without asking for each, and is not drawn for each', async ({ page }) => {
+  test('shows a basket of a thousand orders without a call or a rendering for each', async ({ page }) => {
     const frames = await openDesk(page);
     await openView(page, '交易');
     await fillTicket(page, frames, { price: 'lowest', qty: '100' }).then(async ({ price }) => {
@@ -301,7 +301,7 @@ test.describe('the blotter', { tag: '@page' }, () => {
     expect(sent(frames, 'Data_getEntrustList_REQ').length - lists).toBeLessThan(5);
   });
 
-  test('shows what another page does', async ({ page, context }) => {
+  test('shows the orders of another page', async ({ page, context }) => {
     const frames = await openDesk(page);
     await openView(page, '交易');
     const other = await context.newPage();
@@ -316,9 +316,9 @@ test.describe('the blotter', { tag: '@page' }, () => {
     expect(sent(frames, 'Trade_insertOrder_REQ')).toEqual([]);
   });
 
-  test.describe('while time flies', () => {
+  test.describe('at 20 times the speed', () => {
     test.use({ options: ['--speed', '20'] });
-    test('shows executions, and the holdings follow', async ({ page }) => {
+    test('shows executions and the new position', async ({ page }) => {
       const frames = await openDesk(page);
       await openView(page, '资产与持仓');
       await openView(page, '交易');
@@ -334,7 +334,7 @@ test.describe('the blotter', { tag: '@page' }, () => {
     });
   });
 
-  test('knows the states in which an order is open', async ({ page }) => {
+  test('filters open orders', async ({ page }) => {
     const frames = await openDesk(page);
     await openView(page, '交易');
     await page.getByLabel('只看可撤').check();
@@ -350,7 +350,7 @@ test.describe('the blotter', { tag: '@page' }, () => {
 });
 
 test.describe('strategies', { tag: '@page' }, () => {
-  test('are started, talked to, asked and stopped', async ({ page }) => {
+  test('can be started, messaged, queried and stopped', async ({ page }) => {
     const frames = await openDesk(page);
     await openView(page, '策略');
     await page.getByTestId('start-strategy').getByRole('button', { name: '启动' }).click();
@@ -371,12 +371,12 @@ test.describe('strategies', { tag: '@page' }, () => {
     await row.getByRole('button', { name: '停止' }).click();
     await expect(cell(page, 'strategy-table', id, 'status')).toHaveText('Stopped');
     await expect(page.getByTestId('status-log').locator('li').first()).toHaveText(`${id} Stopped`);
-    // Calls without reply are not waited for.
+    // The page does not wait for replies to one-way calls.
     await expect(page.getByTestId('entry').filter({ hasText: '尚无应答' })).toHaveCount(0);
     expect(sent(frames, 'Vlx_sendCustomInfo_REQ')).toHaveLength(1);
   });
 
-  test('that are refused say why', async ({ page }) => {
+  test('show why a start was refused', async ({ page }) => {
     const frames = await openDesk(page);
     await openView(page, '策略');
     const panel = page.getByTestId('start-strategy');
@@ -390,7 +390,7 @@ test.describe('strategies', { tag: '@page' }, () => {
   });
 });
 
-test('permissions are told, and the menu is asked for', { tag: '@page' }, async ({ page, simulator }) => {
+test('the permission panel shows permissions and opens the menu', { tag: '@page' }, async ({ page, simulator }) => {
   await openDesk(page);
   const panel = page.getByTestId('permission');
   await panel.getByRole('button', { name: '查询' }).click();

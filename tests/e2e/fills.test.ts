@@ -7,7 +7,7 @@ import { expect, test } from './support/test';
 import { account, idOf, market, orderFor, placed, reached, statusOf, symbol } from './support/trading';
 import { executions, nameOf, orders } from './support/world';
 
-// A step of the market, three seconds of trading, takes 150 ms here.
+// Quotes change every three seconds of trading: here every 150 ms.
 test.use({ options: ['--speed', '20'] });
 
 const executionsOf = (recorder: EventRecorder, id: string) =>
@@ -17,12 +17,12 @@ const executionsOf = (recorder: EventRecorder, id: string) =>
     .filter((execution) => idOf(execution) === id);
 const sum = (list: readonly Execution[]) => list.reduce((before, { dealQty }) => before + Number(dealQty.userRole), 0);
 
-test.describe('an order that meets its price', () => {
+test.describe('an order that can fill', () => {
   for (const [name, but] of [
     ['at the market', { priceType: 'Market', price: '0' }],
-    ['at a limit that is reached', {}],
+    ['at a limit that the market reaches', {}],
   ] as const) {
-    test(`${name} is dealt, and its executions, position and money are pushed`, async ({
+    test(`${name} fills, and its executions, position and asset are pushed`, async ({
       recorder: one,
       secondRecorder: other,
     }) => {
@@ -65,7 +65,7 @@ test.describe('an order that meets its price', () => {
     });
   }
 
-  test('can be of futures, opened and closed', async ({ recorder }) => {
+  test('of futures opens and closes a position', async ({ recorder }) => {
     const [future] = await ask<SecurityDetail[]>(
       recorder.page,
       'Data_getSymbolListWithDetail_REQ',
@@ -82,11 +82,8 @@ test.describe('an order that meets its price', () => {
   });
 });
 
-test.describe('the market goes on', () => {
-  test('so that orders of the morning are dealt, and every page hears of it', async ({
-    recorder: one,
-    secondRecorder: other,
-  }) => {
+test.describe('pushes of a running market', () => {
+  test('tell every page of the fills of earlier orders', async ({ recorder: one, secondRecorder: other }) => {
     for (const recorder of [one, other]) {
       await recorder.until(() => recorder.pushes<Execution[]>('on_executionUpdate').flat().length >= 3);
       await recorder.until(() => recorder.pushes<Entrust[]>('on_entrustUpdate').flat().length >= 3);
@@ -96,7 +93,7 @@ test.describe('the market goes on', () => {
     }
   });
 
-  test('and pushes have the promised fields', async ({ recorder }) => {
+  test('have the documented fields', async ({ recorder }) => {
     const pushes = ['on_entrustUpdate', 'on_executionUpdate', 'on_positionUpdate', 'on_AssetUpdate'] as const;
     for (const push of pushes) await recorder.until(() => recorder.of(push).length > 0);
     const keysOf = (record: object) => Object.keys(record).sort();

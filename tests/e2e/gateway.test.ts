@@ -6,13 +6,13 @@ import { expect, test } from './support/test';
 const mebibyte = 1024 * 1024;
 const dayKLines = (uuid: string, symbol: string) => ['Data_getKLineData_REQ', uuid, symbol, '', '', '2'] as const;
 
-/** A call whose frame has exactly so many bytes. */
+/** A call whose frame has exactly this many bytes. */
 function frameOf(bytes: number, uuid: string): string {
   const [head, tail] = [`{"invoke":"Data_getToken_REQ","args":["${uuid}","`, '"]}'];
   return head + 'x'.repeat(bytes - head.length - tail.length) + tail;
 }
 
-test.describe('a frame that is no call', () => {
+test.describe('a frame that is not a call', () => {
   const frames: [string, string | Buffer, { binary?: boolean }][] = [
     ['no JSON', 'invoke', {}],
     ['empty', '', {}],
@@ -57,14 +57,14 @@ test.describe('a frame that is no call', () => {
 });
 
 test.describe('size of a frame', () => {
-  test('one mebibyte is carried', async ({ url }) => {
+  test('one mebibyte is accepted', async ({ url }) => {
     const peer = await Peer.connect(url);
     peer.socket.send(frameOf(mebibyte, 'large'));
     expect((await peer.reply('Data_getToken_RES', 'large')).resultData).toBe(login.token);
     peer.close();
   });
 
-  test('a byte more closes with 1009, and nobody else suffers', async ({ url }) => {
+  test('one byte more closes with 1009 and does not affect others', async ({ url }) => {
     const bystander = await Peer.connect(url);
     const offender = await Peer.connect(url);
     offender.socket.send(frameOf(mebibyte + 1, 'too large'));
@@ -74,7 +74,7 @@ test.describe('size of a frame', () => {
     bystander.close();
   });
 
-  test('sent in pieces, it is the sum that counts', async ({ url }) => {
+  test('counts all pieces of a frame', async ({ url }) => {
     const offender = await Peer.connect(url);
     const frame = frameOf(mebibyte + 1, 'pieces');
     const half = mebibyte / 2;
@@ -111,7 +111,7 @@ test.describe('origin', () => {
 });
 
 test.describe('pages', () => {
-  test('that vanish in mid-call do no harm', async ({ url }) => {
+  test('that disconnect during calls do not affect others', async ({ url }) => {
     const bystander = await Peer.connect(url);
     for (let round = 0; round < 10; ++round) {
       const vanishing = await Promise.all(Array.from({ length: 10 }, () => Peer.connect(url)));
@@ -129,9 +129,9 @@ test.describe('pages', () => {
     bystander.close();
   });
 
-  test('fifty at once get exactly their own replies', async ({ url }) => {
+  test('fifty at once get only their own replies', async ({ url }) => {
     const peers = await Promise.all(Array.from({ length: 50 }, () => Peer.connect(url)));
-    // Every page uses the same identifiers' endings, so that a reply to the wrong page cannot go unnoticed.
+    // Identifiers name their page, so that a reply to the wrong page is noticed.
     const expected = peers.map((peer, page) => {
       const uuids: string[] = [];
       for (let call = 0; call < 6; ++call) {
@@ -162,13 +162,13 @@ test.describe('pages', () => {
     return symbols[(page + call) % symbols.length]!;
   }
 
-  // Identifiers come back as they are, so a call may have an answer as long as itself.
+  // Identifiers come back unchanged, so a long identifier makes a long answer.
   const long = 'x'.repeat(1_000_000);
 
-  test('that do not read cannot stop the others', async ({ url }) => {
+  test('that stop reading do not block the others', async ({ url }) => {
     const deaf = await Peer.connect(url);
     deaf.socket.pause();
-    const calls = 12; // more than sockets hold, less than may pile up
+    const calls = 12; // more than sockets hold, less than the simulator's limit
     for (let call = 0; call < calls; ++call) deaf.call('Data_getToken_REQ', long);
     const peer = await Peer.connect(url);
     for (let call = 0; call < 2 * calls; ++call) await peer.drain();
@@ -178,7 +178,7 @@ test.describe('pages', () => {
     peer.close();
   });
 
-  test('that never read are dropped before they eat up the memory', async ({ simulator, url }) => {
+  test('that never read are disconnected before the memory fills up', async ({ simulator, url }) => {
     const deaf = await Peer.connect(url);
     const peer = await Peer.connect(url);
     deaf.socket.pause();
@@ -195,7 +195,10 @@ test.describe('pages', () => {
 
 test.describe('the end', () => {
   for (const signal of ['SIGTERM', 'SIGINT'] as const) {
-    test(`${signal} with pages connected and calls under way: pages are told, status 0`, async ({ simulator, url }) => {
+    test(`${signal} with pages connected and calls under way: connections close with 1001, status 0`, async ({
+      simulator,
+      url,
+    }) => {
       const peers = await Promise.all([Peer.connect(url), Peer.connect(url)]);
       peers.forEach((peer) => peer.call(...dayKLines('k', symbols[0]!)));
       await peers[0]!.drain();
@@ -204,7 +207,7 @@ test.describe('the end', () => {
     });
   }
 
-  test('a second simulator on the same port: one clear line and a status that is not 0', async ({ url }) => {
+  test('a second simulator on the same port prints one line and exits with an error', async ({ url }) => {
     const { port } = viewOf(url);
     const second = new Simulator(['--port', String(port)]);
     const { code } = await second.ended;
@@ -212,7 +215,7 @@ test.describe('the end', () => {
     expect(second.stdout).toBe('');
     expect(second.stderr.trim().split('\n')).toHaveLength(1);
     expect(second.stderr).toContain(String(port));
-    // The first one does not mind.
+    // The first one goes on.
     const peer = await Peer.connect(url);
     await peer.drain();
     peer.close();

@@ -41,14 +41,14 @@ async function listed(page: Page) {
 }
 
 test.describe('positions', () => {
-  test('have the promised fields', async ({ barePage: page }) => {
+  test('have the documented fields', async ({ barePage: page }) => {
     const positions = await positionsOf(page, (await accounts(page)).join(','));
     expect(positions.length).toBeGreaterThan(5);
     const keys = new Set(positions.map((position) => Object.keys(position).sort().join()));
     expect([...keys]).toEqual([[...positionKeys, 'stockInterest'].sort().join()]);
   });
 
-  test('are of listed securities, a bond with its interest, all else without', async ({ barePage: page }) => {
+  test('belong to listed securities, and only those of bonds have interest', async ({ barePage: page }) => {
     const { of } = await listed(page);
     const positions = await positionsOf(page, (await accounts(page)).join(','));
     const bonds = positions.filter((position) => of(position).securityType === securityTypes.bond);
@@ -61,7 +61,7 @@ test.describe('positions', () => {
     }
   });
 
-  test('come account by account, each with its own', async ({ barePage: page }) => {
+  test('come account by account, in the order of the call', async ({ barePage: page }) => {
     const known = fundAccounts();
     const one: Position[][] = [];
     for (const { fundAccount, fundAccountName } of known) {
@@ -82,7 +82,7 @@ test.describe('positions', () => {
     expect(reverse).toEqual([...one].reverse().flat());
   });
 
-  test('of one security are those of the whole list', async ({ barePage: page }) => {
+  test('of one security are a part of the whole list', async ({ barePage: page }) => {
     const { of } = await listed(page);
     const everybody = (await accounts(page)).join(',');
     const all = await positionsOf(page, everybody);
@@ -91,14 +91,14 @@ test.describe('positions', () => {
     expect(await positionsOf(page, everybody, 'NOSUCH.SH')).toEqual([]);
   });
 
-  test('of an unknown account, or of none, are none', async ({ barePage: page }) => {
+  test('of an unknown or missing account are empty', async ({ barePage: page }) => {
     const [first] = await accounts(page);
     expect(await positionsOf(page, 'no such account')).toEqual([]);
     expect(await positionsOf(page, '')).toEqual([]);
     expect(await positionsOf(page, `,${first},no such account`)).toEqual(await positionsOf(page, first!));
   });
 
-  test('have the price of the quote, and no more is tradable than there is', async ({ barePage: page }) => {
+  test('have the price of the quote, and no more than the position is tradable', async ({ barePage: page }) => {
     const { of } = await listed(page);
     for (const position of await positionsOf(page, (await accounts(page)).join(','))) {
       const { symbol } = of(position);
@@ -113,9 +113,7 @@ test.describe('positions', () => {
 });
 
 test.describe('assets', () => {
-  test('are texts with two decimals, one summary for each account in the order asked for', async ({
-    barePage: page,
-  }) => {
+  test('are texts with two decimals, in the order of the accounts in the call', async ({ barePage: page }) => {
     const known = fundAccounts();
     const asked = [...known].reverse();
     const assets = await ask<Asset[]>(page, 'Data_getAsset_REQ', asked.map((each) => each.fundAccount).join(','));
@@ -126,16 +124,16 @@ test.describe('assets', () => {
     }
   });
 
-  test('leave out accounts that the terminal does not know', async ({ barePage: page }) => {
+  test('leave out unknown accounts', async ({ barePage: page }) => {
     const [first] = stockAccounts;
     const own = await ask<Asset[]>(page, 'Data_getAsset_REQ', first);
     expect(own).toHaveLength(1);
     expect(await ask(page, 'Data_getAsset_REQ', `,no such account,${first}`)).toEqual(own);
-    expect(await ask(page, 'Data_getAsset_REQ', ` ${first}`)).toEqual([]); // no blank is taken away
+    expect(await ask(page, 'Data_getAsset_REQ', ` ${first}`)).toEqual([]); // blanks are not trimmed
     expect(await ask(page, 'Data_getAsset_REQ', '')).toEqual([]);
   });
 
-  test('of a stock account add up with its positions', async ({ barePage: page }) => {
+  test('of a stock account equal the sums over its positions', async ({ barePage: page }) => {
     for (const account of stockAccounts) {
       const [asset] = await ask<[Asset]>(page, 'Data_getAsset_REQ', account);
       const positions = await positionsOf(page, account);
@@ -170,7 +168,7 @@ test.describe('a tradable quantity', () => {
     return Number(qty);
   }
 
-  test('to sell is what of the position is tradable', async ({ barePage: page }) => {
+  test('to sell is the tradable part of the position', async ({ barePage: page }) => {
     const { of } = await listed(page);
     const account = stockAccounts[0]!;
     const positions = await positionsOf(page, account);
@@ -191,7 +189,7 @@ test.describe('a tradable quantity', () => {
     expect(await most(page, { account, detail, side: sides.sell, price: 10 })).toBe(0);
   });
 
-  test('to buy can be paid, in whole steps, and is more at a lower price', async ({ barePage: page }) => {
+  test('to buy is payable, in whole steps, and larger at a lower price', async ({ barePage: page }) => {
     const { all } = await listed(page);
     const account = stockAccounts[0]!;
     const [asset] = await ask<[Asset]>(page, 'Data_getAsset_REQ', account);
@@ -213,7 +211,7 @@ test.describe('a tradable quantity', () => {
     }
   });
 
-  test('of an unknown account has no result, yet succeeds', async ({ barePage: page }) => {
+  test('of an unknown account has no result, although the call succeeds', async ({ barePage: page }) => {
     const [detail] = [...(await securities(page)).values()];
     const line = args({ account: 'no such account', detail: detail!, side: sides.buy, price: 10 });
     const envelope = await envelopeOf(page, 'Data_getTradableQty_REQ', ...line);

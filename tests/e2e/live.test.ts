@@ -3,7 +3,7 @@ import { EventRecorder } from './support/eventRecorder';
 import { symbols } from './support/scenario';
 import { expect, test } from './support/test';
 
-// A quote changes every three seconds of trading: here every 150 ms, and the morning lasts for minutes.
+// Quotes change every three seconds of trading: here every 150 ms, for several minutes.
 test.use({ options: ['--speed', '20'] });
 
 const [first, second, third] = symbols as [string, string, string];
@@ -14,7 +14,7 @@ const seen = (recorder: EventRecorder, symbol: string, count: number) =>
   recorder.until(() => ticksOf(recorder, symbol).length >= count && ticksOf(recorder, symbol));
 
 test.describe('quotes', () => {
-  test('come to each page for what it subscribed to, and for nothing else', async ({
+  test('come only to the pages that subscribed to the symbol', async ({
     recorder: one,
     secondRecorder: other,
     thirdRecorder: idle,
@@ -29,7 +29,7 @@ test.describe('quotes', () => {
     expect(ticks(idle)).toEqual([]);
   });
 
-  test('are whole, and each is newer than the one before', async ({ recorder }) => {
+  test('are complete, and each is newer than the one before', async ({ recorder }) => {
     await recorder.envelope('Sub_subscribe_REQ', first);
     const list = await seen(recorder, first, 8);
     for (const tick of list) expect(Object.keys(tick).sort()).toEqual(Object.values<string>(quoteFields).sort());
@@ -38,10 +38,10 @@ test.describe('quotes', () => {
     expect(recorder.of('on_tickUpdate').every((args) => args.length === 1)).toBe(true);
   });
 
-  test('of a symbol that is subscribed to twice come once', async ({ recorder }) => {
+  test('come once for a symbol that was subscribed twice', async ({ recorder }) => {
     await recorder.envelope('Sub_subscribe_REQ', `${first},${first}`);
     await recorder.envelope('Sub_subscribe_REQ', first);
-    await seen(recorder, first, 5); // by now each subscription has brought the quote that stood
+    await seen(recorder, first, 5); // by now each subscription has brought the current quote
     recorder.clear();
     const times = (await seen(recorder, first, 6)).map(({ time }) => String(time));
     expect(times).toEqual([...new Set(times)]);
@@ -52,7 +52,7 @@ test.describe('quotes', () => {
     expect(symbolsOf(recorder)).toEqual([second]);
   });
 
-  test('stop for the page that unsubscribes, for nobody else', async ({ recorder: one, secondRecorder: other }) => {
+  test('stop only for the page that unsubscribes', async ({ recorder: one, secondRecorder: other }) => {
     for (const recorder of [one, other]) await recorder.envelope('Sub_subscribe_REQ', `${first},${second}`);
     for (const recorder of [one, other]) await seen(recorder, first, 2);
     await one.envelope('UnSub_subscribe_REQ', first);
@@ -62,7 +62,7 @@ test.describe('quotes', () => {
     expect(symbolsOf(one)).toEqual([second]);
   });
 
-  test('stop altogether for the page that unsubscribes from all, and begin anew', async ({
+  test('stop for a page that unsubscribes from all, and start again with a subscription', async ({
     recorder: one,
     secondRecorder: other,
   }) => {
@@ -78,7 +78,7 @@ test.describe('quotes', () => {
     expect(symbolsOf(one)).toEqual([first]);
   });
 
-  test('of a symbol in another spelling, or of none, never come', async ({ recorder }) => {
+  test('do not come for a misspelt or empty symbol', async ({ recorder }) => {
     await recorder.envelope('Sub_subscribe_REQ', `${first.toLowerCase()}, ${second},NOSUCH.SH,,${third}`);
     await seen(recorder, third, 6);
     expect(symbolsOf(recorder)).toEqual([third]);
@@ -101,7 +101,7 @@ test.describe('quotes', () => {
     });
   }
 
-  test('of a page end with it: the next one hears nothing', async ({ recorder }) => {
+  test('stop when the page closes, and do not reach the next page', async ({ recorder }) => {
     await recorder.envelope('Sub_subscribe_REQ', symbols.join(','));
     await seen(recorder, first, 2);
     await recorder.page.reload();
@@ -112,7 +112,7 @@ test.describe('quotes', () => {
     expect(symbolsOf(recorder)).toEqual([second]);
   });
 
-  test('agree with the quote that is asked for', async ({ recorder }) => {
+  test('equal the quote of a call', async ({ recorder }) => {
     await recorder.envelope('Sub_subscribe_REQ', first);
     await seen(recorder, first, 1);
     const { resultData } = await recorder.envelope('Data_getCurrentTick_REQ', first);
@@ -138,10 +138,7 @@ test.describe('the replies to subscriptions', () => {
     });
   }
 
-  test('go to the page that called, and are none without an identifier', async ({
-    recorder: one,
-    secondRecorder: other,
-  }) => {
+  test('go only to the page that called, and need an identifier', async ({ recorder: one, secondRecorder: other }) => {
     await one.envelope('Sub_subscribe_REQ', 'NOSUCH.SH');
     await one.call('Sub_subscribe_REQ');
     await one.call('UnSub_subscribe_REQ');

@@ -21,7 +21,7 @@ const ids = (list: readonly Entrust[]) => list.map(({ orderId }) => value(orderI
 const executionIds = (list: readonly Execution[]) => list.map(({ execId }) => value(execId));
 const distinct = <T>(list: readonly T[]) => [...new Set(list)];
 
-/** The same as seen through either call. */
+/** Both lists pass the same tests. */
 const lists = [
   {
     name: 'orders',
@@ -45,7 +45,7 @@ const lists = [
 
 for (const { name, method, keys, ask } of lists) {
   test.describe(name, () => {
-    test('come whole when enough are asked for, each once', async ({ barePage: page }) => {
+    test('come complete and each once when the count is large enough', async ({ barePage: page }) => {
       const all = await ask(page, {});
       expect(all.totalSize).toBeGreaterThan(20);
       expect(all.size).toBe(all.totalSize);
@@ -53,7 +53,7 @@ for (const { name, method, keys, ask } of lists) {
       expect(distinct(all.ids)).toHaveLength(all.size);
     });
 
-    test('have the promised fields, each a pair', async ({ barePage: page }) => {
+    test('have the documented fields, each a pair', async ({ barePage: page }) => {
       const { records } = await ask(page, {});
       const keysOf = (record: object) => Object.keys(record).sort().join();
       expect(distinct(records.map(keysOf))).toEqual([[...keys].sort().join()]);
@@ -63,9 +63,7 @@ for (const { name, method, keys, ask } of lists) {
     });
 
     for (const filtered of [false, true]) {
-      test(`page by page are the same as at once${filtered ? ', with a filter too' : ''}`, async ({
-        barePage: page,
-      }) => {
+      test(`come page by page as in one answer${filtered ? ', with a filter too' : ''}`, async ({ barePage: page }) => {
         const filter: OrderFilter = filtered ? { fundAccount: [(await accounts(page))[0]!] } : {};
         const whole = await ask(page, filter);
         const count = Math.ceil(whole.totalSize / 6) + 1; // so that the last page is not full
@@ -81,13 +79,13 @@ for (const { name, method, keys, ask } of lists) {
       });
     }
 
-    test('behind the last are none, and the total stays', async ({ barePage: page }) => {
+    test('after the last are empty, with the same total', async ({ barePage: page }) => {
       const { totalSize } = await ask(page, {}, 0, 1);
       const behind = await ask(page, {}, totalSize, 10);
       expect(behind).toMatchObject({ totalSize, size: 0, records: [] });
     });
 
-    test('of each account are its own, and the accounts make the whole', async ({ barePage: page }) => {
+    test('of each account add up to all', async ({ barePage: page }) => {
       const all = await ask(page, {});
       const known = await accounts(page);
       let sum = 0;
@@ -101,7 +99,7 @@ for (const { name, method, keys, ask } of lists) {
       expect(distinct(all.records.map(({ fundAccount }) => value(fundAccount))).length).toBeGreaterThan(1);
     });
 
-    test('of a security are its own, and every security is listed', async ({ barePage: page }) => {
+    test('of a security are those of all with its name, and every name is listed', async ({ barePage: page }) => {
       const listed = await securities(page);
       const symbolOf = new Map([...listed].map(([symbol, detail]) => [nameOf(detail), symbol]));
       const all = await ask(page, {});
@@ -119,7 +117,7 @@ for (const { name, method, keys, ask } of lists) {
       expect(await ask(page, { symbol: ['NOSUCH.SH'] })).toMatchObject({ totalSize: 0, size: 0, records: [] });
     });
 
-    test('of each trader make the whole', async ({ barePage: page }) => {
+    test('of each trader add up to all', async ({ barePage: page }) => {
       const all = await ask(page, {});
       let sum = 0;
       for (const { id, name: traderName } of scenario.traders) {
@@ -133,7 +131,7 @@ for (const { name, method, keys, ask } of lists) {
     });
 
     for (const key of ['orderSource', 'instanceID'] as const) {
-      test(`can be asked for by the ${key} that a record carries`, async ({ barePage: page }) => {
+      test(`can be filtered by ${key}`, async ({ barePage: page }) => {
         const all = await ask(page, {});
         const given = distinct(all.records.map((record) => value(record[key]))).filter((text) => text !== '');
         expect(given.length).toBeGreaterThan(0);
@@ -144,7 +142,7 @@ for (const { name, method, keys, ask } of lists) {
       });
     }
 
-    test('with two conditions meet both', async ({ barePage: page }) => {
+    test('with two conditions match both', async ({ barePage: page }) => {
       const [account, trader] = [(await accounts(page))[0]!, traderIds[0]!];
       const [ofAccount, ofTrader] = [
         await ask(page, { fundAccount: [account] }),
@@ -155,14 +153,14 @@ for (const { name, method, keys, ask } of lists) {
       expect(both.size).toBeGreaterThan(0);
     });
 
-    test('with conditions that are none come all', async ({ barePage: page }) => {
+    test('without an effective condition come all', async ({ barePage: page }) => {
       const all = await ask(page, {});
-      // An account that the terminal does not know sets no condition, rather than one that nothing meets.
+      // An unknown account sets no condition; it does not exclude everything.
       for (const none of [[], { symbol: [] }, { nothing: ['x'] }, { fundAccount: ['no such account'] }])
         expect((await ask(page, none)).ids, JSON.stringify(none)).toEqual(all.ids);
     });
 
-    test('with a single text for a list take it as a list of one', async ({ barePage: page }) => {
+    test('with a single text instead of a list read a list of one', async ({ barePage: page }) => {
       const trader = traderIds[0]!;
       expect(await ask(page, { trader })).toEqual(await ask(page, { trader: [trader] }));
     });
@@ -173,7 +171,7 @@ for (const { name, method, keys, ask } of lists) {
       });
     }
 
-    test('read paging that is no number as 0', async ({ barePage: page }) => {
+    test('read start and count that are not numbers as 0', async ({ barePage: page }) => {
       const { resultData } = await envelopeOf(page, method, '{}', 'abc', 'abc');
       expect(resultData).toEqual((await envelopeOf(page, method, '{}', 0, 0)).resultData);
     });
@@ -190,7 +188,7 @@ test('executions of a status are those of the orders that have it', async ({ bar
 });
 
 test.describe('orders', () => {
-  test('of each status are those that carry it, and the statuses make the whole', async ({ barePage: page }) => {
+  test('of each status add up to all', async ({ barePage: page }) => {
     const all = await orders(page, {});
     let sum = 0;
     for (const status of Object.values(orderStatuses)) {
@@ -210,7 +208,7 @@ test.describe('orders', () => {
     expect(times).toEqual([...times].sort().reverse());
   });
 
-  test('are dealt as far as their status says', async ({ barePage: page }) => {
+  test('have quantities that fit their status', async ({ barePage: page }) => {
     const { entrustInfoList } = await orders(page, {}, 0, everything);
     const wrong = entrustInfoList.flatMap((order) => {
       const [qty, dealt, left] = [figure(order.entrustQty), figure(order.dealQty), figure(order.leaveQty)];
@@ -228,7 +226,7 @@ test.describe('orders', () => {
     expect(wrong).toEqual([]);
   });
 
-  test('are dealt by the executions that name them', async ({ barePage: page }) => {
+  test('have the filled quantity of their executions', async ({ barePage: page }) => {
     const [{ entrustInfoList }, { executionInfoList }] = [await orders(page, {}), await executions(page, {})];
     const byOrder = new Map<string | number, Execution[]>();
     for (const execution of executionInfoList) {

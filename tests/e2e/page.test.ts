@@ -75,7 +75,7 @@ test.describe('a page', () => {
     ['an empty text', '', ''],
   ];
   for (const [name, sent, back] of uuids) {
-    test(`that sends ${name} as identifier gets a text back`, async ({ barePage: page }) => {
+    test(`that sends ${name} as identifier gets it back as text`, async ({ barePage: page }) => {
       await record(page);
       await call(page, ['Data_getTraderList_REQ', sent]);
       const answers = await drainedEvents(page);
@@ -99,7 +99,7 @@ test.describe('a page', () => {
     });
   }
 
-  test('that asks for K-lines with too few arguments gets nothing', async ({ barePage: page }) => {
+  test('that asks for K-lines with too few arguments gets no event', async ({ barePage: page }) => {
     await record(page);
     await call(page, ['Data_getKLineData_REQ', 'u1', symbols[0], '', '']);
     expect(await drainedEvents(page)).toEqual([]);
@@ -113,7 +113,7 @@ test.describe('a page', () => {
     expect(JSON.parse(answers[0]![1] as string)).toMatchObject({ code: '0', resultData: login.account, uuid: 'u1' });
   });
 
-  test('gets the answers to its calls in their order', async ({ barePage: page }) => {
+  test('gets answers in the order of its calls', async ({ barePage: page }) => {
     await record(page);
     const sent = Array.from({ length: 200 }, (_, index) => `u${index}`);
     await call(page, ...sent.map((uuid): [string, string] => ['Data_getLoginTrader_REQ', uuid]));
@@ -122,10 +122,10 @@ test.describe('a page', () => {
 });
 
 test.describe('two pages', () => {
-  test('with all kinds of calls under way in both get only their own answers', async ({ context }) => {
+  test('with several calls under way get only their own answers', async ({ context }) => {
     const pages = [await context.newPage(), await context.newPage()];
     for (const page of pages) await openBare(page);
-    // The same identifiers would hide a mix-up; these name their page.
+    // Identifiers name their page, so that a mix-up is noticed.
     const sent = pages.map((_, index) =>
       Array.from({ length: 10 }, (_, round): [string, ...unknown[]][] => [
         ['Data_getKLineData_REQ', `page ${index} candles ${round}`, symbols[index]!, '20250101', '20250228', '2'],
@@ -147,7 +147,7 @@ test.describe('two pages', () => {
     }
   });
 
-  test('may use the same identifiers without getting in each other’s way', async ({ context }) => {
+  test('may use the same identifiers', async ({ context }) => {
     const pages = [await context.newPage(), await context.newPage()];
     for (const page of pages) await openBare(page);
     await Promise.all(
@@ -158,8 +158,8 @@ test.describe('two pages', () => {
   });
 });
 
-test.describe('a reload in mid-call', () => {
-  test('does no harm, and the new page hears nothing of the old one', async ({ context }) => {
+test.describe('a reload during calls', () => {
+  test('affects no other page, and the new page gets none of the old answers', async ({ context }) => {
     const [reloading, other] = [await context.newPage(), await context.newPage()];
     await openBare(other);
     const frames = new Frames(reloading);
@@ -179,7 +179,7 @@ test.describe('a reload in mid-call', () => {
     expect((await drainedEvents(other)).map(uuidOf)).toEqual(['other']);
   });
 
-  test('never sends a call a second time', async ({ page }) => {
+  test('does not repeat a call', async ({ page }) => {
     const frames = new Frames(page);
     await openBare(page);
     await call(page, ['Data_getKLineData_REQ', 'once', symbols[0], '', '', '1']);

@@ -3,7 +3,7 @@ import { readdirSync, readFileSync } from 'node:fs';
 import { fileURLToPath } from 'node:url';
 import { expect, test } from './support/test';
 
-test.describe('the orders-loaded notice', () => {
+test.describe('the push of loaded orders', () => {
   // It comes with the first step of the market, here after six seconds: by then both pages listen.
   test.use({ options: ['--speed', '0.5'] });
 
@@ -13,7 +13,7 @@ test.describe('the orders-loaded notice', () => {
   });
 });
 
-test('every call and every push of the protocol is named in a test here', () => {
+test('the browser tests name every call and push of the protocol', () => {
   const folder = fileURLToPath(new URL('.', import.meta.url));
   const tests = readdirSync(folder).filter((name) => name.endsWith('.test.ts'));
   const texts = tests.map((name) => readFileSync(folder + name, 'utf8')).join('\n');

@@ -19,7 +19,7 @@ const classText = (...symbolFilter: object[]) => JSON.stringify({ symbolFilter }
 const bySymbol = <Item extends { symbol: string }>(items: readonly Item[]) => items.map(({ symbol }) => symbol);
 
 test.describe('the list of securities', () => {
-  test('holds each security once, those of the scenario among them', async ({ barePage: page }) => {
+  test('has each security once, also those of the scenario', async ({ barePage: page }) => {
     const list = await ask<SecurityEntry[]>(page, 'Data_getSymbolList_REQ', everyClass);
     expect(new Set(bySymbol(list)).size).toBe(list.length);
     expect(bySymbol(list)).toEqual(expect.arrayContaining(symbols));
@@ -27,7 +27,7 @@ test.describe('the list of securities', () => {
     expect(list.filter((entry) => !isWhole(Object.values(entry)))).toEqual([]);
   });
 
-  test('is the same with details, and the details are those of each security', async ({ barePage: page }) => {
+  test('equals the list with details, and its details equal those of single calls', async ({ barePage: page }) => {
     const list = await ask<SecurityEntry[]>(page, 'Data_getSymbolList_REQ', everyClass);
     const detailed = await ask<SecurityDetail[]>(page, 'Data_getSymbolListWithDetail_REQ', everyClass);
     expect(detailed.map(({ symbol, displayName, spellName }) => ({ symbol, displayName, spellName }))).toEqual(list);
@@ -35,7 +35,7 @@ test.describe('the list of securities', () => {
     expect(details).toEqual(detailed);
   });
 
-  test('carries a display name whole, even with the separator in it', async ({ barePage: page }) => {
+  test('has complete display names, even with the separator inside', async ({ barePage: page }) => {
     const list = await ask<SecurityEntry[]>(page, 'Data_getSymbolList_REQ', everyClass);
     const split = list.filter(({ displayName }) => displayName.includes('|'));
     expect(split.length).toBeGreaterThan(0);
@@ -47,7 +47,7 @@ test.describe('the list of securities', () => {
   });
 
   for (const key of ['securityType', 'securitySubType'] as const) {
-    test(`falls into parts by ${key}, and the parts make the whole`, async ({ barePage: page }) => {
+    test(`can be filtered by ${key}`, async ({ barePage: page }) => {
       const all = [...(await securities(page)).values()];
       const values = [...new Set(all.map((detail) => detail[key]))];
       expect(values.length).toBeGreaterThan(1);
@@ -68,13 +68,13 @@ test.describe('the list of securities', () => {
     expect(bySymbol(list).sort()).toEqual(bySymbol(expected).sort());
   });
 
-  test('is empty for a class that nothing belongs to', async ({ barePage: page }) => {
+  test('is empty for an unknown class', async ({ barePage: page }) => {
     for (const none of [{ securityType: 'no such type' }, { securitySubType: ['none'] }, { securityPost: ['none'] }])
       expect(await ask(page, 'Data_getSymbolList_REQ', classText(none)), JSON.stringify(none)).toEqual([]);
   });
 
   for (const filter of ['{}', '[]', '{"symbolFilter":7}']) {
-    test(`is that of no class at all for ${filter}`, async ({ barePage: page }) => {
+    test(`has all securities for ${filter}`, async ({ barePage: page }) => {
       const list = await ask<SecurityEntry[]>(page, 'Data_getSymbolList_REQ', filter);
       expect(list).toEqual(await ask(page, 'Data_getSymbolList_REQ', everyClass));
     });
@@ -89,7 +89,7 @@ test.describe('the list of securities', () => {
 });
 
 test.describe('details', () => {
-  test('make sense together', async ({ barePage: page }) => {
+  test('are consistent', async ({ barePage: page }) => {
     const positiveInteger = /^[1-9]\d*$/;
     const wrong = [...(await securities(page)).values()].flatMap((detail) => {
       const { symbol, precision, priceUnit, qtyStep, qtyUnit, qtyPrecision, minQty, maxQty } = detail;
@@ -106,7 +106,7 @@ test.describe('details', () => {
     expect(wrong).toEqual([]);
   });
 
-  test('of a bond have interest, all others have none', async ({ barePage: page }) => {
+  test('have interest only for bonds', async ({ barePage: page }) => {
     const all = [...(await securities(page)).values()];
     const bonds = all.filter(({ securityType }) => securityType === securityTypes.bond);
     const others = all.filter(({ securityType }) => securityType !== securityTypes.bond);
@@ -116,7 +116,7 @@ test.describe('details', () => {
     for (const { symbol, stockInterest } of others) expect(stockInterest, symbol).toBe(0);
   });
 
-  test('of two symbols with nothing between two commas are three, the middle one empty', async ({ barePage: page }) => {
+  test('of an empty entry between two symbols are empty', async ({ barePage: page }) => {
     const [first, second] = symbols as [string, string];
     const details = await ask<SecurityDetail[]>(page, 'Data_getSymbolDetail_REQ', `${first},,${second}`);
     expect(bySymbol(details)).toEqual([first, '', second]);
@@ -130,7 +130,7 @@ test.describe('a quote', () => {
   const number = (tick: Tick, field: keyof typeof quoteFields) => tick[quoteFields[field]] as number;
   const list = (tick: Tick, field: keyof typeof quoteFields) => tick[quoteFields[field]] as number[];
 
-  test('makes sense with itself and with the details', async ({ barePage: page }) => {
+  test('is consistent and fits the details', async ({ barePage: page }) => {
     const all = [...(await securities(page)).values()];
     const kinds = new Map(all.map((detail) => [detail.securitySubType, detail])); // one of each
     for (const { symbol, priceUnit, precision, priceLimitType } of kinds.values()) {
@@ -159,7 +159,7 @@ test.describe('a quote', () => {
     }
   });
 
-  test('follows on the candles of the days before', async ({ barePage: page }) => {
+  test('has the close of the last daily candle as previous close', async ({ barePage: page }) => {
     const days = await Promise.all(
       symbols.map((symbol) => ask<{ close: number }[]>(page, 'Data_getKLineData_REQ', symbol, '20250201', '', '2')),
     );
@@ -169,7 +169,7 @@ test.describe('a quote', () => {
     }
   });
 
-  test('has the prices of the minutes of its day', async ({ barePage: page }) => {
+  test('covers the minute candles of its day', async ({ barePage: page }) => {
     const check = async (symbol: string) => {
       const tick = await ask<Tick>(page, 'Data_getCurrentTick_REQ', symbol);
       const day = String(tick[quoteFields.time]).replace(/\D/g, '').slice(0, 8);

@@ -15,17 +15,14 @@ const get = async (recorder: EventRecorder, key: string) =>
   (await recorder.envelope('Data_getSetting_REQ', key)).resultData;
 
 test.describe('settings', () => {
-  test('that were never saved are empty, and saving answers with the empty text', async ({ recorder }) => {
+  test('that were never saved are empty, and the answer to saving is the empty text', async ({ recorder }) => {
     const unset = await recorder.envelope('Data_getSetting_REQ', 'nothing');
     expect(unset).toEqual({ code: '0', msg: '', resultData: '', uuid: unset.uuid });
     const saved = await recorder.envelope('Data_saveSetting_REQ', 'k', 'v');
     expect(saved).toEqual({ code: '0', msg: '', resultData: '', uuid: saved.uuid });
   });
 
-  test('are the same for all pages, and the last that was saved counts', async ({
-    recorder: one,
-    secondRecorder: other,
-  }) => {
+  test('are shared by all pages, and the last value counts', async ({ recorder: one, secondRecorder: other }) => {
     await one.envelope('Data_saveSetting_REQ', 'k', 'one');
     expect(await get(other, 'k')).toBe('one');
     await other.envelope('Data_saveSetting_REQ', 'k', 'other');
@@ -35,7 +32,7 @@ test.describe('settings', () => {
     expect(await get(one, 'K')).toBe('');
   });
 
-  test('survive a restart, whatever their text', async ({ recorder, home, simulator }) => {
+  test('survive a restart with any text', async ({ recorder, home, simulator }) => {
     for (const [key, value] of texts) await recorder.envelope('Data_saveSetting_REQ', key, value);
     await recorder.leave();
     await simulator.stop();
@@ -47,12 +44,7 @@ test.describe('settings', () => {
     expect(await again.stop()).toEqual({ code: 0, signal: null });
   });
 
-  test('are those of the login, kept apart from others', async ({
-    home,
-    simulator,
-    recorder: mine,
-    secondRecorder: others,
-  }) => {
+  test('are separate for each login', async ({ home, simulator, recorder: mine, secondRecorder: others }) => {
     const [, otherLogin] = scenario.logins;
     const args = ['--port', '0', '--root', roots.bare, '--login', otherLogin!.account];
     const other = new Simulator(args, home.program);
@@ -72,7 +64,7 @@ test.describe('a permission', () => {
   const permission = (recorder: EventRecorder, account: string, type: string) =>
     recorder.envelope('Data_getPermission_REQ', account, type);
 
-  test('is the number 1 for who holds it, 0 for everybody else', async ({ recorder }) => {
+  test('is the number 1 for accounts that hold it, otherwise 0', async ({ recorder }) => {
     const held = scenario.algoPermissions
       .filter(({ supportType }) => supportType === 'KFZ_SNB')
       .map(({ fundAccount }) => fundAccount);
@@ -84,7 +76,7 @@ test.describe('a permission', () => {
     }
   });
 
-  test('of another name, or of nobody, is 0', async ({ recorder }) => {
+  test('with an unknown name or account is 0', async ({ recorder }) => {
     const { fundAccount } = scenario.algoPermissions[0]!;
     for (const [account, type] of [
       [fundAccount, 'KFZ_SNB'],
@@ -96,7 +88,7 @@ test.describe('a permission', () => {
       expect((await permission(recorder, account, type)).resultData, `${account} ${type}`).toBe(0);
   });
 
-  test('can be asked for in the terminal, which opens its menu', async ({ recorder, simulator }) => {
+  test('menu is opened by the terminal', async ({ recorder, simulator }) => {
     const answer = await recorder.envelope('Data_openPermissionMenu_REQ');
     expect(answer).toEqual({ code: '0', msg: '', resultData: '', uuid: answer.uuid });
     await simulator.logged(/opens menu 1210/);

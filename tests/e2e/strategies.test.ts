@@ -32,7 +32,7 @@ async function running(recorder: EventRecorder): Promise<string> {
 }
 
 test.describe('a strategy', () => {
-  test('that is started answers the page that called, and shows its way to all pages', async ({
+  test('that is started answers only the caller, and pushes its statuses to all pages', async ({
     recorder: one,
     secondRecorder: other,
   }) => {
@@ -52,7 +52,7 @@ test.describe('a strategy', () => {
     expect(other.replies('Vlx_startStrategy_REQ')).toEqual([]);
   });
 
-  test('that is started twice is two strategies', async ({ recorder }) => {
+  test('that is started twice runs twice', async ({ recorder }) => {
     for (let call = 0; call < 2; ++call)
       await recorder.call('Vlx_startStrategy_REQ', 'same', 'a.py', 1, fundAccount, {}, '');
     const started = await recorder.until(() => {
@@ -88,7 +88,10 @@ test.describe('a strategy', () => {
     expect((await start(recorder, 'a.py', 1, `${fundAccount},${another}`)).code).toBe('0');
   });
 
-  test('is stopped by any page, which alone is answered', async ({ recorder: one, secondRecorder: other }) => {
+  test('can be stopped by any page, and only that page gets the answer', async ({
+    recorder: one,
+    secondRecorder: other,
+  }) => {
     const id = await running(one);
     const stopped = await other.envelope('Vlx_stopStrategy_REQ', id, 'why');
     expect(stopped).toMatchObject({ code: '0', msg: '', resultData: { strategyID: id, ExtField: 'why' } });
@@ -99,7 +102,7 @@ test.describe('a strategy', () => {
     expect(again.msg).toContain(id);
   });
 
-  test('tells its status when it is asked', async ({ recorder }) => {
+  test('answers a query with its status', async ({ recorder }) => {
     const id = await running(recorder);
     const query = () => recorder.envelope('Vlx_queryStrategyStatus_REQ', id, extension);
     const resultData = { strategyID: id, strategyStatus: 'Running', ExtField: extension };
@@ -110,7 +113,7 @@ test.describe('a strategy', () => {
   });
 
   for (const method of ['Vlx_stopStrategy_REQ', 'Vlx_queryStrategyStatus_REQ'] as const) {
-    test(`that nobody knows refuses ${method}`, async ({ recorder }) => {
+    test(`with an unknown identifier refuses ${method}`, async ({ recorder }) => {
       const refused = await recorder.envelope(method, 'no such strategy', extension);
       expect(refused.code).toBe('-1');
       expect(refused.msg).toContain('no such strategy');
@@ -126,9 +129,9 @@ test.describe('a strategy', () => {
     ['Vlx_subStrategyMsg_REQ', ['u', 'id']],
   ];
   for (const [method, args] of short) {
-    test(`call ${method} with too few arguments has no answer at all`, async ({ recorder }) => {
+    test(`call ${method} with too few arguments gets no answer`, async ({ recorder }) => {
       await recorder.call(method, ...args);
-      await running(recorder); // an answer would have come before
+      await running(recorder); // an answer would have come earlier
       expect(recorder.events.filter(({ args: [text] }) => String(text).includes('"uuid":"u"') || text === '')).toEqual(
         [],
       );
@@ -137,10 +140,7 @@ test.describe('a strategy', () => {
 });
 
 test.describe('custom messages', () => {
-  test('come to the pages that subscribed to them, once, and to no other', async ({
-    recorder: one,
-    secondRecorder: other,
-  }) => {
+  test('come once, and only to the pages that subscribed', async ({ recorder: one, secondRecorder: other }) => {
     const [mine, foreign] = [await running(one), await running(one)];
     for (let time = 0; time < 2; ++time) await one.call('Vlx_subStrategyMsg_REQ', 'u', mine, '1');
     await other.call('Vlx_subStrategyMsg_REQ', 'u', foreign, '1');
@@ -168,7 +168,7 @@ test.describe('custom messages', () => {
     expect(echoes(one, id)).toEqual(['first']);
   });
 
-  test('and subscriptions are never answered', async ({ recorder }) => {
+  test('and subscriptions get no answer', async ({ recorder }) => {
     const id = await running(recorder);
     await recorder.call('Vlx_subStrategyMsg_REQ', 'u', id, '1');
     await recorder.call('Vlx_sendCustomInfo_REQ', 'u', id, 'hello');

@@ -54,7 +54,7 @@ test.describe('an order', () => {
         dealQty: { userRole: 0 },
         orderSource: { userRole: orderTag },
       });
-      expect(await inList(recorder, orderID)).toEqual(record); // a push has what the list has
+      expect(await inList(recorder, orderID)).toEqual(record); // the push equals the record in the list
     }
 
     expect(await cancel(other, orderID)).toEqual([{ orderId: orderID, code: '0', msg: '' }]);
@@ -66,7 +66,7 @@ test.describe('an order', () => {
     expect(one.replies('Trade_reqCancelOrder_REQ')).toEqual([]);
   });
 
-  test('with the uuid of another is another order', async ({ recorder }) => {
+  test('with a repeated uuid is a second order', async ({ recorder }) => {
     const args = argsOf(orderFor(await market(recorder)));
     const before = await count(recorder);
     for (let time = 0; time < 2; ++time) await recorder.call('Trade_insertOrder_REQ', 'same', ...args);
@@ -125,7 +125,7 @@ test.describe('an order', () => {
     expect(await count(recorder)).toBe(before + 1);
   });
 
-  test('of an account that the terminal does not know is refused by its name', async ({ recorder }) => {
+  test('of an unknown account is refused', async ({ recorder }) => {
     const order = orderFor(await market(recorder), { fundAccount: 'no such account' });
     const before = await count(recorder);
     const refused = await place(recorder, order);
@@ -143,10 +143,10 @@ test.describe('an order', () => {
     ['of a side of futures', { orderSide: sides.buyOpen }],
     ['of an unknown price type', { priceType: 'Maybe' }],
     ['without a price', { price: '' }],
-    ['with a price that is none', { price: 'cheap' }],
+    ['with a price that is not a number', { price: 'cheap' }],
   ];
   for (const [name, but] of senseless) {
-    test(`${name} is refused as a request: it gets no number, and nothing is entered`, async ({ recorder }) => {
+    test(`${name} is an invalid request: it gets no number, and no order is entered`, async ({ recorder }) => {
       const order = orderFor(await market(recorder), but);
       const before = await count(recorder);
       const refused = await place(recorder, order);
@@ -162,15 +162,15 @@ test.describe('an order', () => {
   }
 
   const refusals: [string, (order: Order, highest: string) => Partial<Order>][] = [
-    ['of no whole lot', () => ({ qty: '150' })],
-    ['of nothing, because its quantity is no number', () => ({ qty: 'abc' })],
-    ['of a part, because its quantity is no whole number', () => ({ qty: '100.5' })],
+    ['of a part of a lot', () => ({ qty: '150' })],
+    ['with a quantity that is not a number', () => ({ qty: 'abc' })],
+    ['with a quantity that is not a whole number', () => ({ qty: '100.5' })],
     ['above the limit of the day', (_, highest) => ({ price: (Number(highest) + 1).toFixed(2) })],
-    ['dearer than the account can pay', (_, highest) => ({ price: highest, qty: '1000000' })],
+    ['that the account cannot pay', (_, highest) => ({ price: highest, qty: '1000000' })],
     ['to sell what the account does not hold', () => ({ orderSide: sides.sell, qty: '1000000' })],
   ];
   for (const [name, but] of refusals) {
-    test(`${name} is refused with a reason, and kept as refused`, async ({ recorder }) => {
+    test(`${name} is refused with a reason, and the books keep it`, async ({ recorder }) => {
       const there = await market(recorder);
       const usual = orderFor(there);
       const order = { ...usual, ...but(usual, there.highest) };
@@ -190,7 +190,7 @@ test.describe('an order', () => {
 test.describe('while the market stands still', () => {
   test.use({ options: stillMarket });
 
-  test('an order sets money aside, which a cancel gives back', async ({ recorder }) => {
+  test('an order reserves money, and a cancel releases it', async ({ recorder }) => {
     const cash = async () => Number((await ask<[Asset]>(recorder.page, 'Data_getAsset_REQ', account))[0].tradableCash);
     const before = await cash();
     const order = orderFor(await market(recorder));
@@ -207,7 +207,7 @@ test.describe('while the market stands still', () => {
 });
 
 test.describe('a list of orders', () => {
-  test('of five hundred is placed in one call, each with a number of its own', async ({ recorder }) => {
+  test('of five hundred is placed in one call, and each order has its own number', async ({ recorder }) => {
     const order = orderFor(await market(recorder));
     const before = await count(recorder);
     const answer = await placeList(recorder, Array<Order>(500).fill(order), 'five hundred');
@@ -226,7 +226,7 @@ test.describe('a list of orders', () => {
     expect(own.entrustInfoList.map(idOf).sort()).toEqual([...ids].sort());
   });
 
-  test('tells of each order what became of it', async ({ recorder }) => {
+  test('answers with the outcome of each order', async ({ recorder }) => {
     const good = orderFor(await market(recorder));
     const answer = await placeList(recorder, [good, { ...good, qty: '150' }, good]);
     expect(answer).toMatchObject({ code: '0', msg: '' });
@@ -238,13 +238,13 @@ test.describe('a list of orders', () => {
   });
 
   const whole: [string, (order: Order) => unknown][] = [
-    ['of which one makes no sense', (order) => [lineOf(order), { ...lineOf(order), symbol: 'NOSUCH.SH' }]],
-    ['of which one is no order', (order) => [lineOf(order), 'buy']],
+    ['with an invalid order', (order) => [lineOf(order), { ...lineOf(order), symbol: 'NOSUCH.SH' }]],
+    ['with an entry that is not an order', (order) => [lineOf(order), 'buy']],
     ['that is empty', () => []],
     ['that is an object', () => ({})],
   ];
   for (const [name, orders] of whole) {
-    test(`${name} is refused as a whole, and nothing is entered`, async ({ recorder }) => {
+    test(`${name} is refused as a whole, and no order is entered`, async ({ recorder }) => {
       const list = JSON.stringify(orders(orderFor(await market(recorder))));
       const before = await count(recorder);
       const refused = await recorder.envelope('Trade_insertOrderList_REQ', account, '', list);
@@ -259,7 +259,7 @@ test.describe('a list of orders', () => {
   }
 
   for (const text of ['', 'orders', '[{"symbol":', '7']) {
-    test(`that is no JSON but "${text}" gets the empty text, and nothing is entered`, async ({ recorder }) => {
+    test(`with the text "${text}" gets the empty text, and no order is entered`, async ({ recorder }) => {
       const before = await count(recorder);
       await recorder.call('Trade_insertOrderList_REQ', 'u', account, '', text);
       await recorder.drain();
@@ -268,7 +268,7 @@ test.describe('a list of orders', () => {
     });
   }
 
-  test('that is one for each account is one call for each', async ({ recorder }) => {
+  test('can be placed for each account', async ({ recorder }) => {
     const order = orderFor(await market(recorder));
     for (const { fundAccount } of fundAccounts('stock')) {
       const list = JSON.stringify([lineOf(order)]);
@@ -281,7 +281,7 @@ test.describe('a list of orders', () => {
 });
 
 test.describe('a cancel', () => {
-  test('of several orders is answered in their order, whatever became of each', async ({ recorder }) => {
+  test('of several orders is answered in their order', async ({ recorder }) => {
     const order = orderFor(await market(recorder));
     const ids = [await placed(recorder, order), await placed(recorder, order)] as const;
     const answers = await cancel(recorder, ids[1], 'no such order', ids[0], '');
@@ -295,7 +295,7 @@ test.describe('a cancel', () => {
     for (const id of ids) await reached(recorder, id, 'Cancelled');
   });
 
-  test('of an order that is not open any more is refused', async ({ recorder }) => {
+  test('of an order that is no longer open is refused', async ({ recorder }) => {
     const id = await placed(recorder, orderFor(await market(recorder)));
     await cancel(recorder, id);
     await reached(recorder, id, 'Cancelled');
@@ -308,7 +308,7 @@ test.describe('a cancel', () => {
 });
 
 test.describe('a burst', () => {
-  /** Does something to a thousand orders, and looks at the pushes that tell of it. */
+  /** Changes a thousand orders, and checks the pushes of these changes. */
   async function burst(recorder: EventRecorder, status: string, act: () => Promise<string[]>): Promise<string[]> {
     recorder.clear();
     const start = Date.now();
@@ -329,13 +329,13 @@ test.describe('a burst', () => {
     expect(new Set(told())).toEqual(own);
     const pushes = recorder.pushes<Entrust[]>('on_entrustUpdate');
     for (const batch of pushes) expect(new Set(batch.map(idOf)).size).toBe(batch.length);
-    // A batch is open for 200 ms, so there cannot be more of them than fit into the time.
+    // A batch is open for 200 ms, which limits the number of batches.
     expect(pushes.length).toBeLessThanOrEqual(elapsed / 200 + 2);
     expect(pushes.length).toBeLessThan(own.size / 4);
     return ids;
   }
 
-  test('of a thousand orders comes in as many pushes as there were batches, each order once', async ({ recorder }) => {
+  test('of a thousand orders comes in batches, each order once', async ({ recorder }) => {
     const order = orderFor(await market(recorder));
     const ids = await burst(recorder, 'Reported', async () =>
       listed(await placeList(recorder, Array<Order>(1000).fill(order))).map(({ orderID }) => orderID),
@@ -346,7 +346,7 @@ test.describe('a burst', () => {
   });
 });
 
-test('what is reserved is never sent, whatever a page does', async ({ recorder }) => {
+test('reserved events are never sent', async ({ recorder }) => {
   const order = orderFor(await market(recorder));
   await recorder.call('Data_getBuffer_REQ', 'u', 'k');
   await recorder.call('Data_saveBuffer_REQ', 'u', 'k', 'v');

@@ -37,7 +37,7 @@ const rows = (page: Page, table: string) => page.getByTestId(table).locator('tbo
 const cells = (page: Page, table: string, key: string) => page.getByTestId(table).locator(`td[data-key="${key}"]`);
 
 test.describe('the views', { tag: '@page' }, () => {
-  test('make their calls only when they are opened, and keep what they show', async ({ page }) => {
+  test('make their calls when they are first opened, and keep their state', async ({ page }) => {
     const frames = await openDesk(page);
     const before = frames.sent.length;
     await openView(page, '证券');
@@ -50,7 +50,7 @@ test.describe('the views', { tag: '@page' }, () => {
     expect(frames.sent).toHaveLength(after);
   });
 
-  test('are reached by keyboard', async ({ page }) => {
+  test('can be reached by keyboard', async ({ page }) => {
     await openDesk(page);
     await page.getByRole('tab', { name: '总览' }).focus();
     await page.keyboard.press('ArrowRight');
@@ -71,7 +71,7 @@ test.describe('securities', { tag: '@page' }, () => {
     await expect(page.getByTestId('security-detail').locator('[data-key="symbol"] dd')).toHaveText(symbol);
   }
 
-  test('are listed as the reply has them, and found by code, name and spelling', async ({ page }) => {
+  test('are listed as in the reply, and found by code, name and spelling', async ({ page }) => {
     const frames = await openDesk(page);
     await openView(page, '证券');
     const list = latest<SecurityEntry[]>(frames, 'Data_getSymbolList_RES');
@@ -88,7 +88,7 @@ test.describe('securities', { tag: '@page' }, () => {
     await expect(page.getByTestId('securities-found')).toContainText(`0 / ${list.length}`);
   });
 
-  test('are asked for by class', async ({ page }) => {
+  test('can be listed by class', async ({ page }) => {
     const frames = await openDesk(page);
     await openView(page, '证券');
     const all = latest<SecurityEntry[]>(frames, 'Data_getSymbolList_RES').length;
@@ -105,7 +105,7 @@ test.describe('securities', { tag: '@page' }, () => {
     await expect(page.getByTestId('securities-found')).toContainText(`${bonds} / ${bonds}`);
   });
 
-  test('show details and five levels of the one that is chosen', async ({ page }) => {
+  test('show details and five levels of the chosen security', async ({ page }) => {
     const frames = await openDesk(page);
     await openView(page, '证券');
     for (const { symbol } of scenario.securities.slice(0, 3)) {
@@ -124,7 +124,7 @@ test.describe('securities', { tag: '@page' }, () => {
     }
   });
 
-  test('refresh the quote, and tell the tradable quantity', async ({ page }) => {
+  test('refresh the quote and show the tradable quantity', async ({ page }) => {
     const frames = await openDesk(page);
     await openView(page, '证券');
     const { symbol } = scenario.securities[0]!;
@@ -155,7 +155,7 @@ test.describe('securities', { tag: '@page' }, () => {
 test.describe('orders and executions', { tag: '@page' }, () => {
   const ask = (page: Page) => page.getByTestId('orders').getByRole('button', { name: '查询' }).click();
 
-  test('are shown as the terminal shows them', async ({ page }) => {
+  test('show the texts of the terminal', async ({ page }) => {
     const frames = await openDesk(page);
     await openView(page, '委托与成交');
     expect(argsOf(frames, 'Data_getEntrustList_REQ')).toEqual(['{}', 0, 20]);
@@ -176,7 +176,7 @@ test.describe('orders and executions', { tag: '@page' }, () => {
       );
   });
 
-  test('are turned page by page, to the end and back', async ({ page }) => {
+  test('can be paged to the end and back', async ({ page }) => {
     const frames = await openDesk(page);
     await openView(page, '委托与成交');
     const range = page.getByTestId('range');
@@ -232,7 +232,7 @@ test.describe('orders and executions', { tag: '@page' }, () => {
 });
 
 test.describe('holdings', { tag: '@page' }, () => {
-  test('show the assets and positions of all accounts, or of the one that is chosen', async ({ page }) => {
+  test('show assets and positions of all accounts or of the chosen one', async ({ page }) => {
     const frames = await openDesk(page);
     await openView(page, '资产与持仓');
     const all = fundAccounts().map(({ fundAccount }) => fundAccount);

@@ -62,13 +62,13 @@ test.describe('the desk', () => {
     expect(faults).toEqual([]);
   });
 
-  test('says that it is a simulation', { tag: '@page' }, async ({ page }) => {
+  test('shows that it is a simulation', { tag: '@page' }, async ({ page }) => {
     await openDesk(page);
     await expect(page.getByRole('banner')).toContainText('模拟环境');
     await expect(page.getByRole('banner')).toContainText('SIMULATION');
   });
 
-  test('shows the fund accounts of the property that was chosen', { tag: '@page' }, async ({ page }) => {
+  test('shows the fund accounts of the chosen property', { tag: '@page' }, async ({ page }) => {
     await openDesk(page);
     for (const property of ['stock', 'futures'] as const) {
       const expected = fundAccounts(property);
@@ -129,7 +129,7 @@ test.describe('the desk', () => {
     }
   });
 
-  test('says when the connection has ended', { tag: '@page' }, async ({ page, simulator }) => {
+  test('shows when the connection has ended', { tag: '@page' }, async ({ page, simulator }) => {
     await openDesk(page);
     await simulator.stop();
     await expect(page.getByTestId('connection')).toContainText('已断开 disconnected');
@@ -151,10 +151,10 @@ test.describe('K-lines', { tag: '@page' }, () => {
   const queries: [string, '1' | '2', string, string][] = [
     ['the days of February', '2', '20250201', '20250228'],
     ['the minutes of a morning', '1', '20250228093000', '20250228113000'],
-    ['all that one answer holds', '1', '', ''],
+    ['the longest answer', '1', '', ''],
   ];
   for (const [name, period, start, stop] of queries) {
-    test(`${name}: chart and table show as many candles as the reply carried`, async ({ page }) => {
+    test(`${name}: chart and table show all candles of the reply`, async ({ page }) => {
       const frames = await openDesk(page);
       const symbol = symbols[1]!;
       await ask(page, symbol, start, stop, period);
@@ -178,7 +178,7 @@ test.describe('K-lines', { tag: '@page' }, () => {
     });
   }
 
-  test('are drawn: the chart shows rising and falling candles', async ({ page }) => {
+  test('are drawn as rising and falling candles', async ({ page }) => {
     await openDesk(page);
     const colours = () =>
       page.getByTestId('kline-chart').evaluate((chart) => {
@@ -196,7 +196,7 @@ test.describe('K-lines', { tag: '@page' }, () => {
     await expect.poll(colours).toBeGreaterThan(100);
   });
 
-  test('that do not exist: the call stays without answer, and the next one is answered', async ({ page }) => {
+  test('that do not exist get no answer, and the next call does', async ({ page }) => {
     const frames = await openDesk(page);
     await ask(page, 'NOSUCH.SH', '', '', '2');
     // Another call after it is answered, this one is not.
@@ -208,7 +208,7 @@ test.describe('K-lines', { tag: '@page' }, () => {
     await expect(entry(page, 'call', 'Data_getKLineData_REQ').nth(0)).toContainText('成功 ok');
   });
 
-  test('asked for in vain end in a time-out', async ({ page }) => {
+  test('without an answer end in a time-out', async ({ page }) => {
     await page.clock.install();
     await openDesk(page);
     await ask(page, 'NOSUCH.SH', '', '', '2');
@@ -219,7 +219,7 @@ test.describe('K-lines', { tag: '@page' }, () => {
 });
 
 test.describe('the inspector', () => {
-  test('shows what was asked and answered, laid out', { tag: '@page' }, async ({ page }) => {
+  test('shows calls and answers, formatted', { tag: '@page' }, async ({ page }) => {
     await openDesk(page);
     await page.getByRole('button', { name: '清空' }).click();
     await sendFreely(page, 'Data_getFundAccountList_REQ', '["mine", 2]');
@@ -236,7 +236,7 @@ test.describe('the inspector', () => {
   });
 
   for (const method of ['Data_getBuffer_REQ', 'Data_saveBuffer_REQ', 'Data_getTOKEN_REQ', 'NoSuch_call_REQ']) {
-    test(`${method}: nobody handles it, nothing comes, and it is marked so`, async ({ page }) => {
+    test(`marks ${method} as unanswered, because nobody handles it`, async ({ page }) => {
       const frames = await openDesk(page);
       await page.getByLabel('推送').uncheck();
       await page.getByRole('button', { name: '清空' }).click();
@@ -264,7 +264,7 @@ test.describe('the inspector', () => {
     await expect(answer.locator('pre')).toContainText('空应答 empty reply');
   });
 
-  test('sends nothing that is no argument list, and says why', { tag: '@page' }, async ({ page }) => {
+  test('refuses a text that is not an argument list, and shows why', { tag: '@page' }, async ({ page }) => {
     const frames = await openDesk(page);
     const before = frames.sent.length;
     const form = page.getByTestId('free-call');

@@ -5,7 +5,7 @@ import type { Envelope } from './peer';
 
 let calls = 0;
 
-/** Makes a call in the page and gives the argument of its reply event: that with its identifier, or an empty one. */
+/** Makes a call in the page and gives the argument of its reply: the text with its identifier, or the empty text. */
 export function replyTo(page: Page, method: AnsweredCall, uuid: string, ...args: unknown[]): Promise<unknown> {
   return page.evaluate(
     ([name, event, all]) =>
@@ -37,13 +37,13 @@ export async function ask<Result>(page: Page, method: AnsweredCall, ...args: unk
   return resultData as Result;
 }
 
-/** A call whose JSON argument the terminal cannot read. */
+/** Makes a call whose JSON argument the terminal must refuse. */
 export async function expectRefused(page: Page, method: AnsweredCall, ...args: unknown[]): Promise<void> {
   const envelope = await envelopeOf(page, method, ...args);
   expect(envelope).toEqual({ code: '-1', msg: '过滤条件参数转换错误', uuid: envelope.uuid });
 }
 
-/** What is no JSON document, and so no filter. */
+/** Arguments that are not the text of a JSON document. */
 export const refusedFilters: [name: string, filter: unknown][] = [
   ['a word', 'abc'],
   ['the empty text', ''],

@@ -4,7 +4,7 @@ import { Frames } from './frames';
 export const entry = (page: Page, kind: 'call' | 'event' | 'connection', name: string) =>
   page.getByTestId('entry').and(page.locator(`[data-kind="${kind}"][data-name="${name}"]`));
 
-/** Opens the desk and waits until all that it asks at once is answered. */
+/** Opens the desk and waits for the answers to its first calls. */
 export async function openDesk(page: Page): Promise<Frames> {
   const frames = new Frames(page);
   await page.goto('/');
@@ -17,7 +17,7 @@ export async function openDesk(page: Page): Promise<Frames> {
 
 export const views = ['总览', '交易', '证券', '委托与成交', '资产与持仓', '策略'] as const;
 
-/** Shows a view and waits until all that it asks at once is answered. */
+/** Opens a view and waits for the answers to its first calls. */
 export async function openView(page: Page, view: (typeof views)[number]): Promise<void> {
   await page.getByRole('tab', { name: view }).click();
   // There are no strategies before one is started.

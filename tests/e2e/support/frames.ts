@@ -11,7 +11,7 @@ export interface Received {
   args: unknown[];
 }
 
-/** Everything that a page and the simulator say to each other, seen from outside of the page. */
+/** All frames between a page and the simulator. */
 export class Frames {
   readonly sent: Sent[] = [];
   readonly received: Received[] = [];
@@ -25,7 +25,7 @@ export class Frames {
     });
   }
 
-  /** The replies that carry an envelope. */
+  /** The replies with an envelope. */
   replies(event: string): Envelope[] {
     return this.received
       .filter((frame) => frame.event === event && frame.args[0] !== '')

@@ -1,7 +1,7 @@
 import { linkSync, mkdtempSync, readFileSync, rmSync } from 'node:fs';
 import { dirname, join } from 'node:path';
 
-/** A folder of a test's own with the simulator in it: the terminal keeps its settings beside its program. */
+/** A folder with the simulator for one test, because the terminal keeps its settings beside its program. */
 export class Home {
   private readonly folder: string;
   readonly program: string;
@@ -9,7 +9,7 @@ export class Home {
   constructor(simulator = process.env.VARNEL_SIMULATOR!) {
     this.folder = mkdtempSync(join(dirname(simulator), 'home-'));
     this.program = join(this.folder, 'varnel-simulator');
-    linkSync(simulator, this.program); // the same program under another name: nothing is copied
+    linkSync(simulator, this.program); // a hard link, not a copy
   }
 
   /** The settings file of a login, as it stands. */

@@ -23,7 +23,7 @@ export interface Closed {
 
 const pushes: ReadonlySet<string> = new Set(pushEvents);
 
-/** A page without a browser: one WebSocket that speaks to the gateway. It keeps what answers, and passes over pushes. */
+/** A page without a browser: a WebSocket to the gateway. It keeps answers and ignores pushes. */
 export class Peer {
   readonly events: BridgeEvent[] = [];
   readonly closed: Promise<Closed>;
@@ -36,7 +36,7 @@ export class Peer {
       this.events.push({ event, args, reply: envelope(args[0]) });
       this.changed.forEach((check) => check());
     });
-    socket.on('error', () => {}); // a connection that breaks shows itself in "closed"
+    socket.on('error', () => {}); // "closed" tells of a broken connection
     this.closed = once(socket, 'close').then(([code, reason]) => ({ code: code as number, reason: String(reason) }));
   }
 
@@ -52,12 +52,12 @@ export class Peer {
     this.socket.send(JSON.stringify({ invoke: method, args }));
   }
 
-  /** The first event, past or to come, that meets the condition. Fails when the connection ends before. */
+  /** The first past or future event that meets the condition. Fails when the connection ends before. */
   async event(condition: (event: BridgeEvent) => boolean): Promise<BridgeEvent> {
     return this.until(() => this.events.find(condition));
   }
 
-  /** Waits until so many events have come. */
+  /** Waits for this many events. */
   async count(number: number): Promise<BridgeEvent[]> {
     return this.until(() => (this.events.length >= number ? this.events : undefined));
   }
@@ -67,7 +67,7 @@ export class Peer {
     return found.reply!;
   }
 
-  /** Makes a call that is answered at once. Answers keep their order, so all earlier ones have come by then. */
+  /** Makes a call that is answered at once. Answers keep their order, so all earlier ones have arrived afterwards. */
   async drain(): Promise<void> {
     const uuid = `drain-${this.events.length}`;
     this.call('Data_getToken_REQ', uuid);
@@ -103,7 +103,7 @@ export function viewOf(url: string) {
   return { address: `ws://${host}/view`, own: origin, port: Number(port) };
 }
 
-/** The HTTP status with which the gateway answers the wish for a WebSocket: 101 when it agrees. */
+/** The HTTP status of the gateway's answer to a WebSocket request: 101 when it accepts. */
 export async function handshakeStatus(url: string, options: ClientOptions): Promise<number> {
   const socket = new WebSocket(viewOf(url).address, options);
   try {

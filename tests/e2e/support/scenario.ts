@@ -9,7 +9,7 @@ interface Scenario {
   securities: { symbol: string; name: string; spellCode: string }[];
 }
 
-/** The world that the simulator plays unless it is told otherwise. */
+/** The simulator's default scenario. */
 export const scenario = JSON.parse(
   readFileSync(new URL('../../../simulator/scenarios/default.json', import.meta.url), 'utf8'),
 ) as Scenario;

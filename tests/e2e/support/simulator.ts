@@ -2,8 +2,8 @@ import { spawn, type ChildProcessByStdio } from 'node:child_process';
 import { once } from 'node:events';
 import type { Readable } from 'node:stream';
 
-/** How long a simulator may take to start or to end before it counts as stuck. */
-const patienceMs = 60_000;
+/** A simulator that takes longer to start or to end counts as stuck. */
+const stuckMs = 60_000;
 
 export interface Ended {
   code: number | null;
@@ -34,7 +34,7 @@ export class Simulator {
     return Promise.race([line, failed, this.stuck('did not start')]);
   }
 
-  /** Waits for something in the log. */
+  /** Waits for a line in the log. */
   async logged(pattern: RegExp): Promise<void> {
     await this.printed('stderr', pattern);
   }
@@ -62,8 +62,8 @@ export class Simulator {
     return new Promise((_, reject) => {
       const timer = setTimeout(() => {
         this.child.kill('SIGKILL');
-        reject(new Error(`the simulator ${what} within ${patienceMs} ms:\n${this.stderr}`));
-      }, patienceMs);
+        reject(new Error(`the simulator ${what} within ${stuckMs} ms:\n${this.stderr}`));
+      }, stuckMs);
       // A timer must not outlive the process that it watches.
       void this.ended.finally(() => clearTimeout(timer));
     });

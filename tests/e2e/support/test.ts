@@ -20,10 +20,10 @@ export const stillMarket = ['--speed', '0.1'];
 interface Fixtures {
   root: string;
   options: readonly string[];
-  /** Where the simulator lives, and its settings. */
+  /** The folder of the simulator and its settings. */
   home: Home;
   running: { simulator: Simulator; url: string };
-  /** Address of a simulator of the test's own; it must end cleanly after the test. */
+  /** Address of the test's own simulator, which must end cleanly after the test. */
   url: string;
   simulator: Simulator;
   /** A bare page, connected: for tests that need nothing else of a page than its calls. */

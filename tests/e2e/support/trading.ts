@@ -22,7 +22,7 @@ export type Order = OrderLine & { fundAccount: string; orderTag: string };
 export interface Market {
   detail: SecurityDetail;
   last: number;
-  /** Prices as texts: one at which nobody sells today, and the highest that is allowed. */
+  /** The price limits of the day as texts. */
   lowest: string;
   highest: string;
 }
@@ -34,7 +34,7 @@ export async function market({ page }: EventRecorder, of = symbol): Promise<Mark
   return { detail, last: tick.last!, lowest: price('lowerLimit'), highest: price('upperLimit') };
 }
 
-/** An order to buy that rests, but for what is said otherwise. */
+/** A buy order that rests in the book, with the given changes. */
 export function orderFor({ detail, lowest }: Market, but: Partial<Order> = {}): Order {
   return {
     fundAccount: account,
@@ -67,7 +67,7 @@ export function place(recorder: EventRecorder, order: Order): Promise<Envelope> 
   return recorder.envelope('Trade_insertOrder_REQ', ...argsOf(order));
 }
 
-/** Places an order that must be taken, and gives its number. */
+/** Places an order that must be accepted, and gives its number. */
 export async function placed(recorder: EventRecorder, order: Order): Promise<string> {
   const envelope = await place(recorder, order);
   expect(envelope).toMatchObject({ code: '0', msg: '' });
@@ -93,7 +93,7 @@ export async function cancel(recorder: EventRecorder, ...ids: string[]): Promise
 export const idOf = ({ orderId }: Entrust | Execution) => String(orderId.userRole);
 export const statusOf = ({ status }: Entrust) => String(status.userRole);
 
-/** The states of an order that were pushed, in order. */
+/** The pushed states of an order, in order. */
 export function pushed(recorder: EventRecorder, id: string): Entrust[] {
   return recorder
     .pushes<Entrust[]>('on_entrustUpdate')

@@ -8,7 +8,7 @@ export async function securities(page: Page): Promise<Map<string, SecurityDetail
   return new Map(list.map((detail) => [detail.symbol, detail]));
 }
 
-/** How records name a security: they do not carry its symbol. */
+/** The name of a security in records, which have no symbol. */
 export function nameOf({ securityId, displayName }: { securityId: string; displayName: string }): string {
   return `${securityId} ${displayName}`;
 }
@@ -18,7 +18,7 @@ export async function accounts(page: Page): Promise<string[]> {
   return list.map(({ fundAccount }) => fundAccount);
 }
 
-/** A count that no list here reaches. */
+/** A count that is longer than every list. */
 export const everything = 1_000_000;
 
 export function orders(page: Page, filter: object, start = 0, count = everything): Promise<EntrustList> {

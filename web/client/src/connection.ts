@@ -67,7 +67,7 @@ export function connect(bridge: CallBridge, options: ConnectOptions = {}): Conne
 
   function open(call: Call) {
     const { method, answer, deferred, answersEmpty, hasSideEffects } = describe(call);
-    const unanswered = (reason: TimeoutError | ClosedError) =>
+    const unansweredError = (reason: TimeoutError | ClosedError) =>
       hasSideEffects ? new OutcomeUnknownError(reason) : reason;
     const event = answeredCalls[method];
     const waiting = new Map<string, Waiting>(); // by uuid, oldest first
@@ -83,7 +83,7 @@ export function connect(bridge: CallBridge, options: ConnectOptions = {}): Conne
      * order, so there it must be the only one. Calls with side effects are never guessed: if an accepted order looked
      * refused, the page would place it again.
      */
-    function takeUnnamed(): [string, Waiting] | undefined {
+    function takeForEmptyReply(): [string, Waiting] | undefined {
       if (hasSideEffects || (deferred && waiting.size !== 1)) return undefined;
       const [oldest] = waiting;
       if (oldest) waiting.delete(oldest[0]);
@@ -92,7 +92,7 @@ export function connect(bridge: CallBridge, options: ConnectOptions = {}): Conne
 
     function onReply(reply: unknown): void {
       if (reply === '') {
-        const oldest = takeUnnamed();
+        const oldest = takeForEmptyReply();
         if (!oldest) options.onUnpaired?.(event, reply);
         else if (answersEmpty) oldest[1].resolve(reply);
         else oldest[1].reject(new RejectedCallError(method, oldest[0]));
@@ -122,7 +122,7 @@ export function connect(bridge: CallBridge, options: ConnectOptions = {}): Conne
     bridge.addEventListener(event, onReply);
     closers.push(() => {
       bridge.removeEventListener(event, onReply);
-      for (const [uuid, { reject }] of waiting) reject(unanswered(new ClosedError(method, uuid)));
+      for (const [uuid, { reject }] of waiting) reject(unansweredError(new ClosedError(method, uuid)));
       waiting.clear();
     });
 
@@ -133,7 +133,7 @@ export function connect(bridge: CallBridge, options: ConnectOptions = {}): Conne
         if (closed) throw new ClosedError(method, uuid);
         const timeoutMs = callOptions.timeoutMs ?? options.timeoutMs ?? defaultTimeoutMs;
         const timer = setTimeout(
-          () => take(uuid)?.reject(unanswered(new TimeoutError(method, uuid, timeoutMs))),
+          () => take(uuid)?.reject(unansweredError(new TimeoutError(method, uuid, timeoutMs))),
           timeoutMs,
         );
         waiting.set(uuid, {

@@ -41,18 +41,18 @@ export type PushListener<P extends PushEvent> = (...args: ReturnType<(typeof pus
 
 export type OnUnreadable = (event: PushEvent, args: readonly unknown[], reason: Error) => void;
 
-function complain(event: PushEvent, args: readonly unknown[], reason: Error): void {
+function reportToConsole(event: PushEvent, args: readonly unknown[], reason: Error): void {
   console.error(`${event} cannot be read:`, reason, args);
 }
 
 /** Listens to a push of the bridge while it has listeners here, and reads each push once for all of them. */
 export class PushHub {
-  private readonly heard = new Map<PushEvent, { listeners: Set<BridgeListener>; onPush: BridgeListener }>();
+  private readonly listening = new Map<PushEvent, { listeners: Set<BridgeListener>; onPush: BridgeListener }>();
   private closed = false;
 
   constructor(
     private readonly bridge: CallBridge,
-    private readonly onUnreadable: OnUnreadable = complain,
+    private readonly onUnreadable: OnUnreadable = reportToConsole,
   ) {}
 
   /** A function that is added twice is called twice for each push. */
@@ -60,22 +60,22 @@ export class PushHub {
     if (!Object.prototype.hasOwnProperty.call(pushes, push)) throw new TypeError(`on: there is no push "${push}"`);
     if (this.closed) return () => {};
     const own: BridgeListener = (...args) => (listener as BridgeListener)(...args);
-    const { listeners } = this.heard.get(push) ?? this.hear(push);
+    const { listeners } = this.listening.get(push) ?? this.start(push);
     listeners.add(own);
     return () => {
-      if (listeners.delete(own) && listeners.size === 0) this.ignore(push);
+      if (listeners.delete(own) && listeners.size === 0) this.stop(push);
     };
   };
 
   close(): void {
     this.closed = true;
-    for (const [push, { listeners }] of [...this.heard]) {
+    for (const [push, { listeners }] of [...this.listening]) {
       listeners.clear();
-      this.ignore(push);
+      this.stop(push);
     }
   }
 
-  private hear(push: PushEvent) {
+  private start(push: PushEvent) {
     const listeners = new Set<BridgeListener>();
     const onPush: BridgeListener = (...args) => {
       let read: readonly unknown[];
@@ -85,22 +85,22 @@ export class PushHub {
         this.onUnreadable(push, args, error as Error);
         return;
       }
-      for (const listener of [...listeners]) if (listeners.has(listener)) isolate(() => listener(...read));
+      for (const listener of [...listeners]) if (listeners.has(listener)) callSafely(() => listener(...read));
     };
-    const hearing = { listeners, onPush };
-    this.heard.set(push, hearing);
+    const started = { listeners, onPush };
+    this.listening.set(push, started);
     this.bridge.addEventListener(push, onPush);
-    return hearing;
+    return started;
   }
 
-  private ignore(push: PushEvent): void {
-    this.bridge.removeEventListener(push, this.heard.get(push)!.onPush);
-    this.heard.delete(push);
+  private stop(push: PushEvent): void {
+    this.bridge.removeEventListener(push, this.listening.get(push)!.onPush);
+    this.listening.delete(push);
   }
 }
 
 /** A listener that throws does not stop the others. Its error becomes an uncaught one. */
-function isolate(task: () => void): void {
+function callSafely(task: () => void): void {
   try {
     task();
   } catch (error) {

@@ -137,14 +137,14 @@ describe('the feed of quotes', () => {
   });
 
   it('makes one call for symbols that are added together', async () => {
-    feed.want(['a']);
-    feed.want(['b', 'a', 'b']);
+    feed.subscribe(['a']);
+    feed.subscribe(['b', 'a', 'b']);
     await settle();
     expect(terminal.calls).toEqual(['+a,b']);
   });
 
   it('ends a subscription with its last watcher', async () => {
-    const [first, second] = [feed.want(['a']), feed.want(['a'])];
+    const [first, second] = [feed.subscribe(['a']), feed.subscribe(['a'])];
     await settle();
     first();
     first(); // a second call does nothing
@@ -153,24 +153,24 @@ describe('the feed of quotes', () => {
     second();
     await settle();
     expect(terminal.calls).toEqual(['+a', '-a']);
-    feed.want(['a']);
+    feed.subscribe(['a']);
     await settle();
     expect(terminal.calls).toEqual(['+a', '-a', '+a']);
   });
 
   it('makes no call for a symbol that is dropped and added again', async () => {
-    const stop = feed.want(['a']);
+    const stop = feed.subscribe(['a']);
     await settle();
     stop();
-    feed.want(['a']);
-    feed.want(['b'])();
+    feed.subscribe(['a']);
+    feed.subscribe(['b'])();
     await settle();
     expect(terminal.calls).toEqual(['+a']);
   });
 
   it('shows the current quote until one is pushed', async () => {
     terminal.snapshots = { a: { symbol: 'a', last: 1 } };
-    feed.want(['a']);
+    feed.subscribe(['a']);
     expect(feed.tick('a')).toBeUndefined();
     await settle();
     expect(feed.tick('a')).toEqual({ symbol: 'a', last: 1 });
@@ -180,7 +180,7 @@ describe('the feed of quotes', () => {
 
   it('does not replace a pushed quote by an older answer', async () => {
     terminal.snapshots = { a: { symbol: 'a', last: 1 } };
-    feed.want(['a']);
+    feed.subscribe(['a']);
     await Promise.resolve(); // subscribed, not yet answered
     terminal.push({ symbol: 'a', last: 2 });
     await settle();
@@ -188,7 +188,7 @@ describe('the feed of quotes', () => {
   });
 
   it('forgets symbols without watchers, and ignores their late quotes', async () => {
-    const stop = feed.want(['a']);
+    const stop = feed.subscribe(['a']);
     await settle();
     terminal.push({ symbol: 'a', last: 1 });
     stop();
@@ -202,7 +202,7 @@ describe('the feed of quotes', () => {
   it('notifies its watchers once for each frame', async () => {
     let told = 0;
     feed.watch(() => ++told);
-    feed.want(['a', 'b']);
+    feed.subscribe(['a', 'b']);
     await settle();
     draw();
     told = 0;
@@ -214,7 +214,7 @@ describe('the feed of quotes', () => {
 
   it('reports subscriptions that fail', async () => {
     terminal.failing = true;
-    feed.want(['a']);
+    feed.subscribe(['a']);
     await settle();
     expect(complaints.map(({ message }) => message)).toEqual(['+a']);
   });

@@ -18,21 +18,21 @@ export class TickFeed {
     private readonly sdk: Sdk,
     schedule: Schedule = nextFrame,
     /** Called when a subscription fails. */
-    private readonly complain: (error: Error) => void = (error) => console.error(error),
+    private readonly onError: (error: Error) => void = (error) => console.error(error),
   ) {
     this.watchers = new Watchers(schedule);
     sdk.on('on_tickUpdate', (tick) => this.take(tick));
   }
 
   /** Subscribes to the symbols until the returned function is called. */
-  readonly want = (symbols: readonly string[]): (() => void) => {
+  readonly subscribe = (symbols: readonly string[]): (() => void) => {
     const own = [...new Set(symbols)];
     for (const symbol of own) this.counts.set(symbol, (this.counts.get(symbol) ?? 0) + 1);
     this.settleSoon();
-    let wanted = true;
+    let active = true;
     return () => {
-      if (!wanted) return;
-      wanted = false;
+      if (!active) return;
+      active = false;
       for (const symbol of own) this.counts.set(symbol, this.counts.get(symbol)! - 1);
       this.settleSoon();
     };
@@ -78,17 +78,17 @@ export class TickFeed {
       this.ticks.delete(symbol);
     }
     for (const symbol of gained) this.subscribed.add(symbol);
-    if (lost.length > 0) this.sdk.unsubscribe({ symbols: lost }).catch(this.complain);
-    if (gained.length > 0) this.sdk.subscribe({ symbols: gained }).catch(this.complain);
-    for (const symbol of gained) this.fill(symbol);
+    if (lost.length > 0) this.sdk.unsubscribe({ symbols: lost }).catch(this.onError);
+    if (gained.length > 0) this.sdk.subscribe({ symbols: gained }).catch(this.onError);
+    for (const symbol of gained) this.fetchCurrent(symbol);
   }
 
   /** A push comes at the next change. Until then the current quote is shown. */
-  private fill(symbol: string): void {
+  private fetchCurrent(symbol: string): void {
     this.sdk.getCurrentTick({ symbol }).then((tick) => {
       if (!this.subscribed.has(symbol) || this.ticks.has(symbol)) return;
       this.ticks.set(symbol, tick);
       this.changed();
-    }, this.complain);
+    }, this.onError);
   }
 }

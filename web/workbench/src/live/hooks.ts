@@ -28,7 +28,7 @@ export function useLive<Item>(records: LiveRecords<Item>): readonly Item[] {
 
 /** The latest quote of a symbol. Renders again only when that quote changes. */
 export function useTick(feed: TickFeed, symbol: string): Tick | undefined {
-  useEffect(() => (symbol === '' ? undefined : feed.want([symbol])), [feed, symbol]);
+  useEffect(() => (symbol === '' ? undefined : feed.subscribe([symbol])), [feed, symbol]);
   return useSyncExternalStore(
     feed.watch,
     useCallback(() => feed.tick(symbol), [feed, symbol]),
