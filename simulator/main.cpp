@@ -1,7 +1,7 @@
 #include "CommandLine.h"
 #include "Shutdown.h"
 #include "gateway/Gateway.h"
-#include "platform/Terminal.h"
+#include "terminal/Terminal.h"
 
 #include <QApplication>
 #include <QLoggingCategory>

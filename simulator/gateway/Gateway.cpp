@@ -1,13 +1,10 @@
 #include "gateway/Gateway.h"
 
 #include "gateway/HttpConnection.h"
-#include "gateway/Logging.h"
 #include "gateway/PageConnection.h"
 
 #include <QTcpSocket>
 #include <QWebSocket>
-
-Q_LOGGING_CATEGORY(gatewayLog, "varnel.simulator")
 
 namespace sim {
 

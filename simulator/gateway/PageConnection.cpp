@@ -5,8 +5,8 @@
 #include "gateway/Logging.h"
 #include "gateway/MessageCenterCalls.h"
 #include "msgcenter/WebMsgCenter.h"
-#include "platform/Terminal.h"
-#include "services/QCefViewAccess.h"
+#include "terminal/Terminal.h"
+#include "host/QCefViewAccess.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

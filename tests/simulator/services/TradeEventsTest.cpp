@@ -1,5 +1,5 @@
 #include "TerminalTest.h"
-#include "services/OrderEntry.h"
+#include "host/OrderEntry.h"
 
 #include "CUnPackMessageCommon.h"
 #include "QvPresenterClass.h"

@@ -1,4 +1,4 @@
-#include "platform/Terminal.h"
+#include "terminal/Terminal.h"
 
 #include "exchange/Listing.h"
 #include "services/KLineService.h"

@@ -1,6 +1,6 @@
 #include "QvBondDataMgr.h"
 
-#include "platform/Terminal.h"
+#include "terminal/Terminal.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include "Tessar_Fields.h"
 #include "Tessar_Values.h"
 #include "Varnel_Fields.h"
-#include "platform/Terminal.h"
+#include "terminal/Terminal.h"
 #include "services/TradeRecords.h"
 
 using namespace sim;

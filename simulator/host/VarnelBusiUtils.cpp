@@ -1,8 +1,8 @@
 #include "VarnelBusiUtils.h"
 
 #include "SearchConstants.h"
-#include "platform/Terminal.h"
-#include "services/SecurityTypes.h"
+#include "terminal/Terminal.h"
+#include "host/SecurityTypes.h"
 
 #include <algorithm>
 

@@ -2,7 +2,7 @@
 
 #include "CEventMessageCommon.h"
 #include "CMessageCommon.h"
-#include "platform/Terminal.h"
+#include "terminal/Terminal.h"
 #include "platform/Wakeup.h"
 
 namespace {

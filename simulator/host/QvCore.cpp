@@ -1,6 +1,6 @@
 #include "QvCore.h"
 
-#include "platform/Terminal.h"
+#include "terminal/Terminal.h"
 
 QvCore *QvCore::instance()
 {

@@ -1,7 +1,7 @@
 #include "VarnelBusinessDataInterface.h"
 
 #include "Varnel_Values.h"
-#include "platform/Terminal.h"
+#include "terminal/Terminal.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 #include "VarnelBusinessDataInterface.h"
 
 #include "Tessar_Fields.h"
-#include "platform/Terminal.h"
-#include "services/SecurityTypes.h"
+#include "terminal/Terminal.h"
+#include "host/SecurityTypes.h"
 
 namespace {
 

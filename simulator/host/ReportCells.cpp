@@ -1,7 +1,7 @@
-#include "services/ReportCells.h"
+#include "host/ReportCells.h"
 
 #include "Tessar_Fields.h"
-#include "platform/Terminal.h"
+#include "terminal/Terminal.h"
 #include "services/TradeCodes.h"
 
 #include <QLocale>

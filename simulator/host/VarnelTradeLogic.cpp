@@ -3,9 +3,9 @@
 #include "OrderRequestList.h"
 #include "Tessar_Fields.h"
 #include "books/TradableQty.h"
-#include "platform/Terminal.h"
+#include "terminal/Terminal.h"
 #include "services/TradeCodes.h"
-#include "services/TradeResponses.h"
+#include "host/TradeResponses.h"
 
 #include <QLocale>
 

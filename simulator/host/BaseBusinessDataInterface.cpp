@@ -2,8 +2,6 @@
 
 #include "platform/Logging.h"
 
-Q_LOGGING_CATEGORY(terminalLog, "varnel.terminal")
-
 namespace {
 
 const QString kPermissionMenu = QStringLiteral("1210");

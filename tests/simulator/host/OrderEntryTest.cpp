@@ -1,4 +1,4 @@
-#include "services/OrderEntry.h"
+#include "host/OrderEntry.h"
 #include "TerminalTest.h"
 
 #include "Varnel_Fields.h"

@@ -2,9 +2,9 @@
 
 #include "Tessar_Fields.h"
 #include "Varnel_Fields.h"
-#include "platform/Terminal.h"
+#include "terminal/Terminal.h"
 #include "services/QuoteFields.h"
-#include "services/ReportCells.h"
+#include "host/ReportCells.h"
 #include "services/TradeRecords.h"
 
 #include <cmath>

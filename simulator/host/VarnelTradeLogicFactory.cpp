@@ -1,8 +1,8 @@
 #include "VarnelTradeLogicFactory.h"
 
 #include "Tessar_Fields.h"
-#include "platform/Terminal.h"
-#include "services/TradeResponses.h"
+#include "terminal/Terminal.h"
+#include "host/TradeResponses.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "services/SecurityTypes.h"
+#include "host/SecurityTypes.h"
 
 #include "Tessar_Values.h"
 

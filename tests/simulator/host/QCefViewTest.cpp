@@ -1,6 +1,6 @@
 #include "Await.h"
 #include "VarnelCefView.h"
-#include "services/QCefViewAccess.h"
+#include "host/QCefViewAccess.h"
 
 #include <QCoreApplication>
 

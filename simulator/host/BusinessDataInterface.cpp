@@ -1,7 +1,7 @@
 #include "BusinessDataInterface.h"
 
 #include "Tessar_Fields.h"
-#include "platform/Terminal.h"
+#include "terminal/Terminal.h"
 #include "services/TradeRecords.h"
 
 #include <QSet>
