@@ -116,6 +116,18 @@ TEST(CommandLine, APortInUseIsOneLineAndStatusOne)
 }
 
 #ifdef Q_OS_UNIX
+namespace {
+
+QByteArray readLine(QProcess &process)
+{
+    QByteArray line;
+    while (!line.endsWith('\n') && process.waitForReadyRead(kPatienceMs))
+        line += process.readAllStandardOutput();
+    return line;
+}
+
+} // namespace
+
 class CommandLineSignal : public testing::TestWithParam<int> {};
 
 TEST_P(CommandLineSignal, StopsItCleanly)
@@ -126,9 +138,7 @@ TEST_P(CommandLineSignal, StopsItCleanly)
         environment.remove(QLatin1String(name)); // as on a machine without a display
     simulator.setProcessEnvironment(environment);
     simulator.start(QStringLiteral(SIMULATOR_BINARY), {QStringLiteral("--port"), QStringLiteral("0")});
-    QByteArray line;
-    while (!line.endsWith('\n') && simulator.waitForReadyRead(kPatienceMs))
-        line += simulator.readAllStandardOutput();
+    const QByteArray line = readLine(simulator);
     EXPECT_TRUE(line.startsWith("listening on http://127.0.0.1:")) << line.toStdString();
     EXPECT_TRUE(line.endsWith("/\n")) << line.toStdString();
     kill(pid_t(simulator.processId()), GetParam());
@@ -136,6 +146,19 @@ TEST_P(CommandLineSignal, StopsItCleanly)
     EXPECT_EQ(QProcess::NormalExit, simulator.exitStatus());
     EXPECT_EQ(0, simulator.exitCode());
     EXPECT_EQ(QByteArray(), simulator.readAllStandardError());
+}
+
+TEST_P(CommandLineSignal, EndsAHangingShutdownAtOnceWhenItComesASecondTime)
+{
+    QProcess hanging;
+    hanging.start(QStringLiteral(HANGING_BINARY), QStringList());
+    ASSERT_EQ(QByteArray("ready\n"), readLine(hanging));
+    kill(pid_t(hanging.processId()), SIGINT);
+    ASSERT_EQ(QByteArray("hanging\n"), readLine(hanging));
+    kill(pid_t(hanging.processId()), GetParam());
+    ASSERT_TRUE(hanging.waitForFinished(kPatienceMs));
+    EXPECT_EQ(QProcess::NormalExit, hanging.exitStatus());
+    EXPECT_EQ(128 + GetParam(), hanging.exitCode());
 }
 
 INSTANTIATE_TEST_SUITE_P(All, CommandLineSignal, testing::Values(SIGINT, SIGTERM));
