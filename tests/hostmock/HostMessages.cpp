@@ -13,7 +13,7 @@ namespace {
     std::abort();
 }
 
-// Knows messages by address, so that a dead one is found out before it is touched.
+// Keeps the addresses of the existing messages, so that a deleted one is noticed before it is used.
 class MessageRegistry {
 public:
     void add(const void *message)
@@ -51,7 +51,7 @@ private:
     int m_deleted = 0;
 };
 
-// Never destroyed: messages may outlive every static of this library.
+// Never destroyed: messages may outlive the statics of this library.
 MessageRegistry &registry()
 {
     static auto *const self = new MessageRegistry;
