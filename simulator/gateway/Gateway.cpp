@@ -10,7 +10,7 @@ namespace sim {
 
 namespace {
 
-constexpr quint16 kHttpPort = 80; // left out of an origin
+constexpr quint16 kHttpPort = 80; // an origin does not contain this port
 
 } // namespace
 

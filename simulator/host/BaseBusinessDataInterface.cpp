@@ -10,7 +10,7 @@ const QString kPermissionMenu = QStringLiteral("1210");
 
 void BaseBusinessDataInterface::OpenMenuTabByMenuID(const QString &menuId)
 {
-    // The simulated terminal has no menus: whoever develops the page sees in the log that it was asked for one.
+    // The simulated terminal has no menus: the log tells page developers that the page asked for one.
     qCInfo(terminalLog, "the page opens menu %s%s", qUtf8Printable(menuId),
            menuId == kPermissionMenu ? " (permissions)" : "");
 }

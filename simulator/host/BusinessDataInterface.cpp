@@ -1,8 +1,8 @@
 #include "BusinessDataInterface.h"
 
 #include "Tessar_Fields.h"
-#include "terminal/Terminal.h"
 #include "services/TradeRecords.h"
+#include "terminal/Terminal.h"
 
 #include <QSet>
 
@@ -13,7 +13,7 @@ using namespace sim;
 
 namespace {
 
-/// Which records of one kind are asked for.
+/// Selects the records of one kind that meet all conditions of a query.
 template <typename Source>
 class Selection {
 public:
@@ -22,7 +22,7 @@ public:
         for (auto condition = conditions.cbegin(); condition != conditions.cend(); ++condition) {
             const auto field = fields.constFind(condition.key());
             if (field == fields.cend()) {
-                m_isEmpty = true; // no record has that field, so none has one of its values
+                m_isEmpty = true; // no record has that field, so none meets the condition
                 return;
             }
             const QStringList accepted = condition.value().toStringList();
@@ -30,9 +30,9 @@ public:
         }
     }
 
-    /// The numbers of the records that meet every condition, newest first: those from row offset on, as many as count
-    /// says or, when it says none, all.
-    /// at: the source of the record of a number, numbers being given in the order of time.
+    /// The numbers of the matching records, newest first: at most count from row offset on, or all when count is not
+    /// positive. total: the number of all matches. at(number): the source of a record; numbers are in the order of
+    /// time.
     template <typename At>
     std::vector<int> numbers(int size, At at, int &total, int offset, int count) const
     {
@@ -66,8 +66,8 @@ private:
 
 } // namespace
 
-// The lists that the library leaves empty (sorting, choice of fields) have no meaning here: they are left unnamed.
-// What is asked for is copied from the books; the records are made of the copies, so that trading need not wait.
+// The lists for sorting and for the choice of fields are unnamed: the library always leaves them empty.
+// The orders are copied from the books and the records made of the copies, so that trading does not wait for that.
 
 QList<QVariantMap> BusinessDataInterface::GetOrderListByCustomKey(const QVariantMap &keys, int &total, int offset,
                                                                   int count, QList<QString>, const QStringList &)

@@ -3,8 +3,8 @@
 #include "Tessar_Fields.h"
 #include "Tessar_Values.h"
 #include "Varnel_Fields.h"
-#include "terminal/Terminal.h"
 #include "services/TradeRecords.h"
+#include "terminal/Terminal.h"
 
 using namespace sim;
 
@@ -29,7 +29,7 @@ QVariantMap CBusinessDataBase::GetAccountDetailsByTradinngAccount(const QString 
         return {};
     const Valuation value = ledger->value(terminal.latestPrices());
 
-    // An account that is short on balance writes its figures the other way round and says so.
+    // An account whose balance is short reports its figures with the opposite sign, and the position flag "Short".
     const bool isShort = value.marketValue < Money();
     const int sign = isShort ? -1 : 1;
     const double profit = (value.marketValue - value.holdingCost).yuan();

@@ -16,8 +16,8 @@ QString nextClientMsgId()
 
 } // namespace
 
-/// The wire form of a message is a list of rows; a row is a list of fields in the order of their adding; a field is
-/// a list of key and value. A packer makes one row.
+/// A packed message is a list of rows. A row is a list of fields in the order in which they were added. A field is a
+/// list of key and value. A packer makes one row.
 class CPackMessageCommon::Private {
 public:
     QVariantList row;
@@ -40,7 +40,7 @@ void CPackMessageCommon::AddVaule(const QString &key, const QVariant &value)
 
 QVariant CPackMessageCommon::GetValue(const QString &key) const
 {
-    // From the end: a key that was added again counts as it was added last.
+    // From the end: of a key that was added twice the last value counts.
     for (auto field = d->row.crbegin(); field != d->row.crend(); ++field) {
         const QVariantList pair = field->toList();
         if (pair.first() == key)

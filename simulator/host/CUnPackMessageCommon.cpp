@@ -16,7 +16,7 @@ CUnPackMessageCommon::~CUnPackMessageCommon()
 
 bool CUnPackMessageCommon::SetUnPackMsg(const QVariant &message, bool)
 {
-    d->rows = message.toList(); // CPackMessageCommon tells the wire form
+    d->rows = message.toList(); // the format is described in CPackMessageCommon.cpp
     return !d->rows.isEmpty();
 }
 

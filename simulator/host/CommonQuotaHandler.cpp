@@ -1,7 +1,7 @@
 #include "CommonQuotaHandler.h"
 
-#include "terminal/Terminal.h"
 #include "services/QuoteTicks.h"
+#include "terminal/Terminal.h"
 
 CommonQuotaHandler::CommonQuotaHandler(QObject *parent) : QObject(parent) {}
 
@@ -11,7 +11,7 @@ namespace {
 
 constexpr int kAccepted = 0;
 
-/// The simulated exchange's quotes. There is one level, of all five prices.
+/// The quotes of the simulated exchange. The level argument is ignored: every quote has five price levels.
 class Quotes : public CommonQuotaHandler {
 public:
     int SubscribeQuota(const QStringList &symbols, bool subscribe, int) override
@@ -41,7 +41,7 @@ public:
 
 CommonQuotaHandler *CommonQuotaHandler::instance()
 {
-    // Never destroyed: the library's singletons are connected to it until the very end of the process.
+    // Never destroyed: the library's singletons stay connected to it until the process ends.
     static auto *const handler = new Quotes;
     return handler;
 }

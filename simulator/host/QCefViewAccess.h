@@ -5,17 +5,17 @@
 
 #include <functional>
 
-/// What the host keeps behind a view: the road to its page.
+/// The host's access to a view: sets the page that receives its events.
 class VARNEL_HOST_API QCefViewAccess {
 public:
-    /// Called on the view's thread for each event, in the order of the broadcasts, and never from inside a broadcast.
+    /// Called on the view's thread for each event, in the order of the broadcasts, never during a broadcast.
     using Page = std::function<void(const QCefEvent &)>;
 
     /// Owning thread only.
     static void setPage(QCefView &view, Page page);
 
-    /// A call into the library that is under way. At its end the page gets what has been broadcast, without the turn of
-    /// the event loop that this would otherwise wait for. Owning thread only; the view must live until then.
+    /// Stands for a call into the library. Its destructor delivers the broadcast events at once, instead of at the next
+    /// turn of the event loop. Owning thread only; the view must outlive it.
     class VARNEL_HOST_API Call {
     public:
         explicit Call(QCefView &view);

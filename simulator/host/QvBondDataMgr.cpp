@@ -4,7 +4,7 @@
 
 namespace {
 
-const QString kFound = QStringLiteral("0"); // fixed by the interface
+const QString kFound = QStringLiteral("0"); // required by the interface
 const QString kNoBond = QStringLiteral("-1");
 
 } // namespace

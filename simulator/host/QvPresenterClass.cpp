@@ -2,8 +2,8 @@
 
 #include "CEventMessageCommon.h"
 #include "CMessageCommon.h"
-#include "terminal/Terminal.h"
 #include "platform/Wakeup.h"
+#include "terminal/Terminal.h"
 
 namespace {
 
@@ -15,12 +15,12 @@ constexpr int kRefused = -1;
 class QvPresenterClass::Private {
 public:
     Private(QvPresenterClass *presenter, const QString &name)
-        : bus(sim::Terminal::instance().bus()), pid(bus->join(presenter, name, &digested))
+        : bus(sim::Terminal::instance().bus()), pid(bus->join(presenter, name, &acknowledged))
     {
     }
 
     const std::shared_ptr<sim::MessageBus> bus; // shared: a presenter may outlive the terminal
-    sim::Wakeup digested{[this] { bus->digested(pid); }};
+    sim::Wakeup acknowledged{[this] { bus->acknowledged(pid); }};
     const int pid;
 };
 

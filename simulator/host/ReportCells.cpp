@@ -1,8 +1,8 @@
 #include "host/ReportCells.h"
 
 #include "Tessar_Fields.h"
-#include "terminal/Terminal.h"
 #include "services/TradeCodes.h"
+#include "terminal/Terminal.h"
 
 #include <QLocale>
 
@@ -17,9 +17,9 @@ const QString kUserRole = QString::number(Qt::UserRole);
 
 constexpr int kUnknownDecimals = 2;
 constexpr int kMoneyDecimals = 2;
-constexpr int kMostDecimals = 4; // of an average price, and of a rate in percent
+constexpr int kMostDecimals = 4; // of average prices, and of rates in percent
 
-/// Makes the number the one that a person would have written: sums of doubles end in noise.
+/// Rounded to that many decimals, to remove the rounding errors of sums.
 double rounded(double value, int decimals)
 {
     const double scale = std::pow(10, decimals);

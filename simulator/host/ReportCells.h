@@ -9,24 +9,24 @@
 
 namespace sim {
 
-/// How a table cell writes the value of a field.
+/// The format of a table cell.
 enum class CellFormat {
     Text,
     Time,      ///< shows the time of day
     Qty,       ///< a whole number
     Price,     ///< with the decimals of the security
-    Limit,     ///< the price of an order, which may have none
+    Limit,     ///< the price of an order, or the words for "market price"
     Money,     ///< two decimals
     Rate,      ///< a part of 1, shown in percent
     Exchange,  ///< the code, shown as its name
     Trader,    ///< the identifier, shown as the name
-    Direction, ///< of a side: the code of buying or selling
+    Direction, ///< buy or sell, from a side
     Side,
     Status,
     PriceType,
 };
 
-/// A column of a report: where its value comes from and how it is written.
+/// A column of a report: its field and its format.
 struct ReportColumn {
     QString field;
     CellFormat format;
@@ -34,8 +34,8 @@ struct ReportColumn {
 
 using ReportColumns = QHash<QString, ReportColumn>; ///< by column identifier
 
-/// Sets lineData[i] to the display text and the value of column fields[i]. A column that the report does not have,
-/// or whose field the record lacks, is left out.
+/// Sets lineData[i] to the display text and the value of column fields[i]. Columns that the report does not have, and
+/// columns whose field the record does not have, are left out.
 void fillCells(QMap<int, QVariantMap> &lineData, const QStringList &fields, const ReportColumns &columns,
                const QVariantMap &record, ShowType showType);
 

@@ -2,5 +2,5 @@
 
 #include "exchange/Instrument.h"
 
-/// The host's text for a kind of security.
+/// The text of a security type in records.
 QString securityTypeText(sim::SecurityKind kind);

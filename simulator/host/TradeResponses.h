@@ -6,8 +6,8 @@
 
 namespace sim {
 
-/// What the trade services answer for one order: its identifier, and why not, for its owner to read; without a reason
-/// it went well.
+/// The answer of the trade services for one order. reason: why it was refused, as a text for its owner; empty when it
+/// was accepted.
 inline QVariantMap tradeResponse(const QString &orderId, const QString &reason)
 {
     return {{Tessar_Fields::Security::orderID, orderId},

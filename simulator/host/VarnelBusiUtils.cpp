@@ -1,14 +1,14 @@
 #include "VarnelBusiUtils.h"
 
 #include "SearchConstants.h"
-#include "terminal/Terminal.h"
 #include "host/SecurityTypes.h"
+#include "terminal/Terminal.h"
 
 #include <algorithm>
 
 namespace {
 
-/// An empty text or list asks for nothing in particular.
+/// An empty text or list admits every security.
 bool isOf(const SymbolListType &wanted, const sim::Instrument &instrument)
 {
     const auto admits = [](const QStringList &list, const QString &text) {

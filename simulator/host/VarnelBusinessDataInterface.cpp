@@ -15,7 +15,7 @@ QList<tagUserAccountInfo> infos(const sim::FundAccount *fund, const QStringList 
 
 } // namespace
 
-// The flags whose values the library fixes have no other meaning here: they are left unnamed.
+// The flags are unnamed: the library always passes the same values.
 
 QList<tagUserAccountInfo> VarnelBusinessDataInterface::GetAccountInfoListFromFund(QString fundAccount, bool)
 {

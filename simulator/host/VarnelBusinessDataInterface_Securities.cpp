@@ -1,8 +1,8 @@
 #include "VarnelBusinessDataInterface.h"
 
 #include "Tessar_Fields.h"
-#include "terminal/Terminal.h"
 #include "host/SecurityTypes.h"
+#include "terminal/Terminal.h"
 
 namespace {
 
@@ -15,7 +15,7 @@ const Instrument *listed(const QString &symbol)
 
 } // namespace
 
-// The texts and maps that the library leaves empty have no other meaning here: they are left unnamed.
+// Some texts and maps are unnamed: the library always leaves them empty.
 
 QString VarnelBusinessDataInterface::GetSymbolBySecurityIDAndExchange(const QString &securityId,
                                                                       const QString &exchange)

@@ -6,14 +6,15 @@
 
 namespace {
 
-enum class Load { UnderWay, Done };
+enum class Load { Running, Done };
 
 std::mutex s_mutex;
 
-/// By key, guarded by s_mutex; what is not there has not been started or has failed.
+/// The loads by key, guarded by s_mutex. A load that was not started, or that failed, has no entry.
 QHash<QString, Load> &loads()
 {
-    static auto *const loads = new QHash<QString, Load>; // never destroyed: valid until the process ends
+    static auto *const loads =
+        new QHash<QString, Load>; // never destroyed, so that it can be used until the process ends
     return *loads;
 }
 
@@ -21,7 +22,7 @@ QHash<QString, Load> &loads()
 
 VarnelInitStateMgr *VarnelInitStateMgr::instance()
 {
-    static VarnelInitStateMgr instance; // holds nothing, so that its end does not matter
+    static VarnelInitStateMgr instance; // has no members, so that it can be used after its destruction
     return &instance;
 }
 
@@ -30,7 +31,7 @@ bool VarnelInitStateMgr::StartInit(const QString &key)
     const std::lock_guard lock(s_mutex);
     if (loads().contains(key))
         return false;
-    loads().insert(key, Load::UnderWay);
+    loads().insert(key, Load::Running);
     return true;
 }
 
@@ -38,8 +39,8 @@ bool VarnelInitStateMgr::FinishInit(const QString &key, bool succeeded, bool)
 {
     const std::lock_guard lock(s_mutex);
     const auto load = loads().find(key);
-    if (load == loads().end() || *load != Load::UnderWay)
-        return false; // nobody has started it
+    if (load == loads().end() || *load != Load::Running)
+        return false; // it was not started
     if (succeeded)
         *load = Load::Done;
     else

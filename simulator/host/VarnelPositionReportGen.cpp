@@ -2,10 +2,10 @@
 
 #include "Tessar_Fields.h"
 #include "Varnel_Fields.h"
-#include "terminal/Terminal.h"
-#include "services/QuoteFields.h"
 #include "host/ReportCells.h"
+#include "services/QuoteFields.h"
 #include "services/TradeRecords.h"
+#include "terminal/Terminal.h"
 
 #include <cmath>
 
@@ -15,8 +15,9 @@ using namespace Varnel_Fields;
 
 namespace {
 
-/// Adds what the position is worth at the quote. Nothing is added that cannot be known.
-void valuate(QVariantMap &record, const QVariantMap &quote)
+/// Adds the fields that depend on the quote. Without a price, a quantity or a cost the fields that need it are left
+/// out.
+void addValues(QVariantMap &record, const QVariantMap &quote)
 {
     const QString symbol = record.value(Tessar_Fields::Security::symbol).toString();
     const Instrument *instrument = Terminal::instance().exchange().instrument(symbol);
@@ -42,13 +43,13 @@ void valuate(QVariantMap &record, const QVariantMap &quote)
 
 } // namespace
 
-// The numbers and texts whose values the library fixes have no other meaning here: they are left unnamed.
+// Some numbers and texts are unnamed: the library always passes the same values.
 
 bool VarnelPositionReportGen::fillLineData(int, const QVariantMap &record, QMap<int, QVariantMap> &lineData,
                                            const QStringList &fields, ShowType showType, const QVariantMap &quote,
                                            const QString &, bool)
 {
-    // All money is in yuan, so that a column and its twin in yuan are the same.
+    // All money is in yuan, so that the columns in yuan repeat the others.
     static const ReportColumns columns{
         {QStringLiteral("fundaccount_name"), {RecordField::fundAccountName, CellFormat::Text}},
         {QStringLiteral("fundaccount"), {FastFocus::fundAccount, CellFormat::Text}},
@@ -69,8 +70,8 @@ bool VarnelPositionReportGen::fillLineData(int, const QVariantMap &record, QMap<
         {QStringLiteral("profit"), {RecordField::profit, CellFormat::Money}},
         {QStringLiteral("profit_rate"), {RecordField::profitRate, CellFormat::Rate}},
     };
-    QVariantMap valuated = record;
-    valuate(valuated, quote);
-    fillCells(lineData, fields, columns, valuated, showType);
+    QVariantMap valued = record;
+    addValues(valued, quote);
+    fillCells(lineData, fields, columns, valued, showType);
     return true;
 }

@@ -3,9 +3,9 @@
 #include "OrderRequestList.h"
 #include "Tessar_Fields.h"
 #include "books/TradableQty.h"
-#include "terminal/Terminal.h"
-#include "services/TradeCodes.h"
 #include "host/TradeResponses.h"
+#include "services/TradeCodes.h"
+#include "terminal/Terminal.h"
 
 #include <QLocale>
 
@@ -16,9 +16,9 @@ using namespace sim;
 constexpr int kAccepted = 0;
 constexpr int kRefused = -1;
 
-constexpr double kHighestPrice = 1e12; ///< nothing that can be listed costs more
+constexpr double kHighestPrice = 1e12; ///< above every price that can be listed
 
-/// Futures are opened and closed, all else is bought and sold.
+/// Whether the side is one of the security's kind: futures are opened and closed, all others bought and sold.
 bool fits(Side side, const Instrument &instrument)
 {
     switch (side) {
@@ -36,7 +36,7 @@ bool fits(Side side, const Instrument &instrument)
     return false;
 }
 
-/// Reads the order that a line asks for. Gives why not, for the user to read, when the line makes no sense.
+/// Reads the order of a line. Returns why the line is refused, as a text for the user; empty when it is accepted.
 QString readOrder(const VarnelLogic::OrderRequest &line, const FundAccount &fund, const Exchange &exchange,
                   Order &order)
 {
@@ -65,7 +65,7 @@ QString readOrder(const VarnelLogic::OrderRequest &line, const FundAccount &fund
     return {};
 }
 
-/// The orders of a list; the reasons for which it is refused as a whole are added to errors.
+/// The orders of a list. Reasons for refusing the whole list are added to errors.
 std::vector<Order> readOrders(const OrderRequestList &list, const Terminal &terminal,
                               QList<VarnelLogic::ResponseInfo> &errors)
 {
@@ -96,13 +96,13 @@ std::vector<Order> readOrders(const OrderRequestList &list, const Terminal &term
     return orders;
 }
 
-/// A number as a person writes it.
+/// The number without exponent and trailing zeros.
 QString plainText(double number)
 {
     return QString::number(number, 'f', QLocale::FloatingPointShortest);
 }
 
-/// What becomes of an order. Everything is a text.
+/// The answer for an order. All values are texts.
 QVariantMap responseOf(const Order &order)
 {
     using namespace Tessar_Fields;
@@ -139,10 +139,11 @@ QString VarnelTradeLogic::queryMaxTradableQty(const OrderRequestList &orders)
     Order order;
     if (!fund || !ledger || lines.size() != 1 || !readOrder(lines.first(), *fund, terminal.exchange(), order).isEmpty())
         return {};
-    return QString::number(tradableQty(*ledger, order, terminal.latestPrices()));
+    const PriceLimits limits = terminal.exchange().limits(order.instrument->symbol, Exchange::stepAt(terminal.now()));
+    return QString::number(tradableQty(*ledger, order, limits, terminal.latestPrices()));
 }
 
-// What the library fixes (the number and the flag) has no other meaning here: it is left unnamed.
+// The number and the flag are unnamed: the library always passes the same values.
 
 int VarnelTradeLogic::orders(const OrderRequestList &list, QVariant &response, int,
                              QList<VarnelLogic::ResponseInfo> &errors, bool)

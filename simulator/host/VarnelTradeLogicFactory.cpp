@@ -1,8 +1,8 @@
 #include "VarnelTradeLogicFactory.h"
 
 #include "Tessar_Fields.h"
-#include "terminal/Terminal.h"
 #include "host/TradeResponses.h"
+#include "terminal/Terminal.h"
 
 namespace {
 
@@ -19,7 +19,7 @@ VarnelTradeLogicFactory *VarnelTradeLogicFactory::GetInstance()
     return &factory;
 }
 
-// Whoever calls is served: the caller is left unnamed.
+// The caller is unnamed: every caller gets the same answer.
 
 int VarnelTradeLogicFactory::SendRequestSync(const Basic_Trade_REQ_Type &type, const QVariant &request, const QString &,
                                              QVariant &response)
@@ -27,7 +27,7 @@ int VarnelTradeLogicFactory::SendRequestSync(const Basic_Trade_REQ_Type &type, c
     using namespace Tessar_Fields;
     if (type != CancelOrdersTradeRequest)
         return kUnknownRequest;
-    const QVariantList entries = request.value<QVariantList>(); // reads both forms of a list
+    const QVariantList entries = request.value<QVariantList>(); // reads QVariantList and QList<QVariantMap>
     std::vector<TradingDesk::CancelRequest> cancels;
     cancels.reserve(size_t(entries.size()));
     for (const QVariant &entry : entries) {

@@ -11,9 +11,9 @@ namespace sim {
 
 namespace {
 
-Terminal *s_terminal = nullptr; // set before the first thread that asks starts, reset after the last has ended
+Terminal *s_terminal = nullptr; // set before any thread that reads it starts, reset after the last one ended
 
-/// How long a request or event is on its way, at normal speed.
+/// Delay of a request or event on the bus, at normal speed.
 constexpr double kLatencyMicroseconds = 20000;
 
 } // namespace
@@ -22,13 +22,14 @@ Terminal::Terminal(const Scenario &scenario, const Login &login, double speed)
     : m_login(login)
     , m_station(scenario.station)
     , m_clock(scenario.start, speed)
-    , m_exchange(listing(scenario.securities, scenario.generatedSecurities, scenario.seed, scenario.start.date()),
-                 scenario.seed, scenario.start.date(), m_clock)
+    , m_exchange(listing(scenario.securities, scenario.generatedSecurities, scenario.seed, scenario.start.date(),
+                         scenario.rules),
+                 scenario.seed, scenario.start.date(), m_clock, scenario.rules)
     , m_accounts(scenario.traders, scenario.fundAccounts)
     , m_bus(std::make_shared<MessageBus>(std::chrono::microseconds(qint64(kLatencyMicroseconds / speed))))
     , m_tradeEvents(*m_bus, m_accounts)
     , m_desk(m_accounts, scenario.start.toString(QStringLiteral("yyyyMMdd")), m_exchange, scenario.seed, scenario.start,
-             [this](const DeskEvents &events) { m_tradeEvents.tell(events); })
+             [this](const DeskEvents &events) { m_tradeEvents.announce(events); })
     , m_strategies(*m_bus, scenario)
 {
     Q_ASSERT(!s_terminal);
@@ -39,7 +40,7 @@ Terminal::Terminal(const Scenario &scenario, const Login &login, double speed)
         m_exchange, m_clock,
         [this](const QDateTime &time) {
             playMarket(time);
-            m_strategies.tellTime(time);
+            m_strategies.onTime(time);
         },
         QuoteTicks::emitTick);
 }
@@ -53,7 +54,7 @@ Terminal::~Terminal()
 
 void Terminal::playMarket(const QDateTime &time)
 {
-    m_tradeEvents.tellOrdersLoaded();
+    m_tradeEvents.announceOrdersLoaded();
     m_desk.advance(time);
 }
 

@@ -14,15 +14,16 @@
 
 namespace sim {
 
-/// The make-believe terminal: clock, market, trading desk, login and bus of one scenario. What the host's classes
-/// answer comes from here. Made and destroyed by main (or a test), one at a time; in between any thread may use it. The
-/// library's singletons outlive it: all they touch at their end is the bus, which they share.
+/// The simulated terminal: puts clock, market, trading desk, login and bus of one scenario together. The classes of the
+/// host answer from it.
+/// Made and destroyed by main or a test, one at a time; meanwhile any thread may use it. The library's singletons
+/// outlive it: in their destructors they use only the bus, which they share.
 class VARNEL_HOST_API Terminal {
 public:
     Terminal(const Scenario &scenario, const Login &login, double speed);
     ~Terminal();
 
-    /// The one that exists. Without one the process ends with a message.
+    /// The existing terminal. Without one the process aborts with a message.
     static Terminal &instance();
 
     const Login &login() const { return m_login; }
@@ -35,11 +36,11 @@ public:
     /// Exchange time.
     QDateTime now() const { return m_clock.now(); }
 
-    /// Plays what rests at the exchange up to that time. To be called at every change of the quotes; calls that come
-    /// late or are left out change nothing of what happens.
+    /// Plays the open orders up to that time. Called at every change of the quotes; late or missing calls do not change
+    /// the result.
     void playMarket(const QDateTime &time);
 
-    /// What everything listed trades at now.
+    /// The latest prices of all securities.
     Prices latestPrices() const;
 
     const std::shared_ptr<MessageBus> &bus() const { return m_bus; }
@@ -57,7 +58,7 @@ private:
     TradeEvents m_tradeEvents;
     TradingDesk m_desk;
     StrategyPlatform m_strategies;
-    std::unique_ptr<QuoteFeed> m_quoteFeed; ///< runs from the end of the construction
+    std::unique_ptr<QuoteFeed> m_quoteFeed; ///< last: its thread uses all of the above
 };
 
 } // namespace sim

@@ -66,7 +66,7 @@ const Mistake kMistakes[] = {
 
 } // namespace
 
-TEST_P(CommandLineMistake, IsOneLineAndStatusTwo)
+TEST_P(CommandLineMistake, GivesOneLineAndStatusTwo)
 {
     const Mistake &mistake = GetParam();
     const Outcome outcome = run(QString::fromUtf8(mistake.options).split(QLatin1Char(' ')));
@@ -78,7 +78,7 @@ TEST_P(CommandLineMistake, IsOneLineAndStatusTwo)
 INSTANTIATE_TEST_SUITE_P(All, CommandLineMistake, testing::ValuesIn(kMistakes),
                          [](const auto &info) { return std::string(info.param.name); });
 
-TEST(CommandLine, ABadScenarioIsOneLineAndStatusTwo)
+TEST(CommandLine, ABadScenarioGivesOneLineAndStatusTwo)
 {
     QTemporaryDir folder;
     QFile file(folder.filePath(QStringLiteral("bad.json")));
@@ -103,7 +103,7 @@ TEST(CommandLine, HelpAndVersionGoToStandardOutput)
     EXPECT_TRUE(version.out.startsWith(QStringLiteral("varnel-simulator ")));
 }
 
-TEST(CommandLine, APortInUseIsOneLineAndStatusOne)
+TEST(CommandLine, APortInUseGivesOneLineAndStatusOne)
 {
     QTcpServer taken;
     ASSERT_TRUE(taken.listen(QHostAddress::LocalHost, 0));
@@ -130,7 +130,7 @@ QByteArray readLine(QProcess &process)
 
 class CommandLineSignal : public testing::TestWithParam<int> {};
 
-TEST_P(CommandLineSignal, StopsItCleanly)
+TEST_P(CommandLineSignal, EndsTheSimulatorWithStatusZero)
 {
     QProcess simulator;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();

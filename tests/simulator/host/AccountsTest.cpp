@@ -23,13 +23,13 @@ protected:
 
 } // namespace
 
-TEST_F(AccountsTest, TheLoginIsTheOneThatTheTerminalWasMadeWith)
+TEST_F(AccountsTest, TheLoginIsTheOneOfTheTerminal)
 {
     EXPECT_EQ(scenario.logins[0].account, CBusinessDataBase::GetInstance()->GetLoginAccount());
     EXPECT_EQ(scenario.logins[0].token, QvCore::instance()->getCurrentToken());
 }
 
-TEST_F(AccountsTest, TradersAreIdentifiersWithNames)
+TEST_F(AccountsTest, TradersHaveIdentifiersAndNames)
 {
     EXPECT_EQ(scenario.traders, Host::GetOrganTraderList());
     EXPECT_FALSE(scenario.traders.isEmpty());
@@ -47,7 +47,7 @@ TEST_F(AccountsTest, FundAccountsAreListedByPropertyWithTheirFirstTradingAccount
     EXPECT_TRUE(ofProperty(99).isEmpty());
 }
 
-TEST_F(AccountsTest, AFundAccountLeadsToItsTradingAccountsInOrder)
+TEST_F(AccountsTest, TheTradingAccountsOfAFundAccountKeepTheirOrder)
 {
     const QList<tagUserAccountInfo> infos = Host::GetAccountInfoListFromFund(first.account, true);
     ASSERT_EQ(2, infos.size());
@@ -57,7 +57,7 @@ TEST_F(AccountsTest, AFundAccountLeadsToItsTradingAccountsInOrder)
     EXPECT_TRUE(Host::GetAccountInfoListFromFund(QStringLiteral("nobody"), true).isEmpty());
 }
 
-TEST_F(AccountsTest, ATradingAccountLeadsToItsFundAccount)
+TEST_F(AccountsTest, TheFundAccountOfATradingAccountIsFound)
 {
     const QString second = first.tradingAccounts[1];
     const QList<tagUserAccountInfo> infos = Host::GetAccountInfoListFromTrade(second, true);
@@ -67,7 +67,7 @@ TEST_F(AccountsTest, ATradingAccountLeadsToItsFundAccount)
     EXPECT_TRUE(Host::GetAccountInfoListFromTrade(first.account, true).isEmpty());
 }
 
-TEST_F(AccountsTest, DetailsNameBothAccounts)
+TEST_F(AccountsTest, DetailsContainBothAccounts)
 {
     const QString second = first.tradingAccounts[1];
     const QVariantMap details = CBusinessDataBase::GetInstance()->GetAccountDetailsByTradinngAccount(second);
@@ -83,7 +83,7 @@ TEST_F(AccountsTest, ClientOrderIdsDiffer)
     EXPECT_NE(one, data->getClientOrderID());
 }
 
-TEST_F(AccountsTest, TheStationIsTheMachineFollowedByTheInformation)
+TEST_F(AccountsTest, TheStationIsTheMachineAndTheInformation)
 {
     EXPECT_EQ(scenario.station, Host::GetVarnelOrderStation(QString()));
     EXPECT_EQ(scenario.station + QStringLiteral(";A;B"), Host::GetVarnelOrderStation(QStringLiteral("A;B")));

@@ -56,7 +56,7 @@ protected:
 
 } // namespace
 
-TEST_F(AssetsTest, AStockAccountIsItsCashAndWhatItHolds)
+TEST_F(AssetsTest, TheAssetsOfAStockAccountAreItsCashAndItsPositions)
 {
     for (const QString &account : firstAccounts(StockFund)) {
         const QVariantMap account_details = details(account);
@@ -78,7 +78,7 @@ TEST_F(AssetsTest, AStockAccountIsItsCashAndWhatItHolds)
     }
 }
 
-TEST_F(AssetsTest, AFuturesAccountsFiguresAreItsPositionsFigures)
+TEST_F(AssetsTest, TheFiguresOfAFuturesAccountAreTheSumsOfItsPositions)
 {
     QStringList flags;
     for (const QString &account : firstAccounts(FuturesFund)) {
@@ -98,7 +98,7 @@ TEST_F(AssetsTest, AFuturesAccountsFiguresAreItsPositionsFigures)
         }
         EXPECT_GE(number(figures, NormalFundEx::marketValue), 0);
         EXPECT_NEAR(sign * marketValue, number(figures, NormalFundEx::marketValue), 0.001);
-        // What a page makes of it: negated when the account is short.
+        // As the library reads it: negated when the account is short.
         EXPECT_NEAR(floating, sign * (number(figures, NormalFundEx::marketValue) - number(figures, Futures::OpenCost)),
                     0.001);
         EXPECT_NEAR(number(figures, AssetView::profitAndLoss),
@@ -113,7 +113,7 @@ TEST_F(AssetsTest, AFuturesAccountsFiguresAreItsPositionsFigures)
     EXPECT_EQ(QStringList({Tessar_Values::PositionFalg::shortPosition, QStringLiteral("Long")}), flags);
 }
 
-TEST_F(AssetsTest, PositionsAreOfListedSecuritiesAndOfTheAccount)
+TEST_F(AssetsTest, PositionsBelongToTheAccountAndToListedSecurities)
 {
     const QString account = firstAccounts(StockFund).first();
     const QList<QVariantMap> all = positions(account);
@@ -129,7 +129,7 @@ TEST_F(AssetsTest, PositionsAreOfListedSecuritiesAndOfTheAccount)
     EXPECT_TRUE(positions(account, QStringLiteral("nothing")).isEmpty());
 }
 
-TEST_F(AssetsTest, AccountsOtherThanTheFirstHoldNothing)
+TEST_F(AssetsTest, OnlyTheFirstTradingAccountHoldsPositions)
 {
     const QString second = scenario.fundAccounts.first().tradingAccounts[1];
     EXPECT_TRUE(positions(second).isEmpty());
@@ -137,7 +137,7 @@ TEST_F(AssetsTest, AccountsOtherThanTheFirstHoldNothing)
     EXPECT_EQ(0, number(parameters(second), Tessar_Fields::Security::tradeableCash));
 }
 
-TEST_F(AssetsTest, UnknownAccountsAndCurrenciesHaveNothing)
+TEST_F(AssetsTest, UnknownAccountsAndCurrenciesGiveEmptyAnswers)
 {
     const QString unknown = QStringLiteral("nobody");
     EXPECT_TRUE(details(unknown).isEmpty());

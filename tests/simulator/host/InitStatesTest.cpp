@@ -36,7 +36,7 @@ TEST(InitStates, ALoadThatFailedMayBeStartedAgain)
     EXPECT_TRUE(states().StartInit(kKey));
 }
 
-TEST(InitStates, WhatNobodyStartedCannotBeFinished)
+TEST(InitStates, ALoadThatWasNotStartedCannotBeFinished)
 {
     EXPECT_FALSE(states().FinishInit(kKey, true, true));
     EXPECT_FALSE(states().IsInited(kKey));
@@ -46,7 +46,7 @@ TEST(InitStates, WhatNobodyStartedCannotBeFinished)
     EXPECT_TRUE(states().IsInited(kKey));
 }
 
-TEST(InitStates, LoadsDoNotMindEachOther)
+TEST(InitStates, LoadsAreIndependent)
 {
     states().StartInit(kKey);
     states().FinishInit(kKey, true, true);
@@ -54,7 +54,7 @@ TEST(InitStates, LoadsDoNotMindEachOther)
     EXPECT_TRUE(states().StartInit(QStringLiteral("other")));
 }
 
-TEST(InitStates, OfManyThreadsOneStartsTheLoad)
+TEST(InitStates, OnlyOneThreadStartsTheLoad)
 {
     std::atomic<int> started{0};
     std::vector<std::thread> threads;

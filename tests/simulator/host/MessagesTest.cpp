@@ -17,7 +17,7 @@ QString idOf(const CPackMessageCommon &pack)
 
 } // namespace
 
-TEST(Messages, EveryPackerHasAnIdOfItsOwnAtOnce)
+TEST(Messages, EveryPackerHasAUniqueId)
 {
     CPackMessageCommon one;
     CPackMessageCommon two;
@@ -25,7 +25,7 @@ TEST(Messages, EveryPackerHasAnIdOfItsOwnAtOnce)
     EXPECT_NE(idOf(one), idOf(two));
 }
 
-TEST(Messages, WhatWasPackedIsUnpacked)
+TEST(Messages, PackedFieldsAreUnpacked)
 {
     CPackMessageCommon pack;
     pack.AddVaule(kKey, 10);
@@ -39,7 +39,7 @@ TEST(Messages, WhatWasPackedIsUnpacked)
     EXPECT_EQ(idOf(pack), row.value(Tessar_Fields::System::clientMsgID).toString());
 }
 
-TEST(Messages, OfAKeyAddedTwiceTheLastCounts)
+TEST(Messages, TheLastValueOfAKeyCounts)
 {
     CPackMessageCommon pack;
     pack.AddVaule(kKey, 1);
@@ -51,7 +51,7 @@ TEST(Messages, OfAKeyAddedTwiceTheLastCounts)
     EXPECT_FALSE(pack.GetValue(QStringLiteral("other")).isValid());
 }
 
-TEST(Messages, WhatIsNoMessageUnpacksToNothing)
+TEST(Messages, AnInvalidMessageUnpacksToNothing)
 {
     for (const QVariant &body : {QVariant(), QVariant(5), QVariant(QVariantList()), QVariant(QVariantList{7}),
                                  QVariant(QVariantList{QVariant(QVariantList{QVariant(QVariantList{kKey})})})}) {
@@ -61,7 +61,7 @@ TEST(Messages, WhatIsNoMessageUnpacksToNothing)
     }
 }
 
-TEST(Messages, EnvelopesKeepWhatTheyAreGiven)
+TEST(Messages, RequestsAndEventsKeepTheirValues)
 {
     CMessageCommon request;
     request.SetType(QStringLiteral("t"));

@@ -12,8 +12,8 @@
 using namespace sim;
 using namespace Tessar_Fields;
 
-// Everything here is seen through the host's interfaces and reckoned anew, in whole cents, from the rules that
-// docs/vocabulary.md tells.
+// Reads everything through the host's interfaces and computes it again, in whole cents, from the rules in
+// docs/vocabulary.md.
 
 namespace {
 
@@ -28,7 +28,7 @@ Cents cents(const QVariantMap &record, const QString &field)
 {
     EXPECT_TRUE(record.contains(field)) << qPrintable(field);
     const double yuan = record.value(field).toDouble();
-    EXPECT_EQ(double(cents(yuan)) / 100, yuan) << qPrintable(field); // never a part of a cent
+    EXPECT_EQ(double(cents(yuan)) / 100, yuan) << qPrintable(field); // whole cents
     return cents(yuan);
 }
 
@@ -66,7 +66,7 @@ Cents fee(const Instrument &instrument, bool buys, Cents amount)
 
 constexpr double kMargin = 0.12;
 
-/// What an account has at a moment, and what has happened in it since the beginning.
+/// The figures of an account.
 struct Account {
     bool isFutures = false;
     Cents cash = 0;
@@ -75,8 +75,8 @@ struct Account {
     Cents openCost = 0;
     Cents profitByDate = 0;
     Cents profitByTrade = 0;
-    QMap<QString, qint64> blocked; // held, but not to be closed; by symbol and direction
-    QSet<QString> held;            // all that is listed
+    QMap<QString, qint64> blocked; // quantity that cannot be closed now, by symbol and direction
+    QSet<QString> held;            // the listed positions
 };
 
 struct Flow {
@@ -150,7 +150,7 @@ protected:
         return seen;
     }
 
-    /// Reckons in the executions that are new.
+    /// Adds the new executions.
     void takeExecutions()
     {
         int total = 0;
@@ -178,20 +178,20 @@ protected:
         }
     }
 
-    /// What the account must have now, but for what its open orders have set aside.
+    /// The figures that the account must have now, without what its open orders have frozen.
     Account expected(const QString &account, const Account &now) const
     {
         const Account before = m_before[account];
         const Flow flow = m_flows[account];
         Account then;
-        // Costs and profits come apart as the average cost says; together they are what was paid.
+        // A sale splits what was paid into cost and profit; their sum is known.
         then.holdingCost = before.holdingCost + flow.netBought + now.profitByDate - before.profitByDate;
         then.openCost = before.openCost + flow.netBought + now.profitByTrade - before.profitByTrade;
         then.cash =
             before.cash - flow.fees + (before.isFutures ? now.profitByDate - before.profitByDate : -flow.netBought);
         const QMap<QString, qint64> bought = m_boughtToday[account];
         for (auto qty = bought.begin(); qty != bought.end(); ++qty) {
-            if (now.held.contains(qty.key())) // what is sold out is not listed
+            if (now.held.contains(qty.key())) // positions without quantity are not listed
                 then.blocked.insert(qty.key(), *qty);
         }
         return then;
@@ -208,7 +208,8 @@ protected:
             return;
         }
         const double limit = order.value(Security::price).toDouble();
-        const double worst = instrument.price * (1 + (instrument.limitRate > 0 ? instrument.limitRate : 0.2));
+        const double upperLimit = terminal.exchange().quote(instrument.symbol)->upperLimit;
+        const double worst = upperLimit > 0 ? upperLimit : instrument.price * 1.2;
         const Cents amount = cents((limit > 0 ? limit : worst) * double(open) * instrument.multiplier);
         account.frozen += (instrument.kind == SecurityKind::Future ? part(amount, kMargin) : amount) +
                           fee(instrument, isBuying(order), amount);

@@ -29,7 +29,7 @@ inline VarnelLogic::OrderRequest line(const QString &symbol, const char *side, q
 
 struct Outcome {
     int result = 1;
-    QList<QVariantMap> responses; ///< of the orders, when they were taken
+    QList<QVariantMap> responses; ///< of the orders, when the list was accepted
     QStringList errors;
 
     QString id(int order = 0) const

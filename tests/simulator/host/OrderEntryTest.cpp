@@ -15,7 +15,7 @@ namespace {
 
 const QString kShare = QStringLiteral("609801.SH");
 const QString kFuture = QStringLiteral("YL2503.CF");
-const QString kLow = QStringLiteral("17.00"); // far below what the share trades at
+const QString kLow = QStringLiteral("17.00"); // far below the price of the share
 
 class OrderEntryTest : public StandingTerminalTest {
 protected:
@@ -49,7 +49,7 @@ protected:
 
 } // namespace
 
-TEST_F(OrderEntryTest, AnAcceptedOrderStandsInTheBooksAsItWasWritten)
+TEST_F(OrderEntryTest, AnAcceptedOrderIsInTheBooksAsEntered)
 {
     const VarnelLogic::OrderRequest line = entry::line(kShare, "Buy", 300, QStringLiteral("17.50"));
     const entry::Outcome outcome = place(line);
@@ -84,7 +84,7 @@ TEST_F(OrderEntryTest, AnAcceptedOrderStandsInTheBooksAsItWasWritten)
     EXPECT_EQ(before + 1, numberOfOrders());
 }
 
-TEST_F(OrderEntryTest, WhatConcernsOneOrderIsItsOwnAnswerAndItStandsInTheBooksAsRejected)
+TEST_F(OrderEntryTest, AnInvalidOrderIsRejectedAndIsInTheBooks)
 {
     const QList<QPair<VarnelLogic::OrderRequest, QString>> orders{
         {entry::line(kShare, "Buy", 150, kLow), QStringLiteral("委托数量不符合交易单位")},
@@ -108,7 +108,7 @@ TEST_F(OrderEntryTest, WhatConcernsOneOrderIsItsOwnAnswerAndItStandsInTheBooksAs
     EXPECT_EQ(before + orders.size(), numberOfOrders());
 }
 
-TEST_F(OrderEntryTest, ALineThatMakesNoSenseRefusesTheRequestAndNothingIsEntered)
+TEST_F(OrderEntryTest, AnInvalidLineRefusesTheWholeRequest)
 {
     const QList<QPair<VarnelLogic::OrderRequest, QString>> lines{
         {entry::line(QStringLiteral("609801"), "Buy", 100, kLow), QStringLiteral("证券代码不存在")},
@@ -131,7 +131,7 @@ TEST_F(OrderEntryTest, ALineThatMakesNoSenseRefusesTheRequestAndNothingIsEntered
     EXPECT_EQ(before, numberOfOrders());
 }
 
-TEST_F(OrderEntryTest, NoPriceIsSoHighThatTheAccountCanAffordIt)
+TEST_F(OrderEntryTest, AHugePriceDoesNotOverflowTheMoneyCheck)
 {
     const QVector<Instrument> &listed = terminal.exchange().instruments();
     const auto unlimited = std::find_if(listed.begin(), listed.end(), [](const Instrument &instrument) {
@@ -162,7 +162,7 @@ TEST_F(OrderEntryTest, UnknownAccountsAndEmptyListsAreRefused)
     EXPECT_EQ(before, numberOfOrders());
 }
 
-TEST_F(OrderEntryTest, OfAListEveryWrongLineIsNamedAndTheGoodOnesAreNotEnteredEither)
+TEST_F(OrderEntryTest, EveryInvalidLineOfAListIsReportedAndNoOrderIsEntered)
 {
     const entry::Outcome outcome = entry::place(account, {entry::line(kShare, "Buy", 100, kLow),
                                                           entry::line(QStringLiteral("?"), "Buy", 100, kLow),
@@ -204,7 +204,7 @@ TEST_F(OrderEntryTest, AListOfThousandsIsEntered)
     EXPECT_EQ(before + 10500, numberOfOrders());
 }
 
-TEST_F(OrderEntryTest, FuturesAreOpenedAndAfterHoursOrdersRest)
+TEST_F(OrderEntryTest, FuturesAreOpenedAndAfterHoursOrdersStayOpen)
 {
     EXPECT_EQ(QStringLiteral("0"),
               entry::place(futuresAccount, {entry::line(kFuture, "SellOpen", 1, QString(), "Market")}).status());
@@ -212,7 +212,7 @@ TEST_F(OrderEntryTest, FuturesAreOpenedAndAfterHoursOrdersRest)
     EXPECT_EQ(QStringLiteral("Reported"), newest().value(Security::orderStatus).toString());
 }
 
-TEST_F(OrderEntryTest, ACancelIsDoneWhenItIsAnswered)
+TEST_F(OrderEntryTest, ACancelIsCompleteWhenItIsAnswered)
 {
     const QString id = place(entry::line(kShare, "Buy", 300, kLow)).id();
     const entry::Outcome outcome = entry::cancel(QStringList{id});
@@ -232,7 +232,7 @@ TEST_F(OrderEntryTest, EachCancelIsAnsweredInItsPlace)
     foreign[UserAccount::tradingAccount] = futuresAccount;
     QVariantMap nobodys = entry::cancelLine(open);
     nobodys.remove(UserAccount::tradingAccount);
-    // The other form of a list
+    // The same as a QVariantList
     const entry::Outcome outcome = entry::cancel(
         QVariantList{foreign, nobodys, entry::cancelLine(QStringLiteral("nothing")), entry::cancelLine(open),
                      entry::cancelLine(open), entry::cancelLine(refused), QVariant()});
@@ -249,7 +249,7 @@ TEST_F(OrderEntryTest, EachCancelIsAnsweredInItsPlace)
     }
 }
 
-TEST_F(OrderEntryTest, NothingToCancelIsAnsweredWithNothingAndOtherRequestsAreUnknown)
+TEST_F(OrderEntryTest, AnEmptyCancelHasAnEmptyAnswerAndOtherRequestsAreUnknown)
 {
     EXPECT_TRUE(entry::cancel(QStringList()).responses.isEmpty());
     QVariant response;

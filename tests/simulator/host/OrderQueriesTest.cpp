@@ -52,7 +52,7 @@ protected:
 
 } // namespace
 
-TEST_F(OrderQueriesTest, WithoutConditionsEverythingComesNewestFirst)
+TEST_F(OrderQueriesTest, WithoutConditionsAllRecordsComeNewestFirst)
 {
     const Page all = orders();
     ASSERT_EQ(400, all.total);
@@ -99,7 +99,7 @@ TEST_F(OrderQueriesTest, EachConditionSelectsByItsField)
     }
 }
 
-TEST_F(OrderQueriesTest, ValuesAreAlternativesAndConditionsAllApply)
+TEST_F(OrderQueriesTest, OneOfTheValuesOfEveryConditionMustMatch)
 {
     const QString status = orderStatusCodes().code(OrderStatus::Filled);
     const QString other = orderStatusCodes().code(OrderStatus::Cancelled);
@@ -113,14 +113,14 @@ TEST_F(OrderQueriesTest, ValuesAreAlternativesAndConditionsAllApply)
     EXPECT_GT(found.total, 0);
 }
 
-TEST_F(OrderQueriesTest, NothingHasAnUnknownValueOrAnUnknownField)
+TEST_F(OrderQueriesTest, UnknownValuesAndUnknownFieldsMatchNothing)
 {
     EXPECT_EQ(0, orders({{Security::symbol, QStringList{QStringLiteral("nothing")}}}).total);
     EXPECT_EQ(0, orders({{QStringLiteral("noField"), QStringList{QString()}}}).total);
     EXPECT_EQ(0, executions({{QStringLiteral("noField"), QStringList{QString()}}}).total);
 }
 
-TEST_F(OrderQueriesTest, APageIsCountedInRowsAndTheTotalIsWithoutIt)
+TEST_F(OrderQueriesTest, APageIsGivenInRowsAndTheTotalCountsAllMatches)
 {
     const QList<QVariantMap> all = orders().records;
     const Page page = orders({}, 30, 20);
@@ -135,7 +135,7 @@ TEST_F(OrderQueriesTest, APageIsCountedInRowsAndTheTotalIsWithoutIt)
     EXPECT_EQ(executions().records.mid(3, 4), executions({}, 3, 4).records);
 }
 
-TEST_F(OrderQueriesTest, ARecordHoldsWhatTheOrderIs)
+TEST_F(OrderQueriesTest, ARecordHasTheFieldsOfTheOrder)
 {
     const QVariantMap record = orders().records[400 - 1 - 100];
     EXPECT_EQ(some.id, record.value(Security::orderID).toString());
@@ -148,7 +148,7 @@ TEST_F(OrderQueriesTest, ARecordHoldsWhatTheOrderIs)
     EXPECT_FALSE(record.contains(Security::execID));
 }
 
-TEST_F(OrderQueriesTest, AnExecutionsRecordHoldsItsOrderToo)
+TEST_F(OrderQueriesTest, ARecordOfAnExecutionHasTheFieldsOfItsOrder)
 {
     const Execution &first = allExecutions.front();
     const Order &order = allOrders[first.order];

@@ -45,7 +45,7 @@ protected:
 
 } // namespace
 
-TEST_F(PermissionsTest, AQueryGivesTheAccountsThatHoldTheSupportType)
+TEST_F(PermissionsTest, AQueryReturnsTheAccountsWithTheSupportType)
 {
     const QList<QVariantMap> records = query(login, Algo_Values::SupprotType::KFZ_SNB);
     EXPECT_EQ(QString(), error);
@@ -57,7 +57,7 @@ TEST_F(PermissionsTest, AQueryGivesTheAccountsThatHoldTheSupportType)
     EXPECT_EQ(QStringList(QStringLiteral("880010002")), accountsOf(query(login, QStringLiteral("TWAP"))));
 }
 
-TEST_F(PermissionsTest, WhatNobodyHoldsAndWhoNobodyKnowsGetNothing)
+TEST_F(PermissionsTest, UnknownTypesAndUsersGiveNoAccounts)
 {
     EXPECT_TRUE(query(login, QStringLiteral("KFZ")).isEmpty());
     EXPECT_TRUE(query(login, QString()).isEmpty());
@@ -65,7 +65,7 @@ TEST_F(PermissionsTest, WhatNobodyHoldsAndWhoNobodyKnowsGetNothing)
     EXPECT_EQ(QString(), error);
 }
 
-TEST_F(PermissionsTest, AnyThreadMayAskAndTheBusThreadToo)
+TEST_F(PermissionsTest, AnyThreadMayQueryAlsoTheBusThread)
 {
     auto other = std::async(std::launch::async, [this] {
         QString theirs;
@@ -99,14 +99,14 @@ TEST_F(PermissionsTest, OtherQueriesAreRefusedWithAReason)
     }
 }
 
-TEST_F(PermissionsTest, AServerThatIsGoneIsAnError)
+TEST_F(PermissionsTest, AStoppedBusIsAnError)
 {
     terminal.bus()->stop();
     EXPECT_TRUE(query(login, Algo_Values::SupprotType::KFZ_SNB).isEmpty());
     EXPECT_EQ(QStringLiteral("服务器没有应答"), error);
 }
 
-TEST(Menus, TheLogTellsWhichMenuAPageAskedFor)
+TEST(Menus, TheLogContainsTheRequestedMenu)
 {
     qInstallMessageHandler(remember);
     BaseBusinessDataInterface::OpenMenuTabByMenuID(QStringLiteral("1210"));

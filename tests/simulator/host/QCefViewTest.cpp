@@ -35,11 +35,11 @@ protected:
 
 } // namespace
 
-TEST_F(QCefViewTest, EventsReachThePageLaterAndInOrder)
+TEST_F(QCefViewTest, EventsReachThePageAfterTheBroadcastAndInOrder)
 {
     for (int i = 0; i < 3; ++i)
         EXPECT_TRUE(view->broadcastEvent(event(i)));
-    EXPECT_TRUE(seen.isEmpty()); // never from inside the broadcast
+    EXPECT_TRUE(seen.isEmpty()); // never during the broadcast
     QCoreApplication::processEvents();
     EXPECT_EQ(QVector<int>({0, 1, 2}), seen);
 }
@@ -64,23 +64,23 @@ TEST_F(QCefViewTest, AnyThreadMayBroadcast)
     EXPECT_EQ(kEach, theirs.size());
 }
 
-TEST_F(QCefViewTest, WhatACallBroadcastsReachesThePageAtItsEnd)
+TEST_F(QCefViewTest, EventsOfACallReachThePageAtTheEndOfTheCall)
 {
     view->broadcastEvent(event(0));
     {
         const QCefViewAccess::Call underWay(*view);
         view->broadcastEvent(event(1));
         std::thread([&] { view->broadcastEvent(event(2)); }).join();
-        EXPECT_TRUE(seen.isEmpty()); // never from inside the broadcast
+        EXPECT_TRUE(seen.isEmpty()); // never during the broadcast
     }
     EXPECT_EQ(QVector<int>({0, 1, 2}), seen);
-    view->broadcastEvent(event(3)); // later again
+    view->broadcastEvent(event(3)); // after the call, queued again
     EXPECT_EQ(3, seen.size());
     QCoreApplication::processEvents();
     EXPECT_EQ(QVector<int>({0, 1, 2, 3}), seen);
 }
 
-TEST_F(QCefViewTest, WhatIsUnderWayToADeadViewIsDropped)
+TEST_F(QCefViewTest, QueuedEventsOfADeletedViewAreDropped)
 {
     view->broadcastEvent(event(1));
     view.reset();
@@ -88,7 +88,7 @@ TEST_F(QCefViewTest, WhatIsUnderWayToADeadViewIsDropped)
     EXPECT_TRUE(seen.isEmpty());
 }
 
-TEST_F(QCefViewTest, AViewWithoutAPageTakesEventsToo)
+TEST_F(QCefViewTest, AViewWithoutAPageAcceptsEvents)
 {
     VarnelCefView bare;
     EXPECT_TRUE(bare.broadcastEvent(event(1)));

@@ -48,7 +48,7 @@ protected:
                 {QStringLiteral("orderAmount"), 22591350.0}};
     }
 
-    /// One cell of an order: display text and value.
+    /// Display text and value of one cell of an order.
     static QPair<QString, QVariant> cell(const QVariantMap &record, const char *column,
                                          ShowType showType = PlainShowType)
     {
@@ -71,7 +71,7 @@ using Cell = QPair<QString, QVariant>;
 
 } // namespace
 
-TEST_F(ReportsTest, EveryColumnOfEveryOrderAndExecutionIsFilled)
+TEST_F(ReportsTest, EveryColumnOfEveryOrderAndExecutionHasACell)
 {
     int total = 0;
     for (const QVariantMap &record :
@@ -100,7 +100,7 @@ TEST_F(ReportsTest, CodesAreShownAsWords)
     EXPECT_EQ(Cell(QStringLiteral("09:41:07"), QStringLiteral("20250303094107")), cell(order(), "entrust_time"));
 }
 
-TEST_F(ReportsTest, UnknownCodesAreShownAsTheyAre)
+TEST_F(ReportsTest, UnknownCodesAreShownUnchanged)
 {
     QVariantMap record = order();
     record.insert(Tessar_Fields::Security::side, QStringLiteral("Lend"));
@@ -131,7 +131,7 @@ TEST_F(ReportsTest, PricesHaveTheDecimalsOfTheirSecurity)
     EXPECT_EQ(QStringLiteral("市价"), cell(record, "price").first);
 }
 
-TEST_F(ReportsTest, WhatARecordLacksIsLeftOut)
+TEST_F(ReportsTest, ColumnsWithoutAFieldAreLeftOut)
 {
     LineData line;
     VarnelEntrustReportGen::fillLineData({}, line, kOrderColumns, PlainShowType, false);
@@ -145,7 +145,7 @@ TEST_F(ReportsTest, WhatARecordLacksIsLeftOut)
     EXPECT_EQ(QList<int>{1}, line.keys());
 }
 
-TEST_F(ReportsTest, APositionIsValuatedAtTheQuote)
+TEST_F(ReportsTest, APositionIsValuedAtTheQuote)
 {
     for (const FundAccount &fund : terminal.accounts().fundAccounts(AllFunds)) {
         const QVariantMap details =
@@ -170,7 +170,7 @@ TEST_F(ReportsTest, APositionIsValuatedAtTheQuote)
             EXPECT_NEAR(number("profit") / qAbs(number("cost")), number("profit_rate"), 1e-5);
             EXPECT_NEAR(number("last_price") / quote.value(QuoteFields::previousClose).toDouble() - 1,
                         number("rise_down_rate"), 1e-5);
-            // The cost price is kept to four decimals, the cost to two.
+            // The cost price has four decimals, the cost two.
             EXPECT_NEAR(number("cost"), number("cost_price") * number("current_qty") * multiplier,
                         qAbs(number("current_qty")) * multiplier * 0.0001 + 0.01);
             EXPECT_EQ(number("cost"), number("cost_cny"));

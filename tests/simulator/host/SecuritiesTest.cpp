@@ -31,7 +31,7 @@ class SecuritiesTest : public TerminalTest {
 protected:
     const QVector<Instrument> &all() const { return terminal.exchange().instruments(); }
 
-    /// Checks that exactly the securities that fit are listed, in order, and that there are some but not all.
+    /// Expects exactly the matching securities, in order; there must be some, but not all.
     template <typename Fits>
     void expectListed(const QList<SymbolListType> &types, Fits fits)
     {
@@ -66,13 +66,13 @@ TEST_F(SecuritiesTest, AboutThreeHundredAreListed)
     EXPECT_GE(all().size(), 300);
 }
 
-TEST_F(SecuritiesTest, NoClassesAskForAll)
+TEST_F(SecuritiesTest, NoClassesSelectAll)
 {
     EXPECT_EQ(all().size(), VarnelBusiUtils::GetInputSymbolList({}).size());
     EXPECT_EQ(all().size(), VarnelBusiUtils::GetInputSymbolList({SymbolListType()}).size());
 }
 
-TEST_F(SecuritiesTest, AClassAsksForTypeSubTypesAndBoards)
+TEST_F(SecuritiesTest, AClassSelectsByTypeSubTypesAndBoards)
 {
     expectListed({type(kShareType)}, [](const Instrument &each) { return each.kind == SecurityKind::Share; });
     expectListed(
@@ -92,7 +92,7 @@ TEST_F(SecuritiesTest, SeveralClassesTogetherListEachSecurityOnce)
         [](const Instrument &each) { return each.kind == SecurityKind::Share || each.kind == SecurityKind::Bond; });
 }
 
-TEST_F(SecuritiesTest, WhatNoSecurityHasListsNothing)
+TEST_F(SecuritiesTest, UnknownClassesSelectNothing)
 {
     EXPECT_TRUE(VarnelBusiUtils::GetInputSymbolList({type(QStringLiteral("share"))}).isEmpty());
     EXPECT_TRUE(VarnelBusiUtils::GetInputSymbolList({type(kShareType, {QString()})}).isEmpty());
@@ -105,7 +105,7 @@ TEST_F(SecuritiesTest, ANameMayContainTheSeparator)
     EXPECT_EQ(1, VarnelBusiUtils::GetInputSymbolList({}).filter(kFund).size());
 }
 
-TEST_F(SecuritiesTest, DetailsNameTheSecurity)
+TEST_F(SecuritiesTest, DetailsDescribeTheSecurity)
 {
     const QVariantMap details = Host::GetSecurityDetailsBySymbol(kBond);
     EXPECT_EQ(QVariant(kBond), details.value(Tessar_Fields::Security::symbol));
@@ -119,7 +119,7 @@ TEST_F(SecuritiesTest, DetailsNameTheSecurity)
     EXPECT_EQ(kBond, Host::GetSymbolBySecurityIDAndExchange(QStringLiteral("119831"), QStringLiteral("SH")));
 }
 
-TEST_F(SecuritiesTest, OnlyWhatHasALimitIsMarkedSo)
+TEST_F(SecuritiesTest, OnlySecuritiesWithAPriceLimitAreMarked)
 {
     for (const Instrument &instrument : all()) {
         EXPECT_EQ(QVariant(instrument.limitRate > 0),
@@ -149,7 +149,7 @@ TEST_F(SecuritiesTest, TradingRulesAreThoseOfTheSubType)
     EXPECT_EQ(1, CommonQuotaHandler::instance()->GetQtyUnit(kMain));
 }
 
-TEST_F(SecuritiesTest, TheDocumentedRulesAreTheOnesThatHold)
+TEST_F(SecuritiesTest, TheRulesAreTheDocumentedOnes)
 {
     QFile page(QStringLiteral(DOCS_FOLDER "/vocabulary.md"));
     ASSERT_TRUE(page.open(QIODevice::ReadOnly));
@@ -174,7 +174,7 @@ TEST_F(SecuritiesTest, TheDocumentedRulesAreTheOnesThatHold)
     EXPECT_EQ(8, subTypes.size());
 }
 
-TEST_F(SecuritiesTest, TheUnknownGivesEmptyAnswers)
+TEST_F(SecuritiesTest, UnknownSymbolsGiveEmptyAnswers)
 {
     EXPECT_TRUE(Host::GetSecurityDetailsBySymbol(kUnknown).isEmpty());
     EXPECT_EQ(QString(), Host::GetSymbolBySecurityIDAndExchange(QStringLiteral("609801"), QStringLiteral("SZ")));
@@ -190,7 +190,7 @@ TEST_F(SecuritiesTest, TheUnknownGivesEmptyAnswers)
     EXPECT_TRUE(snapshot(kUnknown).isEmpty());
 }
 
-TEST_F(SecuritiesTest, BondsHaveInterestAndNothingElseHas)
+TEST_F(SecuritiesTest, OnlyBondsHaveInterest)
 {
     for (const Instrument &instrument : all()) {
         stuBaseInfo info;

@@ -11,7 +11,7 @@ const QString kMain = QStringLiteral("609801.SH");
 
 class TradableQtyQueryTest : public StandingTerminalTest {
 protected:
-    /// What the library asks for a page: the quantity is 0, the last text the exchange.
+    /// Queries as the library does: with quantity 0, and the exchange as the last text.
     QString most(const QString &symbol, const char *side, const char *priceType, const QString &price,
                  const QString &exchange = QString())
     {
@@ -41,7 +41,7 @@ protected:
 
 } // namespace
 
-TEST_F(TradableQtyQueryTest, BuyingDependsOnThePriceAndComesInWholeLots)
+TEST_F(TradableQtyQueryTest, BuyingDependsOnThePriceAndGivesWholeLots)
 {
     const qint64 atPrice = buying(QStringLiteral("18.36")).toLongLong();
     EXPECT_GT(atPrice, 0);
@@ -51,7 +51,7 @@ TEST_F(TradableQtyQueryTest, BuyingDependsOnThePriceAndComesInWholeLots)
     EXPECT_EQ(QStringLiteral("0"), buying(QStringLiteral("99")));
 }
 
-TEST_F(TradableQtyQueryTest, SellingIsWhatTheAccountMayClose)
+TEST_F(TradableQtyQueryTest, SellingIsLimitedByThePosition)
 {
     const Position position = closable();
     const QString qty = most(position.instrument->symbol, "Sell", "Market", QString());
@@ -71,14 +71,14 @@ TEST_F(TradableQtyQueryTest, FuturesAreOpened)
     EXPECT_EQ(QString(), most(future, "Buy", "Market", QString()));
 }
 
-TEST_F(TradableQtyQueryTest, TheExchangeMustBeThatOfTheSecurityIfItIsNamed)
+TEST_F(TradableQtyQueryTest, AnExchangeMustBeTheOneOfTheSecurity)
 {
     EXPECT_EQ(buying(QStringLiteral("18.36")),
               most(kMain, "Buy", "Limit", QStringLiteral("18.36"), QStringLiteral("SH")));
     EXPECT_EQ(QString(), most(kMain, "Buy", "Limit", QStringLiteral("18.36"), QStringLiteral("SZ")));
 }
 
-TEST_F(TradableQtyQueryTest, WhatMakesNoSenseHasNoAnswer)
+TEST_F(TradableQtyQueryTest, AnInvalidQueryHasAnEmptyAnswer)
 {
     EXPECT_EQ(QString(), most(QStringLiteral("609801"), "Buy", "Limit", QStringLiteral("18.36")));
     EXPECT_EQ(QString(), most(kMain, "buy", "Limit", QStringLiteral("18.36")));
@@ -90,7 +90,7 @@ TEST_F(TradableQtyQueryTest, WhatMakesNoSenseHasNoAnswer)
     EXPECT_EQ(QString(), buying(QStringLiteral("18.36")));
 }
 
-TEST_F(TradableQtyQueryTest, OneLineIsAsked)
+TEST_F(TradableQtyQueryTest, AQueryHasExactlyOneLine)
 {
     OrderRequestList orders(account, QString());
     EXPECT_EQ(QString(), VarnelTradeLogic::instance()->queryMaxTradableQty(orders));
