@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Terminal.h"
+#include "terminal/Terminal.h"
 
 #include <QString>
 #include <QVariant>

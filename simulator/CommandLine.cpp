@@ -22,7 +22,7 @@ const QString kAllowOrigin = QStringLiteral("allow-origin");
 const QString kHelp = QStringLiteral("help");
 const QString kVersion = QStringLiteral("version");
 
-/// Whether the text has the form in which browsers send an origin.
+/// Whether the text looks like an origin as browsers send it.
 bool isOrigin(const QString &text)
 {
     static const QRegularExpression form(QStringLiteral("^[a-z][a-z0-9+.-]*://[^/?#\\s@]+\\z"));
@@ -36,16 +36,16 @@ void addOptions(QCommandLineParser &parser)
     parser.addOptions({
         {kPort, QStringLiteral("Listen on this port of the loopback address; 0 for any free one (default 8900)."),
          QStringLiteral("N")},
-        {kScenario, QStringLiteral("Play the world of this file instead of the one that is built in."),
+        {kScenario, QStringLiteral("Play the scenario of this file instead of the built-in one."),
          QStringLiteral("FILE")},
-        {kSeed, QStringLiteral("Seed of the market instead of the scenario's own."), QStringLiteral("N")},
-        {kSpeed, QStringLiteral("Let time run this many times as fast, 0.01 to 1000 (default 1)."),
+        {kSeed, QStringLiteral("Use this seed for the market instead of the scenario's."), QStringLiteral("N")},
+        {kSpeed, QStringLiteral("Run time this many times as fast as real time, 0.01 to 1000 (default 1)."),
          QStringLiteral("X")},
         {kLogin, QStringLiteral("Log in with this account of the scenario (default: its first)."),
          QStringLiteral("ACCOUNT")},
-        {kRoot, QStringLiteral("Serve the files of this folder."), QStringLiteral("DIR")},
+        {kRoot, QStringLiteral("Serve the files of this folder over HTTP."), QStringLiteral("DIR")},
         {kAllowOrigin,
-         QStringLiteral("Also let pages of this origin connect, such as http://localhost:5173. May be repeated."),
+         QStringLiteral("Also accept pages of this origin, such as http://localhost:5173. May be repeated."),
          QStringLiteral("ORIGIN")},
         {{QStringLiteral("h"), kHelp}, QStringLiteral("Show this help.")},
         {{QStringLiteral("v"), kVersion}, QStringLiteral("Show the version.")},

@@ -8,7 +8,7 @@ class QCommandLineParser;
 
 namespace sim {
 
-/// What the command line asks for, checked and with the scenario read.
+/// The options of the command line, checked, and the scenario.
 struct CommandLine {
     enum Outcome { Run, ShowText, Refuse };
 
@@ -18,7 +18,7 @@ struct CommandLine {
     QStringList allowedOrigins;
     Scenario scenario;
     Login login;
-    QString text; ///< help or version to show, or the one line that tells what is wrong
+    QString text; ///< the help, the version, or one line about a mistake
 
     Outcome parse(const QStringList &arguments);
 

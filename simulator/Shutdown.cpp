@@ -2,6 +2,8 @@
 
 #include <QCoreApplication>
 
+#include <atomic>
+
 #ifdef Q_OS_WIN
 #    include <windows.h>
 #else
@@ -14,12 +16,23 @@
 
 namespace sim {
 
+namespace {
+
+constexpr int kKilledBySignal = 128; // what shells add to a signal's number
+
+std::atomic<bool> s_asked{false}; // to end
+
+} // namespace
+
 #ifdef Q_OS_WIN
 
 namespace {
 
 BOOL WINAPI onConsoleEvent(DWORD)
 {
+    constexpr int kInterrupt = 2; // the number of SIGINT, which Windows has no signal for
+    if (s_asked.exchange(true))
+        TerminateProcess(GetCurrentProcess(), kKilledBySignal + kInterrupt);
     // The system calls this on a thread of its own.
     QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
     return TRUE;
@@ -36,12 +49,16 @@ void quitOnSignals()
 
 namespace {
 
+static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler must not wait for a lock");
+
 int s_pipe[2]; // a signal handler may do little more than write to a pipe
 
-void onSignal(int)
+void onSignal(int number)
 {
+    if (s_asked.exchange(true))
+        _exit(kKilledBySignal + number);
     const char byte = 0;
-    const ssize_t ignored = write(s_pipe[1], &byte, 1); // a full pipe has woken us already
+    const ssize_t ignored = write(s_pipe[1], &byte, 1); // cannot fail: the pipe is empty
     Q_UNUSED(ignored)
 }
 

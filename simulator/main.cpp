@@ -1,7 +1,7 @@
 #include "CommandLine.h"
 #include "Shutdown.h"
 #include "gateway/Gateway.h"
-#include "platform/Terminal.h"
+#include "terminal/Terminal.h"
 
 #include <QApplication>
 #include <QLoggingCategory>
@@ -19,7 +19,7 @@ void print(FILE *stream, const QString &text)
     std::fflush(stream);
 }
 
-/// Nothing is ever shown, so that a machine without a display will do.
+/// Nothing is shown on the screen, so the simulator also runs without a display.
 void chooseDisplay()
 {
     const auto missing = [](const char *name) { return qEnvironmentVariableIsEmpty(name); };
@@ -33,7 +33,7 @@ int main(int argc, char *argv[])
 {
     chooseDisplay();
     qSetMessagePattern(QStringLiteral("%{time hh:mm:ss.zzz} %{type} %{category}: %{message}"));
-    // Outside a login session Qt would warn of a runtime folder that nothing here uses.
+    // Outside a login session Qt would warn about a missing runtime folder, which nothing here uses.
     QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false"));
     QApplication application(argc, argv);
     QLoggingCategory::setFilterRules(QStringLiteral("varnel.*.debug=false")); // QT_LOGGING_RULES overrides this

@@ -8,7 +8,7 @@
 
 namespace sim {
 
-/// Someone who may log in to the terminal: a trader of the organisation, with the token of that login.
+/// A trader who may log in to the terminal, and the token of the login.
 struct Login {
     QString account;
     QString token;
@@ -21,7 +21,7 @@ enum FundProperty {
     FuturesFund = 2,
 };
 
-/// One fund account and the exchange accounts below it, the first being the one that is used by default.
+/// One fund account and its trading accounts. The first one is the default.
 struct FundAccount {
     QString account;
     QString name;
@@ -29,9 +29,9 @@ struct FundAccount {
     QStringList tradingAccounts; ///< never empty
 };
 
-/// Who trades, and with which accounts.
-/// Made once for a scenario; constant after construction, so that any thread may read it at any time and keep what it
-/// points to. Numbers of accounts are unique: that is checked when the scenario is read.
+/// The traders and the accounts of a scenario.
+/// Made once for a scenario. Constant after construction, so that any thread may read it and keep pointers into it.
+/// Account numbers are unique: the reader of the scenario checks that.
 class Accounts {
 public:
     Accounts(const QMap<QString, QString> &traders, const QVector<FundAccount> &fundAccounts);

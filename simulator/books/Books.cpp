@@ -1,6 +1,6 @@
 #include "books/Books.h"
 
-#include "exchange/Instrument.h"
+#include "exchange/MarketRules.h"
 
 namespace sim {
 
@@ -40,12 +40,13 @@ Ledger *Books::ledgerToOpen(const QString &tradingAccount)
     return found == m_ledgers.end() ? nullptr : &*found;
 }
 
-int Books::enter(Order order, Money available)
+int Books::enter(Order order, Money available, const PriceLimits &limits)
 {
     const int number = int(m_orders.size());
     order.id = numbered(QStringLiteral("O") + m_orderIdPrefix, number + 1);
     order.changed = order.entered;
-    order.remark = violatedRule(order);
+    order.highestPrice = limits.highest;
+    order.remark = violatedRule(order, limits);
     if (order.remark.isEmpty())
         order.remark = ledgerOf(order).shortage(order, available);
     if (order.remark.isEmpty()) {
@@ -60,19 +61,19 @@ int Books::enter(Order order, Money available)
     return number;
 }
 
-void Books::deal(int order, const QDateTime &time, double price, qint64 qty)
+void Books::fill(int order, const QDateTime &time, double price, qint64 qty)
 {
-    Order &dealt = m_orders[size_t(order)];
-    Q_ASSERT(qty > 0 && qty <= dealt.leaveQty());
-    Ledger &ledger = ledgerOf(dealt);
-    ledger.release(dealt);
-    const Money fee = ledger.deal(dealt, price, qty);
-    const Money amount = dealt.amount(price, qty);
-    dealt.dealtQty += qty;
-    dealt.dealtAmount += amount;
-    dealt.status = dealt.dealtQty == dealt.qty ? OrderStatus::Filled : OrderStatus::PartlyFilled;
-    dealt.changed = time;
-    ledger.reserve(dealt);
+    Order &filled = m_orders[size_t(order)];
+    Q_ASSERT(qty > 0 && qty <= filled.leaveQty());
+    Ledger &ledger = ledgerOf(filled);
+    ledger.release(filled);
+    const Money fee = ledger.fill(filled, price, qty);
+    const Money amount = filled.amount(price, qty);
+    filled.filledQty += qty;
+    filled.filledAmount += amount;
+    filled.status = filled.filledQty == filled.qty ? OrderStatus::Filled : OrderStatus::PartlyFilled;
+    filled.changed = time;
+    ledger.reserve(filled);
     const QString id = numbered(QStringLiteral("E") + m_orderIdPrefix, int(m_executions.size()) + 1);
     m_executions.push_back({id, order, time, price, qty, amount, fee});
 }
@@ -82,7 +83,7 @@ void Books::cancel(int order, const QDateTime &time)
     Order &cancelled = m_orders[size_t(order)];
     Q_ASSERT(cancelled.isOpen());
     ledgerOf(cancelled).release(cancelled);
-    cancelled.status = cancelled.dealtQty == 0 ? OrderStatus::Cancelled : OrderStatus::PartlyCancelled;
+    cancelled.status = cancelled.filledQty == 0 ? OrderStatus::Cancelled : OrderStatus::PartlyCancelled;
     cancelled.changed = time;
 }
 

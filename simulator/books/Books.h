@@ -1,8 +1,8 @@
 #pragma once
 
 #include "books/Accounts.h"
+#include "books/Ledger.h"
 #include "books/Orders.h"
-#include "books/Positions.h"
 
 #include <QHash>
 #include <QString>
@@ -12,9 +12,9 @@
 
 namespace sim {
 
-/// The broker's books: orders and deals, money and positions of all trading accounts.
-/// Made by the TradingDesk, which opens them and guards them from then on. Only nextClientOrderId may be called
-/// without its lock. They know nothing of time, prices and the exchange's matching.
+/// The broker's books: orders and fills, money and positions of all trading accounts.
+/// Made by the TradingDesk, which fills in the opening balances and guards them from then on. Only nextClientOrderId
+/// may be called without its lock. The books know no clock, no quotes and no matching: those come in as arguments.
 class Books {
 public:
     /// The accounts must outlive the books.
@@ -22,13 +22,13 @@ public:
 
     const Accounts &accounts() const { return m_accounts; }
 
-    /// A fresh client order identifier, never given twice. Any thread.
+    /// A new, unique client order identifier. Any thread.
     QString nextClientOrderId();
 
     /// Null for an unknown trading account.
     const Ledger *ledger(const QString &tradingAccount) const;
 
-    /// In the order in which they were entered; an order's number is its place.
+    /// In the order of entry. The number of an order is its index.
     const std::vector<Order> &orders() const { return m_orders; }
 
     /// The number of the order, -1 for an unknown identifier.
@@ -42,14 +42,14 @@ public:
     /// For opening balances. Null for an unknown trading account.
     Ledger *ledgerToOpen(const QString &tradingAccount);
 
-    /// Enters an order of a known trading account, and gives its number. It is rejected when it breaks a rule or when
-    /// the account cannot afford it. available: what the account's value leaves for new orders.
-    int enter(Order order, Money available);
+    /// Enters an order of a known trading account and returns its number. The order is rejected when it breaks a rule,
+    /// exceeds the price limits or costs more than the account has. available: the account's money for new orders.
+    int enter(Order order, Money available, const PriceLimits &limits);
 
-    /// A deal of an open order, of at most its open quantity.
-    void deal(int order, const QDateTime &time, double price, qint64 qty);
+    /// Books a fill of an open order. qty: at most the order's open quantity.
+    void fill(int order, const QDateTime &time, double price, qint64 qty);
 
-    /// Ends an open order.
+    /// Cancels what is open of an open order.
     void cancel(int order, const QDateTime &time);
 
 private:
@@ -58,7 +58,7 @@ private:
     const Accounts &m_accounts;
     const QString m_orderIdPrefix;
     std::atomic<int> m_lastOrderId{0};
-    std::vector<Order> m_orders;     ///< not a shared vector: a write must never move it from under a reference
+    std::vector<Order> m_orders;     ///< not a QVector: detaching would invalidate references
     QHash<QString, int> m_byOrderId; ///< indices in m_orders
     std::vector<Execution> m_executions;
     QHash<QString, Ledger> m_ledgers;        ///< by trading account, one for each

@@ -8,9 +8,9 @@
 
 namespace sim {
 
-// What a trading desk reports. Plain values: everything as it was when it happened.
+// What a trading desk reports. Plain values: copies from the time of the event.
 
-struct OrderEntered { ///< a refused one too
+struct OrderEntered { ///< also when it was rejected
     Order order;
 };
 
@@ -19,7 +19,7 @@ struct OrderChanged {
 };
 
 struct OrderExecuted {
-    Order order; ///< as it is since
+    Order order; ///< after the fill
     Execution execution;
 };
 

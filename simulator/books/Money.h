@@ -6,14 +6,13 @@
 
 namespace sim {
 
-/// An amount of money in whole cents, so that however much is added and taken away, nothing drifts.
+/// An amount of money in whole cents, so that sums and differences are exact.
 /// A plain value.
 class Money {
 public:
     constexpr Money() = default;
 
-    /// To the nearest cent. What is more than anybody has counts as the most: sums of a few of these stay what they
-    /// are.
+    /// To the nearest cent. Clamped to +-10^18 cents, so that sums cannot overflow.
     static Money rounded(double yuan)
     {
         Money money;

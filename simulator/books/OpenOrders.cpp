@@ -39,9 +39,9 @@ void OpenOrders::remove(int number, const Order &order)
         m_bySecurity.erase(found);
 }
 
-std::vector<OpenOrders::Reached> OpenOrders::reachedBy(const Exchange &exchange, qint64 step) const
+std::vector<OpenOrders::Fill> OpenOrders::fillsAt(const Exchange &exchange, qint64 step) const
 {
-    std::vector<Reached> all;
+    std::vector<Fill> all;
     const bool isClose = Exchange::isClose(step);
     for (const auto &[instrument, queues] : m_bySecurity) {
         if (!isClose && queues[Buys].empty() && queues[Sells].empty())
@@ -61,8 +61,8 @@ std::vector<OpenOrders::Reached> OpenOrders::reachedBy(const Exchange &exchange,
             take(queues[AfterHoursSells], ticks);
         }
     }
-    // Whoever came first is served first, whatever the hash of the securities' addresses says.
-    std::sort(all.begin(), all.end(), [](const Reached &a, const Reached &b) { return a.order < b.order; });
+    // First come, first served: the hash of addresses has another order in every process.
+    std::sort(all.begin(), all.end(), [](const Fill &a, const Fill &b) { return a.order < b.order; });
     return all;
 }
 

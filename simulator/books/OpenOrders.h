@@ -13,12 +13,12 @@ class Exchange;
 struct Instrument;
 struct Order;
 
-/// The orders that rest at the exchange, sorted by what they wait for, so that what a trade reaches is found without
-/// looking at all the rest.
-/// A plain value; the TradingDesk keeps one and guards it. It knows the orders by their numbers only and deals in none.
+/// The numbers of the open orders, sorted by price, so that the orders that a price fills are found without looking at
+/// the others.
+/// A plain value; the TradingDesk has one and guards it.
 class OpenOrders {
 public:
-    struct Reached {
+    struct Fill {
         int order; ///< its number
         double price;
     };
@@ -28,21 +28,20 @@ public:
 
     bool isEmpty() const { return m_bySecurity.empty(); }
 
-    /// The orders that can be dealt in at the step, by their numbers: those at the latest price or better of it, and
-    /// after the close those for the fixed price of the close.
-    std::vector<Reached> reachedBy(const Exchange &exchange, qint64 step) const;
+    /// The orders that fill at this step's price, by number; after-hours orders only at the close.
+    std::vector<Fill> fillsAt(const Exchange &exchange, qint64 step) const;
 
 private:
     enum Queue { Buys, Sells, AfterHoursBuys, AfterHoursSells, QueueCount };
 
-    // The lower the key, the earlier a falling (sells) or rising (buys) price reaches the order.
-    using Keys = std::set<std::pair<qint64, int>>; ///< with the order's number
+    // The key of an order: its price in ticks for sells, the negative of it for buys. The lowest key fills first.
+    using Keys = std::set<std::pair<qint64, int>>; ///< key and number
     using Queues = std::array<Keys, QueueCount>;
 
     static Queue queueOf(const Order &order);
     static qint64 keyOf(const Order &order);
 
-    std::unordered_map<const Instrument *, Queues> m_bySecurity; ///< those that have any
+    std::unordered_map<const Instrument *, Queues> m_bySecurity; ///< only securities with open orders
 };
 
 } // namespace sim

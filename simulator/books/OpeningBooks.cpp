@@ -18,37 +18,34 @@ namespace {
 constexpr int kOrdersPerAccount = 80;
 constexpr int kSecondsPerMinute = 60;
 
-/// How many securities of a kind an account deals in, and what it begins with.
-struct Habit {
+/// What an account holds of one kind of security at the opening.
+struct TradingProfile {
     SecurityKind kind;
     int securities;
-    double smallest; ///< a position's value
+    double smallest; ///< value of a position
     double largest;
 };
 
-const QVector<Habit> kStockHabits{{SecurityKind::Share, 12, 50e3, 600e3},
-                                  {SecurityKind::Fund, 3, 50e3, 300e3},
-                                  {SecurityKind::Bond, 3, 100e3, 500e3}};
-const QVector<Habit> kFuturesHabits{{SecurityKind::Future, 4, 2e6, 12e6}};
+const QVector<TradingProfile> kStockProfiles{{SecurityKind::Share, 12, 50e3, 600e3},
+                                             {SecurityKind::Fund, 3, 50e3, 300e3},
+                                             {SecurityKind::Bond, 3, 100e3, 500e3}};
+const QVector<TradingProfile> kFuturesProfiles{{SecurityKind::Future, 4, 2e6, 12e6}};
 
 constexpr double kSmallestOrder = 20e3;
 constexpr double kLargestOrder = 250e3;
 constexpr qint64 kMostContracts = 6; ///< in an order
 
 constexpr double kMarketOrders = 0.1;
-constexpr double kOpening = 0.6; ///< rather than closing
+constexpr double kOpening = 0.6; ///< probability that an order opens rather than closes
 constexpr double kCancels = 0.3;
-constexpr int kLongestWait = 10; ///< minutes until a cancel
+constexpr int kLongestWait = 10; ///< minutes from entry to cancel
 constexpr double kMistakes = 0.06;
 constexpr double kAlgoOrders = 0.3;
-constexpr double kBias = 0.8; ///< of a futures account towards its usual direction
+constexpr double kBias = 0.8; ///< probability that a futures account trades in its usual direction
 
-/// The part of a minute's volume that one order gets.
-constexpr double kParticipation = 0.02;
-
-/// How far limits lie from the price: on the cautious side more often than on the eager one.
-constexpr double kMostCautious = 0.006;
-constexpr double kMostEager = 0.003;
+/// How far limit prices lie from the latest price: up to this part below it, or above it, for a buy.
+constexpr double kFarthestBehind = 0.006;
+constexpr double kFarthestAhead = 0.003;
 
 const QStringList kTags{QStringLiteral("manual"), QStringLiteral("basket"), QStringLiteral("rebalance")};
 const QString kAlgoTag = QStringLiteral("strategy");
@@ -65,8 +62,8 @@ public:
         return int(calendar::minutesEndedBy(m_start) - calendar::minutesEndedBy(midnight));
     }
 
-    /// Reads the security's candles. False when there is none for some minute: then it cannot be dealt in.
-    bool follow(const Instrument &instrument)
+    /// Reads the candles of the security. False when a minute has none: then the account does not trade it.
+    bool load(const Instrument &instrument)
     {
         const QDateTime midnight(m_start.date(), QTime(0, 0), Qt::UTC);
         const QVector<Candle> candles = m_exchange.candles(instrument.symbol, midnight, m_start, CandlePeriod::Minute);
@@ -74,8 +71,12 @@ public:
         return candles.size() == minutes();
     }
 
-    /// Of a security that is followed.
+    /// Of a security that was loaded.
     Candle candle(const QString &symbol, int minute) const { return m_candles[symbol][minute]; }
+
+    PriceLimits limits(const QString &symbol) const { return m_exchange.limits(symbol, Exchange::stepAt(m_start)); }
+
+    double participation() const { return m_exchange.rules().openingParticipation; }
 
 private:
     const Exchange &m_exchange;
@@ -83,7 +84,7 @@ private:
     QHash<QString, QVector<Candle>> m_candles;
 };
 
-struct Deal {
+struct Fill {
     QDateTime time;
     int order;
     double price;
@@ -104,22 +105,22 @@ public:
     {
     }
 
-    /// The money and the positions of the morning.
+    /// Books the opening money and positions.
     void open(const QVector<Instrument> &listed);
 
-    /// The seconds of trading at which orders will be entered, in no order.
+    /// The seconds of trading at which the account enters orders, unsorted.
     QVector<int> plan(int minutes);
 
     void enterOrder(int second);
 
-    /// Adds the deals that the minute's candles bring to the account's open orders.
-    void findDeals(int minute, QVector<Deal> &deals);
+    /// Adds the fills of the account's open orders in that minute.
+    void findFills(int minute, QVector<Fill> &fills);
 
-    /// Cancels what is due at the end of the minute.
+    /// Cancels the orders that are due at the end of the minute.
     void cancelOrders(int minute);
 
 private:
-    /// An order that can still be dealt in.
+    /// An open order.
     struct Working {
         int order;
         int enteredSecond;
@@ -137,8 +138,9 @@ private:
         return list[int(whole(0, list.size() - 1))];
     }
 
-    void pick(const QVector<Instrument> &listed, const Habit &habit);
+    void pick(const QVector<Instrument> &listed, const TradingProfile &profile);
     bool mostlyShort() { return m_isFutures && happens(kBias) == m_mostlyShort; }
+    double limitPrice(const Instrument &instrument, double price, double change) const;
     void makeOpening(Order &order);
     bool makeClosing(Order &order);
     void makeMistake(Order &order);
@@ -155,39 +157,27 @@ private:
     QVector<Working> m_working;
 };
 
-/// That value in the security's lots.
+/// The quantity, in whole lots, that is worth that value.
 qint64 qtyWorth(const Instrument &instrument, double value)
 {
     const double lots = value / (instrument.price * instrument.multiplier * double(instrument.lot));
     return qMax(instrument.minQty, qint64(lots) * instrument.lot);
 }
 
-/// The price moved by that part of it, within the day's limits.
-double priceAt(const Instrument &instrument, double price, double change)
-{
-    const double tick = instrument.priceOf(1);
-    double moved = price * (1 + change);
-    if (instrument.limitRate > 0) {
-        moved = qBound(instrument.price * (1 - instrument.limitRate) + tick, moved,
-                       instrument.price * (1 + instrument.limitRate) - tick);
-    }
-    return instrument.priceOf(qMax<qint64>(1, instrument.ticksOf(moved)));
-}
-
-void AccountDay::pick(const QVector<Instrument> &listed, const Habit &habit)
+void AccountDay::pick(const QVector<Instrument> &listed, const TradingProfile &profile)
 {
     QVector<const Instrument *> candidates;
     for (const Instrument &instrument : listed) {
-        if (instrument.kind == habit.kind && instrument.dailyVolume > 0)
+        if (instrument.kind == profile.kind && instrument.dailyVolume > 0)
             candidates.append(&instrument);
     }
     Ledger &ledger = *m_books.ledgerToOpen(m_account);
-    for (int i = 0; i < habit.securities && !candidates.isEmpty(); ++i) {
+    for (int i = 0; i < profile.securities && !candidates.isEmpty(); ++i) {
         const Instrument *instrument = candidates.takeAt(int(whole(0, candidates.size() - 1)));
-        if (!m_session.follow(*instrument))
+        if (!m_session.load(*instrument))
             continue;
         m_instruments.append(instrument);
-        const qint64 qty = qtyWorth(*instrument, between(habit.smallest, habit.largest));
+        const qint64 qty = qtyWorth(*instrument, between(profile.smallest, profile.largest));
         const double spread = m_isFutures ? 0.03 : 0.15;
         const double openPrice = instrument->priceOf(
             qMax<qint64>(1, instrument->ticksOf(instrument->price * (1 + between(-spread, spread)))));
@@ -199,9 +189,9 @@ void AccountDay::open(const QVector<Instrument> &listed)
 {
     const double cash = m_isFutures ? between(20e6, 30e6) : between(6e6, 10e6);
     *m_books.ledgerToOpen(m_account) = Ledger(std::floor(cash));
-    const QVector<Habit> &habits = m_isFutures ? kFuturesHabits : kStockHabits;
-    for (const Habit &habit : habits)
-        pick(listed, habit);
+    const QVector<TradingProfile> &profiles = m_isFutures ? kFuturesProfiles : kStockProfiles;
+    for (const TradingProfile &profile : profiles)
+        pick(listed, profile);
 }
 
 QVector<int> AccountDay::plan(int minutes)
@@ -210,6 +200,16 @@ QVector<int> AccountDay::plan(int minutes)
     for (int i = 0; i < kOrdersPerAccount && minutes > 0 && !m_instruments.isEmpty(); ++i)
         seconds.append(int(whole(0, qint64(minutes) * kSecondsPerMinute - 1)));
     return seconds;
+}
+
+/// The price plus that part of it, at least one tick inside the day's limits.
+double AccountDay::limitPrice(const Instrument &instrument, double price, double change) const
+{
+    const PriceLimits limits = m_session.limits(instrument.symbol);
+    qint64 ticks = qMax<qint64>(1, instrument.ticksOf(price * (1 + change)));
+    if (limits.areSet())
+        ticks = qBound(instrument.ticksOf(limits.lower) + 1, ticks, instrument.ticksOf(limits.upper) - 1);
+    return instrument.priceOf(ticks);
 }
 
 void AccountDay::makeOpening(Order &order)
@@ -246,7 +246,7 @@ bool AccountDay::makeClosing(Order &order)
     return true;
 }
 
-/// Turns the order into one that the broker will refuse.
+/// Changes the order so that the broker rejects it.
 void AccountDay::makeMistake(Order &order)
 {
     const Instrument &instrument = *order.instrument;
@@ -279,8 +279,8 @@ Order AccountDay::makeOrder(int second)
     if (happens(kMarketOrders)) {
         order.priceType = PriceType::Market;
     } else {
-        const double eagerness = between(-kMostCautious, kMostEager);
-        order.price = priceAt(*order.instrument, candle.open, isBuy(order.side) ? eagerness : -eagerness);
+        const double change = between(-kFarthestBehind, kFarthestAhead);
+        order.price = limitPrice(*order.instrument, candle.open, isBuy(order.side) ? change : -change);
     }
     if (happens(kMistakes))
         makeMistake(order);
@@ -292,13 +292,14 @@ void AccountDay::enterOrder(int second)
     const int minute = second / kSecondsPerMinute;
     const Prices prices = [&](const QString &symbol) { return m_session.candle(symbol, minute).open; };
     const Money available = m_books.ledger(m_account)->value(prices).available;
-    const int number = m_books.enter(makeOrder(second), available);
+    const Order order = makeOrder(second);
+    const int number = m_books.enter(order, available, m_session.limits(order.instrument->symbol));
     const int cancelMinute = happens(kCancels) ? minute + int(whole(0, kLongestWait)) : -1;
     if (m_books.orders()[number].isOpen())
         m_working.append({number, second, cancelMinute});
 }
 
-void AccountDay::findDeals(int minute, QVector<Deal> &deals)
+void AccountDay::findFills(int minute, QVector<Fill> &fills)
 {
     for (const Working &working : qAsConst(m_working)) {
         const Order &order = m_books.orders()[working.order];
@@ -308,17 +309,18 @@ void AccountDay::findDeals(int minute, QVector<Deal> &deals)
         const bool limited = order.priceType == PriceType::Limit;
         if (limited && (buys ? candle.low > order.price : candle.high < order.price))
             continue;
-        const qint64 lots = qint64(double(candle.volume) * kParticipation) / instrument.lot;
+        const qint64 lots = qint64(double(candle.volume) * m_session.participation()) / instrument.lot;
         if (candle.volume < instrument.lot)
             continue;
 
-        // The second counts from 1: a deal belongs to the candle in which it ends, and follows its order.
+        // Counted from 1, because a candle includes its last second but not its first. A fill comes after its order's
+        // entry.
         const int minuteBegan = minute * kSecondsPerMinute;
         const int second = int(whole(qMax(0, working.enteredSecond - minuteBegan) + 1, kSecondsPerMinute));
         double price = instrument.priceOf(whole(instrument.ticksOf(candle.low), instrument.ticksOf(candle.high)));
         if (limited)
             price = buys ? qMin(price, order.price) : qMax(price, order.price);
-        deals.append({candle.end.addSecs(second - kSecondsPerMinute), working.order, price,
+        fills.append({candle.end.addSecs(second - kSecondsPerMinute), working.order, price,
                       qMin(order.leaveQty(), qMax<qint64>(1, lots) * instrument.lot)});
     }
 }
@@ -340,14 +342,14 @@ void openBooks(Books &books, const Exchange &exchange, quint64 seed, const QDate
 {
     Session session(exchange, start);
     std::vector<AccountDay> days;
-    QMap<int, int> funds; // how many of a property there were before
+    QMap<int, int> funds; // accounts of each property so far
     for (const FundAccount &fund : books.accounts().fundAccounts(AllFunds)) {
-        const bool mostlyShort = funds[fund.property]++ % 2 == 0; // so that there is one of each direction
+        const bool mostlyShort = funds[fund.property]++ % 2 == 0; // so that both directions occur
         days.emplace_back(books, session, fund, random::scramble(seed), mostlyShort);
         days.back().open(exchange.instruments());
     }
 
-    QVector<QPair<int, int>> entries; // second and day
+    QVector<QPair<int, int>> entries; // second and index of the account
     for (size_t i = 0; i < days.size(); ++i) {
         for (const int second : days[i].plan(session.minutes()))
             entries.append({second, int(i)});
@@ -358,12 +360,12 @@ void openBooks(Books &books, const Exchange &exchange, quint64 seed, const QDate
     for (int minute = 0; minute < session.minutes(); ++minute) {
         for (; entry != entries.cend() && entry->first / kSecondsPerMinute == minute; ++entry)
             days[size_t(entry->second)].enterOrder(entry->first);
-        QVector<Deal> deals;
+        QVector<Fill> fills;
         for (AccountDay &day : days)
-            day.findDeals(minute, deals);
-        std::stable_sort(deals.begin(), deals.end(), [](const Deal &a, const Deal &b) { return a.time < b.time; });
-        for (const Deal &deal : qAsConst(deals))
-            books.deal(deal.order, deal.time, deal.price, deal.qty);
+            day.findFills(minute, fills);
+        std::stable_sort(fills.begin(), fills.end(), [](const Fill &a, const Fill &b) { return a.time < b.time; });
+        for (const Fill &fill : qAsConst(fills))
+            books.fill(fill.order, fill.time, fill.price, fill.qty);
         for (AccountDay &day : days)
             day.cancelOrders(minute);
     }

@@ -1,17 +1,10 @@
 #include "books/Orders.h"
 
-#include "exchange/Instrument.h"
+#include "exchange/MarketRules.h"
 
 #include <cmath>
 
 namespace sim {
-
-namespace {
-
-/// How far a price can run in a day where the exchange sets no limit, as far as setting money aside goes.
-constexpr double kUnlimitedRate = 0.2;
-
-} // namespace
 
 bool isBuy(Side side)
 {
@@ -47,15 +40,7 @@ Money Order::amount(double price, qint64 qty) const
 
 double Order::averagePrice() const
 {
-    return dealtQty == 0 ? 0 : dealtAmount.yuan() / (double(dealtQty) * instrument->multiplier);
-}
-
-double Order::reservePrice() const
-{
-    if (price > 0)
-        return price;
-    const double rate = instrument->limitRate > 0 ? instrument->limitRate : kUnlimitedRate;
-    return instrument->price * (1 + rate);
+    return filledQty == 0 ? 0 : filledAmount.yuan() / (double(filledQty) * instrument->multiplier);
 }
 
 bool isAfterHours(const Order &order)
@@ -64,21 +49,20 @@ bool isAfterHours(const Order &order)
            order.side == Side::AfterHoursSell;
 }
 
-QString violatedRule(const Order &order)
+QString violatedRule(const Order &order, const PriceLimits &limits)
 {
     const Instrument &instrument = *order.instrument;
     if (order.qty < 1 || order.qty > instrument.maxQty)
         return QStringLiteral("委托数量超出范围");
-    // What is left of a position may be sold however little it is.
+    // Closing orders need no whole lots, so that the rest of a position can always be sold.
     if (opens(order.side) && (order.qty < instrument.minQty || order.qty % instrument.lot != 0))
         return QStringLiteral("委托数量不符合交易单位");
     if (order.priceType == PriceType::Market)
         return {};
-    const double halfTick = instrument.tick / 2;
-    if (order.price < halfTick || std::abs(order.price - instrument.priceOf(instrument.ticksOf(order.price))) > 1e-9)
+    const qint64 ticks = instrument.ticksOf(order.price);
+    if (ticks < 1 || std::abs(order.price - instrument.priceOf(ticks)) > 1e-9)
         return QStringLiteral("委托价格不符合最小变动价位");
-    if (instrument.limitRate > 0 &&
-        (std::abs(order.price - instrument.price) > instrument.price * instrument.limitRate + halfTick))
+    if (limits.areSet() && (ticks < instrument.ticksOf(limits.lower) || ticks > instrument.ticksOf(limits.upper)))
         return QStringLiteral("委托价格超出涨跌停范围");
     return {};
 }

@@ -8,6 +8,7 @@
 namespace sim {
 
 struct Instrument;
+struct PriceLimits;
 
 /// What an order does: its direction and, for futures, whether it opens or closes a position.
 enum class Side { Buy, Sell, BuyOpen, SellOpen, BuyClose, SellClose, AfterHoursBuy, AfterHoursSell };
@@ -24,50 +25,51 @@ bool opens(Side side);
 /// Whether the position that the order opens or closes is a short one.
 bool isOfShort(Side side);
 
-/// One order and how far it has come. A plain value.
+/// One order and its state. A plain value.
 struct Order {
     QString id;              ///< given by the books when the order is entered
     QString clientId;        ///< from Books::nextClientOrderId
     QString exchangeOrderId; ///< empty while the exchange does not know the order
     QString tradingAccount;
     QString trader;
-    QString tag;    ///< whatever the page wrote on it
+    QString tag;    ///< text of the page's choice
     QString algoId; ///< the strategy instance that placed it, empty for a person's order
     const Instrument *instrument = nullptr;
     Side side = Side::Buy;
     PriceType priceType = PriceType::Limit;
-    double price = 0; ///< 0 for orders at market price
+    double price = 0;        ///< 0 for orders at market price
+    double highestPrice = 0; ///< PriceLimits::highest when it was entered
     qint64 qty = 0;
     QDateTime entered;
 
     OrderStatus status = OrderStatus::Reported;
-    qint64 dealtQty = 0;
-    Money dealtAmount; ///< multiplier counted in
-    QDateTime changed; ///< when it came to its status
-    QString remark;    ///< why it was rejected
+    qint64 filledQty = 0;
+    Money filledAmount; ///< multiplier included
+    QDateTime changed;  ///< when it got its status
+    QString remark;     ///< why it was rejected
 
     bool isOpen() const { return status == OrderStatus::Reported || status == OrderStatus::PartlyFilled; }
 
-    /// What can still be dealt; nothing once the order is not open any more.
-    qint64 leaveQty() const { return isOpen() ? qty - dealtQty : 0; }
+    /// The quantity that can still be filled; 0 when the order is not open.
+    qint64 leaveQty() const { return isOpen() ? qty - filledQty : 0; }
 
-    /// The money that so many at that price are worth.
+    /// The money for that price and quantity.
     Money amount(double price, qint64 qty) const;
 
-    /// Of its deals, 0 when there is none.
+    /// Of its fills; 0 without one.
     double averagePrice() const;
 
-    /// The price to set money aside at: the limit, or the worst price that an order without one can get.
-    double reservePrice() const;
+    /// The price to set money aside at: the order's own, or for an order at market price the highest possible one.
+    double reservePrice() const { return price > 0 ? price : highestPrice; }
 };
 
-/// Whether it trades at the fixed price of the close, once that is known, rather than during the day.
+/// Whether the order trades after the close, at the closing price.
 bool isAfterHours(const Order &order);
 
-/// Which of the exchange's rules for quantities and prices the order breaks, for its owner to read; empty when none.
-QString violatedRule(const Order &order);
+/// Which rule for quantities and prices the order breaks, as a text for its owner; empty when it breaks none.
+QString violatedRule(const Order &order, const PriceLimits &limits);
 
-/// One deal of an order.
+/// One fill of an order. A plain value.
 struct Execution {
     QString id;
     int order = 0; ///< its number in Books::orders()

@@ -1,6 +1,6 @@
 #include "books/TradableQty.h"
 
-#include "exchange/Instrument.h"
+#include "exchange/MarketRules.h"
 
 namespace sim {
 
@@ -15,7 +15,7 @@ qint64 affordableQty(const Order &order, Money available)
     const Money neededForMost = needed(instrument.maxQty);
     if (neededForMost <= available)
         return instrument.maxQty;
-    // Needs grow in step with the quantity but for their rounding, so this starts at most a few lots too high.
+    // The money needed is proportional to the quantity apart from rounding, so this starts at most a few lots too high.
     const double part = qMax(0.0, available.yuan()) / neededForMost.yuan();
     qint64 qty = (qint64(part * double(instrument.maxQty)) / instrument.lot + 1) * instrument.lot;
     while (qty > 0 && available < needed(qty))
@@ -25,13 +25,14 @@ qint64 affordableQty(const Order &order, Money available)
 
 } // namespace
 
-qint64 tradableQty(const Ledger &ledger, Order order, const Prices &prices)
+qint64 tradableQty(const Ledger &ledger, Order order, const PriceLimits &limits, const Prices &prices)
 {
+    order.highestPrice = limits.highest;
     const Instrument &instrument = *order.instrument;
     const bool isOpening = opens(order.side);
     order.qty = isOpening ? affordableQty(order, ledger.value(prices).available)
                           : qMin(ledger.closableQty(instrument.symbol, isOfShort(order.side)), instrument.maxQty);
-    return violatedRule(order).isEmpty() ? order.qty : 0;
+    return violatedRule(order, limits).isEmpty() ? order.qty : 0;
 }
 
 } // namespace sim

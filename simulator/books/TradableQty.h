@@ -1,11 +1,12 @@
 #pragma once
 
-#include "books/Positions.h"
+#include "books/Ledger.h"
 
 namespace sim {
 
-/// The largest quantity with which the account could enter the order now: what its money or its position is enough
-/// for, as far as the exchange's rules for quantities and prices allow. The order's own quantity does not matter.
-qint64 tradableQty(const Ledger &ledger, Order order, const Prices &prices);
+/// The largest quantity that the order could be entered with now: limited by the account's money or position and by the
+/// rules for quantities. 0 when no quantity is accepted, such as at a price beyond the limits. The order's own quantity
+/// is ignored.
+qint64 tradableQty(const Ledger &ledger, Order order, const PriceLimits &limits, const Prices &prices);
 
 } // namespace sim

@@ -10,15 +10,10 @@ namespace sim {
 
 namespace {
 
-// Purposes of random numbers.
+// What a random number is for.
 enum Chance : qint64 { IsSplit, FirstPart };
 
-constexpr quint64 kFills = 0xf111; // what the desk's random numbers are for
-
-/// How many of the limited orders are dealt in two parts, and how much of them the first part is.
-constexpr double kSplit = 0.4;
-constexpr double kSmallestFirstPart = 0.25;
-constexpr double kLargestFirstPart = 0.75;
+constexpr quint64 kFills = 0xf111; // separates the desk's random numbers from those of the market
 
 QString whyNotOpen(OrderStatus status)
 {
@@ -79,10 +74,10 @@ std::vector<Order> TradingDesk::place(const std::vector<Order> &orders, const QD
     entered.reserve(orders.size());
     {
         const std::lock_guard lock(m_mutex);
-        passTo(now);
+        moveClock(now);
         playAllSteps(Exchange::stepAt(m_now));
 
-        // Orders change nothing of an account's value but what is set aside: it is valued once.
+        // New orders change only the frozen money of an account: its positions are valued once.
         const Prices prices = [this](const QString &symbol) {
             return m_exchange.lastPrice(symbol, m_step).value_or(0);
         };
@@ -92,7 +87,8 @@ std::vector<Order> TradingDesk::place(const std::vector<Order> &orders, const QD
             if (!withFrozen.contains(order.tradingAccount))
                 withFrozen.insert(order.tradingAccount, ledger.value(prices).available + ledger.frozenCash());
             order.entered = m_now;
-            const int number = m_books.enter(order, withFrozen[order.tradingAccount] - ledger.frozenCash());
+            const int number = m_books.enter(order, withFrozen[order.tradingAccount] - ledger.frozenCash(),
+                                             m_exchange.limits(order.instrument->symbol, m_step));
             const Order &asEntered = orderAt(number);
             if (asEntered.isOpen()) {
                 m_open.add(number, asEntered);
@@ -101,7 +97,7 @@ std::vector<Order> TradingDesk::place(const std::vector<Order> &orders, const QD
             m_events.emplace_back(OrderEntered{asEntered});
             entered.push_back(asEntered);
         }
-        noteTouched();
+        reportTouched();
     }
     report();
     return entered;
@@ -112,11 +108,11 @@ QStringList TradingDesk::cancel(const std::vector<CancelRequest> &requests, cons
     QStringList reasons;
     {
         const std::lock_guard lock(m_mutex);
-        passTo(now);
+        moveClock(now);
         playAllSteps(Exchange::stepAt(m_now));
         for (const CancelRequest &request : requests)
             reasons.append(cancel(request));
-        noteTouched();
+        reportTouched();
     }
     report();
     return reasons;
@@ -144,16 +140,16 @@ void TradingDesk::advance(const QDateTime &now)
     const qint64 lastStep = Exchange::stepAt(now);
     for (bool isMore = true; isMore;) {
         {
-            const std::lock_guard lock(m_mutex); // for a step at a time: nobody has to wait for a whole day
+            const std::lock_guard lock(m_mutex); // released after each step, so that no caller waits for a whole day
             isMore = playStep(lastStep);
             if (!isMore)
-                passTo(now);
+                moveClock(now);
         }
         report();
     }
 }
 
-void TradingDesk::passTo(const QDateTime &now)
+void TradingDesk::moveClock(const QDateTime &now)
 {
     m_now = qMax(m_now, now);
 }
@@ -172,51 +168,52 @@ bool TradingDesk::playStep(qint64 lastStep)
         return false;
     ++m_step;
     const QDateTime time = Exchange::timeOfStep(m_step);
-    passTo(time);
-    for (const OpenOrders::Reached &reached : m_open.reachedBy(m_exchange, m_step))
-        deal(reached, time);
-    noteTouched();
+    moveClock(time);
+    for (const OpenOrders::Fill &fillable : m_open.fillsAt(m_exchange, m_step))
+        fill(fillable, time);
+    reportTouched();
     return true;
 }
 
-void TradingDesk::deal(const OpenOrders::Reached &reached, const QDateTime &time)
+void TradingDesk::fill(const OpenOrders::Fill &fillable, const QDateTime &time)
 {
-    const Order &order = orderAt(reached.order);
-    m_books.deal(reached.order, time, reached.price, qtyToDeal(order));
+    const Order &order = orderAt(fillable.order);
+    m_books.fill(fillable.order, time, fillable.price, qtyToFill(order));
     if (!order.isOpen())
-        m_open.remove(reached.order, order);
+        m_open.remove(fillable.order, order);
     m_events.emplace_back(OrderChanged{order});
     m_events.emplace_back(OrderExecuted{order, m_books.executions().back()});
     touch(order, true);
 }
 
-qint64 TradingDesk::qtyToDeal(const Order &order) const
+qint64 TradingDesk::qtyToFill(const Order &order) const
 {
     const qint64 open = order.leaveQty();
     const qint64 lots = open / order.instrument->lot;
-    if (order.priceType != PriceType::Limit || isAfterHours(order) || order.dealtQty > 0 || lots < 2)
+    if (order.priceType != PriceType::Limit || isAfterHours(order) || order.filledQty > 0 || lots < 2)
         return open;
     const quint64 key = random::subkey(m_key, random::hash(order.id));
-    if (random::from0To1(key, IsSplit) >= kSplit)
+    const MarketRules &rules = m_exchange.rules();
+    if (random::from0To1(key, IsSplit) >= rules.splitProbability)
         return open;
     const double part =
-        kSmallestFirstPart + (kLargestFirstPart - kSmallestFirstPart) * random::from0To1(key, FirstPart);
+        rules.smallestFirstPart + (rules.largestFirstPart - rules.smallestFirstPart) * random::from0To1(key, FirstPart);
     return qMax<qint64>(1, qint64(double(lots) * part)) * order.instrument->lot;
 }
 
-void TradingDesk::touch(const Order &order, bool isDeal)
+void TradingDesk::touch(const Order &order, bool isFill)
 {
     QSet<PositionKey> &positions = m_touched[order.tradingAccount];
-    if (isDeal || !opens(order.side)) // what opens sets nothing of a position aside
+    if (isFill || !opens(order.side)) // opening orders freeze money, not positions
         positions.insert({order.instrument->symbol, isOfShort(order.side)});
 }
 
-void TradingDesk::noteTouched()
+void TradingDesk::reportTouched()
 {
     for (auto account = m_touched.cbegin(); account != m_touched.cend(); ++account) {
         const auto &positions = m_books.ledger(account.key())->positions();
         QList<PositionKey> keys = account->values();
-        std::sort(keys.begin(), keys.end()); // a set's order is another one in every process
+        std::sort(keys.begin(), keys.end()); // the order of a set differs between processes
         for (const PositionKey &key : qAsConst(keys))
             m_events.emplace_back(PositionChanged{account.key(), positions.value(key)});
     }
@@ -227,7 +224,7 @@ void TradingDesk::noteTouched()
 
 void TradingDesk::report()
 {
-    // Whoever comes second waits, and finds its own changes reported or reports them: so they stay in order.
+    // A second thread waits here. Then its changes are reported already, or it reports them: the order is kept.
     const std::lock_guard reporting(m_reporting);
     DeskEvents events;
     {

@@ -16,15 +16,14 @@ namespace sim {
 
 class Exchange;
 
-/// The broker's trading desk: takes orders and cancels, plays what rests at the exchange against its quotes, and keeps
-/// the books while everybody reads them.
-/// Made and destroyed by the Terminal. Everything may be called from any thread: one mutex guards the books. It never
-/// lets anybody write in the books past it, never asks for the time, and never calls its listener with the books
-/// locked.
+/// The broker's trading desk: takes orders and cancels, fills open orders as the quotes reach their prices, and keeps
+/// the books. Made and destroyed by the Terminal. Everything may be called from any thread: one mutex guards the books.
+/// Nobody else writes to the books. Its only source of time is the `now` of the calls. It never calls its listener
+/// while the books are locked.
 class TradingDesk {
 public:
-    /// Keeps everybody else out of the books while it lives: keep it for a statement or a short block, and nothing
-    /// that it points to for longer.
+    /// Locks the books while it exists. Keep it for a statement or a short block, and no pointer into the books longer
+    /// than that.
     class Reader {
     public:
         const Books &operator*() const { return m_books; }
@@ -38,8 +37,8 @@ public:
         const Books &m_books;
     };
 
-    /// Is told what has changed, before the call that changed it returns and in the order of the changes, on the
-    /// thread of some such call and by one thread at a time. It may read the desk, but not write.
+    /// Receives the changes in their order, before the call that made them returns. It is called by one thread at a
+    /// time, not always the one that made the change. It may read the desk, but not write.
     using Listener = std::function<void(const DeskEvents &)>;
 
     struct CancelRequest {
@@ -47,32 +46,33 @@ public:
         QString tradingAccount;
     };
 
-    /// Opens the books as they are at the start. Accounts and exchange must outlive the desk.
+    /// Opens the books for the start time. Accounts and exchange must outlive the desk.
     TradingDesk(const Accounts &accounts, const QString &orderIdPrefix, const Exchange &exchange, quint64 seed,
                 const QDateTime &start, Listener listener);
 
     Reader read() const { return {m_mutex, m_books}; }
 
-    /// Copies; nothing for an unknown one.
+    /// Copies; nothing for an unknown account or identifier.
     std::optional<Ledger> ledger(const QString &tradingAccount) const;
     std::optional<Order> order(const QString &id) const;
 
-    /// A fresh client order identifier, never given twice.
+    /// A new, unique client order identifier.
     QString nextClientOrderId() { return m_books.nextClientOrderId(); }
 
-    // Writing. Time does not go back: an earlier one than was given before counts as that one. Each call plays what
-    // happened up to its time first, so that the outcome does not depend on who calls when, but for the times.
+    // Writing. A `now` before an earlier one counts as the earlier one. Each call first plays all steps up to its
+    // `now`, so that the result depends on the times of the calls only, not on how often advance was called.
 
-    /// Enters orders of known trading accounts, and gives them as they then stand. One that breaks a rule or that the
-    /// account cannot afford is rejected; the others do not mind.
+    /// Enters orders of known trading accounts and returns them with their status. An order that breaks a rule or costs
+    /// more than the account has is rejected; the others are entered.
     std::vector<Order> place(const std::vector<Order> &orders, const QDateTime &now);
 
-    /// Why each of the orders cannot be cancelled, for its owner to read; empty for one that is.
+    /// Cancels open orders. Returns for each request why it failed, as a text for its owner; empty for a cancelled
+    /// order.
     QStringList cancel(const std::vector<CancelRequest> &requests, const QDateTime &now);
 
-    /// Plays the exchange's steps since the last call, one by one. What rests there is dealt in when the price
-    /// reaches it: limited orders in one or two parts, at the price of the step and so within their limit; what came
-    /// during a step can be dealt in from the next one on.
+    /// Plays the exchange's steps since the last call, one by one. An open order fills at the step's price as soon as
+    /// that price is within its limit, at the earliest in the step after its entry. Orders with a limit fill in one or
+    /// two parts.
     void advance(const QDateTime &now);
 
 private:
@@ -80,18 +80,18 @@ private:
 
     using PositionKey = QPair<QString, bool>; ///< as in Ledger::positions
 
-    // All of these with the mutex held.
+    // Called with the mutex held.
     const Order &orderAt(int number) const { return m_books.orders()[size_t(number)]; }
-    void passTo(const QDateTime &now); ///< the clock alone
-    bool playStep(qint64 lastStep);    ///< the next one; false when there is nothing to play up to the last
+    void moveClock(const QDateTime &now);
+    bool playStep(qint64 lastStep); ///< plays the next step; false when there is none up to the last
     void playAllSteps(qint64 lastStep);
-    void deal(const OpenOrders::Reached &reached, const QDateTime &time);
+    void fill(const OpenOrders::Fill &fillable, const QDateTime &time);
     QString cancel(const CancelRequest &request);
-    qint64 qtyToDeal(const Order &order) const;
-    void touch(const Order &order, bool isDeal);
-    void noteTouched(); ///< ends an operation or a step: what it touched is noted, once each
+    qint64 qtyToFill(const Order &order) const;
+    void touch(const Order &order, bool isFill);
+    void reportTouched(); ///< adds one event for each touched position and account, at the end of a call or step
 
-    void report(); ///< without the mutex
+    void report(); ///< called without the mutex
 
     const Exchange &m_exchange;
     const quint64 m_key;
@@ -103,7 +103,7 @@ private:
     Books m_books;
     OpenOrders m_open;
     QDateTime m_now;
-    qint64 m_step;                              ///< the last one that was played
+    qint64 m_step;                              ///< the last step that was played
     QMap<QString, QSet<PositionKey>> m_touched; ///< by trading account
     DeskEvents m_events;                        ///< not reported yet
 };

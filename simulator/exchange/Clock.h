@@ -4,13 +4,13 @@
 
 namespace sim {
 
-/// What time it is at the exchange. All of the simulator's date-times are exchange time written with Qt::UTC:
-/// the exchange keeps no summer time, and the zone of the developer's machine must not matter.
+/// The time at the exchange. All date-times of the simulator are exchange time with Qt::UTC as their zone: the exchange
+/// has no summer time, and the developer's time zone must not matter.
 class Clock {
 public:
     virtual ~Clock() = default;
 
-    /// Never goes back. Called from any thread.
+    /// Never goes back. Any thread.
     virtual QDateTime now() const = 0;
 };
 

@@ -9,21 +9,21 @@ namespace sim {
 
 namespace {
 
-// Purposes of random numbers.
+// What a random number is for.
 enum Chance : quint64 { UpperShadow, LowerShadow, Volume, Average, HighStep, LowStep, StepPrice, BestSide, Depth };
 
-/// Shadows reach up to this part of the price beyond open and close.
+/// The high and the low of a minute lie at most this part of the price beyond its open and its close.
 constexpr double kShadow = 0.0006;
 
-// A minute's prices, from its open to its close, are seen in steps: each is one quote.
+// A minute is divided into steps; each step is one quote.
 constexpr int kSecondsPerStep = 3;
 constexpr int kStepsPerMinute = 60 / kSecondsPerStep;
 constexpr int kStepsPerDay = kStepsPerMinute * calendar::kMinutesPerDay;
 
 constexpr int kLevels = 5;
 
-/// How busy a minute of the day is: the opening and the close are busier than noon. Averages 1 over a day.
-double busyness(int minuteOfDay)
+/// The volume of a minute relative to the average minute: high at the opening and at the close, low at noon.
+double relativeVolume(int minuteOfDay)
 {
     const double fromNoon = std::abs(2.0 * minuteOfDay / calendar::kMinutesPerDay - 1);
     return 0.55 + 1.35 * fromNoon * fromNoon;
@@ -63,8 +63,9 @@ struct Exchange::Moment {
     const int stepsOfMinute;
 };
 
-Exchange::Exchange(const QVector<Instrument> &instruments, quint64 seed, const QDate &start, const Clock &clock)
-    : m_instruments(instruments), m_clock(clock)
+Exchange::Exchange(const QVector<Instrument> &instruments, quint64 seed, const QDate &start, const Clock &clock,
+                   const MarketRules &rules)
+    : m_instruments(instruments), m_rules(rules), m_clock(clock)
 {
     const qint64 startDay = calendar::tradingDaysBefore(start);
     m_bySymbol.reserve(m_instruments.size());
@@ -88,6 +89,11 @@ const Instrument *Exchange::instrumentOf(const QString &securityId, const QStrin
     return found == m_bySecurityId.constEnd() ? nullptr : &m_instruments[*found];
 }
 
+qint64 Exchange::closeTicks(const Listed &listed, qint64 day) const
+{
+    return listed.path.ticks(day, calendar::kMinutesPerDay);
+}
+
 qint64 Exchange::openTicks(const Listed &listed, qint64 minute) const
 {
     return listed.path.ticks(minute / calendar::kMinutesPerDay, int(minute % calendar::kMinutesPerDay));
@@ -108,7 +114,7 @@ Exchange::Ticks Exchange::minuteTicks(const Listed &listed, qint64 minute, qint6
     ticks.low = qMax<qint64>(1, qMin(ticks.open, ticks.close) - std::llround(reach * path.chance(minute, LowerShadow)));
 
     const double usual = double(instrument.dailyVolume) / calendar::kMinutesPerDay;
-    const double shares = usual * busyness(ofDay) * (0.4 + 1.2 * path.chance(minute, Volume));
+    const double shares = usual * relativeVolume(ofDay) * (0.4 + 1.2 * path.chance(minute, Volume));
     ticks.volume = std::llround(shares / double(instrument.lot)) * instrument.lot;
     ticks.value =
         double(ticks.volume) * (double(ticks.low) + double(ticks.high - ticks.low) * path.chance(minute, Average));
@@ -120,7 +126,8 @@ Exchange::Ticks Exchange::dayTicks(const Listed &listed, qint64 tradingDay) cons
     const qint64 first = tradingDay * calendar::kMinutesPerDay;
     Ticks day = minuteTicks(listed, first, openTicks(listed, first));
     for (qint64 minute = first + 1; minute < first + calendar::kMinutesPerDay; ++minute)
-        day.append(minuteTicks(listed, minute, day.close)); // within a day each minute opens where the last closed
+        day.append(
+            minuteTicks(listed, minute, day.close)); // within a day a minute opens at the close of the one before
     return day;
 }
 
@@ -129,7 +136,7 @@ Exchange::Ticks Exchange::beginOf(const Listed &listed, qint64 minute, const Tic
     if (steps == kStepsPerMinute)
         return whole;
 
-    // Two different steps of the minute touch its high and its low.
+    // One step reaches the high of the minute, a different one its low.
     const PricePath &path = listed.path;
     const int highStep = 1 + int((kStepsPerMinute - 1) * path.chance(minute, HighStep));
     const int lowStep =
@@ -139,9 +146,9 @@ Exchange::Ticks Exchange::beginOf(const Listed &listed, qint64 minute, const Tic
             return whole.high;
         if (step == lowStep)
             return whole.low;
-        const double onTheWay = double(whole.open) + double(whole.close - whole.open) * step / kStepsPerMinute;
-        const double aside = path.chance(minute * kStepsPerMinute + step, StepPrice) - 0.5;
-        return qBound(whole.low, std::llround(onTheWay + aside * double(whole.high - whole.low)), whole.high);
+        const double interpolated = double(whole.open) + double(whole.close - whole.open) * step / kStepsPerMinute;
+        const double noise = path.chance(minute * kStepsPerMinute + step, StepPrice) - 0.5;
+        return qBound(whole.low, std::llround(interpolated + noise * double(whole.high - whole.low)), whole.high);
     };
 
     Ticks begin{whole.open, whole.open, whole.open, whole.open, 0, 0};
@@ -164,17 +171,17 @@ void Exchange::addDepth(const Listed &listed, qint64 step, qint64 last, Quote &q
     const qint64 lowest = qMax<qint64>(1, instrument.ticksOf(quote.lowerLimit));
     const qint64 highest = instrument.limitRate > 0 ? instrument.ticksOf(quote.upperLimit) : INT64_MAX;
 
-    // The last trade was at one of the two best prices.
+    // The last price is the best bid or the best ask.
     const qint64 bestBid = path.chance(step, BestSide) < 0.5 ? last : last - 1;
     for (int level = 0; level < kLevels; ++level) {
-        const auto offer = [&](qint64 ticks, quint64 purpose) {
+        const auto levelAt = [&](qint64 ticks, quint64 purpose) {
             if (ticks < lowest || ticks > highest)
                 return QuoteLevel();
             const double lots = usualLots * (0.2 + 1.6 * path.chance(step, Depth + purpose));
             return QuoteLevel{instrument.priceOf(ticks), (1 + std::llround(lots)) * instrument.lot};
         };
-        quote.bids.append(offer(bestBid - level, quint64(level)));
-        quote.asks.append(offer(bestBid + 1 + level, quint64(kLevels) + quint64(level)));
+        quote.bids.append(levelAt(bestBid - level, quint64(level)));
+        quote.asks.append(levelAt(bestBid + 1 + level, quint64(kLevels) + quint64(level)));
     }
 }
 
@@ -211,6 +218,17 @@ std::optional<double> Exchange::lastPrice(const QString &symbol, qint64 step) co
     return m_instruments[found->index].priceOf(last);
 }
 
+PriceLimits Exchange::limitsOf(const Listed &listed, qint64 day) const
+{
+    return m_rules.limits(m_instruments[listed.index], closeTicks(listed, day - 1));
+}
+
+PriceLimits Exchange::limits(const QString &symbol, qint64 step) const
+{
+    const auto found = m_bySymbol.constFind(symbol);
+    return found == m_bySymbol.constEnd() ? PriceLimits() : limitsOf(*found, Moment(step).day);
+}
+
 std::optional<Quote> Exchange::quote(const QString &symbol) const
 {
     return quote(symbol, m_clock.now());
@@ -218,7 +236,7 @@ std::optional<Quote> Exchange::quote(const QString &symbol) const
 
 std::optional<Quote> Exchange::quote(const QString &symbol, const QDateTime &time) const
 {
-    // Before a day's first step, the day before is the latest that has anything to show.
+    // Before the first step of a day this is the last step of the trading day before.
     const qint64 step = stepAt(time);
     const Moment moment(step);
     const auto found = m_bySymbol.constFind(symbol);
@@ -238,17 +256,14 @@ std::optional<Quote> Exchange::quote(const QString &symbol, const QDateTime &tim
     Quote quote;
     quote.symbol = symbol;
     quote.time = timeOfStep(step);
-    const qint64 before = found->path.ticks(moment.day - 1, calendar::kMinutesPerDay);
-    quote.previousClose = instrument.priceOf(before);
+    quote.previousClose = instrument.priceOf(closeTicks(*found, moment.day - 1));
     quote.open = instrument.priceOf(ticks.open);
     quote.high = instrument.priceOf(ticks.high);
     quote.low = instrument.priceOf(ticks.low);
     quote.last = instrument.priceOf(ticks.close);
-    if (instrument.limitRate > 0) { // at least one tick away, however cheap the security is
-        const qint64 reach = qMax<qint64>(1, std::llround(double(before) * instrument.limitRate));
-        quote.upperLimit = instrument.priceOf(before + reach);
-        quote.lowerLimit = instrument.priceOf(qMax<qint64>(1, before - reach));
-    }
+    const PriceLimits limits = limitsOf(*found, moment.day);
+    quote.upperLimit = limits.upper;
+    quote.lowerLimit = limits.lower;
     quote.volume = ticks.volume;
     quote.amount = ticks.amount(instrument);
     addDepth(*found, step, ticks.close, quote);

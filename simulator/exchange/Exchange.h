@@ -1,7 +1,7 @@
 #pragma once
 
 #include "exchange/Clock.h"
-#include "exchange/Instrument.h"
+#include "exchange/MarketRules.h"
 #include "exchange/PricePath.h"
 #include "exchange/Quote.h"
 
@@ -12,7 +12,7 @@
 
 namespace sim {
 
-/// One finished candle. It belongs to the moment at which it ends.
+/// One finished candle.
 struct Candle {
     QDateTime end;
     double open = 0;
@@ -25,16 +25,20 @@ struct Candle {
 
 enum class CandlePeriod { Minute, Day };
 
-/// The market: what is listed and how it has traded.
-/// Made once for a scenario; constant after construction and so safe to use from any thread at once. It takes the
-/// time from the clock that it is given and from nowhere else.
+/// The market: its instruments, rules, quotes and candles.
+/// Made once for a scenario. Constant after construction, so that all threads may use it at the same time. The clock
+/// that it is given is its only source of time.
 class Exchange {
 public:
-    /// Longest answer to one request: the latest so many of the range.
+    /// The most candles in one answer: the latest of the range.
     static constexpr int kMaxCandles = 2000;
 
-    /// start: the day before which every security closed at its scenario price.
-    Exchange(const QVector<Instrument> &instruments, quint64 seed, const QDate &start, const Clock &clock);
+    /// start: on the trading day before it every security closed at Instrument::price. The clock must outlive the
+    /// exchange.
+    Exchange(const QVector<Instrument> &instruments, quint64 seed, const QDate &start, const Clock &clock,
+             const MarketRules &rules = {});
+
+    const MarketRules &rules() const { return m_rules; }
 
     const QVector<Instrument> &instruments() const { return m_instruments; }
 
@@ -42,25 +46,28 @@ public:
     const Instrument *instrument(const QString &symbol) const;
     const Instrument *instrumentOf(const QString &securityId, const QString &exchange) const;
 
-    /// How the security stands now, or stood at that time. From a day's opening until the next trading day's it is
-    /// that day's quote; it changes every three seconds of trading, and never contradicts a candle: after a candle's
-    /// last second the quote has gone through exactly that candle.
+    /// The quote now, or at the given time; nothing for an unknown symbol and before the first trading day. A day's
+    /// quote stays until the first step of the next trading day. It changes every three seconds of trading and agrees
+    /// with the candles: at the end of a minute it is the sum of the day's candles.
     std::optional<Quote> quote(const QString &symbol) const;
     std::optional<Quote> quote(const QString &symbol, const QDateTime &time) const;
 
-    // The changes of the quotes are numbered steps of all trading, the same ones for every security.
+    // Quotes change in steps of three seconds of trading. Steps are numbered, and all securities share them.
 
-    /// The latest step at that time, its very second included.
+    /// The latest step at or before that time.
     static qint64 stepAt(const QDateTime &time);
     static QDateTime timeOfStep(qint64 step);
     static bool isClose(qint64 step); ///< the last one of a trading day
 
-    /// The last price of the quote that the step brings, for much less work.
+    /// The last price of the step's quote, computed without the rest of the quote.
     std::optional<double> lastPrice(const QString &symbol, qint64 step) const;
 
-    /// The finished candles that end between start and stop, both included, oldest first. An invalid stop means
-    /// now, an invalid start means as far back as there is anything. Empty for an unknown symbol. A day's candle
-    /// is made of its 240 minutes' candles exactly.
+    /// The price limits of the step's trading day, those that its quotes show. None for an unknown symbol.
+    PriceLimits limits(const QString &symbol, qint64 step) const;
+
+    /// The finished candles that end between start and stop, both included, oldest first. An invalid stop means now, an
+    /// invalid start means the first trading day. Empty for an unknown symbol. The candle of a day is the sum of the
+    /// candles of its 240 minutes.
     QVector<Candle> candles(const QString &symbol, const QDateTime &start, const QDateTime &stop,
                             CandlePeriod period) const;
 
@@ -69,22 +76,25 @@ private:
         int index; ///< in m_instruments
         PricePath path;
     };
-    struct Ticks;  ///< a candle in whole ticks
-    struct Moment; ///< a step as part of its minute
+    struct Ticks;  ///< a candle whose prices are in ticks
+    struct Moment; ///< the day and the minute of a step
 
     Ticks minuteTicks(const Listed &listed, qint64 minute, qint64 open) const;
+    qint64 closeTicks(const Listed &listed, qint64 day) const;
     qint64 openTicks(const Listed &listed, qint64 minute) const;
     Ticks dayTicks(const Listed &listed, qint64 tradingDay) const;
 
     bool isTraded(const Listed &listed, const Moment &moment) const;
+    PriceLimits limitsOf(const Listed &listed, qint64 day) const;
 
-    /// So many steps of the minute, of which the whole is given.
+    /// Aggregates the first `steps` steps of a minute; `whole` is its finished candle.
     Ticks beginOf(const Listed &listed, qint64 minute, const Ticks &whole, int steps) const;
 
-    /// The five best prices on each side of the last one.
+    /// Adds five price levels on each side of the last price.
     void addDepth(const Listed &listed, qint64 step, qint64 last, Quote &quote) const;
 
     const QVector<Instrument> m_instruments;
+    const MarketRules m_rules;
     const Clock &m_clock;
     QHash<QString, Listed> m_bySymbol;
     QHash<QPair<QString, QString>, int> m_bySecurityId; ///< with the exchange; indices in m_instruments

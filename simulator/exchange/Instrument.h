@@ -22,15 +22,19 @@ struct Instrument {
     double price = 0;         ///< closing price of the last trading day before the scenario starts
     double tick = 0.01;       ///< price step, of at most four decimals
     int decimals = 2;         ///< of the tick and so of every price
-    qint64 lot = 100;         ///< smallest step of a buy, and of what is traded
+    qint64 lot = 100;         ///< quantity step of buy orders and of volumes
     qint64 minQty = 100;      ///< of one order
     qint64 maxQty = 0;        ///< of one order
-    qint64 displayStep = 100; ///< by how much an order ticket steps
+    qint64 displayStep = 100; ///< quantity step of an order ticket
     double multiplier = 1;    ///< money per price unit and share, bond or contract
     double interest = 0;      ///< bonds: accrued, for 100 of face value
-    double limitRate = 0;     ///< how far a day's prices may go from the previous close; 0: as far as they like
-    double volatility = 1;    ///< how lively the price is: 1 is about 1.5 % a day
-    qint64 dailyVolume = 0;   ///< what a usual day trades, in shares, bonds or contracts
+    double limitRate = 0;     ///< largest change from the previous close within a day, as a part of it; 0: no limit
+    double volatility = 1;    ///< of the price: 1 is about 1.5 % a day
+    double feeRate = 0;       ///< the broker's fee, as a part of the amount
+    double saleTaxRate = 0;   ///< the same, added to the fee of a sale
+    double marginRate = 0;    ///< futures: margin, as a part of the position's cost
+    bool soldSameDay = false; ///< what was bought today may be sold today
+    qint64 dailyVolume = 0;   ///< volume of a usual day, in shares, bonds or contracts
     QDate listed;             ///< first trading day; there is no candle before it
 
     /// The double nearest to the decimal price of that many ticks.

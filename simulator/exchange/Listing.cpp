@@ -1,7 +1,6 @@
 #include "exchange/Listing.h"
 
 #include "exchange/Names.h"
-#include "exchange/SecurityClass.h"
 
 #include <QSet>
 
@@ -17,9 +16,9 @@ using random::Sequence;
 const QString kIndexFuture = QStringLiteral("IndexFuture");
 const QString kCommodityFuture = QStringLiteral("CommodityFuture");
 
-/// Securities whose codes are a prefix and a running number.
+/// Made-up securities of one sub-type; their codes are a prefix and a running number.
 struct Series {
-    int share; ///< per cent of all that are made up; what is missing from 100 are futures
+    int share; ///< per cent of all made-up securities; the rest to 100 are futures
     QString prefix;
     QString exchange;
     QString subType;
@@ -79,7 +78,7 @@ const QVector<Series> &allSeries()
     return series;
 }
 
-/// What futures are traded on. Each has one contract for each of the coming months.
+/// The underlying of futures. Each has one contract for each of the coming months.
 struct Product {
     QString code;
     QString exchange;
@@ -88,7 +87,7 @@ struct Product {
     double tick;
     double price;
     double multiplier;
-    qint64 dailyVolume; ///< of the month that is traded most
+    qint64 dailyVolume; ///< of the nearest month
 };
 
 const QVector<Product> &allProducts()
@@ -111,8 +110,11 @@ const QVector<Product> &allProducts()
 
 class Lister {
 public:
-    Lister(const QVector<Instrument> &given, quint64 seed, const QDate &start)
-        : m_chance(random::subkey(seed, random::hash(QStringLiteral("listing")))), m_start(start), m_listed(given)
+    Lister(const QVector<Instrument> &given, quint64 seed, const QDate &start, const MarketRules &rules)
+        : m_chance(random::subkey(seed, random::hash(QStringLiteral("listing"))))
+        , m_start(start)
+        , m_rules(rules)
+        , m_listed(given)
     {
         for (const Instrument &instrument : given) {
             m_codes.insert({instrument.securityId, instrument.exchange});
@@ -144,6 +146,7 @@ private:
 
     Sequence m_chance;
     const QDate m_start;
+    const MarketRules &m_rules;
     QVector<Instrument> m_listed;
     QSet<QPair<QString, QString>> m_codes;
     QSet<QString> m_symbols;
@@ -159,7 +162,7 @@ Instrument Lister::begin(const QString &securityId, const QString &exchange, con
     instrument.exchange = exchange;
     instrument.name = name.name;
     instrument.spellCode = name.spellCode;
-    securityClass(subType)->applyTo(instrument);
+    m_rules.securityClass(subType)->applyTo(instrument);
     instrument.tick = tick;
     instrument.decimals = decimalsOf(tick);
     return instrument;
@@ -177,7 +180,7 @@ void Lister::add(const Series &series, int count)
 {
     constexpr double kSmallestTurnover = 4e7; // money a day
     constexpr double kLargestTurnover = 2e9;
-    const auto between = [&](double from, double to) { // small ones are frequent, large ones are not
+    const auto between = [&](double from, double to) { // small values are more frequent than large ones
         return from * std::pow(to / from, m_chance.from0To1());
     };
 
@@ -205,10 +208,10 @@ void Lister::addContract(const Product &product, const QDate &month, int monthsA
     const QString code = month.toString(QStringLiteral("yyMM"));
     const SpelledName name = product.name + SpelledName{code, code};
     Instrument contract = begin(product.code + code, product.exchange, name, product.subType, product.tick);
-    const double carry = 1 + 0.002 * monthsAhead + 0.002 * m_chance.from0To1(); // later is a little dearer
+    const double carry = 1 + 0.002 * monthsAhead + 0.002 * m_chance.from0To1(); // later months cost a little more
     contract.price = contract.priceOf(contract.ticksOf(product.price * carry));
     contract.multiplier = product.multiplier;
-    contract.dailyVolume = qMax<qint64>(500, product.dailyVolume >> (monthsAhead / 2)); // and traded less
+    contract.dailyVolume = qMax<qint64>(500, product.dailyVolume >> (monthsAhead / 2)); // and trade less
     contract.listed = m_start.addDays(-m_chance.whole(30, 300));
     list(contract);
 }
@@ -231,9 +234,10 @@ void Lister::addFutures(int count)
 
 } // namespace
 
-QVector<Instrument> listing(const QVector<Instrument> &given, int generated, quint64 seed, const QDate &start)
+QVector<Instrument> listing(const QVector<Instrument> &given, int generated, quint64 seed, const QDate &start,
+                            const MarketRules &rules)
 {
-    Lister lister(given, seed, start);
+    Lister lister(given, seed, start, rules);
     int left = generated;
     for (const Series &series : allSeries()) {
         const int count = generated * series.share / 100;

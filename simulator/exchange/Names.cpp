@@ -11,7 +11,7 @@ struct Syllables {
     const char *letters;
 };
 
-// Characters that hardly ever name a company, so that no pair is likely to be one that exists.
+// Characters that are rare in company names, so that a pair is unlikely to be a real name.
 constexpr Syllables kStems[] = {
     {"岚", "L"}, {"澜", "L"}, {"霁", "J"}, {"璟", "J"}, {"峦", "L"}, {"榆", "Y"}, {"渚", "Z"}, {"鹭", "L"}, {"漪", "Y"},
     {"珩", "H"}, {"沐", "M"}, {"雁", "Y"}, {"枫", "F"}, {"溪", "X"}, {"岭", "L"}, {"禾", "H"}, {"晏", "Y"}, {"筠", "Y"},

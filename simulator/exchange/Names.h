@@ -15,13 +15,13 @@ struct SpelledName {
     }
 };
 
-/// The two syllables with which the name of a company or fund begins: hundreds of pairs, no two alike.
+/// The first two syllables of the name of a company or fund: one of hundreds of pairs of different syllables.
 SpelledName madeUpStem(random::Sequence &chance);
 
-/// What a company does, two syllables.
+/// The business of a company, two syllables.
 SpelledName madeUpBusiness(random::Sequence &chance);
 
-/// What a fund invests in, two syllables.
+/// The investments of a fund, two syllables.
 SpelledName madeUpTheme(random::Sequence &chance);
 
 } // namespace sim

@@ -13,18 +13,18 @@ using namespace random;
 
 namespace {
 
-// Moments of one day: its opening and the end of each minute. The step from one day's last moment to the next
-// day's first is the night.
+// A day has one moment for its opening and one for the end of each minute. The night lies between the last moment of a
+// day and the first of the next.
 constexpr int kMomentsPerDay = calendar::kMinutesPerDay + 1;
 
 constexpr double kFastestLayer = 0.0007; // gives about 1.5 % a day
 constexpr double kNightMove = 0.008;
 
-// What random numbers are for; layers count from 0.
+// What a random number is for; the layers are numbered from 0.
 constexpr quint64 kNight = 1000;
-constexpr quint64 kCallersPurposes = 2000;
+constexpr quint64 kFirstPurposeOfCallers = 2000;
 
-double around0(quint64 key, qint64 index)
+double fromMinus1To1(quint64 key, qint64 index)
 {
     return 2 * from0To1(key, index) - 1;
 }
@@ -45,13 +45,13 @@ PricePath::PricePath(const Instrument &instrument, quint64 seed, qint64 startDay
 double PricePath::logPrice(qint64 tradingDay, int minutesEnded) const
 {
     const qint64 moment = tradingDay * kMomentsPerDay + minutesEnded;
-    double sum = kNightMove * around0(m_nightKey, tradingDay);
+    double sum = kNightMove * fromMinus1To1(m_nightKey, tradingDay);
     double strength = kFastestLayer;
     for (int layer = 0; layer < kLayers; ++layer, strength *= M_SQRT2) {
         const quint64 key = m_layerKeys[size_t(layer)];
         const qint64 before = moment >> layer;
         const double part = double(moment - (before << layer)) / double(Q_INT64_C(1) << layer);
-        sum += strength * ((1 - part) * around0(key, before) + part * around0(key, before + 1));
+        sum += strength * ((1 - part) * fromMinus1To1(key, before) + part * fromMinus1To1(key, before + 1));
     }
     return sum;
 }
@@ -62,9 +62,9 @@ qint64 PricePath::ticks(qint64 tradingDay, int minutesEnded) const
     return qMax<qint64>(1, std::llround(price));
 }
 
-double PricePath::chance(qint64 number, quint64 purpose) const
+double PricePath::chance(qint64 index, quint64 purpose) const
 {
-    return from0To1(subkey(m_key, kCallersPurposes + purpose), number);
+    return from0To1(subkey(m_key, kFirstPurposeOfCallers + purpose), index);
 }
 
 } // namespace sim

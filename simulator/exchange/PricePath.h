@@ -6,27 +6,25 @@
 
 namespace sim {
 
-/// The road that one security's price takes: a pure function of seed, symbol and moment. Nothing is walked and
-/// nothing is remembered, so whoever asks for whatever in whichever order sees the same price.
-/// A copyable value; constant after construction.
+/// The price of one security over time: a pure function of seed, symbol and time. It keeps no state, so the order of
+/// the calls does not matter. A copyable value; constant after construction.
 class PricePath {
 public:
-    /// startDay: the trading day on which the scenario begins; the day before it closed at instrument.price.
+    /// startDay: the first trading day of the scenario; the day before it closed at instrument.price.
     PricePath(const Instrument &instrument, quint64 seed, qint64 startDay);
 
-    /// The price in ticks at the start (0) or after the given number of ended minutes of a trading day. Never
-    /// below one tick.
+    /// The price in ticks at the opening of a trading day (0) or at the end of its nth minute. At least one tick.
     qint64 ticks(qint64 tradingDay, int minutesEnded) const;
 
-    /// A number in [0, 1) that belongs to one purpose and, of what the caller numbers for it, one.
-    double chance(qint64 number, quint64 purpose) const;
+    /// Deterministic random number in [0, 1) for (seed, symbol, purpose, index).
+    double chance(qint64 index, quint64 purpose) const;
 
 private:
     double logPrice(qint64 tradingDay, int minutesEnded) const;
 
-    // Layers of noise, each twice as slow and half as much again as strong as the one before: together they move
-    // like a random walk up to about two years, and stay around one level beyond that, so that no security drifts
-    // away.
+    // Layers of noise; each changes half as fast as the one before and is the square root of 2 times as strong. Their
+    // sum moves like a random walk over periods up to about two years, and stays around one level over longer ones, so
+    // that no price drifts away.
     static constexpr int kLayers = 18;
 
     quint64 m_key; ///< mixes seed and symbol

@@ -6,13 +6,13 @@
 
 namespace sim {
 
-/// What is on offer at one price. An empty level (no more prices that side) is 0 and 0.
+/// One price level. Price and quantity are 0 when there is none.
 struct QuoteLevel {
     double price = 0;
     qint64 qty = 0;
 };
 
-/// How a security stands: its day so far and the five best prices of each side.
+/// The quote of a security: its day so far and five price levels on each side.
 struct Quote {
     QString symbol;
     QDateTime time; ///< of the last change

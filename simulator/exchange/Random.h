@@ -2,10 +2,10 @@
 
 #include <QString>
 
-/// Random numbers that are pure functions of a key: the same in every process, in whatever order they are asked for.
+/// Random numbers that are pure functions of a key: the same in every process and in any order of the calls.
 namespace sim::random {
 
-/// Scrambles a number so that neighbours have nothing in common (the finaliser of SplitMix64).
+/// Scrambles a number, so that neighbouring numbers give unrelated results (the finaliser of SplitMix64).
 inline quint64 scramble(quint64 x)
 {
     x += Q_UINT64_C(0x9e3779b97f4a7c15);
@@ -14,7 +14,7 @@ inline quint64 scramble(quint64 x)
     return x ^ (x >> 31);
 }
 
-/// FNV-1a over the text's characters; qHash is salted anew in every process.
+/// FNV-1a over the characters of the text. qHash would differ between processes.
 inline quint64 hash(const QString &text)
 {
     quint64 h = Q_UINT64_C(0xcbf29ce484222325);
@@ -33,7 +33,7 @@ inline double from0To1(quint64 key, qint64 index)
     return double(scramble(key ^ quint64(index)) >> 11) / double(Q_UINT64_C(1) << 53);
 }
 
-/// A sequence of them, for things that are made once and in order.
+/// A sequence of random numbers, for what is made once and in a fixed order.
 class Sequence {
 public:
     explicit Sequence(quint64 key) : m_key(key) {}

@@ -1,37 +1,27 @@
 #include "exchange/SecurityClass.h"
 
-#include <algorithm>
-
 namespace sim {
 
-const QVector<SecurityClass> &securityClasses()
+const QVector<SecurityClass> &standardClasses()
 {
     using K = SecurityKind;
-    const auto text = [](const char *latin1) { return QString::fromLatin1(latin1); };
-    // Where there is a price limit the volatility is at most six times as large: at volatility 1 no day can move
-    // farther than 14 %, so that the path of a price stays inside its limits by itself.
+    const auto t = [](const char *latin1) { return QString::fromLatin1(latin1); };
+    // The volatility is at most six times the price limit: at volatility 1 no day moves farther than 14 %, so that a
+    // price stays inside its limits without being clamped.
     static const QVector<SecurityClass> classes{
         // clang-format off
-        // sub-type                  kind       board              lot  min  max      shown limit  volatility
-        {text("MainShare"),          K::Share,  text("main"),      100, 100, 1000000, 100,  0.1,   0.6},
-        {text("GrowthShare"),        K::Share,  text("growth"),    1,   200, 100000,  100,  0.2,   1.2},
-        {text("ExchangeTradedFund"), K::Fund,   text("fund"),      100, 100, 1000000, 100,  0.1,   0.5},
-        {text("ListedOpenFund"),     K::Fund,   text("fund"),      100, 100, 1000000, 100,  0.1,   0.3},
-        {text("ConvertibleBond"),    K::Bond,   text("bond"),      10,  10,  100000,  10,   0.2,   0.7},
-        {text("TreasuryBond"),       K::Bond,   text("bond"),      10,  10,  1000000, 10,   0,     0.05},
-        {text("IndexFuture"),        K::Future, text("financial"), 1,   1,   50,      1,    0.1,   0.6},
-        {text("CommodityFuture"),    K::Future, text("commodity"), 1,   1,   500,     1,    0.08,  0.48},
+        // sub-type               kind       board           lot  min  max      shown limit vol.  fee       tax     margin sameDay
+        {t("MainShare"),          K::Share,  t("main"),      100, 100, 1000000, 100,  0.1,  0.6,  0.00025,  0.0005, 0,    false},
+        {t("GrowthShare"),        K::Share,  t("growth"),    1,   200, 100000,  100,  0.2,  1.2,  0.00025,  0.0005, 0,    false},
+        {t("ExchangeTradedFund"), K::Fund,   t("fund"),      100, 100, 1000000, 100,  0.1,  0.5,  0.0001,   0,      0,    false},
+        {t("ListedOpenFund"),     K::Fund,   t("fund"),      100, 100, 1000000, 100,  0.1,  0.3,  0.0001,   0,      0,    false},
+        {t("ConvertibleBond"),    K::Bond,   t("bond"),      10,  10,  100000,  10,   0.2,  0.7,  0.00002,  0,      0,    true},
+        {t("TreasuryBond"),       K::Bond,   t("bond"),      10,  10,  1000000, 10,   0,    0.05, 0.00002,  0,      0,    true},
+        {t("IndexFuture"),        K::Future, t("financial"), 1,   1,   50,      1,    0.1,  0.6,  0.000023, 0,      0.12, true},
+        {t("CommodityFuture"),    K::Future, t("commodity"), 1,   1,   500,     1,    0.08, 0.48, 0.000023, 0,      0.12, true},
         // clang-format on
     };
     return classes;
-}
-
-const SecurityClass *securityClass(const QString &subType)
-{
-    const QVector<SecurityClass> &classes = securityClasses();
-    const auto found = std::find_if(classes.begin(), classes.end(),
-                                    [&](const SecurityClass &each) { return each.subType == subType; });
-    return found == classes.end() ? nullptr : found;
 }
 
 void SecurityClass::applyTo(Instrument &instrument) const
@@ -45,6 +35,10 @@ void SecurityClass::applyTo(Instrument &instrument) const
     instrument.displayStep = displayStep;
     instrument.limitRate = limitRate;
     instrument.volatility = volatility;
+    instrument.feeRate = feeRate;
+    instrument.saleTaxRate = saleTaxRate;
+    instrument.marginRate = marginRate;
+    instrument.soldSameDay = soldSameDay;
 }
 
 } // namespace sim

@@ -6,7 +6,7 @@
 
 namespace sim {
 
-/// The trading rules that all securities of one sub-type share.
+/// What all securities of one sub-type share: the exchange's trading rules and the broker's terms. A plain value.
 struct SecurityClass {
     QString subType; ///< unique
     SecurityKind kind;
@@ -17,14 +17,16 @@ struct SecurityClass {
     qint64 displayStep;
     double limitRate;
     double volatility;
+    double feeRate;
+    double saleTaxRate;
+    double marginRate;
+    bool soldSameDay;
 
+    /// Copies all of it to the instrument.
     void applyTo(Instrument &instrument) const;
 };
 
-/// All there are.
-const QVector<SecurityClass> &securityClasses();
-
-/// Null when there is none.
-const SecurityClass *securityClass(const QString &subType);
+/// The classes that the simulator knows.
+const QVector<SecurityClass> &standardClasses();
 
 } // namespace sim

@@ -4,7 +4,7 @@
 
 namespace sim {
 
-/// The text of the frame that brings an event to a page: {"args":[…],"event":"…"}
+/// The text frame for an event: {"args":[…],"event":"…"}
 QString eventFrame(const QCefEvent &event);
 
 } // namespace sim

@@ -1,19 +1,16 @@
 #include "gateway/Gateway.h"
 
 #include "gateway/HttpConnection.h"
-#include "gateway/Logging.h"
 #include "gateway/PageConnection.h"
 
 #include <QTcpSocket>
 #include <QWebSocket>
 
-Q_LOGGING_CATEGORY(gatewayLog, "varnel.simulator")
-
 namespace sim {
 
 namespace {
 
-constexpr quint16 kHttpPort = 80; // left out of an origin
+constexpr quint16 kHttpPort = 80; // an origin does not contain this port
 
 } // namespace
 

@@ -13,21 +13,22 @@
 
 namespace sim {
 
-/// The simulator's one port: static files over HTTP, and the WebSocket of each page.
-/// Made and destroyed by main on the user-interface thread, where all of it runs. It listens on the loopback address
-/// only, and accepts no WebSocket from a page of an origin that is not its own or allowed: pages place orders here.
+/// The server on the simulator's port: static files over HTTP, and a WebSocket for each page.
+/// Made and destroyed by main on the user-interface thread, where everything runs. It listens on the loopback address
+/// only. It accepts WebSockets only from pages of its own origin and of the allowed origins, because pages can place
+/// orders.
 class Gateway : public QObject {
     Q_OBJECT
 public:
-    /// root: the folder of the static files, or empty. allowedOrigins: besides its own. A client must have sent the
-    /// head of its request, and then taken the answer, within the deadline.
+    /// root: the folder of the static files, or empty. allowedOrigins: in addition to its own. httpDeadline: for a
+    /// client to send the head of its request, and again to receive the answer.
     Gateway(const QString &root, const QStringList &allowedOrigins,
             std::chrono::milliseconds httpDeadline = std::chrono::seconds(10));
 
-    /// Closes every page.
+    /// Closes all pages.
     ~Gateway() override;
 
-    /// Port 0 means any free one. On failure false, and errorString() says why.
+    /// Port 0 means any free port. On failure it returns false, and errorString() says why.
     bool listen(quint16 port);
 
     quint16 port() const { return m_server.serverPort(); }
@@ -43,7 +44,8 @@ private:
     QSet<QByteArray> m_allowedOrigins; ///< constant after listen()
     QTcpServer m_server;
     QWebSocketServer m_webSockets; ///< never listens: it shakes hands on sockets that m_server accepted
-    QHash<quint16, QPointer<QTcpSocket>> m_handshakes; ///< by the peer's port: a QWebSocket hides what is below it
+    QHash<quint16, QPointer<QTcpSocket>>
+        m_handshakes; ///< by the peer's port, because a QWebSocket does not show its socket
     int m_lastPage = 0;
 };
 

@@ -11,7 +11,7 @@ HttpConnection::HttpConnection(QTcpSocket *socket, const HttpFiles &files, const
     : QObject(parent), m_socket(socket), m_files(files), m_allowedOrigins(allowedOrigins)
 {
     m_socket->setParent(this);
-    m_socket->setReadBufferSize(kMaxHead + 1); // what a client sends beyond a head stays with the system
+    m_socket->setReadBufferSize(kMaxHead + 1); // further bytes stay in the system's buffer
     connect(m_socket, &QTcpSocket::readyRead, this, &HttpConnection::readHead);
     connect(m_socket, &QTcpSocket::disconnected, this, &QObject::deleteLater);
     m_deadline.setSingleShot(true);
@@ -22,7 +22,7 @@ HttpConnection::HttpConnection(QTcpSocket *socket, const HttpFiles &files, const
             send(HttpReply::of(408));
     });
     m_deadline.start(deadline);
-    readHead(); // what came before the connections stood
+    readHead(); // for data that arrived before the signal was connected
 }
 
 void HttpConnection::readHead()
@@ -75,7 +75,7 @@ bool HttpConnection::isAllowed(const RequestHead &head) const
 void HttpConnection::send(const HttpReply &reply, bool withBody)
 {
     m_decided = true;
-    m_deadline.start(); // anew, for a client that does not read
+    m_deadline.start(); // again, for a client that does not read the answer
     m_socket->write(reply.toBytes(withBody));
     m_socket->disconnectFromHost();
 }

@@ -12,22 +12,22 @@ class QTcpSocket;
 
 namespace sim {
 
-/// One connection until its request is clear: it answers a request for a file itself and gives away the socket of
-/// one that wants a WebSocket.
-/// Made by the Gateway for each connection, deletes itself; user-interface thread only. It never takes a byte of the
-/// head off the socket, so that whoever gets the socket can read it again.
+/// A connection up to its first request: it answers a request for a file, and hands over the socket of a request for a
+/// WebSocket.
+/// Made by the Gateway for each connection; deletes itself; user-interface thread only. It only peeks at the head of
+/// the request, so that the WebSocket server can read it again.
 class HttpConnection : public QObject {
     Q_OBJECT
 public:
     static constexpr int kMaxHead = 16 * 1024;
 
-    /// Takes the socket over. allowedOrigins: of pages that may open a WebSocket. deadline: for the head to come, and
-    /// again for the answer to go.
+    /// Takes ownership of the socket. allowedOrigins: of pages that may open a WebSocket. deadline: for the head to
+    /// arrive, and again for the answer to be sent.
     HttpConnection(QTcpSocket *socket, const HttpFiles &files, const QSet<QByteArray> &allowedOrigins,
                    std::chrono::milliseconds deadline, QObject *parent);
 
 signals:
-    /// The socket, with its head still unread, has no parent any more: the receiver owns it.
+    /// The receiver owns the socket. The head of the request is still unread.
     void wantsWebSocket(QTcpSocket *socket);
 
 private:

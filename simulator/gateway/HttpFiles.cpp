@@ -5,7 +5,7 @@
 #include <QFileInfo>
 #include <QUrl>
 
-// Outside the namespace, as Qt asks: a static library's resources must be named to be linked.
+// Resources of a static library are linked only when they are named. Qt requires this outside of namespaces.
 static void initResources()
 {
     Q_INIT_RESOURCE(gateway);
@@ -79,7 +79,7 @@ QByteArray HttpReply::toBytes(bool withBody) const
     const QByteArray head = "HTTP/1.1 " + QByteArray::number(status) + ' ' + reason(status) +
                             "\r\nContent-Type: " + contentType +
                             "\r\nContent-Length: " + QByteArray::number(body.size()) +
-                            // A developer reloads what has just been built.
+                            // No caching: developers reload pages that they have just built.
                             "\r\nCache-Control: no-store\r\nX-Content-Type-Options: nosniff\r\nConnection: close\r\n" +
                             extraFields + "\r\n";
     return withBody ? head + body : head;
@@ -95,8 +95,7 @@ HttpFiles::HttpFiles(const QString &root)
 QString HttpFiles::fileFor(const QByteArray &path) const
 {
     const QByteArray bytes = QByteArray::fromPercentEncoding(path);
-    if (bytes.contains('\0') ||
-        bytes.contains('\\')) // the one ends a path for the system, the other is a "/" on Windows
+    if (bytes.contains('\0') || bytes.contains('\\')) // '\0' ends a path for the system; '\\' is a separator on Windows
         return QString();
     const QString decoded = QString::fromUtf8(bytes);
     if (decoded == QLatin1String("/bridge.js"))
@@ -104,7 +103,7 @@ QString HttpFiles::fileFor(const QByteArray &path) const
     if (m_root.isEmpty())
         return decoded == QLatin1String("/") ? QStringLiteral(":/gateway/index.html") : QString();
 
-    // The canonical path has neither ".." nor links in it, so it tells where the file really is.
+    // The canonical path contains neither ".." nor links: it shows where the file really is.
     QString file = QFileInfo(m_root + decoded).canonicalFilePath();
     if (QFileInfo(file).isDir())
         file = QFileInfo(file + QStringLiteral("/index.html")).canonicalFilePath();

@@ -13,15 +13,15 @@ struct HttpReply {
     QByteArray body;
     QByteArray extraFields; ///< whole lines, each with its line end
 
-    /// A reply that only says its status.
+    /// A reply with the status as its text.
     static HttpReply of(int status, const QByteArray &extraFields = {});
 
-    /// The bytes to send. Without the body for HEAD.
+    /// The bytes to send; for HEAD without the body.
     QByteArray toBytes(bool withBody) const;
 };
 
-/// Static files: what is built in (bridge.js, and a page when there is no root), and the files below the root.
-/// Constant after construction. Never gives a file from outside the root, whatever path or link leads there.
+/// Static files: the built-in ones (bridge.js, and a page when there is no root) and the files below the root.
+/// Constant after construction. It never serves a file outside the root, not even through a link.
 class HttpFiles {
 public:
     /// root: a folder, or empty for none.

@@ -40,7 +40,7 @@ void lingerOnClose(const QTcpSocket &socket, QObject *parent)
 
 #else
 
-// A socket cannot be duplicated so easily elsewhere: there a peer that is still sending may miss the reason.
+// Not implemented elsewhere: a peer that is still sending may miss the reason.
 void lingerOnClose(const QTcpSocket &, QObject *) {}
 
 #endif

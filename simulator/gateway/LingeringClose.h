@@ -6,10 +6,10 @@ class QTcpSocket;
 
 namespace sim {
 
-/// To be called when the last byte for the peer has been written and just before the socket is closed.
-/// A socket that is closed while its peer still sends is reset by the system, and the reset destroys what the peer
-/// has not read yet: the very frame that tells why. So this keeps the connection open behind the socket, half closed,
-/// and throws away what comes until the peer has ended it too, for at most two seconds.
+/// To be called after the last byte for the peer was written, just before the socket is closed.
+/// When a socket is closed while its peer still sends, the system resets the connection, and the peer loses what it has
+/// not read yet, such as the close frame with the reason. So this keeps a duplicate of the socket half open and
+/// discards incoming data until the peer closes too, for at most two seconds.
 void lingerOnClose(const QTcpSocket &socket, QObject *parent);
 
 } // namespace sim

@@ -2,5 +2,5 @@
 
 #include <QLoggingCategory>
 
-/// What the simulator says of its connections.
+/// Log of the connections.
 Q_DECLARE_LOGGING_CATEGORY(gatewayLog)

@@ -4,9 +4,9 @@
 #include "gateway/LingeringClose.h"
 #include "gateway/Logging.h"
 #include "gateway/MessageCenterCalls.h"
+#include "host/QCefViewAccess.h"
 #include "msgcenter/WebMsgCenter.h"
-#include "platform/Terminal.h"
-#include "services/QCefViewAccess.h"
+#include "terminal/Terminal.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -60,11 +60,11 @@ PageConnection::PageConnection(QWebSocket *socket, const QPointer<QTcpSocket> &t
 PageConnection::~PageConnection()
 {
     WebMsgCenter::instance()->unsubscribeAll(&m_view);
-    // Otherwise they would reach a later page whose view happens to lie in the same place.
+    // Otherwise the messages would reach a later page whose view has the same address.
     for (const QString &id : qAsConst(m_customMessages))
         MessageCenterCalls::call(&m_view, kSubscribeCustomMessage, {QString(), id, QStringLiteral("0")});
     WebMsgCenter::instance()->unReg(&m_view);
-    // What the bus is telling at this moment may still be told to this view.
+    // The bus thread may be delivering to this view at this moment.
     Terminal::instance().bus()->awaitReturn();
     m_socket->disconnect(this);
     m_socket->close(QWebSocketProtocol::CloseCodeGoingAway);
@@ -88,7 +88,7 @@ void PageConnection::receive(const QString &frame)
         return refuse(QStringLiteral("\"invoke\" is not a text"));
     if (!args.isArray())
         return refuse(QStringLiteral("\"args\" is not an array"));
-    const QCefViewAccess::Call underWay(m_view);
+    const QCefViewAccess::Call call(m_view);
     invoke(method.toString(), args.toArray().toVariantList());
 }
 
@@ -129,7 +129,7 @@ bool PageConnection::callMessageCenter(const QString &method, const QVariantList
 
 void PageConnection::send(const QCefEvent &event)
 {
-    // What came before counts, not what is sent now: a long list is no sign of a page that does not read.
+    // Only earlier data counts, so that one long answer does not close the connection.
     if (m_socket->bytesToWrite() > kMaxBacklog)
         m_socket->flush();
     if (m_socket->bytesToWrite() > kMaxBacklog) {

@@ -14,18 +14,19 @@ class QWebSocket;
 
 namespace sim {
 
-/// One connected page: its WebSocket, the view that stands for it and the view's dispatchers.
-/// Made by the Gateway when a page connects; deletes itself when the connection has ended; user-interface thread
-/// only. It never goes away from inside a call of its page, however suddenly the page does.
+/// One connected page: its WebSocket, its view and the view's dispatchers.
+/// Made by the Gateway when a page connects; deletes itself after the end of the connection; user-interface thread
+/// only. It is never deleted during a call of its page, even when the page disconnects meanwhile.
 class PageConnection : public QObject {
     Q_OBJECT
 public:
     static constexpr int kMaxFrame = 1024 * 1024;
 
-    /// What may wait when there is more to send. A page that lets more pile up has stopped reading and is dropped.
+    /// Bytes that may be queued before a further event. A page with more has stopped reading, and its connection is
+    /// closed.
     static constexpr qint64 kMaxBacklog = qint64{16} * 1024 * 1024;
 
-    /// Takes the socket over. tcp: what is below it, owned by it.
+    /// Takes ownership of the socket. tcp: its TCP socket, which it owns.
     PageConnection(QWebSocket *socket, const QPointer<QTcpSocket> &tcp, int number, QObject *parent);
     ~PageConnection() override;
 
@@ -46,8 +47,8 @@ private:
     VarnelCefView m_view;
     DataThread *const m_data;       ///< child of the view
     TradeThread *const m_trade;     ///< the same
-    QSet<QString> m_customMessages; ///< those that the page has subscribed to, or has once
-    bool m_refused = false;         ///< frames that came before the close took effect no longer count
+    QSet<QString> m_customMessages; ///< ids that the page has subscribed to, also those it has unsubscribed
+    bool m_refused = false;         ///< after a bad frame: further frames are ignored until the connection is closed
 };
 
 } // namespace sim

@@ -43,7 +43,7 @@ std::optional<RequestHead> RequestHead::parse(const QByteArray &text)
     RequestHead head{words[0], words[1], {}};
     for (const QByteArray &line : qAsConst(lines)) {
         const int colon = line.indexOf(':');
-        // A name with a blank before the colon, or a folded line, would mean different things to different readers.
+        // Refused, because servers read them differently: a blank before the colon, and folded lines.
         if (colon < 0 || !isToken(line.left(colon)))
             return std::nullopt;
         head.fields.append({line.left(colon).toLower(), line.mid(colon + 1).trimmed()});

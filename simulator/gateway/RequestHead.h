@@ -14,16 +14,16 @@ struct RequestHead {
     QByteArray target;
     QList<QPair<QByteArray, QByteArray>> fields; ///< names in lower case
 
-    /// Reads a head up to and including its empty line. Nothing when it is not an HTTP/1 head.
+    /// text: the head with its empty line. Nothing when it is not a valid HTTP/1 head.
     static std::optional<RequestHead> parse(const QByteArray &text);
 
     /// The target without its query.
     QByteArray path() const;
 
-    /// The field's values, one for each time that it was sent.
+    /// The values of a field, one for each occurrence.
     QList<QByteArray> values(const QByteArray &name) const;
 
-    /// Whether a comma-separated field names the word, in whatever case.
+    /// Whether a comma-separated field contains the word, in upper or lower case.
     bool names(const QByteArray &field, const QByteArray &word) const;
 };
 

@@ -2,17 +2,16 @@
 // here a page loads it first: <script src="/bridge.js"></script>
 //
 //   CallBridge.invokeMethod(method, ...args)        calls the host; there is no return value
-//   CallBridge.addEventListener(name, listener)     listener(...args) hears the events of that name
+//   CallBridge.addEventListener(name, listener)     calls listener(...args) for each event of that name
 //   CallBridge.removeEventListener(name, listener)
 //
 // Only here, not in the terminal:
 //   CallBridge.connectionState                      "connecting", "open" or "closed"
-//   window event "callbridge:open"                  the connection stands
+//   window event "callbridge:open"                  the connection is open
 //   window event "callbridge:close"                 it has ended; event.detail is {code, reason}
 //
-// Calls made before the connection stands are sent, in order, when it does. Once it has ended nothing is sent any
-// more and nothing is ever sent again: a call may be an order, and a repeated order is a second order. A page that
-// wants to go on reloads itself.
+// Calls made before the connection is open are sent, in order, when it opens. After its end nothing is sent, and nothing
+// is repeated: a call may be an order, and a repeated order is a second order. To connect again a page reloads itself.
 (() => {
   'use strict';
 
@@ -22,7 +21,7 @@
   let state = 'connecting';
   let queue = [];
 
-  // The simulator that served this file, also when the page itself comes from somewhere else.
+  // Connects to the server of this file, also when the page comes from another server.
   const source = document.currentScript ? document.currentScript.src : location.href;
   const address = new URL('/view', source);
   address.protocol = 'ws:';
@@ -47,7 +46,7 @@
       try {
         listener(...args);
       } catch (error) {
-        // Reported as any uncaught error is; the other listeners still hear the event.
+        // Reported as an uncaught error; the other listeners still receive the event.
         setTimeout(() => {
           throw error;
         });

@@ -2,5 +2,5 @@
 
 #include <QLoggingCategory>
 
-/// What the simulated terminal says of itself to whoever develops a page.
+/// Log of the simulated terminal, for page developers.
 Q_DECLARE_LOGGING_CATEGORY(terminalLog)

@@ -9,12 +9,12 @@ namespace sim {
 
 namespace {
 
-constexpr int kFirstEventId = 0x40000; // above the ids that the terminal's own events have
+constexpr int kFirstEventId = 0x40000; // above the ids of the terminal's own events
 constexpr size_t kMaxWaiting = 10000;
 
-// Answers are large (thousands of candles) and a presenter's thread may be slower than the bus. A further answer is
-// made only when it has worked through the ones before, so that what piles up is small requests.
-constexpr int kMaxUndigested = 16;
+// Answers are large (thousands of candles), and a presenter's thread may be slower than the bus. So further answers
+// wait for its acknowledgements, as requests, which are small.
+constexpr int kMaxUnacknowledged = 16;
 
 const QString kTerminalName = QStringLiteral("Terminal");
 
@@ -49,10 +49,10 @@ void MessageBus::listen(int eventId, const Listener &listener)
     m_listeners.insert(eventId, listener);
 }
 
-int MessageBus::join(QvPresenterClass *presenter, const QString &name, Wakeup *digested)
+int MessageBus::join(QvPresenterClass *presenter, const QString &name, Wakeup *acknowledged)
 {
     const std::lock_guard lock(m_mutex);
-    m_presenters.insert(++m_lastPid, {presenter, name, digested, 0});
+    m_presenters.insert(++m_lastPid, {presenter, name, acknowledged, 0});
     return m_lastPid;
 }
 
@@ -62,7 +62,7 @@ void MessageBus::leave(int pid)
     m_presenters.remove(pid);
     for (QVector<int> &pids : m_subscribers)
         pids.removeAll(pid);
-    // A presenter that leaves from within its own call must not wait for itself.
+    // A presenter that leaves during a call into itself must not wait for that call.
     if (std::this_thread::get_id() != m_thread.get_id())
         m_returned.wait(lock, [&] { return m_calling != pid; });
     m_wake.notify_all();
@@ -72,7 +72,7 @@ void MessageBus::awaitReturn()
 {
     std::unique_lock lock(m_mutex);
     if (std::this_thread::get_id() == m_thread.get_id())
-        return; // the call under way is the caller's own
+        return; // it would wait for its own call
     const quint64 call = m_calls;
     m_returned.wait(lock, [&] { return m_calling == 0 || m_calls != call; });
 }
@@ -118,7 +118,7 @@ void MessageBus::send(const QString &sender, std::unique_ptr<CEventMessageCommon
 {
     if (m_stopping)
         return;
-    m_errands.push_back({Clock::now() + m_latency, sender, std::move(event), {}, {}});
+    m_events.push_back({Clock::now() + m_latency, sender, std::move(event), {}, {}});
     m_wake.notify_all();
 }
 
@@ -141,10 +141,10 @@ std::optional<QVariantList> MessageBus::requestAndWait(std::unique_ptr<CMessageC
         if (m_stopping || !m_services.contains(request->Type().toString()))
             return std::nullopt;
         if (std::this_thread::get_id() == m_thread.get_id())
-            return fetch(*request, lock); // nobody else could answer while the bus thread waits
+            return fetch(*request, lock); // the bus thread answers itself: it cannot wait for itself
         Reply reply;
         answer = reply.get_future();
-        m_errands.push_back({Clock::now() + m_latency, {}, {}, std::move(request), std::move(reply)});
+        m_events.push_back({Clock::now() + m_latency, {}, {}, std::move(request), std::move(reply)});
         m_wake.notify_all();
     }
     return answer.get();
@@ -166,10 +166,10 @@ void MessageBus::run()
     std::unique_lock lock(m_mutex);
     while (!m_stopping) {
         const auto now = Clock::now();
-        if (!m_errands.empty() && m_errands.front().due <= now) {
-            Errand errand = std::move(m_errands.front());
-            m_errands.pop_front();
-            runErrand(std::move(errand), lock);
+        if (!m_events.empty() && m_events.front().due <= now) {
+            QueuedEvent queued = std::move(m_events.front());
+            m_events.pop_front();
+            deliver(std::move(queued), lock);
             continue;
         }
         const bool mayAnswerNext = !m_requests.empty() && mayAnswer(m_requests.front());
@@ -179,46 +179,46 @@ void MessageBus::run()
             answer(std::move(request), lock);
             continue;
         }
-        if (m_errands.empty() && !mayAnswerNext) {
+        if (m_events.empty() && !mayAnswerNext) {
             m_wake.wait(lock);
         } else {
             auto due = Clock::time_point::max();
-            if (!m_errands.empty())
-                due = m_errands.front().due;
+            if (!m_events.empty())
+                due = m_events.front().due;
             if (mayAnswerNext)
                 due = std::min(due, m_requests.front().due);
             m_wake.wait_until(lock, due);
         }
     }
-    for (Errand &errand : m_errands) {
-        if (errand.reply)
-            errand.reply->set_value(std::nullopt);
+    for (QueuedEvent &queued : m_events) {
+        if (queued.reply)
+            queued.reply->set_value(std::nullopt);
     }
-    m_errands.clear();
+    m_events.clear();
     m_requests.clear();
 }
 
 bool MessageBus::mayAnswer(const Request &request) const
 {
-    return m_presenters.value(request.message->Srcid()).undigested < kMaxUndigested;
+    return m_presenters.value(request.message->Srcid()).unacknowledged < kMaxUnacknowledged;
 }
 
-void MessageBus::runErrand(Errand errand, std::unique_lock<std::mutex> &lock)
+void MessageBus::deliver(QueuedEvent queued, std::unique_lock<std::mutex> &lock)
 {
-    if (errand.reply) {
-        errand.reply->set_value(fetch(*errand.request, lock));
+    if (queued.reply) {
+        queued.reply->set_value(fetch(*queued.request, lock));
         return;
     }
-    const QVariant type = errand.event->Type();
+    const QVariant type = queued.event->Type();
     if (const Listener listener = m_listeners.value(type.toInt())) {
         lock.unlock();
-        listener(rowOf(errand.event->Msg()));
+        listener(rowOf(queued.event->Msg()));
         lock.lock();
     }
     const QVector<int> pids = m_subscribers.value(type.toInt());
     for (const int pid : pids) {
         call(pid, lock, [&](const Presenter &presenter) {
-            presenter.object->ProcEventMsg(errand.sender, type, errand.event->Msg());
+            presenter.object->ProcEventMsg(queued.sender, type, queued.event->Msg());
         });
     }
 }
@@ -231,11 +231,11 @@ void MessageBus::answer(Request request, std::unique_lock<std::mutex> &lock)
     const auto presenter = m_presenters.find(pid);
     if (presenter == m_presenters.end())
         return;
-    ++presenter->undigested;
+    ++presenter->unacknowledged;
     call(pid, lock, [&](const Presenter &presenter) {
         presenter.object->ProcQuotationMsg(presenter.name, answerType, list);
-        // Queued behind all that the call itself has queued for the presenter's thread.
-        presenter.digested->post();
+        // Queued after everything that the call has queued for the presenter's thread.
+        presenter.acknowledged->post();
     });
 }
 
@@ -254,12 +254,12 @@ void MessageBus::call(int pid, std::unique_lock<std::mutex> &lock, const std::fu
     m_returned.notify_all();
 }
 
-void MessageBus::digested(int pid)
+void MessageBus::acknowledged(int pid)
 {
     const std::lock_guard lock(m_mutex);
     const auto presenter = m_presenters.find(pid);
     if (presenter != m_presenters.end())
-        --presenter->undigested;
+        --presenter->unacknowledged;
     m_wake.notify_all();
 }
 

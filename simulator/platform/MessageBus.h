@@ -26,60 +26,59 @@ namespace sim {
 class Wakeup;
 
 /// The terminal's message bus: carries requests and events between presenters, on a thread of its own.
-/// Made by the Terminal and shared with every presenter, so that it outlives them all; after stop() it accepts
-/// nothing and calls nobody. Everything may be called from any thread. It never calls a presenter on the caller's
-/// thread or while it holds its mutex.
+/// Made by the Terminal and shared with every presenter, so that it outlives them all. After stop() it accepts nothing
+/// and calls nobody. Everything may be called from any thread. It calls presenters on its own thread only, and without
+/// holding its mutex. Flow control: the presenter acknowledges each answer; at most 16 are outstanding.
 class VARNEL_HOST_API MessageBus {
 public:
-    /// Answers one kind of request from its fields. Called on the bus thread.
+    /// Makes the answer to a request from the fields of the request. Called on the bus thread.
     using Answer = std::function<QVariantList(const QVariantMap &request)>;
 
-    /// Takes in one kind of event from its fields. Called on the bus thread.
+    /// Receives the fields of an event. Called on the bus thread.
     using Listener = std::function<void(const QVariantMap &row)>;
 
     explicit MessageBus(std::chrono::microseconds latency);
     ~MessageBus();
 
-    /// From now on requests of that type are answered by a message of answerType.
+    /// From now on requests of that type are answered with a message of answerType.
     void serve(const QString &requestType, const QString &answerType, Answer answer);
 
-    /// From now on the terminal itself takes in the events of that id, before their subscribers do.
+    /// From now on the terminal itself receives the events of that id, before their subscribers do.
     void listen(int eventId, const Listener &listener);
 
-    /// Gives the presenter its address. Behind each answer the bus posts digested, on which the presenter's thread
-    /// calls digested().
-    int join(QvPresenterClass *presenter, const QString &name, Wakeup *digested);
+    /// Gives the presenter its address. After each answer the bus posts `acknowledged`, which must call acknowledged()
+    /// on the presenter's thread.
+    int join(QvPresenterClass *presenter, const QString &name, Wakeup *acknowledged);
 
-    /// The presenter's thread has worked through one more answer.
-    void digested(int pid);
+    /// The presenter's thread has handled one more answer.
+    void acknowledged(int pid);
 
-    /// Returns when no call into the presenter is under way any more, and none will follow.
+    /// Waits for the current call into the presenter; no call follows.
     void leave(int pid);
 
-    /// Returns when the call into a presenter that is under way, if there is one, has ended: what it may have known
-    /// from before can go now.
+    /// Waits for the current call into a presenter, if there is one. Afterwards nothing that was unregistered before is
+    /// still in use on the bus thread.
     void awaitReturn();
 
     void subscribe(int pid, int eventId);
 
-    /// The id of a named event: assigned at the first question, in the order of the questions.
+    /// The id of a named event, assigned when the name is first asked for.
     int eventId(const QString &name);
 
     void publish(int pid, std::unique_ptr<CEventMessageCommon> event);
 
-    /// An event of the terminal itself: its subscribers' unpackers give the row back, with a message id of its own
-    /// when it brings none. How many may wait is not limited: none may be lost, and who announces may be the very
-    /// thread that works them through, so that it cannot be made to wait either. Each stands for something that has
-    /// happened, and is small.
+    /// Publishes an event of the terminal itself. Subscribers unpack the row; without a message id it gets a new one.
+    /// The queue of these events is not limited: none may be lost, and the caller cannot wait, because it may be the
+    /// thread that handles them. They are small, and each stands for something that happened.
     void announce(int eventId, const QVariantMap &row);
 
-    /// False when nobody serves such requests, the sender is unknown, too many requests wait, or the bus has stopped.
+    /// False when nobody serves such requests, the sender is unknown, the queue is full, or the bus has stopped.
     bool request(std::unique_ptr<CMessageCommon> request);
 
-    /// The same, waiting for the answer; nothing when there is none.
+    /// The same, but waits for the answer. Nothing when the request is refused.
     std::optional<QVariantList> requestAndWait(std::unique_ptr<CMessageCommon> request);
 
-    /// Lets a call that is under way end, drops the rest and ends the thread.
+    /// Waits for the current call, drops the queues and ends the thread.
     void stop();
 
 private:
@@ -89,8 +88,8 @@ private:
     struct Presenter {
         QvPresenterClass *object = nullptr;
         QString name;
-        Wakeup *digested = nullptr;
-        int undigested = 0; ///< answers delivered that its own thread has not worked through yet
+        Wakeup *acknowledged = nullptr;
+        int unacknowledged = 0; ///< answers delivered that its own thread has not handled yet
     };
     struct Service {
         QString answerType;
@@ -100,7 +99,7 @@ private:
         Clock::time_point due;
         std::unique_ptr<CMessageCommon> message;
     };
-    struct Errand { ///< an event to deliver, or a request whose sender waits for the reply
+    struct QueuedEvent { ///< an event, or the request of a sender that waits for the reply
         Clock::time_point due;
         QString sender = {};
         std::unique_ptr<CEventMessageCommon> event = {};
@@ -111,7 +110,7 @@ private:
     void send(const QString &sender, std::unique_ptr<CEventMessageCommon> event); ///< with the mutex held
     void run();
     bool mayAnswer(const Request &request) const;
-    void runErrand(Errand errand, std::unique_lock<std::mutex> &lock);
+    void deliver(QueuedEvent queued, std::unique_lock<std::mutex> &lock);
     void answer(Request request, std::unique_lock<std::mutex> &lock);
     void call(int pid, std::unique_lock<std::mutex> &lock, const std::function<void(const Presenter &)> &call);
     QVariantList fetch(const CMessageCommon &request, std::unique_lock<std::mutex> &lock);
@@ -120,7 +119,7 @@ private:
 
     // Guarded by m_mutex
     std::mutex m_mutex;
-    std::condition_variable m_wake;     ///< there is work, or the thread shall end
+    std::condition_variable m_wake;     ///< there is work, or the bus stops
     std::condition_variable m_returned; ///< a call into a presenter has ended
     QHash<int, Presenter> m_presenters;
     QHash<QString, Service> m_services;
@@ -128,7 +127,7 @@ private:
     QHash<int, QVector<int>> m_subscribers; ///< event id to addresses, in the order of subscription
     QHash<QString, int> m_eventIds;
     std::deque<Request> m_requests;
-    std::deque<Errand> m_errands;
+    std::deque<QueuedEvent> m_events;
     int m_lastPid = 0;
     int m_calling = 0;   ///< the presenter that is being called, or 0
     quint64 m_calls = 0; ///< that have begun

@@ -6,8 +6,8 @@ namespace sim {
 
 namespace {
 
-/// However fast time runs, the processor gets this rest after each step.
-constexpr std::chrono::milliseconds kRest(20);
+/// Pause after each step in real time, however fast the simulated time runs.
+constexpr std::chrono::milliseconds kPause(20);
 
 } // namespace
 
@@ -16,13 +16,13 @@ QuoteFeed::QuoteFeed(const Exchange &exchange, const SimulatedClock &clock, Step
     , m_clock(clock)
     , m_onStep(std::move(onStep))
     , m_onTick(std::move(onTick))
-    , m_digested([this] {
+    , m_acknowledged([this] {
         const std::lock_guard lock(m_mutex);
-        m_undigested = false;
+        m_unacknowledged = false;
         m_wake.notify_all();
     })
     , m_step(Exchange::stepAt(clock.now()))
-    , m_restsUntil(RealClock::now())
+    , m_pausedUntil(RealClock::now())
 {
     m_thread = std::thread([this] { run(); });
 }
@@ -70,9 +70,9 @@ void QuoteFeed::run()
     while (!m_stopping) {
         const RealClock::time_point next = nextStep();
         if (next <= RealClock::now())
-            tellStep(lock);
-        else if (!m_due.empty() && !m_undigested)
-            tellTicks(lock);
+            reportStep(lock);
+        else if (!m_due.empty() && !m_unacknowledged)
+            sendTicks(lock);
         else
             m_wake.wait_until(lock, next);
     }
@@ -81,31 +81,31 @@ void QuoteFeed::run()
 QuoteFeed::RealClock::time_point QuoteFeed::nextStep() const
 {
     const RealClock::time_point due = RealClock::now() + m_clock.realTimeUntil(Exchange::timeOfStep(m_step + 1));
-    return std::max(due, m_restsUntil);
+    return std::max(due, m_pausedUntil);
 }
 
-void QuoteFeed::tellStep(std::unique_lock<std::mutex> &lock)
+void QuoteFeed::reportStep(std::unique_lock<std::mutex> &lock)
 {
     m_step = Exchange::stepAt(m_clock.now());
     lock.unlock();
     m_onStep(Exchange::timeOfStep(m_step));
     lock.lock();
     m_due = m_streamed;
-    m_restsUntil = RealClock::now() + kRest;
+    m_pausedUntil = RealClock::now() + kPause;
 }
 
-void QuoteFeed::tellTicks(std::unique_lock<std::mutex> &lock)
+void QuoteFeed::sendTicks(std::unique_lock<std::mutex> &lock)
 {
     std::set<QString> due;
     due.swap(m_due);
-    m_undigested = true;
+    m_unacknowledged = true;
     lock.unlock();
     const QDateTime time = Exchange::timeOfStep(m_step);
     for (const QString &symbol : due) {
-        if (const std::optional<Quote> quote = m_exchange.quote(symbol, time)) // none before its first day of trading
+        if (const std::optional<Quote> quote = m_exchange.quote(symbol, time)) // none before the first trading day
             m_onTick(*quote);
     }
-    m_digested.post();
+    m_acknowledged.post();
     lock.lock();
 }
 

@@ -17,15 +17,14 @@ namespace sim {
 
 class SimulatedClock;
 
-/// Plays the exchange's quotes as time passes: tells each change of the quotes, and then how the streamed symbols
-/// stand.
-/// Made and destroyed by the Terminal on the user-interface thread; it has a thread of its own, which is the one that
-/// both listeners are called on. Everything may be called from any thread.
-/// It never makes up for what it missed: where time runs faster than it can tell or than the user-interface thread
-/// works it through, changes are left out, for a quote is of no use once there is a later one.
+/// Reports each step of the exchange as its time comes, followed by the quotes of the streamed symbols (ticks).
+/// Made and destroyed by the Terminal on the user-interface thread. It calls both listeners on a thread of its own. Its
+/// functions may be called from any thread.
+/// When time runs faster than the listeners or the user-interface thread can follow, it skips steps and ticks: a later
+/// quote replaces an earlier one.
 class VARNEL_HOST_API QuoteFeed {
 public:
-    /// Hears when the quotes have changed, before the ticks of that change.
+    /// Called at each step, before its ticks.
     using StepListener = std::function<void(const QDateTime &time)>;
     using TickListener = std::function<void(const Quote &quote)>;
 
@@ -33,40 +32,40 @@ public:
     QuoteFeed(const Exchange &exchange, const SimulatedClock &clock, StepListener onStep, TickListener onTick);
     ~QuoteFeed();
 
-    /// Each symbol ticks at once, also one that is streamed already, and then whenever its quote changes. Unknown ones
-    /// are left out.
+    /// Sends one tick of each symbol at once, also of one that is streamed already, and then one at each step. Unknown
+    /// symbols are ignored.
     void stream(const QStringList &symbols);
 
-    /// A tick that is under way may still come.
+    /// A tick that is being sent may still arrive.
     void stopStreaming(const QStringList &symbols);
 
-    /// Lets a call of a listener that is under way end; none follows.
+    /// Waits for the current call of a listener; no call follows.
     void stop();
 
 private:
     using RealClock = std::chrono::steady_clock;
 
     void run();
-    void tellStep(std::unique_lock<std::mutex> &lock);
-    void tellTicks(std::unique_lock<std::mutex> &lock);
+    void reportStep(std::unique_lock<std::mutex> &lock);
+    void sendTicks(std::unique_lock<std::mutex> &lock);
     RealClock::time_point nextStep() const;
 
     const Exchange &m_exchange;
     const SimulatedClock &m_clock;
     const StepListener m_onStep;
     const TickListener m_onTick;
-    Wakeup m_digested; ///< behind the ticks in the queue of the thread that works them through
+    Wakeup m_acknowledged; ///< queued after the ticks: runs when the user-interface thread has handled them
 
-    // Thread of the feed only
-    qint64 m_step; ///< the latest one told
-    RealClock::time_point m_restsUntil;
+    // Used on the feed's thread only
+    qint64 m_step; ///< the latest one reported
+    RealClock::time_point m_pausedUntil;
 
     // Guarded by m_mutex
     std::mutex m_mutex;
     std::condition_variable m_wake;
-    std::set<QString> m_streamed; ///< sorted, so that ticks come in the same order every time
-    std::set<QString> m_due;      ///< of these, the ones that have a tick to come
-    bool m_undigested = false;    ///< the latest ticks have not been worked through
+    std::set<QString> m_streamed;  ///< sorted, so that ticks come in the same order every time
+    std::set<QString> m_due;       ///< the streamed symbols whose tick has not been sent yet
+    bool m_unacknowledged = false; ///< the user-interface thread has not handled the latest ticks
     bool m_stopping = false;
 
     std::thread m_thread; ///< last: it uses all of the above

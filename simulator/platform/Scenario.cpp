@@ -1,6 +1,5 @@
 #include "platform/Scenario.h"
 
-#include "exchange/SecurityClass.h"
 #include "platform/StrictJson.h"
 
 #include <QFile>
@@ -34,7 +33,7 @@ QDate date(JsonNode &node, const QString &key)
     return date;
 }
 
-/// Takes a text that must not have been there before.
+/// Reads a text that must differ from all in seen.
 QString unique(JsonNode &node, const QString &key, QSet<QString> &seen)
 {
     const QString text = node.text(key);
@@ -155,17 +154,17 @@ double readPrice(JsonNode &node, const Instrument &security)
     return security.priceOf(std::llround(ticks));
 }
 
-const SecurityClass &readClass(JsonNode &node)
+SecurityClass readClass(JsonNode &node, const MarketRules &rules)
 {
     const QString key = QStringLiteral("subType");
     const QString subType = node.text(key);
-    const SecurityClass *found = securityClass(subType);
+    const std::optional<SecurityClass> found = rules.securityClass(subType);
     if (!found)
         node.fail(key, QStringLiteral("\"%1\" is not a known sub-type").arg(subType));
     return *found;
 }
 
-/// What 100 of face value has accrued: no bond accrues that much.
+/// The accrued interest of 100 face value.
 double readInterest(JsonNode &node)
 {
     const QString key = QStringLiteral("interest");
@@ -175,7 +174,7 @@ double readInterest(JsonNode &node)
     return interest;
 }
 
-QVector<Instrument> readSecurities(JsonNode &root, const QDate &start)
+QVector<Instrument> readSecurities(JsonNode &root, const QDate &start, const MarketRules &rules)
 {
     const QString listed = QStringLiteral("listed");
     QVector<Instrument> securities;
@@ -188,7 +187,7 @@ QVector<Instrument> readSecurities(JsonNode &root, const QDate &start)
         security.exchange = node.text(QStringLiteral("exchange"));
         security.name = node.text(QStringLiteral("name"));
         security.spellCode = node.text(QStringLiteral("spellCode"));
-        readClass(node).applyTo(security);
+        readClass(node, rules).applyTo(security);
         security.tick = readTick(node);
         security.decimals = decimalsOf(security.tick);
         security.price = readPrice(node, security);
@@ -219,7 +218,7 @@ Scenario readRoot(JsonNode root)
     scenario.logins = readLogins(root, scenario.traders);
     scenario.fundAccounts = readFundAccounts(root);
     scenario.algoPermissions = readAlgoPermissions(root, scenario.fundAccounts);
-    scenario.securities = readSecurities(root, scenario.start.date());
+    scenario.securities = readSecurities(root, scenario.start.date(), scenario.rules);
     scenario.generatedSecurities = int(root.wholeNumber(QStringLiteral("generatedSecurities"), 0, kMaxGenerated));
     root.finish();
     return scenario;

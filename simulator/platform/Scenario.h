@@ -2,7 +2,7 @@
 
 #include "HostApi.h"
 #include "books/Accounts.h"
-#include "exchange/Instrument.h"
+#include "exchange/MarketRules.h"
 
 #include <QDateTime>
 #include <QMap>
@@ -16,21 +16,22 @@ struct AlgoPermission {
     QString supportType;
 };
 
-/// A world that the simulator can play, as its file tells it. A plain value.
+/// What the simulator plays, as read from a scenario file. A plain value.
 struct VARNEL_HOST_API Scenario {
     QString name;
     quint64 seed = 0;
     QDateTime start;       ///< exchange time at which the simulator begins
-    QString station;       ///< what the terminal knows about the machine it runs on
+    QString station;       ///< description of the machine that the terminal runs on
     QVector<Login> logins; ///< the first one is logged in unless the command line says otherwise
     QMap<QString, QString> traders;
     QVector<FundAccount> fundAccounts;
     QVector<AlgoPermission> algoPermissions;
     QVector<Instrument> securities;
     int generatedSecurities = 0; ///< how many more are made up from the seed
+    MarketRules rules;           ///< files do not set them
 
-    /// Reads a scenario file. On failure false, with one line in error that names the file, the place and what is
-    /// wrong; the scenario is then not to be used.
+    /// Reads a scenario file. On failure it returns false, and error is one line with the file, the place and the
+    /// problem; the scenario is then unusable.
     static bool read(const QString &fileName, Scenario &scenario, QString &error);
 
     /// The scenario that is built in.

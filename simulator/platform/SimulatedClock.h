@@ -9,15 +9,15 @@
 
 namespace sim {
 
-/// Exchange time that starts at a given moment and runs at a given multiple of real time.
-/// Constant after construction: any thread may ask.
+/// Exchange time that starts at a given time and runs at a given multiple of real time.
+/// Constant after construction, so that any thread may use it.
 class VARNEL_HOST_API SimulatedClock : public Clock {
 public:
     SimulatedClock(const QDateTime &start, double speed);
 
     QDateTime now() const override;
 
-    /// How long to wait until it is that time, an hour at most; 0 when it is already.
+    /// How long to wait in real time until that exchange time: at most an hour, 0 when it has passed.
     std::chrono::milliseconds realTimeUntil(const QDateTime &time) const;
 
 private:

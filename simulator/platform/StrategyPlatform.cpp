@@ -17,12 +17,12 @@ namespace sim {
 
 namespace {
 
-// What a request brings and its answer takes back untouched.
+// Fields of a request that its answer returns unchanged.
 const QString kView = QStringLiteral("panelPtr");
 const QString kUuid = QStringLiteral("uuid");
 const QString kExtension = QStringLiteral("ExtField");
 
-// What a start needs.
+// Fields of a start request.
 const QString kPath = QStringLiteral("FilePath");
 const QString kLanguage = QStringLiteral("Language");
 const QString kFundAccounts = QStringLiteral("FundAccountList");
@@ -57,7 +57,7 @@ StrategyPlatform::StrategyPlatform(MessageBus &bus, const Scenario &scenario)
         m_fundAccounts.insert(fund.account);
     bus.listen(bus.eventId(Orlo_Keys::EventMsgName::VELOX_TRANS_MSG_IN),
                [this](const QVariantMap &request) { receive(request); });
-    bus.listen(m_stepEvent, [this](const QVariantMap &row) { goOn(row.value(strategyID).toString()); });
+    bus.listen(m_stepEvent, [this](const QVariantMap &row) { finishTransition(row.value(strategyID).toString()); });
     bus.listen(m_beatEvent, [this](const QVariantMap &row) { beat(row.value(kTime).toString()); });
 }
 
@@ -79,7 +79,7 @@ void StrategyPlatform::receive(const QVariantMap &request)
     qCWarning(terminalLog, "the strategy platform does not know the request \"%s\"", qUtf8Printable(type));
 }
 
-QString StrategyPlatform::objectionTo(const QVariantMap &startRequest) const
+QString StrategyPlatform::reasonAgainst(const QVariantMap &startRequest) const
 {
     if (startRequest.value(kPath).toString().isEmpty())
         return QStringLiteral("策略文件路径为空");
@@ -98,7 +98,7 @@ QString StrategyPlatform::objectionTo(const QVariantMap &startRequest) const
 
 void StrategyPlatform::start(const QVariantMap &request)
 {
-    const QString objection = objectionTo(request);
+    const QString objection = reasonAgainst(request);
     if (!objection.isEmpty())
         return answer(request, VeloxValues::MSEventStartStrategyRsp, {}, objection);
     const QString id = m_idPrefix + QStringLiteral("%1").arg(++m_lastNumber, 4, 10, QLatin1Char('0'));
@@ -137,7 +137,7 @@ void StrategyPlatform::takeCustomMessage(const QVariantMap &request)
     const QString id = request.value(VeloxFields::strategyCustomMsgID).toString();
     const auto strategy = m_strategies.find(id);
     if (strategy == m_strategies.end() || strategy->status != kRunning) {
-        qCInfo(terminalLog, "no strategy \"%s\" is running: nobody takes the custom message",
+        qCInfo(terminalLog, "no strategy \"%s\" is running: the custom message is dropped",
                qUtf8Printable(id.left(100)));
         return;
     }
@@ -147,7 +147,7 @@ void StrategyPlatform::takeCustomMessage(const QVariantMap &request)
 
 void StrategyPlatform::takeSubscription(const QVariantMap &)
 {
-    // Strategies talk whether anybody listens or not.
+    // Nothing to do: strategies send their messages with or without subscribers.
 }
 
 void StrategyPlatform::answer(const QVariantMap &request, const QString &type, const QString &id,
@@ -162,7 +162,7 @@ void StrategyPlatform::answer(const QVariantMap &request, const QString &type, c
              type);
 }
 
-/// Tells the new status, and that the next one is to follow.
+/// Announces the new status, and starts the next change where one follows.
 void StrategyPlatform::setStatus(const QString &id, const QString &status)
 {
     m_strategies[id].status = status;
@@ -171,7 +171,7 @@ void StrategyPlatform::setStatus(const QString &id, const QString &status)
         m_bus.announce(m_stepEvent, {{strategyID, id}});
 }
 
-void StrategyPlatform::goOn(const QString &id)
+void StrategyPlatform::finishTransition(const QString &id)
 {
     const QString status = m_strategies.value(id).status;
     if (status == kStarting)
@@ -180,7 +180,7 @@ void StrategyPlatform::goOn(const QString &id)
         setStatus(id, kStopped);
 }
 
-void StrategyPlatform::tellTime(const QDateTime &time)
+void StrategyPlatform::onTime(const QDateTime &time)
 {
     if (m_nextBeat.isValid() && time < m_nextBeat)
         return;
@@ -197,7 +197,7 @@ void StrategyPlatform::beat(const QString &time)
     }
 }
 
-/// The content as JSON text, under the strategy's id.
+/// Sends the content as JSON text, with the strategy's id added.
 void StrategyPlatform::sendCustomMessage(const QString &id, const QVariantMap &content)
 {
     QJsonObject message = QJsonObject::fromVariantMap(content);

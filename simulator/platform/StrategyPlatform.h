@@ -11,21 +11,22 @@
 
 namespace sim {
 
-/// The terminal's strategy platform: starts, stops and talks to make-believe strategies that trade nothing.
-/// Made and destroyed by the Terminal, after the bus and not before it has stopped. It lives on the bus thread, where
-/// all requests arrive; tellTime alone belongs to the quote thread.
-/// It never follows the view that a request names: it goes back with the answer, as it came.
+/// The terminal's strategy platform: starts and stops simulated strategies, which trade nothing, and answers their
+/// messages.
+/// Made by the Terminal after the bus, and destroyed after the bus has stopped. It runs on the bus thread, where the
+/// requests arrive; only onTime is called on the quote thread.
+/// The view pointer of a request is never dereferenced: the answer returns it unchanged.
 class StrategyPlatform {
 public:
     StrategyPlatform(MessageBus &bus, const Scenario &scenario);
 
-    /// Quote thread only. Once a minute the running strategies tell that they live.
-    void tellTime(const QDateTime &time);
+    /// Called at each step, on the quote thread. Once a minute all running strategies send a heartbeat.
+    void onTime(const QDateTime &time);
 
 private:
     struct Strategy {
         QString status;
-        int messages = 0; ///< that have been sent to it
+        int messages = 0; ///< received
         int heartbeats = 0;
     };
 
@@ -36,25 +37,26 @@ private:
     void takeCustomMessage(const QVariantMap &request);
     void takeSubscription(const QVariantMap &request);
 
-    /// Why it cannot be started; empty when it can.
-    QString objectionTo(const QVariantMap &startRequest) const;
+    /// Why the strategy cannot be started; empty when it can.
+    QString reasonAgainst(const QVariantMap &startRequest) const;
 
     void answer(const QVariantMap &request, const QString &type, const QString &id, const QString &description);
     void setStatus(const QString &id, const QString &status);
-    void goOn(const QString &id);
+    void finishTransition(const QString &id);
     void beat(const QString &time);
     void sendCustomMessage(const QString &id, const QVariantMap &content);
     void announce(QVariantMap row, const QString &type);
 
     MessageBus &m_bus;
     const QString m_idPrefix;
-    QSet<QString> m_fundAccounts; ///< constant after construction, and so are the ids of events
+    // Constant after construction
+    QSet<QString> m_fundAccounts;
     int m_outEvent;
-    int m_stepEvent; ///< to itself: a strategy is to take its next step
-    int m_beatEvent; ///< to itself: a minute has passed
+    int m_stepEvent; ///< sent to itself: a strategy takes its next status
+    int m_beatEvent; ///< sent to itself: a minute has passed
 
     // Bus thread only
-    QMap<QString, Strategy> m_strategies; ///< by id, also those that have stopped
+    QMap<QString, Strategy> m_strategies; ///< by id, stopped ones too
     int m_lastNumber = 0;
 
     QDateTime m_nextBeat; ///< quote thread only

@@ -10,7 +10,7 @@
 
 namespace sim {
 
-/// What is wrong with a JSON text and where. Thrown and caught within the scenario reader; it leaves no interface.
+/// A problem in a JSON text and its place. Only the scenario reader throws and catches it.
 class JsonError : public std::exception {
 public:
     JsonError(const QString &path, const QString &problem);
@@ -22,7 +22,7 @@ private:
     QByteArray m_text;
 };
 
-/// One object of a JSON text, read strictly: every key must be there, have the right type and be asked for.
+/// One object of a JSON text, read strictly: every key must be present, known and of the right type.
 class JsonNode {
 public:
     JsonNode(const QString &path, const QJsonValue &value);
@@ -34,7 +34,7 @@ public:
     QVector<JsonNode> objects(const QString &key); ///< at least one
     QVector<JsonNode> objectsIfAny(const QString &key);
 
-    /// Call after the last key was read: a key that nobody asked for is an error, most likely a typing mistake.
+    /// To be called after the last key was read: a key that was not read is an error, most likely a typing mistake.
     void finish() const;
 
     /// Throws a JsonError about the value under the key.

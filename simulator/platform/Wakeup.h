@@ -8,14 +8,13 @@
 
 namespace sim {
 
-/// Runs a function on its maker's thread, after all that was queued there before, each time that some thread posts.
-/// It carries no data: what the function needs is handed over under a mutex, which the thread sanitizer can see,
-/// unlike what passes through Qt's event queue.
+/// Runs a function on the thread that made this object, once for each post() and after all events queued before.
+/// It carries no data: hand data over under a mutex, which the thread sanitizer understands, unlike Qt's event queue.
 class Wakeup : public QObject {
 public:
     explicit Wakeup(std::function<void()> function) : m_function(std::move(function)) {}
 
-    /// Any thread, while the object lives.
+    /// Any thread, as long as the object exists.
     void post() { QCoreApplication::postEvent(this, new QEvent(QEvent::User)); }
 
 protected:

@@ -11,7 +11,7 @@ namespace {
 const QString kDateFormat = QStringLiteral("yyyyMMdd");
 const QString kTimeFormat = QStringLiteral("yyyyMMddHHmmss");
 
-/// One end of the range. Empty is open; a bare date stands for the day's first or last second.
+/// Reads one end of the range. An empty text leaves it open; a bare date gets timeOfBareDate. False for another form.
 bool readTime(const QString &text, const QTime &timeOfBareDate, QDateTime &time)
 {
     if (text.isEmpty())

@@ -6,10 +6,10 @@ namespace sim {
 
 class Exchange;
 
-/// The quote service's candle history: the one request that the bus serves for it.
+/// The candle history: answers K-line requests on the bus.
 namespace KLineService {
 
-/// Has the bus answer candle requests from the exchange, which must live until the bus has stopped.
+/// From now on the bus answers K-line requests. The exchange must live until the bus has stopped.
 void install(MessageBus &bus, const Exchange &exchange);
 
 } // namespace KLineService

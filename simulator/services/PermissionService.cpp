@@ -15,7 +15,7 @@ const QString kAnswerType = QStringLiteral("QueryAlgoPermissionsByConditionRespo
 
 void PermissionService::install(MessageBus &bus, const Scenario &scenario)
 {
-    // All traders of a scenario are of one organisation, and all its accounts are that organisation's.
+    // All traders and accounts of a scenario belong to one organisation.
     const auto answer = [traders = scenario.traders,
                          permissions = scenario.algoPermissions](const QVariantMap &conditions) {
         QVariantList records;

@@ -5,7 +5,7 @@
 
 namespace sim {
 
-/// The server's list of who may use which kind of algorithm: the one query that the bus serves for it.
+/// The list of algorithm permissions: answers permission queries on the bus.
 namespace PermissionService {
 
 void install(MessageBus &bus, const Scenario &scenario);

@@ -2,10 +2,16 @@
 
 #include "exchange/Quote.h"
 
-/// The road from the exchange's quotes to CommonQuotaHandler's listeners.
+#include <QVariantMap>
+
+/// Brings the exchange's quotes to the listeners of CommonQuotaHandler.
 namespace sim::QuoteTicks {
 
-/// Emits the handler's tick signal on the calling thread. What it hands over is made afresh, for the listeners alone.
+/// The snapshot of the quote, as pages receive it.
+QVariantMap fieldsOf(const Quote &quote);
+
+/// Emits the handler's tick signal on the calling thread. The map is made for this call, so that the listeners' threads
+/// share it with nobody.
 void emitTick(const Quote &quote);
 
 } // namespace sim::QuoteTicks

@@ -10,8 +10,8 @@
 
 namespace sim {
 
-/// The codes that the terminal's records and requests write for the values of one enumeration, and the words that its
-/// tables show for them. docs/vocabulary.md lists them.
+/// The codes of one enumeration in records and requests, and the words that tables show for them. docs/vocabulary.md
+/// lists them.
 template <typename Value>
 class CodeTable {
 public:
@@ -23,7 +23,7 @@ public:
 
     explicit CodeTable(const QVector<Row> &rows) : m_rows(rows) {}
 
-    /// Every value has a row.
+    /// The code of the value; every value has a row.
     QString code(Value value) const
     {
         return find([&](const Row &row) { return row.value == value; })->code;
@@ -35,7 +35,7 @@ public:
         return row ? std::optional<Value>(row->value) : std::nullopt;
     }
 
-    /// The code itself where it is not a known one.
+    /// The words of the code; an unknown code is returned unchanged.
     QString words(const QString &code) const
     {
         const Row *row = find([&](const Row &candidate) { return candidate.code == code; });

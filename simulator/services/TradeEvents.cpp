@@ -8,7 +8,7 @@ namespace sim {
 
 namespace {
 
-// The terminal's own events have fixed ids.
+// Ids that the terminal's interface fixes.
 enum EventId {
     OrdersLoadedEvent = 0x30001,
     OrderEnteredEvent = 0x30003,
@@ -21,41 +21,41 @@ enum EventId {
 
 } // namespace
 
-void TradeEvents::tell(const DeskEvents &events)
+void TradeEvents::announce(const DeskEvents &events)
 {
     for (const DeskEvent &event : events)
-        std::visit([this](const auto &one) { tell(one); }, event);
+        std::visit([this](const auto &one) { announce(one); }, event);
 }
 
-void TradeEvents::tellOrdersLoaded()
+void TradeEvents::announceOrdersLoaded()
 {
     std::call_once(m_ordersLoaded, [this] { m_bus.announce(OrdersLoadedEvent, {}); });
 }
 
-void TradeEvents::tell(const OrderEntered &event)
+void TradeEvents::announce(const OrderEntered &event)
 {
     m_bus.announce(OrderEnteredEvent, recordOf(orderFields(), OrderSource{m_accounts, event.order}));
 }
 
-void TradeEvents::tell(const OrderChanged &event)
+void TradeEvents::announce(const OrderChanged &event)
 {
     m_bus.announce(OrderChangedEvent, recordOf(orderFields(), OrderSource{m_accounts, event.order}));
 }
 
-void TradeEvents::tell(const OrderExecuted &event)
+void TradeEvents::announce(const OrderExecuted &event)
 {
     m_bus.announce(event.order.algoId.isEmpty() ? PersonExecutionEvent : StrategyExecutionEvent,
                    recordOf(executionFields(), ExecutionSource{m_accounts, event.order, event.execution}));
 }
 
-void TradeEvents::tell(const PositionChanged &event)
+void TradeEvents::announce(const PositionChanged &event)
 {
     const FundAccount &fund = *m_accounts.fundAccountOf(event.tradingAccount);
     m_bus.announce(PositionEvent,
                    recordOf(positionFields(), PositionSource{fund, event.tradingAccount, event.position}));
 }
 
-void TradeEvents::tell(const AssetChanged &event)
+void TradeEvents::announce(const AssetChanged &event)
 {
     m_bus.announce(AssetEvent, {{Tessar_Fields::UserAccount::tradingAccount, event.tradingAccount}});
 }

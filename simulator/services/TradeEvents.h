@@ -9,25 +9,25 @@ namespace sim {
 class Accounts;
 class MessageBus;
 
-/// Tells the bus what has happened at the trading desk, in the records that the list queries answer.
-/// Made and destroyed by the Terminal. Any thread; the bus delivers on its own. It asks nobody for anything: all that
-/// it tells is in what it is given.
+/// Announces the events of the trading desk on the bus, as the records that the list queries return.
+/// Made and destroyed by the Terminal. May be called from any thread; the bus delivers on its own thread. It makes the
+/// records from the events alone.
 class TradeEvents {
 public:
     /// Both must outlive it.
     TradeEvents(MessageBus &bus, const Accounts &accounts) : m_bus(bus), m_accounts(accounts) {}
 
-    void tell(const DeskEvents &events);
+    void announce(const DeskEvents &events);
 
-    /// The day's orders are there. Told once, however often it is called.
-    void tellOrdersLoaded();
+    /// The orders of the day are loaded. Only the first call has an effect.
+    void announceOrdersLoaded();
 
 private:
-    void tell(const OrderEntered &event);
-    void tell(const OrderChanged &event);
-    void tell(const OrderExecuted &event);
-    void tell(const PositionChanged &event);
-    void tell(const AssetChanged &event);
+    void announce(const OrderEntered &event);
+    void announce(const OrderChanged &event);
+    void announce(const OrderExecuted &event);
+    void announce(const PositionChanged &event);
+    void announce(const AssetChanged &event);
 
     MessageBus &m_bus;
     const Accounts &m_accounts;

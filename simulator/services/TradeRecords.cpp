@@ -17,7 +17,7 @@ QString timeText(const QDateTime &time)
     return time.toString(QStringLiteral("yyyyMMddHHmmss"));
 }
 
-/// What an order hands down to its executions.
+/// The fields that orders and executions share.
 const RecordFields<OrderSource> &sharedFields()
 {
     using Source = const OrderSource &;
@@ -56,9 +56,9 @@ const RecordFields<OrderSource> &orderFields()
             {Security::orderQty, [](Source s) { return s.order.qty; }},
             {RecordField::orderAmount, [](Source s) { return s.order.amount(s.order.price, s.order.qty).yuan(); }},
             {RecordField::leaveQty, [](Source s) { return s.order.leaveQty(); }},
-            {RecordField::dealQty, [](Source s) { return s.order.dealtQty; }},
+            {RecordField::dealQty, [](Source s) { return s.order.filledQty; }},
             {RecordField::dealPrice, [](Source s) { return s.order.averagePrice(); }},
-            {RecordField::dealAmount, [](Source s) { return s.order.dealtAmount.yuan(); }},
+            {RecordField::dealAmount, [](Source s) { return s.order.filledAmount.yuan(); }},
             {RecordField::remark, [](Source s) { return s.order.remark; }},
         };
         for (auto field = own.cbegin(); field != own.cend(); ++field)
@@ -91,7 +91,7 @@ const RecordFields<ExecutionSource> &executionFields()
 const RecordFields<PositionSource> &positionFields()
 {
     using Source = const PositionSource &;
-    // Meant: what is short counts as negative, so that sums over an account come out right.
+    // Meant: short positions are negative, so that sums over an account are right.
     static const auto sign = [](Source s) { return s.position.isShort ? -1 : 1; };
     static const RecordFields<PositionSource> fields{
         {Security::symbol, [](Source s) { return s.position.instrument->symbol; }},

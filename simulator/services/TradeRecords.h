@@ -12,7 +12,7 @@
 
 namespace sim {
 
-/// Fields of the terminal's records for which pages have no constant of the host.
+/// Fields of the terminal's records for which src/host has no constant.
 namespace RecordField {
 inline const QString fundAccountName = QStringLiteral("fundAccountName");
 
@@ -22,7 +22,7 @@ inline const QString leaveQty = QStringLiteral("leaveQty");
 inline const QString exchangeOrderID = QStringLiteral("exchangeOrderID");
 inline const QString remark = QStringLiteral("remark");
 
-// Of an order all of its deals, of an execution that one.
+// For an order: of all its fills. For an execution: of that fill.
 inline const QString dealTime = QStringLiteral("dealTime");
 inline const QString dealPrice = QStringLiteral("dealPrice");
 inline const QString dealQty = QStringLiteral("dealQty");
@@ -32,7 +32,7 @@ inline const QString fee = QStringLiteral("fee");
 inline const QString currentQty = QStringLiteral("currentQty");
 inline const QString tradableQty = QStringLiteral("tradableQty");
 
-// What a position is worth at a quote
+// A position valued at a quote
 inline const QString lastPrice = QStringLiteral("lastPrice");
 inline const QString riseDownRate = QStringLiteral("riseDownRate");
 inline const QString costPrice = QStringLiteral("costPrice");
@@ -41,7 +41,7 @@ inline const QString profit = QStringLiteral("profit");
 inline const QString profitRate = QStringLiteral("profitRate");
 } // namespace RecordField
 
-/// How each field of a record is read from the books: what a record is made of, and what can be searched for.
+/// How each field of a record is read from the books. Records are made of these fields, and queries select by them.
 template <typename Source>
 using RecordFields = QHash<QString, std::function<QVariant(const Source &)>>;
 
@@ -52,7 +52,7 @@ struct OrderSource {
 
 struct ExecutionSource {
     const Accounts &accounts;
-    const Order &order; ///< that it is an execution of
+    const Order &order; ///< of the execution
     const Execution &execution;
 };
 
@@ -62,7 +62,7 @@ struct PositionSource {
     const Position &position;
 };
 
-/// The text of the position flag.
+/// The position flag of a long or short position.
 QString positionFlag(bool isShort);
 
 const RecordFields<OrderSource> &orderFields();

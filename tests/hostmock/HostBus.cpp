@@ -35,7 +35,7 @@ QvPresenterClass::QvPresenterClass(const QString &name, QObject *parent, IMessag
     log.alive.append({this, name, parent, threadType});
 }
 
-// Runs after main() for a presenter that is a static: needs no mock.
+// Works without a mock, because it runs after main() for a static presenter.
 QvPresenterClass::~QvPresenterClass()
 {
     PresenterLog &log = presenterLog();

@@ -16,7 +16,7 @@ class QObject;
 class QThread;
 class QvPresenterClass;
 
-/// A presenter as it introduced itself when it was constructed.
+/// A presenter and the arguments of its constructor.
 struct PresenterRecord {
     QvPresenterClass *presenter = nullptr;
     QString name;
@@ -24,7 +24,7 @@ struct PresenterRecord {
     IMessageInterface::ThreadType threadType = {};
 };
 
-/// What the bus does of its own accord: it calls the presenter, on the calling thread.
+/// The calls of the bus into the presenter. They run on the calling thread.
 class VARNEL_HOST_API HostBus {
 public:
     static QList<PresenterRecord> presenters();
@@ -37,21 +37,22 @@ public:
     static void deliverAsyncCallBack(int id, const QString &name, const QVariant &type, const QVariant &data);
 };
 
-/// A thread of the host, for bus or quotes: runs tasks in the order of their posting. Without an event loop.
+/// A thread of the host, for bus or quotes. It runs tasks in the order in which they were posted, without an event
+/// loop.
 class VARNEL_HOST_API BusThread {
 public:
     BusThread();
-    ~BusThread(); ///< after everything posted has run
+    ~BusThread(); ///< waits until all posted tasks have run
 
     void post(std::function<void()> task);
 
-    /// Blocks until everything posted has run.
+    /// Waits until all posted tasks have run.
     void wait();
 
     /// post() and wait().
     void run(std::function<void()> task);
 
-    /// The same on every call: what QThread::currentThread() is for the tasks.
+    /// QThread::currentThread() of the tasks.
     QThread *qtThread() const { return m_qtThread; }
 
 private:

@@ -1,5 +1,5 @@
-// The host's constants. Each text says whose it is and resembles nothing that a real host would use, so that
-// a test fails when the library has assumed a text.
+// The host's constants. Their texts differ from those of real hosts, so that a test fails when the library assumes a
+// text.
 
 #include "Algo_Fields.h"
 #include "Algo_Values.h"
@@ -162,7 +162,7 @@ const QString shEntrustAfterHours = QStringLiteral("mock:PriceType.shEntrustAfte
 namespace SideUnion {
 const QString pfpBuy = QStringLiteral("mock:SideUnion.pfpBuy");
 const QString pfpSell = QStringLiteral("mock:SideUnion.pfpSell");
-// Several, and pfpBuy is none of them.
+// Meant: pfpBuy is not in the list.
 const QStringList buyItemList = {QStringLiteral("mock:buy.margin"), QStringLiteral("mock:buy.cash"),
                                  QStringLiteral("mock:buy.repay")};
 } // namespace SideUnion

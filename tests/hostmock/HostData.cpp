@@ -1,4 +1,4 @@
-// The host's data interfaces: every operation is a call of the mock.
+// The host's data interfaces: every operation calls the mock.
 
 #include "BaseBusinessDataInterface.h"
 #include "BusinessDataInterface.h"

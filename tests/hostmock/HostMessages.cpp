@@ -13,7 +13,7 @@ namespace {
     std::abort();
 }
 
-// Knows messages by address, so that a dead one is found out before it is touched.
+// Keeps the addresses of the existing messages, so that a deleted one is noticed before it is used.
 class MessageRegistry {
 public:
     void add(const void *message)
@@ -51,7 +51,7 @@ private:
     int m_deleted = 0;
 };
 
-// Never destroyed: messages may outlive every static of this library.
+// Never destroyed: messages may outlive the statics of this library.
 MessageRegistry &registry()
 {
     static auto *const self = new MessageRegistry;
@@ -94,72 +94,41 @@ MessageRecord takeMessage(CEventMessageCommon *message)
     return take(message);
 }
 
-// CMessageCommon
+// Requests and events are the same envelope under two names: one definition makes both. The mock has its own, apart
+// from the simulator's, because its messages register themselves when they are made and when they are deleted.
+#define DEFINE_MESSAGE(Message)                   \
+    Message::Message()                            \
+    {                                             \
+        registry().add(this);                     \
+    }                                             \
+    Message::~Message()                           \
+    {                                             \
+        registry().remove(this);                  \
+    }                                             \
+    void Message::SetType(const QVariant &type)   \
+    {                                             \
+        m_type = type;                            \
+    }                                             \
+    void Message::SetMsg(const QVariant &message) \
+    {                                             \
+        m_message = message;                      \
+    }                                             \
+    void Message::SetSrcid(int pid)               \
+    {                                             \
+        m_srcid = pid;                            \
+    }                                             \
+    QVariant Message::Type() const                \
+    {                                             \
+        return m_type;                            \
+    }                                             \
+    QVariant Message::Msg() const                 \
+    {                                             \
+        return m_message;                         \
+    }                                             \
+    int Message::Srcid() const                    \
+    {                                             \
+        return m_srcid;                           \
+    }
 
-CMessageCommon::CMessageCommon()
-{
-    registry().add(this);
-}
-CMessageCommon::~CMessageCommon()
-{
-    registry().remove(this);
-}
-void CMessageCommon::SetType(const QVariant &type)
-{
-    m_type = type;
-}
-void CMessageCommon::SetMsg(const QVariant &message)
-{
-    m_message = message;
-}
-void CMessageCommon::SetSrcid(int pid)
-{
-    m_srcid = pid;
-}
-QVariant CMessageCommon::Type() const
-{
-    return m_type;
-}
-QVariant CMessageCommon::Msg() const
-{
-    return m_message;
-}
-int CMessageCommon::Srcid() const
-{
-    return m_srcid;
-}
-
-// CEventMessageCommon
-
-CEventMessageCommon::CEventMessageCommon()
-{
-    registry().add(this);
-}
-CEventMessageCommon::~CEventMessageCommon()
-{
-    registry().remove(this);
-}
-void CEventMessageCommon::SetType(const QVariant &type)
-{
-    m_type = type;
-}
-void CEventMessageCommon::SetMsg(const QVariant &message)
-{
-    m_message = message;
-}
-void CEventMessageCommon::SetSrcid(int pid)
-{
-    m_srcid = pid;
-}
-QVariant CEventMessageCommon::Type() const
-{
-    return m_type;
-}
-QVariant CEventMessageCommon::Msg() const
-{
-    return m_message;
-}
-int CEventMessageCommon::Srcid() const
-{
-    return m_srcid;
-}
+DEFINE_MESSAGE(CMessageCommon)
+DEFINE_MESSAGE(CEventMessageCommon)

@@ -11,13 +11,13 @@
 #include <QVariant>
 #include <QVariantMap>
 
-/// The fields of a body in the order of their adding.
+/// The fields of a body in the order in which they were added.
 using MessageFields = QList<QPair<QString, QVariant>>;
 
-/// The wire form of a body: what CPackMessageCommon gives and CUnPackMessageCommon reads.
+/// A packed body: CPackMessageCommon returns it, CUnPackMessageCommon reads it.
 struct PackedMessage {
-    QString clientMsgId;       ///< empty in what the host itself packed
-    QList<MessageFields> rows; ///< the library packs exactly one
+    QString clientMsgId;       ///< empty in bodies that the host packed
+    QList<MessageFields> rows; ///< the library packs exactly one row
 };
 Q_DECLARE_METATYPE(PackedMessage)
 
@@ -27,22 +27,22 @@ struct MessageRecord {
     QVariant msg;
     int srcid = 0;
     QString clientMsgId;  ///< empty when the body is not packed
-    MessageFields fields; ///< what the library added, without the client message id; empty when not packed
+    MessageFields fields; ///< the fields without the client message id; empty when not packed
 };
 
 /// Bodies for the library to unpack.
 VARNEL_HOST_API QVariant packedRow(const QVariantMap &row);
 VARNEL_HOST_API QVariant packedRows(const QList<QVariantMap> &rows);
 
-/// The client message id that the packer constructed next will have; ahead = 1 for the one after it.
+/// The client message id of the next packer to be constructed; ahead = 1: of the one after it.
 VARNEL_HOST_API QString nextClientMessageId(int ahead = 0);
 
-/// Messages that were created and not deleted yet.
+/// How many messages exist.
 VARNEL_HOST_API int messagesAlive();
 
-/// Messages deleted so far. Deleting one that is not alive, or handing it over again, aborts.
+/// How many messages were deleted so far. Deleting a message twice, or handing it over twice, aborts.
 VARNEL_HOST_API int messagesDeleted();
 
-/// Takes a message over as the bus does: records it and deletes it.
+/// Takes ownership of a message as the bus does: records it and deletes it.
 VARNEL_HOST_API MessageRecord takeMessage(CMessageCommon *message);
 VARNEL_HOST_API MessageRecord takeMessage(CEventMessageCommon *message);

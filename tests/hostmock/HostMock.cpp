@@ -19,7 +19,7 @@ HostMock::HostMock()
     }
 }
 
-// Calls stop before the expectations are verified, which the members' destructors do.
+// No call arrives any more when the destructors of the members verify the expectations.
 HostMock::~HostMock()
 {
     installed = nullptr;

@@ -16,17 +16,16 @@
 
 class QvPresenterClass;
 
-/// The terminal as expectations: one method for each operation that the library can call, named
-/// Class_operation. The host's definitions in this folder forward to the one HostMock that exists; use it
-/// as testing::StrictMock<HostMock>, so that a call nobody expected fails the test, on whatever thread.
-/// A call while none exists prints the operation's name and aborts.
+/// The terminal as a mock: one method for each operation that the library can call, named Class_operation. The host's
+/// definitions in this folder forward to the only HostMock. Use it as testing::StrictMock<HostMock>, so that an
+/// unexpected call on any thread fails the test. A call without a mock prints the name of the operation and aborts.
 class VARNEL_HOST_API HostMock {
 public:
-    /// Makes it the one that calls go to, until its destructor. There can be only one at a time.
+    /// Receives all calls until it is destroyed. Only one can exist at a time.
     HostMock();
     virtual ~HostMock();
 
-    /// The mock that a call goes to; operation names the call where there is none.
+    /// The mock that receives the calls. operation: for the message when there is none.
     static HostMock &current(const char *operation);
 
     using FieldMaps = QList<QVariantMap>;
@@ -109,7 +108,7 @@ public:
     MOCK_METHOD(QVariantMap, CommonQuotaHandler_GetQuotaSnapshot, (const QString &symbol, int level));
     MOCK_METHOD(int, CommonQuotaHandler_GetQtyUnit, (const QString &symbol));
 
-    /// Messages arrive as records: the object itself is taken over and deleted before these are called.
+    /// Messages arrive as records: the message itself is deleted before these are called.
     MOCK_METHOD(int, QvPresenterClass_pluginPid, ());
     MOCK_METHOD(void, QvPresenterClass_SubEvent, (int pid, const QVariant &eventId, int mode));
     MOCK_METHOD(void, QvPresenterClass_PutEvent, (int pid, const MessageRecord &event));

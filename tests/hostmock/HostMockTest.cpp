@@ -25,7 +25,7 @@ using testing::SetArgReferee;
 
 namespace {
 
-/// Stands where the library's message center will be.
+/// Takes the place of the library's message center.
 class Presenter : public QvPresenterClass {
 public:
     Presenter() : QvPresenterClass(QStringLiteral("presenter"), nullptr, IMessageInterface::WebThreadType) {}
@@ -33,7 +33,7 @@ public:
 
 const std::vector<int> subscriptions{0x300A0, 0x30003, 0x30005, 0x30004, 0x30006, 0x31002, 0x30001};
 
-/// The calls that expectPermissionLoad() describes, for a login that there is.
+/// Makes the calls that expectPermissionLoad() expects with a login.
 QList<QVariantMap> loadPermissions(QvPresenterClass &presenter)
 {
     const QString key = QStringLiteral("SnbBindInit");
@@ -49,7 +49,7 @@ QList<QVariantMap> loadPermissions(QvPresenterClass &presenter)
     return records;
 }
 
-/// The calls that expectStart() describes.
+/// Makes the calls that expectStart() expects.
 void start(QvPresenterClass &presenter, const std::vector<int> &eventIds = subscriptions)
 {
     VarnelUtils::GetCurrentShowType();
@@ -80,7 +80,7 @@ QString token()
 
 class HostMockTest : public HostTest {};
 
-TEST_F(HostMockTest, ExpectedCallGivesItsAnswer)
+TEST_F(HostMockTest, ExpectedCallReturnsItsAnswer)
 {
     EXPECT_CALL(host, QvCore_getCurrentToken()).WillOnce(Return(QStringLiteral("令牌")));
     EXPECT_EQ(token(), QStringLiteral("令牌"));
@@ -158,7 +158,7 @@ TEST_F(HostMockTest, StartVariationsReachTheCaller)
     testing::Mock::VerifyAndClearExpectations(&host);
 }
 
-TEST_F(HostMockTest, LoadOfPermissionsAnswersAndFailsAsItIsTold)
+TEST_F(HostMockTest, LoadOfPermissionsAnswersAndFailsAsConfigured)
 {
     Presenter presenter;
     HostStart load;
@@ -262,12 +262,12 @@ TEST_F(HostMockTest, UnpackerReadsTheFirstRowOfWhatTheHostPacked)
     EXPECT_NONFATAL_FAILURE(body.SetUnPackMsg(packedRow(first), true), "SetUnPackMsg");
 }
 
-TEST(IdenticalTest, ComparesTypesDownIntoListsAndMaps)
+TEST(IdenticalTest, ComparesTypesAlsoInsideListsAndMaps)
 {
     const QString key = QStringLiteral("k");
     const QVariant number(10);
     const QVariant text(QStringLiteral("10"));
-    EXPECT_EQ(number, text) << "the conversion that identical() is there for";
+    EXPECT_EQ(number, text) << "this conversion is why identical() exists";
     EXPECT_FALSE(identical(number, text));
     EXPECT_FALSE(identical(QVariantList{number}, QVariantList{text}));
     EXPECT_FALSE(identical(QVariant(QVariantMap{{key, number}}), QVariant(QVariantMap{{key, text}})));

@@ -22,7 +22,7 @@ public:
     int tickReceivers() const { return receivers(SIGNAL(sigTickDataUpdate(QString, QVariantMap))); }
 };
 
-// Never destroyed: what is connected to it may be a static.
+// Never destroyed: static objects may be connected to it.
 MockQuotaHandler *handler()
 {
     static auto *const self = new MockQuotaHandler;

@@ -5,8 +5,8 @@
 #include <QString>
 #include <QVariantMap>
 
-/// Emits a quote as the host's quote handler does, on the calling thread.
+/// Emits a tick from the host's quote handler, on the calling thread.
 VARNEL_HOST_API void emitTick(const QString &symbol, const QVariantMap &data);
 
-/// How many receivers are connected to the quotes.
+/// How many receivers are connected to the ticks.
 VARNEL_HOST_API int tickReceivers();

@@ -1,4 +1,4 @@
-// The host's trade logic and report generators: every operation is a call of the mock. Order lists record.
+// The host's trade logic and report generators: every operation calls the mock. Order lists record their orders.
 
 #include "HostMock.h"
 #include "HostOrders.h"
@@ -34,7 +34,7 @@ void OrderRequestList::AddSymbol(const VarnelLogic::OrderRequest &order)
     m_orders.append(order);
 }
 
-// The last text stands where an order has its exchange, the fourth where it has its price.
+// The fourth text is the price, the last one the exchange.
 void OrderRequestList::AddSymbol(const QString &symbol, qint64 qty, const QString &priceType, const QString &text4,
                                  const QString &side, const QString &text6)
 {

@@ -8,7 +8,7 @@
 
 namespace {
 
-// Held while a line is recorded, so that a recorder does not die under another thread's line.
+// Held while a line is recorded, so that the recorder is not destroyed meanwhile.
 std::mutex currentMutex;
 LogRecorder *current = nullptr;
 
@@ -67,7 +67,7 @@ void LogRecorder::clear()
 void LogRecorder::handle(QtMsgType type, const QMessageLogContext &context, const QString &message)
 {
     const std::lock_guard<std::mutex> lock(currentMutex);
-    if (!current) // a thread that logs while the recorder is being replaced
+    if (!current) // logged between two recorders
         return;
     {
         const std::lock_guard<std::mutex> linesLock(current->m_mutex);

@@ -17,8 +17,8 @@ struct LogLine {
     QString message;
 };
 
-/// Records the log of every thread while it lives; there can be only one at a time. Nothing is printed
-/// meanwhile, but all of it when the test has failed, and at once when a message is fatal.
+/// Records the log of all threads while it exists; only one can exist at a time. It prints the recorded lines only when
+/// the test has failed, and at once when a message is fatal.
 class VARNEL_HOST_API LogRecorder {
 public:
     LogRecorder();
@@ -36,6 +36,6 @@ private:
 
     QtMessageHandler m_previous = nullptr;
     mutable std::mutex m_mutex;
-    QList<LogLine> m_lines; // guarded by m_mutex; all of them, for the failure's print
+    QList<LogLine> m_lines; // guarded by m_mutex; all lines, for printing after a failure
     int m_first = 0;        // guarded by m_mutex; clear() moves it to the end
 };

@@ -3,7 +3,7 @@
 #include <QDebug>
 #include <QString>
 
-/// A log line as Qt's logger writes these parts: texts of the host and of pages in quotes, literals bare.
+/// The log line that Qt makes of these parts: QStrings in quotes, literals without.
 template <class... Parts>
 QString logText(const Parts &...parts)
 {

@@ -17,8 +17,8 @@ bool identical(const QVariant &a, const QVariant &b)
 {
     if (a.userType() != b.userType())
         return false;
-    // QVariant compares values of this type by their address. Asked by name: asking for the type's id would register
-    // it, which is the library's to do.
+    // QVariant compares values of this type by address. The type is compared by name, because asking for its id would
+    // register it, and that is the library's task.
     if (qstrcmp(a.typeName(), "QList<QVariantMap>") == 0)
         return sameElements(a.value<QList<QVariantMap>>(), b.value<QList<QVariantMap>>());
     switch (a.userType()) {

@@ -11,7 +11,7 @@
 #include <gmock/gmock.h>
 #include <ostream>
 
-/// Qt's and the host's values in failure messages, and their comparison without Qt's conversions.
+/// Prints values of Qt and of the host in failure messages, and compares them without Qt's conversions.
 
 namespace printing {
 
@@ -57,8 +57,8 @@ inline void PrintTo(const MessageRecord &value, std::ostream *os)
         << testing::PrintToString(value.clientMsgId) << ", fields " << testing::PrintToString(value.fields);
 }
 
-/// Same type and same value, down into lists and maps: QVariant's own comparison converts, so that for it
-/// the number 10 equals the text "10".
+/// Whether type and value are the same, also inside lists and maps. QVariant's own comparison converts: for it the
+/// number 10 equals the text "10".
 VARNEL_HOST_API bool identical(const QVariant &a, const QVariant &b);
 VARNEL_HOST_API bool identical(const QVariantMap &a, const QVariantMap &b);
 VARNEL_HOST_API bool identical(const MessageFields &a, const MessageFields &b);

@@ -1,4 +1,4 @@
-// What the host records and does of its own accord: views, bus, quotes, log.
+// The recorders of the host mock: views, bus, quotes, log.
 
 #include "CommonQuotaHandler.h"
 #include "HostQuotes.h"
@@ -36,7 +36,7 @@ public:
 
 class RecordersTest : public HostTest {};
 
-TEST_F(RecordersTest, ViewRecordsEventsOfEveryThread)
+TEST_F(RecordersTest, ViewRecordsEventsOfAllThreads)
 {
     RecordingView view;
     BusThread thread;
@@ -55,7 +55,7 @@ TEST_F(RecordersTest, ViewRecordsEventsOfEveryThread)
     EXPECT_EQ(view.events().at(1).thread, QThread::currentThread());
 }
 
-TEST_F(RecordersTest, WaitingInVainFailsAndSaysWhatCame)
+TEST_F(RecordersTest, WaitingInVainFailsAndListsTheEvents)
 {
     RecordingView view;
     view.broadcastEvent(QCefEvent(QStringLiteral("other")));
@@ -63,7 +63,7 @@ TEST_F(RecordersTest, WaitingInVainFailsAndSaysWhatCame)
     EXPECT_FALSE(view.waitForEvent(QStringLiteral("wanted"), 1));
 }
 
-TEST_F(RecordersTest, DrainingShowsAlsoWhatPostedWorkPosts)
+TEST_F(RecordersTest, DrainingRunsAlsoEventsThatEventsPost)
 {
     RecordingView view;
     QObject context;
@@ -89,7 +89,7 @@ TEST_F(RecordersTest, OrderBetweenViewsIsKept)
     EXPECT_EQ(order, QList<const QCefView *>({&second, &first, &second}));
 }
 
-TEST_F(RecordersTest, PresenterIsKnownAsItIntroducedItself)
+TEST_F(RecordersTest, PresenterIsRecordedWithItsArguments)
 {
     EXPECT_TRUE(HostBus::presenters().isEmpty());
     {
@@ -103,7 +103,7 @@ TEST_F(RecordersTest, PresenterIsKnownAsItIntroducedItself)
     EXPECT_TRUE(HostBus::presenters().isEmpty());
 }
 
-TEST_F(RecordersTest, BusDeliversOnTheThreadThatItIsToldTo)
+TEST_F(RecordersTest, BusDeliversOnTheCallingThread)
 {
     Presenter presenter;
     bus.deliverEvent(QStringLiteral("e"), 1, {});
@@ -116,7 +116,7 @@ TEST_F(RecordersTest, BusDeliversOnTheThreadThatItIsToldTo)
     EXPECT_EQ(presenter.received.join(QLatin1Char(' ')), QStringLiteral("e1 e2 q3"));
 }
 
-TEST_F(RecordersTest, QuotesReachReceiversFromTheirThread)
+TEST_F(RecordersTest, TicksAreEmittedOnTheCallingThread)
 {
     const int before = tickReceivers();
     QObject context;
@@ -130,7 +130,7 @@ TEST_F(RecordersTest, QuotesReachReceiversFromTheirThread)
     EXPECT_EQ(emitter, thread.qtThread());
 }
 
-TEST_F(RecordersTest, LogLinesAreRecordedWithTheirPlace)
+TEST_F(RecordersTest, LogLinesAreRecordedWithTheirSourceLocation)
 {
     static const QLoggingCategory category("mock.test");
     LogRecorder log;

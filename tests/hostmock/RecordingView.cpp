@@ -19,12 +19,12 @@ struct ViewState {
 };
 
 struct ViewLog {
-    std::mutex mutex;                         // guards both
-    QHash<const QCefView *, ViewState> views; // the living ones
+    std::mutex mutex;                         // guards the others
+    QHash<const QCefView *, ViewState> views; // existing views
     QList<ViewEvent> all;
 };
 
-// Never destroyed: a view may outlive every static of this library.
+// Never destroyed: a view may outlive the statics of this library.
 ViewLog &viewLog()
 {
     static auto *const self = new ViewLog;
@@ -52,8 +52,8 @@ const QVariantList &QCefEvent::arguments() const
     return m_arguments;
 }
 
-// QCefView and VarnelCefView. What is known about a view is kept apart from it, so that a dead one is found
-// out before it is touched.
+// QCefView and VarnelCefView. The state of a view is kept outside of it, so that a deleted one is noticed before it is
+// used.
 
 QCefView::QCefView(QWidget *parent) : QWidget(parent), d(nullptr)
 {
@@ -81,7 +81,7 @@ bool QCefView::broadcastEvent(const QCefEvent &event)
     const ViewEvent record{this, event.eventName(), event.arguments(), QThread::currentThread()};
     state->events.append(record);
     log.all.append(record);
-    if (thread() != record.thread) // wakes a test that waits
+    if (thread() != record.thread) // wakes a waiting test
         QMetaObject::invokeMethod(
             this, [] {}, Qt::QueuedConnection);
     const bool answer = state->answer;
@@ -142,7 +142,7 @@ testing::AssertionResult RecordingView::waitForEvent(const QString &name, int ti
 
 QList<ViewEvent> RecordingView::eventsAfterDraining() const
 {
-    constexpr int endlessMs = 5000; // only work that keeps posting itself takes that long
+    constexpr int endlessMs = 5000; // reached only when events post each other without end
     QCoreApplication::processEvents(QEventLoop::AllEvents, endlessMs);
     return events();
 }
@@ -191,7 +191,7 @@ void PrintTo(const ViewEvent &event, std::ostream *os)
 
 bool spinUntil(const std::function<bool()> &condition, int timeoutMs)
 {
-    QTimer alarm; // also ends the wait below when nothing else does
+    QTimer alarm; // wakes the wait below when no other event comes
     alarm.setSingleShot(true);
     alarm.start(timeoutMs);
     while (!condition()) {

@@ -66,7 +66,7 @@ const Mistake kMistakes[] = {
 
 } // namespace
 
-TEST_P(CommandLineMistake, IsOneLineAndStatusTwo)
+TEST_P(CommandLineMistake, GivesOneLineAndStatusTwo)
 {
     const Mistake &mistake = GetParam();
     const Outcome outcome = run(QString::fromUtf8(mistake.options).split(QLatin1Char(' ')));
@@ -78,7 +78,7 @@ TEST_P(CommandLineMistake, IsOneLineAndStatusTwo)
 INSTANTIATE_TEST_SUITE_P(All, CommandLineMistake, testing::ValuesIn(kMistakes),
                          [](const auto &info) { return std::string(info.param.name); });
 
-TEST(CommandLine, ABadScenarioIsOneLineAndStatusTwo)
+TEST(CommandLine, ABadScenarioGivesOneLineAndStatusTwo)
 {
     QTemporaryDir folder;
     QFile file(folder.filePath(QStringLiteral("bad.json")));
@@ -103,7 +103,7 @@ TEST(CommandLine, HelpAndVersionGoToStandardOutput)
     EXPECT_TRUE(version.out.startsWith(QStringLiteral("varnel-simulator ")));
 }
 
-TEST(CommandLine, APortInUseIsOneLineAndStatusOne)
+TEST(CommandLine, APortInUseGivesOneLineAndStatusOne)
 {
     QTcpServer taken;
     ASSERT_TRUE(taken.listen(QHostAddress::LocalHost, 0));
@@ -116,9 +116,21 @@ TEST(CommandLine, APortInUseIsOneLineAndStatusOne)
 }
 
 #ifdef Q_OS_UNIX
+namespace {
+
+QByteArray readLine(QProcess &process)
+{
+    QByteArray line;
+    while (!line.endsWith('\n') && process.waitForReadyRead(kPatienceMs))
+        line += process.readAllStandardOutput();
+    return line;
+}
+
+} // namespace
+
 class CommandLineSignal : public testing::TestWithParam<int> {};
 
-TEST_P(CommandLineSignal, StopsItCleanly)
+TEST_P(CommandLineSignal, EndsTheSimulatorWithStatusZero)
 {
     QProcess simulator;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -126,9 +138,7 @@ TEST_P(CommandLineSignal, StopsItCleanly)
         environment.remove(QLatin1String(name)); // as on a machine without a display
     simulator.setProcessEnvironment(environment);
     simulator.start(QStringLiteral(SIMULATOR_BINARY), {QStringLiteral("--port"), QStringLiteral("0")});
-    QByteArray line;
-    while (!line.endsWith('\n') && simulator.waitForReadyRead(kPatienceMs))
-        line += simulator.readAllStandardOutput();
+    const QByteArray line = readLine(simulator);
     EXPECT_TRUE(line.startsWith("listening on http://127.0.0.1:")) << line.toStdString();
     EXPECT_TRUE(line.endsWith("/\n")) << line.toStdString();
     kill(pid_t(simulator.processId()), GetParam());
@@ -136,6 +146,19 @@ TEST_P(CommandLineSignal, StopsItCleanly)
     EXPECT_EQ(QProcess::NormalExit, simulator.exitStatus());
     EXPECT_EQ(0, simulator.exitCode());
     EXPECT_EQ(QByteArray(), simulator.readAllStandardError());
+}
+
+TEST_P(CommandLineSignal, EndsAHangingShutdownAtOnceWhenItComesASecondTime)
+{
+    QProcess hanging;
+    hanging.start(QStringLiteral(HANGING_BINARY), QStringList());
+    ASSERT_EQ(QByteArray("ready\n"), readLine(hanging));
+    kill(pid_t(hanging.processId()), SIGINT);
+    ASSERT_EQ(QByteArray("hanging\n"), readLine(hanging));
+    kill(pid_t(hanging.processId()), GetParam());
+    ASSERT_TRUE(hanging.waitForFinished(kPatienceMs));
+    EXPECT_EQ(QProcess::NormalExit, hanging.exitStatus());
+    EXPECT_EQ(128 + GetParam(), hanging.exitCode());
 }
 
 INSTANTIATE_TEST_SUITE_P(All, CommandLineSignal, testing::Values(SIGINT, SIGTERM));

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "platform/Terminal.h"
+#include "terminal/Terminal.h"
 
 #include <gtest/gtest.h>
 
-/// A test with a terminal that plays the built-in scenario, with nearly no latency.
+/// A test with a terminal that plays the built-in scenario a thousand times as fast as real time.
 class TerminalTest : public testing::Test {
 protected:
     static constexpr double kSpeed = 1000;
@@ -14,7 +14,7 @@ protected:
     {
     }
 
-    /// The built-in scenario, from another time of its day on if one is given.
+    /// The built-in scenario, starting at another time of its day if one is given.
     static sim::Scenario defaultScenario(const QTime &start = QTime())
     {
         sim::Scenario scenario;
@@ -29,13 +29,13 @@ protected:
     sim::Terminal terminal;
 };
 
-/// The same in the evening: the terminal does all that it is asked for, and nothing happens on the market.
+/// The same in the evening: the terminal works, and no quote changes.
 class QuietTerminalTest : public TerminalTest {
 protected:
     QuietTerminalTest() : TerminalTest(kSpeed, QTime(16, 0)) {}
 };
 
-/// The same at a moment that does not pass: prices stay, and the bus answers nothing.
+/// The same with time nearly standing still: quotes do not change, and the bus delivers nothing.
 class StandingTerminalTest : public TerminalTest {
 protected:
     StandingTerminalTest() : TerminalTest(1e-6) {}

@@ -59,7 +59,7 @@ TEST_F(BooksTest, UnknownAccountsAreNotFound)
     EXPECT_FALSE(all.fundAccountOf(text("S2"))); // a fund account
 }
 
-TEST_F(BooksTest, ClientOrderIdsAreNeverGivenTwice)
+TEST_F(BooksTest, ClientOrderIdsAreUnique)
 {
     EXPECT_EQ(text("2025030300000001"), books.nextClientOrderId());
 

@@ -11,14 +11,14 @@ using namespace sim;
 
 namespace {
 
-QStringList story(const TradingDesk &desk)
+QStringList summary(const TradingDesk &desk)
 {
     QStringList lines;
     const TradingDesk::Reader books = desk.read();
     for (const Order &order : books->orders()) {
         lines.append(QStringLiteral("%1 %2 %3 %4 %5 %6")
                          .arg(order.id, order.exchangeOrderId, order.remark, order.changed.toString(Qt::ISODate))
-                         .arg(order.dealtQty)
+                         .arg(order.filledQty)
                          .arg(int(order.status)));
     }
     for (const Execution &execution : books->executions()) {
@@ -31,7 +31,7 @@ QStringList story(const TradingDesk &desk)
     return lines;
 }
 
-/// Some order of any kind, not always a good one.
+/// A random order, not always a valid one.
 Order anyOrder(const DeskWorld &world, random::Sequence &chance, const QDateTime &now)
 {
     static const std::array<Side, 4> futures{Side::BuyOpen, Side::SellOpen, Side::BuyClose, Side::SellClose};
@@ -44,7 +44,7 @@ Order anyOrder(const DeskWorld &world, random::Sequence &chance, const QDateTime
     return world.order(instrument, side, instrument.minQty * chance.whole(1, isFuture ? 3 : 12), price);
 }
 
-/// Half an hour of orders and cancels, the same ones at the same times, with the desk advanced every so many seconds.
+/// Plays half an hour of the same orders and cancels; the desk is advanced every secondsBetween seconds.
 QStringList playedDay(int secondsBetween)
 {
     DeskWorld world("2025-03-03 10:15:20");
@@ -64,12 +64,12 @@ QStringList playedDay(int secondsBetween)
         }
     }
     world.desk.advance(now);
-    return story(world.desk);
+    return summary(world.desk);
 }
 
 } // namespace
 
-TEST(DeskRuns, TheSameOrdersAtTheSameTimesHaveTheSameFateHoweverOftenTheDeskIsAdvanced)
+TEST(DeskRuns, TheResultDoesNotDependOnHowOftenTheDeskIsAdvanced)
 {
     const QStringList everySecond = playedDay(1);
     EXPECT_GT(everySecond.size(), 700);
@@ -79,16 +79,16 @@ TEST(DeskRuns, TheSameOrdersAtTheSameTimesHaveTheSameFateHoweverOftenTheDeskIsAd
     EXPECT_EQ(everySecond, playedDay(0));
 }
 
-TEST(DeskRuns, AnotherSeedHasAnotherFate)
+TEST(DeskRuns, AnotherSeedGivesAnotherResult)
 {
     DeskWorld one("2025-03-03 10:15:20");
     DeskWorld other("2025-03-03 10:15:20", 8);
     one.desk.advance(at("2025-03-03 10:30:00"));
     other.desk.advance(at("2025-03-03 10:30:00"));
-    EXPECT_NE(story(one.desk), story(other.desk));
+    EXPECT_NE(summary(one.desk), summary(other.desk));
 }
 
-TEST(DeskRuns, OrdersQuotesAndReadersMayComeAtOnce)
+TEST(DeskRuns, OrdersQuotesAndReadersMayUseTheDeskAtTheSameTime)
 {
     DeskWorld world("2025-03-03 10:15:20");
     const QDateTime start = world.clock.now();
@@ -114,14 +114,14 @@ TEST(DeskRuns, OrdersQuotesAndReadersMayComeAtOnce)
         --busy;
     });
     bool isConsistent = true;
-    do { // what belongs together is read together
+    do { // a reader never sees half a change
         {
             const TradingDesk::Reader books = world.desk.read();
-            std::map<int, qint64> dealt;
+            std::map<int, qint64> filled;
             for (const Execution &execution : books->executions())
-                dealt[execution.order] += execution.qty;
-            for (const auto &[number, qty] : dealt)
-                isConsistent = isConsistent && qty == books->orders()[size_t(number)].dealtQty;
+                filled[execution.order] += execution.qty;
+            for (const auto &[number, qty] : filled)
+                isConsistent = isConsistent && qty == books->orders()[size_t(number)].filledQty;
         }
         std::this_thread::yield();
     } while (busy > 0);
@@ -145,6 +145,6 @@ TEST(DeskRuns, OrdersQuotesAndReadersMayComeAtOnce)
         last[event.order.id] = event.order;
     for (const Order &order : qAsConst(last)) {
         EXPECT_EQ(world.now(order).status, order.status);
-        EXPECT_EQ(world.now(order).dealtQty, order.dealtQty);
+        EXPECT_EQ(world.now(order).filledQty, order.filledQty);
     }
 }

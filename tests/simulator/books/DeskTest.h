@@ -7,8 +7,8 @@
 
 #include <gtest/gtest.h>
 
-/// A market of generated securities and the desk of two accounts, with all that it has reported. Between calls no time
-/// passes.
+/// A market of generated securities, the desk of two accounts and all events that it has reported. The clock stands
+/// still.
 struct DeskWorld {
     explicit DeskWorld(const char *start, quint64 seed = 7)
         : clock(at(start))
@@ -41,7 +41,7 @@ struct DeskWorld {
         return order;
     }
 
-    /// What it trades at then, and so many ticks away.
+    /// The last price at that time, plus that many ticks.
     double price(const sim::Instrument &instrument, const QDateTime &time, int ticks = 0) const
     {
         const double last = exchange.lastPrice(instrument.symbol, sim::Exchange::stepAt(time)).value_or(0);
@@ -81,10 +81,10 @@ struct DeskWorld {
         {{QStringLiteral("S1"), QStringLiteral("一"), sim::StockFund, {QStringLiteral("A1"), QStringLiteral("A2")}},
          {QStringLiteral("F1"), QStringLiteral("期"), sim::FuturesFund, {QStringLiteral("C1")}}}};
     sim::DeskEvents events;
-    sim::TradingDesk desk; ///< last: it is destroyed before what it uses
+    sim::TradingDesk desk; ///< last: it uses all of the above
 };
 
-/// Before the first order of the day: there is money, and positions.
+/// Starts before the first order of the day: the accounts have money and positions.
 class DeskTest : public testing::Test {
 protected:
     static constexpr const char *kMorning = "2025-03-03 09:20:00";

@@ -1,5 +1,5 @@
-#include "books/Positions.h"
-#include "exchange/Instrument.h"
+#include "books/Ledger.h"
+#include "exchange/MarketRules.h"
 
 #include <gtest/gtest.h>
 
@@ -10,9 +10,14 @@ namespace {
 Instrument instrument(SecurityKind kind, const char *symbol)
 {
     Instrument instrument;
+    for (const SecurityClass &each : standardClasses()) {
+        if (each.kind == kind)
+            each.applyTo(instrument);
+    }
     instrument.symbol = QLatin1String(symbol);
-    instrument.kind = kind;
     instrument.price = 10;
+    instrument.lot = 100;
+    instrument.minQty = 100;
     instrument.maxQty = 100000;
     instrument.limitRate = 0.1;
     return instrument;
@@ -52,10 +57,10 @@ protected:
 
 } // namespace
 
-TEST_F(LedgerTest, WhatIsBoughtIsPaidInFullWithItsFee)
+TEST_F(LedgerTest, BuyingCostsTheAmountAndTheFee)
 {
     Ledger ledger(100000);
-    const double fee = ledger.deal(order(share, Side::Buy, 10, 1000), 10, 1000).yuan();
+    const double fee = ledger.fill(order(share, Side::Buy, 10, 1000), 10, 1000).yuan();
     EXPECT_DOUBLE_EQ(2.5, fee);
     EXPECT_DOUBLE_EQ(89997.5, ledger.cash().yuan());
     const Valuation value = ledger.value(at(11));
@@ -64,24 +69,24 @@ TEST_F(LedgerTest, WhatIsBoughtIsPaidInFullWithItsFee)
     EXPECT_DOUBLE_EQ(100997.5, value.totalAsset.yuan());
 }
 
-TEST_F(LedgerTest, SharesThatWereBoughtTodayCannotBeSoldToday)
+TEST_F(LedgerTest, SharesBoughtTodayCannotBeSoldToday)
 {
     Ledger ledger(100000);
     ledger.holdFromBefore(share, false, 500, 9);
-    ledger.deal(order(share, Side::Buy, 10, 1000), 10, 1000);
+    ledger.fill(order(share, Side::Buy, 10, 1000), 10, 1000);
     EXPECT_EQ(500, ledger.closableQty(share.symbol, false));
     EXPECT_EQ(QString(), ledger.shortage(order(share, Side::Sell, 10, 500), ledger.value(at(10)).available));
     EXPECT_NE(QString(), ledger.shortage(order(share, Side::Sell, 10, 501), ledger.value(at(10)).available));
 
-    ledger.deal(order(bond, Side::Buy, 10, 100), 10, 100);
+    ledger.fill(order(bond, Side::Buy, 10, 100), 10, 100);
     EXPECT_EQ(100, ledger.closableQty(bond.symbol, false));
 }
 
-TEST_F(LedgerTest, SellingTakesItsPartOfTheAverageCostAndTheProceedsStay)
+TEST_F(LedgerTest, SellingReducesTheCostAndItsProceedsCannotBeWithdrawnToday)
 {
     Ledger ledger;
     ledger.holdFromBefore(share, false, 1000, 8);
-    const double fee = ledger.deal(order(share, Side::Sell, 10, 250), 10, 250).yuan();
+    const double fee = ledger.fill(order(share, Side::Sell, 10, 250), 10, 250).yuan();
     EXPECT_DOUBLE_EQ(1.88, fee); // 0.625 and 1.25 of tax
     EXPECT_DOUBLE_EQ(2498.12, ledger.cash().yuan());
     EXPECT_DOUBLE_EQ(500, ledger.closeProfitByTrade().yuan());
@@ -91,7 +96,7 @@ TEST_F(LedgerTest, SellingTakesItsPartOfTheAverageCostAndTheProceedsStay)
     EXPECT_DOUBLE_EQ(0, value.withdrawable.yuan());
 }
 
-TEST_F(LedgerTest, OpenOrdersSetAsideWhatTheyNeed)
+TEST_F(LedgerTest, OpenOrdersFreezeMoneyAndPositions)
 {
     Ledger ledger(10000);
     Order buy = order(share, Side::Buy, 9, 1000);
@@ -111,17 +116,20 @@ TEST_F(LedgerTest, OpenOrdersSetAsideWhatTheyNeed)
     EXPECT_EQ(500, ledger.closableQty(share.symbol, false));
 }
 
-TEST_F(LedgerTest, AnOrderAtMarketPriceSetsAsideTheDaysHighestPrice)
+TEST_F(LedgerTest, AnOrderAtMarketPriceFreezesMoneyAtTheHighestPriceOfTheDay)
 {
+    Ledger ledger(10000);
     Order buy = order(share, Side::Buy, 0, 100);
     buy.priceType = PriceType::Market;
-    EXPECT_DOUBLE_EQ(11, buy.reservePrice());
+    buy.highestPrice = 11;
+    ledger.reserve(buy);
+    EXPECT_DOUBLE_EQ(1100.28, ledger.frozenCash().yuan()); // with the fee
 }
 
-TEST_F(LedgerTest, OpeningAFutureBindsMarginAndMovesNoMoney)
+TEST_F(LedgerTest, OpeningAFutureBindsMarginAndCostsOnlyTheFee)
 {
     Ledger ledger(1000000);
-    const double fee = ledger.deal(order(future, Side::SellOpen, 4000, 2), 4000, 2).yuan();
+    const double fee = ledger.fill(order(future, Side::SellOpen, 4000, 2), 4000, 2).yuan();
     EXPECT_DOUBLE_EQ(55.2, fee);
     EXPECT_DOUBLE_EQ(1000000 - fee, ledger.cash().yuan());
     const Valuation value = ledger.value(at(3990)); // a short position gains when the price falls
@@ -134,14 +142,14 @@ TEST_F(LedgerTest, OpeningAFutureBindsMarginAndMovesNoMoney)
     EXPECT_EQ(0, ledger.closableQty(future.symbol, false));
 }
 
-TEST_F(LedgerTest, FuturesFromBeforeCountAtYesterdaysClose)
+TEST_F(LedgerTest, FuturesFromBeforeTodayCountAtThePreviousClose)
 {
     Ledger ledger(0);
     ledger.holdFromBefore(future, true, 2, 4100);
     EXPECT_DOUBLE_EQ(-2400000, ledger.value(at(4000)).holdingCost.yuan());
     EXPECT_DOUBLE_EQ(-2460000, ledger.value(at(4000)).openCost.yuan());
-    const double fee = ledger.deal(order(future, Side::BuyClose, 3950, 1), 3950, 1).yuan();
-    EXPECT_DOUBLE_EQ(15000, ledger.closeProfitByDate().yuan());  // since yesterday: 50 points
+    const double fee = ledger.fill(order(future, Side::BuyClose, 3950, 1), 3950, 1).yuan();
+    EXPECT_DOUBLE_EQ(15000, ledger.closeProfitByDate().yuan());  // since the previous close: 50 points
     EXPECT_DOUBLE_EQ(45000, ledger.closeProfitByTrade().yuan()); // since it was opened: 150
     EXPECT_DOUBLE_EQ(15000 - fee, ledger.cash().yuan());
     EXPECT_EQ(1, ledger.closableQty(future.symbol, true));
@@ -176,5 +184,6 @@ TEST_P(OrderRules, AreApplied)
     order.side = GetParam().side;
     order.price = GetParam().price;
     order.qty = GetParam().qty;
-    EXPECT_EQ(GetParam().kept, violatedRule(order).isEmpty()) << qPrintable(violatedRule(order));
+    const QString violated = violatedRule(order, MarketRules().limits(share, share.ticksOf(share.price)));
+    EXPECT_EQ(GetParam().kept, violated.isEmpty()) << qPrintable(violated);
 }

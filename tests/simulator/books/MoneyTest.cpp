@@ -4,7 +4,7 @@
 
 using namespace sim;
 
-TEST(Money, SumsOfCentsNeverDrift)
+TEST(Money, SumsOfCentsAreExact)
 {
     const Money cent = Money::rounded(0.01);
     Money sum = Money::rounded(1e10);
@@ -24,7 +24,7 @@ TEST(Money, IsRoundedToTheNearestCent)
     EXPECT_LT(-Money::rounded(0.01), Money());
 }
 
-TEST(Money, WhatIsMoreThanCanBeCountedNeverTurnsIntoADebt)
+TEST(Money, HugeAmountsAreClampedAndDoNotOverflow)
 {
     for (const double yuan : {9.2233e16, 1e20, 1e300}) {
         const Money much = Money::rounded(yuan);

@@ -51,14 +51,14 @@ protected:
     const Books &books = world.books;
 };
 
-QStringList story(const Books &books)
+QStringList summary(const Books &books)
 {
     QStringList lines;
     for (const Order &order : books.orders()) {
         lines.append(QStringLiteral("%1 %2 %3 %4 %5 %6")
                          .arg(order.id, order.tradingAccount, order.instrument->symbol)
                          .arg(order.price)
-                         .arg(order.dealtAmount.yuan())
+                         .arg(order.filledAmount.yuan())
                          .arg(int(order.status)));
     }
     return lines;
@@ -66,7 +66,7 @@ QStringList story(const Books &books)
 
 } // namespace
 
-TEST_F(OpeningBooksTest, ThereAreOrdersInEveryState)
+TEST_F(OpeningBooksTest, OrdersOfEveryStatusExist)
 {
     EXPECT_EQ(320u, books.orders().size());
     QMap<OrderStatus, int> count;
@@ -98,20 +98,21 @@ TEST_F(OpeningBooksTest, OrdersBelongToKnownAccountsTradersAndSecurities)
     EXPECT_EQ(2 * int(books.orders().size()), ids.size());
 }
 
-TEST_F(OpeningBooksTest, OnlyOrdersThatBreakNoRuleReachTheExchange)
+TEST_F(OpeningBooksTest, OnlyValidOrdersReachTheExchange)
 {
     for (const Order &order : books.orders()) {
         const bool rejected = order.status == OrderStatus::Rejected;
         EXPECT_EQ(rejected, order.exchangeOrderId.isEmpty()) << qPrintable(order.id);
         EXPECT_EQ(rejected, !order.remark.isEmpty()) << qPrintable(order.id);
         if (rejected)
-            EXPECT_EQ(0, order.dealtQty);
+            EXPECT_EQ(0, order.filledQty);
         else
-            EXPECT_EQ(QString(), violatedRule(order));
+            EXPECT_EQ(QString(),
+                      violatedRule(order, exchange.limits(order.instrument->symbol, Exchange::stepAt(clock.now()))));
     }
 }
 
-TEST_F(OpeningBooksTest, ExecutionsAddUpToWhatTheirOrdersDealt)
+TEST_F(OpeningBooksTest, ExecutionsAddUpToTheFilledQuantities)
 {
     QMap<int, qint64> qty;
     QMap<int, double> amount;
@@ -130,12 +131,12 @@ TEST_F(OpeningBooksTest, ExecutionsAddUpToWhatTheirOrdersDealt)
     EXPECT_EQ(int(books.executions().size()), ids.size());
     EXPECT_GT(books.executions().size(), 100u);
     for (int i = 0; i < int(books.orders().size()); ++i) {
-        EXPECT_EQ(qty.value(i), books.orders()[i].dealtQty) << i;
-        EXPECT_NEAR(amount.value(i), books.orders()[i].dealtAmount.yuan(), 0.005) << i;
+        EXPECT_EQ(qty.value(i), books.orders()[i].filledQty) << i;
+        EXPECT_NEAR(amount.value(i), books.orders()[i].filledAmount.yuan(), 0.005) << i;
     }
 }
 
-TEST_F(OpeningBooksTest, DealsAreWithinTheirLimitAndTheirMinutesCandle)
+TEST_F(OpeningBooksTest, FillsAreWithinTheLimitAndTheCandleOfTheirMinute)
 {
     for (const Execution &execution : books.executions()) {
         const Order &order = books.orders()[execution.order];
@@ -154,7 +155,7 @@ TEST_F(OpeningBooksTest, DealsAreWithinTheirLimitAndTheirMinutesCandle)
     }
 }
 
-TEST_F(OpeningBooksTest, OrdersThatWereNeverDealtNeverCouldHaveBeen)
+TEST_F(OpeningBooksTest, OrdersWithoutAFillNeverHadAMatchingPrice)
 {
     for (const Order &order : books.orders()) {
         if (order.status != OrderStatus::Reported || order.priceType == PriceType::Market)
@@ -172,7 +173,7 @@ TEST_F(OpeningBooksTest, OrdersThatWereNeverDealtNeverCouldHaveBeen)
     }
 }
 
-TEST_F(OpeningBooksTest, PositionsAreWhatTheyWereAtTheOpeningAndTheExecutionsSince)
+TEST_F(OpeningBooksTest, PositionsAreTheOpeningPositionsPlusTheExecutions)
 {
     using Key = QPair<QString, QPair<QString, bool>>; // account; symbol, short
     QMap<Key, qint64> opened;
@@ -254,7 +255,7 @@ TEST_F(OpeningBooksTest, MoneyAddsUp)
     }
 }
 
-TEST_F(OpeningBooksTest, AFuturesAccountsAssetsAreItsMoneyAndItsFloatingProfit)
+TEST_F(OpeningBooksTest, TheAssetsOfAFuturesAccountAreItsCashAndItsFloatingProfit)
 {
     const World morning("2025-03-03 09:20:00");
     for (const QString &account : {QStringLiteral("C1"), QStringLiteral("D1")}) {
@@ -267,7 +268,7 @@ TEST_F(OpeningBooksTest, AFuturesAccountsAssetsAreItsMoneyAndItsFloatingProfit)
         EXPECT_LT(Money(), value.available);
     }
     EXPECT_LT(books.ledger(QStringLiteral("C1"))->value(closes()).marketValue,
-              Money()); // one sells short, the other not
+              Money()); // one account is short, the other long
     EXPECT_LT(Money(), books.ledger(QStringLiteral("D1"))->value(closes()).marketValue);
 }
 
@@ -282,11 +283,11 @@ TEST_F(OpeningBooksTest, TradingAccountsAfterTheFirstAreEmpty)
 
 TEST_F(OpeningBooksTest, TheSameSeedGivesTheSameBooks)
 {
-    EXPECT_EQ(story(books), story(World().books));
-    EXPECT_NE(story(books), story(World("2025-03-03 10:15:20", 8).books));
+    EXPECT_EQ(summary(books), summary(World().books));
+    EXPECT_NE(summary(books), summary(World("2025-03-03 10:15:20", 8).books));
 }
 
-TEST_F(OpeningBooksTest, BeforeTheFirstMinuteThereArePositionsAndNoOrders)
+TEST_F(OpeningBooksTest, BeforeTheFirstMinuteThereArePositionsButNoOrders)
 {
     for (const char *start : {"2025-03-03 09:30:59", "2025-03-01 12:00:00"}) { // the second is a Saturday
         const World early(start);

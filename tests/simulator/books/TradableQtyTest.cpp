@@ -1,6 +1,6 @@
 #include "books/TradableQty.h"
 
-#include "exchange/SecurityClass.h"
+#include "exchange/MarketRules.h"
 
 #include <gtest/gtest.h>
 
@@ -12,7 +12,7 @@ Instrument listed(const char *subType, double price, double multiplier = 1)
 {
     Instrument instrument;
     instrument.symbol = QLatin1String(subType);
-    securityClass(instrument.symbol)->applyTo(instrument);
+    MarketRules().securityClass(instrument.symbol)->applyTo(instrument);
     instrument.price = price;
     instrument.multiplier = multiplier;
     return instrument;
@@ -30,14 +30,24 @@ protected:
         return order;
     }
 
-    qint64 most(const Ledger &ledger, const Order &order) const { return tradableQty(ledger, order, prices); }
+    static PriceLimits limitsOf(const Instrument &instrument)
+    {
+        return MarketRules().limits(instrument, instrument.ticksOf(instrument.price));
+    }
 
-    /// The order with the largest quantity can be entered, and with one lot more it cannot.
+    qint64 most(const Ledger &ledger, const Order &order) const
+    {
+        return tradableQty(ledger, order, limitsOf(*order.instrument), prices);
+    }
+
+    /// The order can be entered with that quantity, but not with one lot more.
     void expectTight(const Ledger &ledger, Order order, qint64 qty)
     {
+        const PriceLimits limits = limitsOf(*order.instrument);
         EXPECT_EQ(qty, most(ledger, order));
+        order.highestPrice = limits.highest;
         order.qty = qty;
-        EXPECT_EQ(QString(), violatedRule(order));
+        EXPECT_EQ(QString(), violatedRule(order, limits));
         EXPECT_EQ(QString(), ledger.shortage(order, ledger.value(prices).available));
         order.qty = qty + order.instrument->lot;
         EXPECT_NE(QString(), ledger.shortage(order, ledger.value(prices).available));
@@ -54,16 +64,16 @@ protected:
 
 } // namespace
 
-TEST_F(TradableQtyTest, BuyingIsAsMuchAsTheMoneyPaysForInWholeLots)
+TEST_F(TradableQtyTest, BuyingIsLimitedByTheMoneyInWholeLots)
 {
-    expectTight(Ledger(100000), order(main, Side::Buy, 10), 9900); // 10,000 shares, but for the fee
+    expectTight(Ledger(100000), order(main, Side::Buy, 10), 9900); // 10,000 shares without the fee
     expectTight(Ledger(100025), order(main, Side::Buy, 10), 10000);
     expectTight(Ledger(100000), order(growth, Side::Buy, 10), 9997);
     expectTight(Ledger(100000), order(bond, Side::Buy, 100), 990);
     expectTight(Ledger(5000000), order(future, Side::SellOpen, 4000), 34);
 }
 
-TEST_F(TradableQtyTest, NothingBelowTheSmallestOrder)
+TEST_F(TradableQtyTest, LessThanTheSmallestOrderIsZero)
 {
     EXPECT_EQ(0, most(Ledger(1000), order(main, Side::Buy, 10)));
     EXPECT_EQ(100, most(Ledger(1001), order(main, Side::Buy, 10)));
@@ -79,12 +89,12 @@ TEST_F(TradableQtyTest, AnOrderNeverExceedsItsLargestQuantity)
     EXPECT_EQ(50, most(Ledger(1e12), order(future, Side::BuyOpen, 4000)));
 }
 
-TEST_F(TradableQtyTest, WithoutALimitTheMoneyMustReachForTheWorstPrice)
+TEST_F(TradableQtyTest, AMarketOrderIsCountedAtTheHighestPriceOfTheDay)
 {
     expectTight(Ledger(110100), order(main, Side::Buy, 0), 10000);
 }
 
-TEST_F(TradableQtyTest, MoneySetAsideIsNotThere)
+TEST_F(TradableQtyTest, FrozenMoneyIsNotAvailable)
 {
     Ledger ledger(100025);
     Order other = order(main, Side::Buy, 10);
@@ -93,12 +103,12 @@ TEST_F(TradableQtyTest, MoneySetAsideIsNotThere)
     expectTight(ledger, order(main, Side::Buy, 10), 4000);
 }
 
-TEST_F(TradableQtyTest, SellingIsWhatMayBeClosed)
+TEST_F(TradableQtyTest, SellingIsLimitedByThePosition)
 {
     Ledger ledger(0);
     EXPECT_EQ(0, most(ledger, order(main, Side::Sell, 10)));
     ledger.holdFromBefore(main, false, 1234, 9);
-    expectTight(ledger, order(main, Side::Sell, 10), 1234); // all of it, whole lots or not
+    expectTight(ledger, order(main, Side::Sell, 10), 1234); // also an odd lot
     Order other = order(main, Side::Sell, 10);
     other.qty = 200;
     ledger.reserve(other);
@@ -106,7 +116,7 @@ TEST_F(TradableQtyTest, SellingIsWhatMayBeClosed)
     EXPECT_EQ(1034, most(ledger, order(main, Side::AfterHoursSell, 10)));
 }
 
-TEST_F(TradableQtyTest, ClosingTakesFromThePositionOfItsDirection)
+TEST_F(TradableQtyTest, ClosingUsesThePositionOfItsDirection)
 {
     Ledger ledger(0);
     ledger.holdFromBefore(future, true, 3, 4000);
@@ -115,7 +125,7 @@ TEST_F(TradableQtyTest, ClosingTakesFromThePositionOfItsDirection)
     EXPECT_EQ(2, most(ledger, order(future, Side::SellClose, 4000)));
 }
 
-TEST_F(TradableQtyTest, APriceThatIsRefusedLeavesNothing)
+TEST_F(TradableQtyTest, ARefusedPriceGivesZero)
 {
     EXPECT_EQ(0, most(Ledger(100000), order(main, Side::Buy, 11.01)));
     EXPECT_EQ(0, most(Ledger(100000), order(main, Side::Buy, 10.005)));

@@ -12,7 +12,7 @@ constexpr int kStepSeconds = 3;
 
 } // namespace
 
-TEST_F(TradingDeskTest, AnOrderWithoutALimitIsDealtInAtTheNextStep)
+TEST_F(TradingDeskTest, AnOrderAtMarketPriceFillsAtTheNextStep)
 {
     const Order order = world.place(world.order(share, Side::Buy, 1000), at("2025-03-03 10:00:03"));
     EXPECT_EQ(OrderStatus::Reported, order.status);
@@ -27,7 +27,7 @@ TEST_F(TradingDeskTest, AnOrderWithoutALimitIsDealtInAtTheNextStep)
     EXPECT_EQ(1000, executions[0].qty);
 }
 
-TEST_F(TradingDeskTest, LimitedOrdersAreDealtInWhenThePriceReachesThemAndNeverBeyondTheirLimit)
+TEST_F(TradingDeskTest, LimitOrdersFillWhenThePriceReachesTheirLimit)
 {
     const QDateTime entered = at("2025-03-03 10:00:00");
     const QDateTime end = at("2025-03-03 10:20:00");
@@ -39,7 +39,7 @@ TEST_F(TradingDeskTest, LimitedOrdersAreDealtInWhenThePriceReachesThemAndNeverBe
                 orders.push_back(world.order(instrument, side, 1, world.price(instrument, entered, away)));
         }
     }
-    int dealt = 0;
+    int filled = 0;
     const std::vector<Order> placed = desk.place(orders, entered);
     desk.advance(end);
     for (const Order &order : placed) {
@@ -54,17 +54,17 @@ TEST_F(TradingDeskTest, LimitedOrdersAreDealtInWhenThePriceReachesThemAndNeverBe
         const std::vector<Execution> executions = world.executionsOf(order);
         ASSERT_EQ(expected <= end, !executions.empty()) << qPrintable(order.id);
         for (const Execution &execution : executions) {
-            ++dealt;
+            ++filled;
             EXPECT_EQ(expected, execution.time);
             EXPECT_EQ(world.price(*order.instrument, expected), execution.price);
             EXPECT_TRUE(isReached(execution.price));
         }
     }
-    EXPECT_GT(dealt, 20);
-    EXPECT_LT(dealt, int(placed.size()) - 20);
+    EXPECT_GT(filled, 20);
+    EXPECT_LT(filled, int(placed.size()) - 20);
 }
 
-TEST_F(TradingDeskTest, LimitedOrdersAreDealtInInOneOrTwoPartsOfWholeLots)
+TEST_F(TradingDeskTest, LimitOrdersFillInOneOrTwoPartsOfWholeLots)
 {
     const QDateTime entered = at("2025-03-03 10:00:00");
     const double limit = share.priceOf(share.ticksOf(share.price * (1 + share.limitRate)) - 1);
@@ -84,7 +84,7 @@ TEST_F(TradingDeskTest, LimitedOrdersAreDealtInInOneOrTwoPartsOfWholeLots)
     EXPECT_GT(count[2], 5);
 }
 
-TEST_F(TradingDeskTest, WhatIsForTheFixedPriceOfTheCloseIsDealtInAtTheClose)
+TEST_F(TradingDeskTest, AfterHoursOrdersFillAtTheClose)
 {
     Order after = world.order(share, Side::AfterHoursBuy, 1000, world.price(share, at("2025-03-03 15:00:00"), 1));
     after.priceType = PriceType::AfterHours;
@@ -100,7 +100,7 @@ TEST_F(TradingDeskTest, WhatIsForTheFixedPriceOfTheCloseIsDealtInAtTheClose)
     EXPECT_EQ(OrderStatus::Reported, world.now(orders[1]).status);
 }
 
-TEST_F(TradingDeskTest, WhatIsEnteredWhileTheMarketIsClosedRestsUntilItOpens)
+TEST_F(TradingDeskTest, OrdersEnteredWhileTheMarketIsClosedWaitUntilItOpens)
 {
     const Order order = world.place(world.order(share, Side::Buy, 1000), at("2025-03-03 15:30:00"));
     EXPECT_EQ(at("2025-03-03 15:30:00"), order.entered);
@@ -110,7 +110,7 @@ TEST_F(TradingDeskTest, WhatIsEnteredWhileTheMarketIsClosedRestsUntilItOpens)
     EXPECT_EQ(OrderStatus::Filled, world.now(order).status);
 }
 
-TEST_F(TradingDeskTest, OnlyTheOrdersThatTheAccountCanAffordAreEntered)
+TEST_F(TradingDeskTest, OrdersThatTheAccountCannotAffordAreRejected)
 {
     const QDateTime time = at("2025-03-03 10:00:00");
     const double price = world.price(share, time);
@@ -140,7 +140,7 @@ TEST_F(TradingDeskTest, OnlyTheOrdersThatTheAccountCanAffordAreEntered)
     EXPECT_LE(desk.ledger(QStringLiteral("A1"))->frozenCash(), desk.ledger(QStringLiteral("A1"))->cash());
 }
 
-TEST_F(TradingDeskTest, ACancelEndsWhatIsOpenAndSaysWhyNotOtherwise)
+TEST_F(TradingDeskTest, ACancelEndsAnOpenOrderOrGivesTheReason)
 {
     const QDateTime time = at("2025-03-03 10:00:00");
     const Order open = world.place(world.order(share, Side::Buy, 1000, world.price(share, time, -60)), time);
@@ -171,7 +171,7 @@ TEST_F(TradingDeskTest, ManyOrdersAreReportedOneByOneAndTheirAccountOnce)
     desk.place(std::vector<Order>(500, world.order(share, Side::Buy, 100)), time);
     EXPECT_EQ(500u, world.reported<OrderEntered>().size());
     EXPECT_EQ(1u, world.reported<AssetChanged>().size());
-    EXPECT_EQ(501u, world.events.size()); // nothing of a position is set aside
+    EXPECT_EQ(501u, world.events.size()); // buy orders freeze no position
 
     world.events.clear();
     desk.advance(time.addSecs(kStepSeconds));
@@ -184,21 +184,21 @@ TEST_F(TradingDeskTest, ManyOrdersAreReportedOneByOneAndTheirAccountOnce)
     EXPECT_TRUE(std::holds_alternative<AssetChanged>(world.events.back()));
 }
 
-TEST_F(TradingDeskTest, WhatIsRefusedTouchesNoAccount)
+TEST_F(TradingDeskTest, ARejectedOrderChangesNoAccount)
 {
     world.place(world.order(share, Side::Buy, 50), at("2025-03-03 10:00:00"));
     EXPECT_EQ(1u, world.reported<OrderEntered>().size());
     EXPECT_EQ(1u, world.events.size());
 }
 
-TEST_F(TradingDeskTest, ThousandsOfOrdersRestAndAreCancelledAtOnce)
+TEST_F(TradingDeskTest, ThousandsOfOpenOrdersAreCancelledAtOnce)
 {
     constexpr int kOrders = 10000;
     const QDateTime time = at("2025-03-03 10:00:00");
     const double low = share.priceOf(share.ticksOf(share.price * (1 - share.limitRate)) + 1);
     std::vector<Order> orders(kOrders, world.order(share, Side::Buy, 100, low));
     for (Order &order : orders)
-        order.tradingAccount = QStringLiteral("A2"); // without money: they are refused
+        order.tradingAccount = QStringLiteral("A2"); // without money: they are rejected
     EXPECT_EQ(size_t(kOrders), desk.place(orders, time).size());
     const Instrument &bond = world.any(SecurityKind::Bond);
     const double cheap = bond.priceOf(bond.ticksOf(bond.price * 0.85));
@@ -216,6 +216,43 @@ TEST_F(TradingDeskTest, ThousandsOfOrdersRestAndAreCancelledAtOnce)
     EXPECT_EQ(Money(), desk.ledger(QStringLiteral("A1"))->frozenCash());
 }
 
+TEST_F(TradingDeskTest, OrdersAreCheckedAgainstThePriceLimitsThatTheQuoteShows)
+{
+    const double firstUpperLimit = world.exchange.quote(share.symbol, at("2025-03-03 10:00:00"))->upperLimit;
+    for (const char *time : {"2025-03-03 10:00:00", "2025-03-04 10:00:00", "2025-03-06 14:00:00"}) {
+        const Quote quote = *world.exchange.quote(share.symbol, at(time));
+        EXPECT_EQ(at(time).date() == at("2025-03-03 00:00:00").date(), quote.upperLimit == firstUpperLimit);
+        const struct {
+            double limit;
+            int ticks; ///< beyond the limit
+            const char *remark;
+        } table[] = {
+            {quote.lowerLimit, -1, "委托价格超出涨跌停范围"},
+            {quote.lowerLimit, 0, ""},
+            {quote.upperLimit, 0, ""},
+            {quote.upperLimit, 1, "委托价格超出涨跌停范围"},
+        };
+        for (const auto &row : table) {
+            const double price = share.priceOf(share.ticksOf(row.limit) + row.ticks);
+            const Order order = world.place(world.order(share, Side::Buy, 1000, price), at(time));
+            EXPECT_EQ(QString::fromUtf8(row.remark), order.remark) << time << " " << price;
+        }
+    }
+}
+
+TEST_F(TradingDeskTest, AnOrderAtMarketPriceFreezesMoneyAtTheUpperLimitOfItsDay)
+{
+    for (const char *time : {"2025-03-03 15:30:00", "2025-03-04 15:30:00"}) {
+        desk.advance(at(time));
+        const Money before = desk.ledger(QStringLiteral("A1"))->frozenCash();
+        world.place(world.order(share, Side::Buy, 1000), at(time));
+        const Money amount = Money::rounded(world.exchange.quote(share.symbol, at(time))->upperLimit * 1000);
+        EXPECT_EQ(moneyToOpen(share, Side::Buy, amount), desk.ledger(QStringLiteral("A1"))->frozenCash() - before);
+    }
+    desk.advance(at("2025-03-05 10:00:00"));
+    EXPECT_EQ(Money(), desk.ledger(QStringLiteral("A1"))->frozenCash());
+}
+
 TEST_F(TradingDeskTest, TimeDoesNotGoBack)
 {
     desk.advance(at("2025-03-03 10:00:00"));
@@ -225,7 +262,7 @@ TEST_F(TradingDeskTest, TimeDoesNotGoBack)
     EXPECT_EQ(OrderStatus::Reported, world.now(order).status);
 }
 
-TEST(OpeningOrders, GoOnLiving)
+TEST(OpeningOrders, FillWhileTheMarketGoesOn)
 {
     DeskWorld world("2025-03-03 10:15:20");
     QSet<QString> open;

@@ -61,7 +61,7 @@ void expectSame(const QVector<Candle> &expected, const QVector<Candle> &actual)
         ASSERT_TRUE(expected[i] == actual[i]) << i;
 }
 
-void expectSane(const QVector<Candle> &candles, const Instrument &instrument)
+void expectConsistent(const QVector<Candle> &candles, const Instrument &instrument)
 {
     const auto isTick = [&](double price) {
         return price > 0 && price == instrument.priceOf(instrument.ticksOf(price));
@@ -83,16 +83,16 @@ void expectSane(const QVector<Candle> &candles, const Instrument &instrument)
 
 } // namespace
 
-TEST_F(ExchangeTest, MinuteCandlesAreSane)
+TEST_F(ExchangeTest, MinuteCandlesAreConsistent)
 {
-    expectSane(all(CandlePeriod::Minute), instruments()[0]);
-    expectSane(all(CandlePeriod::Minute, kFuture), instruments()[1]);
+    expectConsistent(all(CandlePeriod::Minute), instruments()[0]);
+    expectConsistent(all(CandlePeriod::Minute, kFuture), instruments()[1]);
 }
 
-TEST_F(ExchangeTest, DayCandlesAreSane)
+TEST_F(ExchangeTest, DayCandlesAreConsistent)
 {
-    expectSane(all(CandlePeriod::Day), instruments()[0]);
-    expectSane(all(CandlePeriod::Day, kFuture), instruments()[1]);
+    expectConsistent(all(CandlePeriod::Day), instruments()[0]);
+    expectConsistent(all(CandlePeriod::Day, kFuture), instruments()[1]);
 }
 
 TEST_F(ExchangeTest, TheLastDayBeforeTheStartClosesAtTheScenarioPrice)
@@ -102,7 +102,7 @@ TEST_F(ExchangeTest, TheLastDayBeforeTheStartClosesAtTheScenarioPrice)
     EXPECT_EQ(3886.4, all(CandlePeriod::Day, kFuture).last().close);
 }
 
-TEST_F(ExchangeTest, ADayIsMadeOfItsMinutes)
+TEST_F(ExchangeTest, ADayIsTheSumOfItsMinutes)
 {
     const QVector<Candle> days = range("2025-02-27 15:00:00", "2025-02-27 15:00:00", CandlePeriod::Day);
     ASSERT_EQ(1, days.size());
@@ -124,7 +124,7 @@ TEST_F(ExchangeTest, ADayIsMadeOfItsMinutes)
     EXPECT_EQ(high, days.first().high);
     EXPECT_EQ(low, days.first().low);
     EXPECT_EQ(volume, days.first().volume);
-    EXPECT_NEAR(amount, days.first().amount, 240 * 0.005 + 0.005); // each was rounded to the cent
+    EXPECT_NEAR(amount, days.first().amount, 240 * 0.005 + 0.005); // each amount was rounded to the cent
 }
 
 TEST_F(ExchangeTest, CandlesDoNotDependOnRangeOrOrderOfRequests)
@@ -157,7 +157,7 @@ TEST_F(ExchangeTest, OtherSeedsAndSymbolsGiveOtherCandles)
     EXPECT_GT(std::abs(future.open / future.close - ours.last().open / ours.last().close), 1e-4);
 }
 
-TEST_F(ExchangeTest, AnotherMomentOfTheClockChangesNoCandle)
+TEST_F(ExchangeTest, CandlesDoNotDependOnTheTimeOfTheClock)
 {
     const TestClock later(at("2025-03-05 14:00:00"));
     const Exchange inTwoDays(instruments(), 7, QDate(2025, 3, 3), later);
@@ -165,7 +165,7 @@ TEST_F(ExchangeTest, AnotherMomentOfTheClockChangesNoCandle)
                inTwoDays.candles(kStock, at("2025-02-24 00:00:00"), at("2025-03-03 10:00:00"), CandlePeriod::Minute));
 }
 
-TEST_F(ExchangeTest, OnlyFinishedCandlesAreGiven)
+TEST_F(ExchangeTest, OnlyFinishedCandlesAreReturned)
 {
     EXPECT_EQ(at("2025-03-03 10:00:00"), all(CandlePeriod::Minute).last().end);
     EXPECT_EQ(at("2025-03-03 10:00:00"),
@@ -183,7 +183,7 @@ TEST_F(ExchangeTest, BothEndsOfTheRangeAreIncluded)
     EXPECT_EQ(2, range("2025-02-28 14:59:01", "2025-03-03 09:31:59", CandlePeriod::Minute).size());
 }
 
-TEST_F(ExchangeTest, AnAnswerHoldsAtMostTheLatestTwoThousand)
+TEST_F(ExchangeTest, AnAnswerHasAtMostTheLatestTwoThousandCandles)
 {
     EXPECT_EQ(2000, Exchange::kMaxCandles);
     const QVector<Candle> days = all(CandlePeriod::Day);
@@ -194,7 +194,7 @@ TEST_F(ExchangeTest, AnAnswerHoldsAtMostTheLatestTwoThousand)
     EXPECT_EQ(at("2025-03-03 10:00:00"), minutes.last().end);
 }
 
-TEST_F(ExchangeTest, ThereIsNothingBeforeTheListing)
+TEST_F(ExchangeTest, ThereAreNoCandlesBeforeTheListing)
 {
     const QVector<Candle> days = all(CandlePeriod::Day, kFuture);
     ASSERT_EQ(3, days.size());
@@ -202,7 +202,7 @@ TEST_F(ExchangeTest, ThereIsNothingBeforeTheListing)
     EXPECT_EQ(at("2025-02-26 09:31:00"), all(CandlePeriod::Minute, kFuture).first().end);
 }
 
-TEST_F(ExchangeTest, EmptyRangesAndUnknownSymbolsGiveNothing)
+TEST_F(ExchangeTest, EmptyRangesAndUnknownSymbolsGiveNoCandles)
 {
     EXPECT_TRUE(range("2025-02-28 15:00:00", "2025-02-28 14:00:00", CandlePeriod::Minute).isEmpty());
     EXPECT_TRUE(range("2025-03-01 00:00:00", "2025-03-02 23:59:59", CandlePeriod::Minute).isEmpty()); // a weekend

@@ -1,7 +1,6 @@
 #include "exchange/Listing.h"
 
 #include "exchange/Exchange.h"
-#include "exchange/SecurityClass.h"
 #include "exchange/TestClock.h"
 
 #include <gtest/gtest.h>
@@ -45,7 +44,7 @@ void expectUnique(const QVector<Instrument> &list)
 
 } // namespace
 
-TEST(Listing, TheSameSeedGivesTheSameListAndAnotherAnotherOne)
+TEST(Listing, TheSameSeedGivesTheSameListAndAnotherSeedAnother)
 {
     const QVector<Instrument> again = listing({}, kCount, kSeed, kStart);
     const QVector<Instrument> other = listing({}, kCount, kSeed + 1, kStart);
@@ -59,9 +58,9 @@ TEST(Listing, TheSameSeedGivesTheSameListAndAnotherAnotherOne)
     EXPECT_LT(same, kCount / 20);
 }
 
-TEST(Listing, WhatIsGivenComesFirstAndIsNeverListedTwice)
+TEST(Listing, GivenSecuritiesComeFirstAndAreListedOnce)
 {
-    const QVector<Instrument> given = generated().mid(40, 100) + generated().mid(280); // all of them in the way
+    const QVector<Instrument> given = generated().mid(40, 100) + generated().mid(280); // their codes are taken
     const QVector<Instrument> list = listing(given, kCount, kSeed, kStart);
     ASSERT_EQ(given.size() + kCount, list.size());
     for (int i = 0; i < given.size(); ++i)
@@ -87,18 +86,18 @@ TEST(Listing, NamesAreUniqueAndSpelledLetterByLetter)
     EXPECT_EQ(kCount, names.size());
 }
 
-TEST(Listing, EverySubTypeIsThereWithItsRules)
+TEST(Listing, EverySubTypeOccursWithItsRules)
 {
     QMap<QString, int> counts;
     for (const Instrument &instrument : generated()) {
         ++counts[instrument.subType];
-        const SecurityClass *rules = securityClass(instrument.subType);
+        const std::optional<SecurityClass> rules = MarketRules().securityClass(instrument.subType);
         ASSERT_TRUE(rules);
         EXPECT_EQ(rules->kind, instrument.kind);
         EXPECT_EQ(rules->board, instrument.board);
         EXPECT_EQ(rules->minQty, instrument.minQty);
     }
-    EXPECT_EQ(securityClasses().size(), counts.size());
+    EXPECT_EQ(standardClasses().size(), counts.size());
     EXPECT_EQ(141, counts.value(QStringLiteral("MainShare"))); // 47 of 100
 }
 
@@ -129,10 +128,10 @@ TEST(Listing, FuturesEndInAComingMonth)
         EXPECT_TRUE(month >= 1 && month <= 12) << month;
         EXPECT_GE(QDate(2000 + code.left(2).toInt(), month, 1), QDate(2025, 3, 1));
     }
-    EXPECT_EQ(27, futures); // what is missing from 100 per cent
+    EXPECT_EQ(27, futures); // the rest to 100 per cent
 }
 
-TEST(Listing, AllOrNothingCanBeMadeUp)
+TEST(Listing, AnyNumberOfSecuritiesCanBeGenerated)
 {
     EXPECT_TRUE(listing({}, 0, kSeed, kStart).isEmpty());
     EXPECT_EQ(1, listing({}, 1, kSeed, kStart).size());
@@ -160,17 +159,17 @@ TEST(Listing, NoDayBreaksItsPriceLimits)
     }
 }
 
-TEST(SecurityClass, VolatilityLeavesRoomBelowThePriceLimit)
+TEST(SecurityClass, VolatilityIsSmallEnoughForThePriceLimit)
 {
-    for (const SecurityClass &each : securityClasses()) {
+    for (const SecurityClass &each : standardClasses()) {
         EXPECT_TRUE(each.limitRate == 0 || each.volatility <= 6 * each.limitRate + 1e-9) << qPrintable(each.subType);
         EXPECT_EQ(0, each.minQty % each.lot);
         EXPECT_EQ(0, each.maxQty % each.lot);
     }
-    EXPECT_FALSE(securityClass(QStringLiteral("NoSuchClass")));
+    EXPECT_FALSE(MarketRules().securityClass(QStringLiteral("NoSuchClass")));
 }
 
-TEST(Instrument, DecimalsOfATickAreTheFewestThatWriteIt)
+TEST(Instrument, DecimalsOfATickAreAsFewAsPossible)
 {
     EXPECT_EQ(0, decimalsOf(5));
     EXPECT_EQ(0, decimalsOf(1));

@@ -57,7 +57,7 @@ void expectSame(const Quote &expected, const Quote &actual)
 
 } // namespace
 
-TEST_F(QuoteTest, IsWhatTheCandlesOfTheDayAddUpTo)
+TEST_F(QuoteTest, IsTheSumOfTheCandlesOfTheDay)
 {
     const Quote quote = quoteAt("2025-03-03 13:10:00");
     const QVector<Candle> candles =
@@ -82,9 +82,9 @@ TEST_F(QuoteTest, IsWhatTheCandlesOfTheDayAddUpTo)
     EXPECT_EQ(at("2025-03-03 13:10:00"), quote.time);
 }
 
-TEST_F(QuoteTest, AMinuteIsGoneThroughStepByStepFromItsOpenToItsClose)
+TEST_F(QuoteTest, TheStepsOfAMinuteLeadFromItsOpenToItsClose)
 {
-    // The first minutes of days: there the quote's high and low are the candle's.
+    // In the first minute of a day the high and the low of the quote are those of the candle.
     for (QDateTime begin = at("2025-02-03 09:30:00"); begin <= at("2025-02-28 09:30:00"); begin = begin.addDays(1)) {
         clock.set(begin.addSecs(60));
         const QVector<Candle> candles = exchange.candles(kStock, clock.now(), clock.now(), CandlePeriod::Minute);
@@ -106,10 +106,10 @@ TEST_F(QuoteTest, AMinuteIsGoneThroughStepByStepFromItsOpenToItsClose)
             EXPECT_GE(quote.amount, before.amount);
             if (quote.volume > 0) {
                 const double average = quote.amount / double(quote.volume);
-                EXPECT_GE(average, quote.low - 1e-4); // the amount is rounded
+                EXPECT_GE(average, quote.low - 1e-4); // the amount is rounded to the cent
                 EXPECT_LE(average, quote.high + 1e-4);
             }
-            if (second == 57) { // both ends of the candle have been seen before it closes
+            if (second == 57) { // high and low were reached before the last step
                 EXPECT_EQ(candle.high, quote.high);
                 EXPECT_EQ(candle.low, quote.low);
             }
@@ -130,7 +130,7 @@ TEST_F(QuoteTest, ChangesEveryThreeSeconds)
     EXPECT_NE(quote.volume, quoteAt("2025-03-03 10:00:06").volume);
 }
 
-TEST_F(QuoteTest, StaysThatOfTheLastTradingDayUntilTheNextOneHasOpened)
+TEST_F(QuoteTest, StaysUntilTheFirstStepOfTheNextTradingDay)
 {
     const Quote friday = quoteAt("2025-02-28 15:00:00");
     EXPECT_EQ(18.36, friday.last);
@@ -145,7 +145,7 @@ TEST_F(QuoteTest, StaysThatOfTheLastTradingDayUntilTheNextOneHasOpened)
     EXPECT_EQ(at("2025-03-03 11:30:00"), quoteAt("2025-03-03 12:15:00").time);
 }
 
-TEST_F(QuoteTest, ThePreviousCloseIsThatOfTheDayBefore)
+TEST_F(QuoteTest, ThePreviousCloseIsTheCloseOfTheDayBefore)
 {
     const QVector<Candle> thursday =
         exchange.candles(kStock, at("2025-02-27 15:00:00"), at("2025-02-27 15:00:00"), CandlePeriod::Day);
@@ -153,7 +153,7 @@ TEST_F(QuoteTest, ThePreviousCloseIsThatOfTheDayBefore)
     EXPECT_EQ(thursday[0].close, quoteAt("2025-02-28 14:00:00").previousClose);
 }
 
-TEST_F(QuoteTest, FiveLevelsOnEachSideStandATickApart)
+TEST_F(QuoteTest, FiveLevelsOnEachSideAreOneTickApart)
 {
     const Instrument instrument = stock();
     for (int second = 0; second < 60; second += 3) {
@@ -206,7 +206,7 @@ TEST_F(QuoteTest, LevelsBeyondALimitAreEmpty)
     }
 }
 
-TEST_F(QuoteTest, NothingIsOfferedForNothing)
+TEST_F(QuoteTest, NoLevelHasAPriceBelowOneTick)
 {
     Instrument penny = stock();
     penny.price = 0.01;
@@ -217,7 +217,7 @@ TEST_F(QuoteTest, NothingIsOfferedForNothing)
     EXPECT_EQ(0, quote.bids.last().price);
 }
 
-TEST_F(QuoteTest, DoesNotDependOnWhatWasAskedBefore)
+TEST_F(QuoteTest, DoesNotDependOnEarlierCalls)
 {
     const Quote late = quoteAt("2025-03-03 14:31:27");
     const Exchange other = exchangeOf(stock());
@@ -225,7 +225,7 @@ TEST_F(QuoteTest, DoesNotDependOnWhatWasAskedBefore)
     expectSame(late, quoteAt(at("2025-03-03 14:31:27"), other));
 }
 
-TEST_F(QuoteTest, ThereIsNoneBeforeTheListingAndOfTheUnknown)
+TEST_F(QuoteTest, BeforeTheListingAndForUnknownSymbolsThereIsNone)
 {
     clock.set(at("2010-01-03 12:00:00"));
     EXPECT_FALSE(exchange.quote(kStock));
@@ -245,12 +245,35 @@ TEST_F(QuoteTest, InstrumentsAreFoundBySymbolAndByCodeAndExchange)
     EXPECT_FALSE(exchange.instrumentOf(QString(), QString()));
 }
 
-TEST_F(QuoteTest, OfAnotherTimeIsWhatItWasThen)
+TEST_F(QuoteTest, AnEarlierTimeGivesTheQuoteOfThatTime)
 {
     const Quote then = quoteAt("2025-03-03 10:00:30");
     clock.set(at("2025-03-03 14:30:00"));
     expectSame(then, *exchange.quote(kStock, at("2025-03-03 10:00:30")));
     EXPECT_FALSE(exchange.quote(QStringLiteral("nothing"), at("2025-03-03 10:00:30")));
+}
+
+TEST_F(QuoteTest, LimitsOfAStepAreThoseOfItsQuote)
+{
+    for (const char *time :
+         {"2025-03-03 09:30:03", "2025-03-03 15:00:00", "2025-03-04 09:20:00", "2025-03-04 09:30:03"}) {
+        const PriceLimits limits = exchange.limits(kStock, Exchange::stepAt(at(time)));
+        EXPECT_EQ(quoteAt(time).upperLimit, limits.upper) << time;
+        EXPECT_EQ(quoteAt(time).lowerLimit, limits.lower) << time;
+    }
+    EXPECT_FALSE(exchange.limits(QStringLiteral("nothing"), Exchange::stepAt(clock.now())).areSet());
+}
+
+TEST_F(QuoteTest, RulesDecideTheLimits)
+{
+    Instrument unlimited = stock();
+    unlimited.limitRate = 0;
+    MarketRules rules;
+    rules.unlimitedRise = 0.5;
+    const Exchange other({unlimited}, 7, QDate(2025, 3, 3), clock, rules);
+    const PriceLimits limits = other.limits(kStock, Exchange::stepAt(clock.now()));
+    EXPECT_FALSE(limits.areSet());
+    EXPECT_DOUBLE_EQ(27.54, limits.highest);
 }
 
 TEST_F(QuoteTest, EveryStepHasItsTimeAndItsLastPrice)

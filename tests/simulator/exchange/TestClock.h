@@ -2,7 +2,7 @@
 
 #include "exchange/Clock.h"
 
-/// A moment of exchange time, "2025-03-03 10:00:00".
+/// The exchange time "2025-03-03 10:00:00".
 inline QDateTime at(const char *text)
 {
     QDateTime time = QDateTime::fromString(QLatin1String(text), QStringLiteral("yyyy-MM-dd HH:mm:ss"));
@@ -10,7 +10,7 @@ inline QDateTime at(const char *text)
     return time;
 }
 
-/// A clock that stands still until it is set.
+/// A clock that keeps its time until it is set.
 class TestClock : public sim::Clock {
 public:
     explicit TestClock(const QDateTime &time) : m_time(time) {}

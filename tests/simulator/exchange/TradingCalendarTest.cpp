@@ -24,7 +24,7 @@ TEST(TradingCalendar, CountsWeekdaysOnly)
 {
     EXPECT_EQ(1, day("2025-03-04 00:00:00") - day("2025-03-03 00:00:00")); // Monday to Tuesday
     EXPECT_EQ(1, day("2025-03-10 00:00:00") - day("2025-03-07 00:00:00")); // Friday to Monday
-    EXPECT_EQ(day("2025-03-10 00:00:00"), day("2025-03-08 00:00:00"));     // Saturday has Friday behind it
+    EXPECT_EQ(day("2025-03-10 00:00:00"), day("2025-03-08 00:00:00"));     // on Saturday the Friday is over
     EXPECT_EQ(day("2025-03-10 00:00:00"), day("2025-03-09 00:00:00"));
     EXPECT_EQ(5, day("2025-03-10 00:00:00") - day("2025-03-03 00:00:00"));
 }
@@ -49,7 +49,7 @@ TEST(TradingCalendar, MinutesEndWithinTheSessions)
     EXPECT_EQ(at("2025-03-04 09:31:00"), calendar::endOfMinute(first + 240));
 }
 
-TEST(TradingCalendar, AMinuteHasEndedFromItsLastSecondOn)
+TEST(TradingCalendar, AMinuteHasEndedAtItsLastSecond)
 {
     const qint64 before = calendar::minutesEndedBy(at("2025-03-03 09:30:59"));
     EXPECT_EQ(before, calendar::minutesEndedBy(at("2025-02-28 15:00:00"))); // nothing since Friday's close
@@ -59,7 +59,7 @@ TEST(TradingCalendar, AMinuteHasEndedFromItsLastSecondOn)
     EXPECT_EQ(before + 240, calendar::minutesEndedBy(at("2025-03-03 23:59:59")));
 }
 
-TEST(TradingCalendar, ADayHasEndedFromItsCloseOn)
+TEST(TradingCalendar, ADayHasEndedAtItsClose)
 {
     const qint64 monday = day("2025-03-03 00:00:00");
     EXPECT_EQ(monday, calendar::daysEndedBy(at("2025-03-03 14:59:59")));

@@ -11,7 +11,7 @@ using namespace sim;
 
 namespace {
 
-/// What a page is to get, as Qt writes it.
+/// The expected frame, written by Qt.
 QString reference(const QCefEvent &event)
 {
     const QJsonObject frame{{QStringLiteral("event"), event.eventName()},
@@ -33,7 +33,7 @@ void expectSame(const QCefEvent &event)
 
 } // namespace
 
-TEST(EventFrameTest, AReplyIsOneTextBehindTheOther)
+TEST(EventFrameTest, AReplyIsATextInAnArray)
 {
     EXPECT_EQ(QStringLiteral("{\"args\":[\"{\\\"code\\\":\\\"0\\\"}\"],\"event\":\"Data_getToken_RES\"}"),
               eventFrame(eventOf({QStringLiteral("{\"code\":\"0\"}")}, QStringLiteral("Data_getToken_RES"))));
@@ -45,13 +45,13 @@ TEST(EventFrameTest, EveryCharacterIsWrittenAsQtWritesIt)
     for (int first = 0; first <= 0xffff; first += kTogether) {
         QString text;
         for (int code = first; code < first + kTogether; ++code)
-            text += QLatin1Char('a') + QString(QChar(ushort(code))); // no two surrogates side by side
+            text += QLatin1Char('a') + QString(QChar(ushort(code))); // no surrogate pairs
         const QCefEvent event = eventOf({text}, text);
         ASSERT_EQ(reference(event), eventFrame(event)) << first;
     }
 }
 
-TEST(EventFrameTest, TextsOfTroublesomeCharactersAreWrittenAsQtWritesThem)
+TEST(EventFrameTest, EscapedAndSurrogateCharactersAreWrittenAsQtWritesThem)
 {
     QRandomGenerator random(20250303);
     const ushort units[] = {'a',   '"',    '\\',   '\n',   0,      0x1f,   0x7f,   0x80,
@@ -65,7 +65,7 @@ TEST(EventFrameTest, TextsOfTroublesomeCharactersAreWrittenAsQtWritesThem)
     }
 }
 
-TEST(EventFrameTest, ArgumentsOfAnyKindAndNumberAreWrittenAsQtWritesThem)
+TEST(EventFrameTest, ArgumentsOfAnyTypeAndNumberAreWrittenAsQtWritesThem)
 {
     expectSame(eventOf({}));
     expectSame(eventOf({QString()}));

@@ -15,14 +15,14 @@ using namespace sim;
 
 namespace {
 
-/// Waits until the server has ended the connection; all that it sent.
+/// Waits until the server has closed the connection, and returns all that it sent.
 QByteArray answerOf(QTcpSocket &socket)
 {
     EXPECT_TRUE(await([&] { return socket.state() == QAbstractSocket::UnconnectedState; }));
     return socket.readAll();
 }
 
-/// A root with something in it, and something beside it that must stay secret.
+/// A root with files, and files outside it that must not be served.
 struct Files {
     Files()
     {
@@ -32,7 +32,7 @@ struct Files {
         write("root/data.unknown", "?");
         write("root/with space.txt", "space");
         write("root/sub/index.html", "<p>sub</p>");
-        write("rootless.txt", "secret"); // its path begins with the root's
+        write("rootless.txt", "secret"); // its path starts with the path of the root
         write("secret.txt", "secret");
         EXPECT_TRUE(QDir().mkpath(path("root/empty")));
         EXPECT_TRUE(QFile::link(path("secret.txt"), path("root/link.txt")));
@@ -84,7 +84,7 @@ protected:
 
 } // namespace
 
-TEST_F(HttpTest, FilesBelowTheRootAreGivenWithTheirTypes)
+TEST_F(HttpTest, FilesBelowTheRootAreServedWithTheirTypes)
 {
     const QByteArray page = get("/");
     EXPECT_EQ(200, status(page));
@@ -97,10 +97,10 @@ TEST_F(HttpTest, FilesBelowTheRootAreGivenWithTheirTypes)
     EXPECT_TRUE(get("/app.js").contains("\r\nContent-Type: text/javascript; charset=utf-8\r\n"));
     EXPECT_TRUE(get("/data.unknown").contains("\r\nContent-Type: application/octet-stream\r\n"));
     EXPECT_EQ("space", body(get("/with%20space.txt?query=/../x")));
-    EXPECT_EQ("js", body(get("/inside.js"))); // a link that stays inside
+    EXPECT_EQ("js", body(get("/inside.js"))); // a link inside the root
 }
 
-TEST_F(HttpTest, TheBridgeIsAlwaysThere)
+TEST_F(HttpTest, TheBridgeIsAlwaysServed)
 {
     for (const Gateway *gateway : {&served, &bare}) {
         const QByteArray answer = get("/bridge.js", gateway);
@@ -117,7 +117,7 @@ TEST_F(HttpTest, WithoutARootOnePageSaysThatThisIsASimulation)
     EXPECT_EQ(404, status(get("/etc/passwd", &bare)));
 }
 
-TEST_F(HttpTest, NothingOutsideTheRootIsGiven)
+TEST_F(HttpTest, NothingOutsideTheRootIsServed)
 {
     for (const char *path :
          {"/../secret.txt", "/%2e%2e/secret.txt", "/..%2fsecret.txt", "/%2e%2e%2fsecret.txt", "/sub/../../secret.txt",
@@ -129,7 +129,7 @@ TEST_F(HttpTest, NothingOutsideTheRootIsGiven)
     }
 }
 
-TEST_F(HttpTest, WhatIsNotThereIs404)
+TEST_F(HttpTest, AMissingFileIs404)
 {
     EXPECT_EQ(404, status(get("/nothing")));
     EXPECT_EQ(404, status(get("/empty"))); // a folder without a page
@@ -156,19 +156,19 @@ TEST_F(HttpTest, OtherMethodsAre405)
     EXPECT_EQ(405, status(exchange(served, "POST /view HTTP/1.1\r\n\r\n")));
 }
 
-TEST_F(HttpTest, GarbageIs400)
+TEST_F(HttpTest, AnInvalidRequestIs400)
 {
     EXPECT_EQ(400, status(exchange(served, "garbage\r\n\r\n")));
     EXPECT_EQ(400, status(exchange(served, QByteArray("\x16\x03\x01\x02\x00\x01\r\n\r\n", 10))));
 }
 
-TEST_F(HttpTest, AHeadThatNeverEndsIsCutOff)
+TEST_F(HttpTest, AHeadThatIsTooLongIs431)
 {
     const QByteArray endless = "GET / HTTP/1.1\r\nX: " + QByteArray(HttpConnection::kMaxHead, 'x');
     EXPECT_EQ(431, status(exchange(served, endless)));
 }
 
-TEST_F(HttpTest, HalfAHeadIsGivenUpAtTheDeadline)
+TEST_F(HttpTest, AnIncompleteHeadIs408AtTheDeadline)
 {
     // The clients must take their answers within the same time.
     Gateway impatient(files.path("root"), {}, std::chrono::seconds(1));
@@ -195,7 +195,7 @@ TEST_F(HttpTest, AHeadMayComeByteByByte)
     EXPECT_EQ("js", body(answerOf(socket)));
 }
 
-TEST_F(HttpTest, AClientThatGoesAwayHarmsNobody)
+TEST_F(HttpTest, AClientThatDisconnectsDoesNotAffectOthers)
 {
     for (const char *part : {"", "GET", "GET / HTTP/1.1\r\n\r\n"}) {
         QTcpSocket socket;
@@ -208,7 +208,7 @@ TEST_F(HttpTest, AClientThatGoesAwayHarmsNobody)
     EXPECT_EQ(200, status(get("/")));
 }
 
-TEST_F(HttpTest, TheViewIsForWebSocketsOfAllowedOriginsOnly)
+TEST_F(HttpTest, OnlyAllowedOriginsOpenAWebSocket)
 {
     const QByteArray upgrade = "GET /view HTTP/1.1\r\nHost: h\r\nUpgrade: websocket\r\nConnection: Upgrade\r\n"
                                "Sec-WebSocket-Version: 13\r\nSec-WebSocket-Key: AAAAAAAAAAAAAAAAAAAAAA==\r\n";
@@ -234,6 +234,7 @@ TEST_F(HttpTest, ItListensOnTheLoopbackAddressOnly)
     EXPECT_FALSE(second.listen(gateway.port()));
     EXPECT_FALSE(second.errorString().isEmpty());
     QTcpSocket socket;
-    socket.connectToHost(QHostAddress(QStringLiteral("127.0.0.2")), gateway.port()); // would reach any-address
+    socket.connectToHost(QHostAddress(QStringLiteral("127.0.0.2")),
+                         gateway.port()); // would be answered if it listened on all addresses
     EXPECT_TRUE(await([&] { return socket.error() == QAbstractSocket::ConnectionRefusedError; }));
 }

@@ -25,14 +25,14 @@ const char kTick[] = "on_tickUpdate";
 
 constexpr int kPatienceMs = 30000;
 
-/// Whether the main thread sleeps, as far as the system tells.
+/// True when the main thread sleeps, as far as the system tells.
 bool mainThreadSleeps()
 {
     QFile state(QStringLiteral("/proc/self/task/%1/stat").arg(QCoreApplication::applicationPid()));
     return !state.open(QIODevice::ReadOnly) || state.readAll().split(' ').value(2) == "S";
 }
 
-/// Keeps the bus busy until a view goes meanwhile, or the main thread waits, because nothing lets it go.
+/// Keeps the bus busy until the view is deleted, or until the main thread waits because the view must not be deleted.
 class BusyPresenter : public QvPresenterClass {
 public:
     static constexpr int kEvent = 0x30003;
@@ -42,29 +42,29 @@ public:
         SubEvent(pluginPid(), kEvent, 1);
     }
 
-    /// Before its members go: the bus may be about to call.
+    /// Leaves before its members are destroyed: the bus may be about to call.
     ~BusyPresenter() override { Terminal::instance().bus()->leave(pluginPid()); }
 
     void ProcEventMsg(QString, QVariant, QVariant) override
     {
         called.release();
-        viewIsToGo.acquire();
+        deletionBegins.acquire();
         for (bool ends = false; !ends;) {
-            ends = mainThreadSleeps(); // asked first: it may sleep after that, too
-            if (viewGoes.tryAcquire())
-                ends = viewWentMeanwhile = true;
+            ends = mainThreadSleeps(); // asked first, because the main thread may fall asleep right after the deletion
+            if (viewDeleted.tryAcquire())
+                ends = viewWasDeletedMeanwhile = true;
         }
         returned.release();
     }
 
     QSemaphore called;
-    QSemaphore viewIsToGo;
-    QSemaphore viewGoes;
+    QSemaphore deletionBegins;
+    QSemaphore viewDeleted;
     QSemaphore returned;
-    std::atomic<bool> viewWentMeanwhile{false};
+    std::atomic<bool> viewWasDeletedMeanwhile{false};
 };
 
-/// Pages that hear of what happens, and the calls that have it happen. Whether the market is alive is up to the base.
+/// Opens pages on a gateway. The base class decides whether quotes change.
 template <typename Base>
 class PagesTest : public Base {
 protected:
@@ -116,7 +116,7 @@ using QuietPagesTest = PagesTest<QuietTerminalTest>;
 
 } // namespace
 
-TEST_F(LivePagesTest, APageHearsTheTicksOfItsOwnSymbols)
+TEST_F(LivePagesTest, APageReceivesTheTicksOfItsOwnSymbols)
 {
     const auto one = openPage();
     const auto other = openPage();
@@ -140,7 +140,7 @@ TEST_F(LivePagesTest, APageHearsTheTicksOfItsOwnSymbols)
     EXPECT_LT(firstOf("Sub_subscribe_RES"), firstOf(kTick));
 }
 
-TEST_F(LivePagesTest, WhatAPageUnsubscribesItHearsNoMore)
+TEST_F(LivePagesTest, APageReceivesNoTicksOfUnsubscribedSymbols)
 {
     const auto page = openPage();
     const auto other = openPage();
@@ -161,7 +161,7 @@ TEST_F(LivePagesTest, WhatAPageUnsubscribesItHearsNoMore)
     EXPECT_TRUE(page->heard(kTick).isEmpty());
 }
 
-TEST_F(QuietPagesTest, SubscribingNothingIsAnswered)
+TEST_F(QuietPagesTest, ASubscriptionWithoutSymbolsIsAnswered)
 {
     const auto page = openPage();
     page->invoke("Sub_subscribe_REQ", {QStringLiteral("u0")});
@@ -173,7 +173,7 @@ TEST_F(QuietPagesTest, SubscribingNothingIsAnswered)
     EXPECT_EQ(QStringLiteral("7"), page->uuid(2));
 }
 
-TEST_F(QuietPagesTest, ASubscriptionOfNobodyIsHandledByNobody)
+TEST_F(QuietPagesTest, ASubscriptionWithoutAUuidIsIgnored)
 {
     const auto page = openPage();
     for (const char *method : {"Sub_subscribe_REQ", "UnSub_subscribe_REQ", "UnSub_subscribeAll_REQ"})
@@ -183,7 +183,7 @@ TEST_F(QuietPagesTest, ASubscriptionOfNobodyIsHandledByNobody)
     EXPECT_EQ(QStringLiteral("sentinel"), page->uuid(0));
 }
 
-TEST_F(QuietPagesTest, AStrategyAnswersItsPageAndTellsItsStatusToAll)
+TEST_F(QuietPagesTest, AStrategyAnswersItsPageAndSendsItsStatusToAllPages)
 {
     const auto page = openPage();
     const auto other = openPage();
@@ -210,7 +210,7 @@ TEST_F(QuietPagesTest, AStrategyAnswersItsPageAndTellsItsStatusToAll)
     EXPECT_TRUE(other->heard("Vlx_startStrategy_RES").isEmpty());
 }
 
-TEST_F(QuietPagesTest, CustomMessagesReachThePagesThatWantThem)
+TEST_F(QuietPagesTest, CustomMessagesReachTheirSubscribers)
 {
     const char *const push = "on_vlxRcvCustomInfo";
     const auto page = openPage();
@@ -227,7 +227,7 @@ TEST_F(QuietPagesTest, CustomMessagesReachThePagesThatWantThem)
     EXPECT_TRUE(other->heard(push).isEmpty());
 }
 
-TEST_F(QuietPagesTest, CustomMessagesOfAPageThatIsGoneReachNoLaterOne)
+TEST_F(QuietPagesTest, SubscriptionsOfAClosedPageDoNotPassToLaterPages)
 {
     const auto page = openPage();
     start(*page, kUuid);
@@ -242,7 +242,7 @@ TEST_F(QuietPagesTest, CustomMessagesOfAPageThatIsGoneReachNoLaterOne)
         gone->awaitObject("Data_getToken_RES");
         gone->socket.close();
         ASSERT_TRUE(gone->awaitClosed());
-        each = openPage(); // its view may lie where that of the page that is gone lay
+        each = openPage(); // its view may have the address of the closed page's view
     }
     later.front()->invoke("Vlx_sendCustomInfo_REQ", {kUuid, id, QStringLiteral("hello")});
     ASSERT_TRUE(await([&] { return !page->heard("on_vlxRcvCustomInfo").isEmpty(); }));
@@ -253,22 +253,22 @@ TEST_F(QuietPagesTest, CustomMessagesOfAPageThatIsGoneReachNoLaterOne)
     }
 }
 
-TEST_F(QuietPagesTest, EveryCallIsMadeOnce)
+TEST_F(QuietPagesTest, EveryCallReachesTheTerminalOnce)
 {
-    // Strategies are numbered as they are started: the numbers count the calls that reached the terminal.
+    // Strategies are numbered in the order of their starts, so the number counts the calls that reached the terminal.
     constexpr int kReloads = 5;
     int started = 0;
     for (int i = 0; i < kReloads; ++i) {
-        const auto page = openPage(); // as a page that is loaded again
+        const auto page = openPage(); // like a page that is reloaded
         start(*page, kUuid);
-        start(*page, kUuid); // the same uuid: a call of its own
+        start(*page, kUuid); // the same uuid, but another call
         started += 2;
         page->awaitObject("Vlx_startStrategy_RES", 1);
     }
     for (int i = 0; i < kReloads; ++i) {
         const auto page = openPage();
         start(*page, kUuid);
-        page->socket.close(); // before the answer: the call has been made
+        page->socket.close(); // before the answer, but after the call
         ASSERT_TRUE(page->awaitClosed());
         ++started;
     }
@@ -295,9 +295,9 @@ TEST_F(QuietPagesTest, EveryOrderIsPlacedOnce)
     };
     int calls = 0;
     for (int i = 0; i < kReloads; ++i) {
-        const auto page = openPage(); // as a page that is loaded again
+        const auto page = openPage(); // like a page that is reloaded
         insert(*page);
-        insert(*page); // the same uuid: an order of its own
+        insert(*page); // the same uuid, but another order
         calls += 2;
         EXPECT_EQ(QStringLiteral("0"),
                   page->awaitObject("Trade_insertOrder_RES", 1).value(QStringLiteral("code")).toString());
@@ -306,7 +306,7 @@ TEST_F(QuietPagesTest, EveryOrderIsPlacedOnce)
     for (int i = 0; i < kReloads; ++i) {
         const auto page = openPage();
         insert(*page);
-        page->socket.close(); // does not wait for the answer: the order has been sent
+        page->socket.close(); // before the answer, but after the order was sent
         ASSERT_TRUE(page->awaitClosed());
         ++calls;
     }
@@ -314,13 +314,13 @@ TEST_F(QuietPagesTest, EveryOrderIsPlacedOnce)
     EXPECT_EQ(calls, placed());
 
     const auto last = openPage();
-    last->invoke("Trade_insertOrder_REQ", {kUuid}); // too short: answered, and no order
+    last->invoke("Trade_insertOrder_REQ", {kUuid}); // too few arguments: answered without an order
     last->awaitObject("Trade_insertOrder_RES");
     EXPECT_EQ(QJsonArray{QString()}, last->heard("Trade_insertOrder_RES").value(0));
     EXPECT_EQ(calls, placed());
 }
 
-TEST_F(LivePagesTest, AnOrderIsToldToEveryPageUntilItIsFilled)
+TEST_F(LivePagesTest, EveryPageReceivesTheUpdatesOfAnOrder)
 {
     const auto page = openPage();
     const auto other = openPage();
@@ -347,7 +347,7 @@ TEST_F(LivePagesTest, AnOrderIsToldToEveryPageUntilItIsFilled)
     }
 }
 
-TEST_F(QuietPagesTest, PermissionsAreThoseOfTheScenario)
+TEST_F(QuietPagesTest, PermissionsComeFromTheScenario)
 {
     const auto page = openPage();
     const struct {
@@ -368,7 +368,7 @@ TEST_F(QuietPagesTest, PermissionsAreThoseOfTheScenario)
     }
 }
 
-TEST_F(QuietPagesTest, WhatOnePageSavesAnotherReads)
+TEST_F(QuietPagesTest, ASettingSavedByOnePageIsReadByAnother)
 {
     const auto page = openPage();
     const auto other = openPage();
@@ -379,7 +379,7 @@ TEST_F(QuietPagesTest, WhatOnePageSavesAnotherReads)
     EXPECT_EQ(value, other->awaitObject("Data_getSetting_RES").value(QStringLiteral("resultData")).toString());
 }
 
-TEST_F(QuietPagesTest, AViewOutlivesTheCallOfTheBusThatMayReachIt)
+TEST_F(QuietPagesTest, AViewOutlivesTheCurrentCallOfTheBus)
 {
     const auto page = openPage();
     ASSERT_TRUE(await([&] { return connections().size() == 1; }));
@@ -389,16 +389,16 @@ TEST_F(QuietPagesTest, AViewOutlivesTheCallOfTheBusThatMayReachIt)
     PageConnection *const connection = connections().first();
     // The socket is closed once nothing keeps the view any more.
     QObject::connect(connection->findChild<QWebSocket *>(), &QWebSocket::aboutToClose,
-                     [&presenter] { presenter.viewGoes.release(); });
-    presenter.viewIsToGo.release();
+                     [&presenter] { presenter.viewDeleted.release(); });
+    presenter.deletionBegins.release();
     delete connection;
     ASSERT_TRUE(presenter.returned.tryAcquire(1, kPatienceMs));
-    EXPECT_FALSE(presenter.viewWentMeanwhile);
+    EXPECT_FALSE(presenter.viewWasDeletedMeanwhile);
 }
 
-TEST_F(QuietPagesTest, PagesMayGoWhileTheBusTellsAllOfThem)
+TEST_F(QuietPagesTest, PagesCanBeClosedWhileTheBusSendsToAllPages)
 {
-    // The notice of loaded orders reaches the views on the bus thread.
+    // "Orders loaded" is broadcast on the bus thread.
     constexpr int kOrdersLoaded = 0x30001;
     constexpr int kPages = 20;
     constexpr int kNotices = 200;
@@ -409,7 +409,7 @@ TEST_F(QuietPagesTest, PagesMayGoWhileTheBusTellsAllOfThem)
         for (int n = 0; n < kNotices; ++n)
             terminal.bus()->announce(kOrdersLoaded, {});
         ASSERT_TRUE(await([&] { return !page->heard("on_orderLoaded").isEmpty(); }));
-        delete connections().last(); // most likely in the midst of them
+        delete connections().last(); // most likely while they are being sent
     }
     EXPECT_TRUE(await([&] { return watching->heard("on_orderLoaded").size() == kPages * kNotices; }));
     EXPECT_EQ(QJsonArray(), watching->heard("on_orderLoaded").value(0));

@@ -17,7 +17,7 @@ TEST(SymbolsOfASubscription, MayBeATextWithCommas)
     EXPECT_EQ(QStringList(kOne), symbolsIn(kOne));
     EXPECT_EQ(QStringList({kOne, kOther}), symbolsIn(QStringLiteral(",609801.SH,,YL2503.CF,")));
     EXPECT_EQ(QStringList(QStringLiteral(" 609801.sh ")), symbolsIn(QStringLiteral(" 609801.sh ")))
-        << "symbols are taken as they are written";
+        << "symbols are not changed";
 }
 
 TEST(SymbolsOfASubscription, MayBeAnArray)
@@ -31,10 +31,10 @@ TEST(SymbolsOfASubscription, MayBeATextThatHoldsAnArray)
     EXPECT_EQ(QStringList({kOne, kOther}), symbolsIn(QStringLiteral("[\"609801.SH\", \"YL2503.CF\"]")));
     EXPECT_EQ(QStringList({QStringLiteral("a,b")}), symbolsIn(QStringLiteral("[\"a,b\"]")));
     EXPECT_EQ(QStringList({QStringLiteral("[x"), QStringLiteral("y]")}), symbolsIn(QStringLiteral("[x,y]")))
-        << "what is no JSON is a text with commas";
+        << "a text that is not JSON is split at its commas";
 }
 
-TEST(SymbolsOfASubscription, MayBeNone)
+TEST(SymbolsOfASubscription, MayBeEmpty)
 {
     for (const QVariant &none : {QVariant(), QVariant(QString()), QVariant(QVariantList()),
                                  QVariant(QStringLiteral("[]")), QVariant(QVariantMap())})

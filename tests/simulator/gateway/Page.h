@@ -10,7 +10,7 @@
 
 #include <gtest/gtest.h>
 
-/// A page, as far as the simulator sees one.
+/// A WebSocket client that calls like a page and records the frames that it receives.
 class Page {
 public:
     Page(const sim::Gateway &gateway, const QString &origin) : socket(origin)
@@ -53,7 +53,7 @@ public:
         return QJsonDocument::fromJson(reply).object().value(QStringLiteral("uuid")).toString();
     }
 
-    /// What came by that event, in order.
+    /// The arguments of all events of that name, in order.
     QVector<QJsonArray> heard(const char *name) const
     {
         QVector<QJsonArray> all;
@@ -64,7 +64,7 @@ public:
         return all;
     }
 
-    /// The JSON text that came by the event's nth coming.
+    /// The JSON object in the nth event of that name, counted from 0; waits for it.
     QJsonObject awaitObject(const char *name, int n = 0)
     {
         EXPECT_TRUE(await([&] { return heard(name).size() > n; })) << name;

@@ -19,7 +19,7 @@ protected:
 
 } // namespace
 
-TEST_F(PageConnectionTest, ACallIsAnsweredByItsEvent)
+TEST_F(PageConnectionTest, ACallIsAnsweredByItsReplyEvent)
 {
     Page page(gateway);
     ASSERT_TRUE(page.awaitOpen());
@@ -31,7 +31,7 @@ TEST_F(PageConnectionTest, ACallIsAnsweredByItsEvent)
               page.args(0));
 }
 
-TEST_F(PageConnectionTest, NamesThatNobodyHandlesGetNothing)
+TEST_F(PageConnectionTest, UnknownNamesAreNotAnswered)
 {
     Page page(gateway);
     ASSERT_TRUE(page.awaitOpen());
@@ -73,7 +73,7 @@ TEST_F(PageConnectionTest, ManyPagesGetTheirOwnAnswers)
     EXPECT_TRUE(await([&] { return pages().isEmpty(); }));
 }
 
-TEST_F(PageConnectionTest, PagesThatVanishInMidCallHarmNobody)
+TEST_F(PageConnectionTest, PagesThatDisconnectDuringACallDoNotAffectOthers)
 {
     Page other(gateway);
     ASSERT_TRUE(other.awaitOpen());
@@ -93,7 +93,7 @@ TEST_F(PageConnectionTest, PagesThatVanishInMidCallHarmNobody)
     EXPECT_EQ(1, other.frames.size());
 }
 
-TEST_F(PageConnectionTest, AFrameOfAnotherFormClosesItsPageOnly)
+TEST_F(PageConnectionTest, AnInvalidFrameClosesOnlyItsOwnPage)
 {
     Page other(gateway);
     ASSERT_TRUE(other.awaitOpen());
@@ -130,7 +130,7 @@ TEST_F(PageConnectionTest, AFrameOfAnotherFormClosesItsPageOnly)
     EXPECT_TRUE(other.awaitFrames(1));
 }
 
-TEST_F(PageConnectionTest, AnOverlongFrameIsToldSoWhileItIsStillBeingSent)
+TEST_F(PageConnectionTest, ATooLongFrameIsRefusedWhileItIsBeingSent)
 {
     for (const int size : {PageConnection::kMaxFrame + 1, 16 * PageConnection::kMaxFrame}) {
         Page page(gateway);
@@ -152,12 +152,12 @@ TEST_F(PageConnectionTest, OnlyAllowedOriginsConnect)
     EXPECT_EQ(2, pages().size());
 }
 
-TEST_F(PageConnectionTest, APageThatStopsReadingIsDropped)
+TEST_F(PageConnectionTest, APageThatStopsReadingIsDisconnected)
 {
     Page good(gateway);
     ASSERT_TRUE(good.awaitOpen());
 
-    // A handshake by hand: this client never reads.
+    // Makes the handshake by hand, because this client must not read.
     QTcpSocket stalled;
     stalled.setReadBufferSize(1);
     stalled.connectToHost(QHostAddress::LocalHost, gateway.port());
@@ -165,7 +165,7 @@ TEST_F(PageConnectionTest, APageThatStopsReadingIsDropped)
                   "Sec-WebSocket-Version: 13\r\nSec-WebSocket-Key: AAAAAAAAAAAAAAAAAAAAAA==\r\n"
                   "Origin: http://allowed.example\r\n\r\n");
     ASSERT_TRUE(await([&] { return pages().size() == 2; }));
-    // Each call is answered with its long uuid.
+    // Each answer contains the long uuid of its call.
     const QByteArray uuid(PageConnection::kMaxFrame - 100, 'u');
     const QByteArray call = "{\"invoke\":\"Data_getToken_REQ\",\"args\":[\"" + uuid + "\"]}";
     QByteArray frame("\x81\xff", 2); // a masked text with a length of eight bytes
@@ -195,7 +195,7 @@ TEST_F(PageConnectionTest, APageThatReadsGetsAnAnswerOfAnySize)
     EXPECT_EQ(QStringLiteral("long"), page.uuid(0));
 }
 
-TEST_F(PageConnectionTest, TheGatewaysEndClosesEveryPage)
+TEST_F(PageConnectionTest, DestroyingTheGatewayClosesEveryPage)
 {
     auto second = std::make_unique<Gateway>(QString(), QStringList());
     ASSERT_TRUE(second->listen(0));

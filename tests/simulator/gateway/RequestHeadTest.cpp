@@ -4,7 +4,7 @@
 
 using namespace sim;
 
-TEST(RequestHead, AGoodHeadIsRead)
+TEST(RequestHead, AValidHeadIsRead)
 {
     const auto head = RequestHead::parse("GET /a%20b?x=1 HTTP/1.1\r\nHost: h\r\nORIGIN:  http://o \r\nEmpty:\r\n\r\n");
     ASSERT_TRUE(head);
@@ -20,14 +20,14 @@ TEST(RequestHead, AHeadWithoutFieldsIsRead)
     EXPECT_TRUE(RequestHead::parse("GET / HTTP/1.0\r\n\r\n"));
 }
 
-TEST(RequestHead, AFieldSentTwiceIsSeenTwice)
+TEST(RequestHead, AFieldSentTwiceHasTwoValues)
 {
     const auto head = RequestHead::parse("GET / HTTP/1.1\r\nOrigin: a\r\nOrigin: b\r\n\r\n");
     ASSERT_TRUE(head);
     EXPECT_EQ((QList<QByteArray>{"a", "b"}), head->values("origin"));
 }
 
-TEST(RequestHead, WordsAreFoundInListsInWhateverCase)
+TEST(RequestHead, WordsAreFoundInListsInUpperAndLowerCase)
 {
     const auto head = RequestHead::parse("GET / HTTP/1.1\r\nConnection: keep-alive, Upgrade\r\n\r\n");
     ASSERT_TRUE(head);
@@ -37,7 +37,7 @@ TEST(RequestHead, WordsAreFoundInListsInWhateverCase)
     EXPECT_FALSE(head->names("upgrade", "upgrade"));
 }
 
-TEST(RequestHead, WhatIsNoHeadIsRefused)
+TEST(RequestHead, AnInvalidHeadIsRefused)
 {
     for (const QByteArray &bad : {
              QByteArray(""),

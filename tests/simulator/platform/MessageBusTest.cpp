@@ -52,7 +52,7 @@ public:
     ~CountedEvent() override { --s_messagesAlive; }
 };
 
-/// Remembers what the bus delivers.
+/// Records what the bus delivers.
 class Presenter : public QvPresenterClass {
 public:
     explicit Presenter(const char *name)
@@ -146,7 +146,7 @@ TEST_F(MessageBusTest, AnswersGoToTheSenderOnly)
     EXPECT_THAT(other.await(1), ElementsAre("asking 196768 sentinel"));
 }
 
-TEST_F(MessageBusTest, RequestsThatNobodyServesAreRefused)
+TEST_F(MessageBusTest, RequestsWithoutAServiceAreRefused)
 {
     Presenter presenter("p");
     QVariant reply = QStringLiteral("untouched");
@@ -154,7 +154,7 @@ TEST_F(MessageBusTest, RequestsThatNobodyServesAreRefused)
     EXPECT_NE(
         0, presenter.sendRequest_Sync(new CountedRequest(presenter.pluginPid(), QStringLiteral("Unknown"), 1), reply));
     EXPECT_EQ(QVariant(QStringLiteral("untouched")), reply);
-    EXPECT_NE(0, presenter.sendRequest_Async(new CountedRequest(12345, kEcho, 1))); // from nobody
+    EXPECT_NE(0, presenter.sendRequest_Async(new CountedRequest(12345, kEcho, 1))); // an unknown sender
     EXPECT_EQ(0, s_messagesAlive);
 }
 
@@ -178,7 +178,7 @@ TEST_F(MessageBusTest, ASynchronousRequestMayComeFromTheBusThreadItself)
     EXPECT_EQ(QVariantList{7}, reply.toList());
 }
 
-TEST_F(MessageBusTest, EventsReachThoseWhoSubscribedThemOnceEach)
+TEST_F(MessageBusTest, EventsReachEachSubscriberOnce)
 {
     Presenter publisher("publisher");
     Presenter subscriber("subscriber");
@@ -195,7 +195,7 @@ TEST_F(MessageBusTest, EventsReachThoseWhoSubscribedThemOnceEach)
 
 namespace {
 
-/// Remembers the rows that it unpacks from events, as the library does.
+/// Unpacks events as the library does, and records the rows.
 class RowReader : public QvPresenterClass {
 public:
     RowReader() : QvPresenterClass(QStringLiteral("reader"), nullptr, IMessageInterface::WebThreadType)
@@ -231,7 +231,7 @@ private:
 
 } // namespace
 
-TEST_F(MessageBusTest, WhatTheTerminalAnnouncesIsUnpackedAsItWas)
+TEST_F(MessageBusTest, SubscribersUnpackTheAnnouncedRow)
 {
     RowReader reader;
     const QVariantMap row{{QStringLiteral("text"), QStringLiteral("t")},
@@ -247,7 +247,7 @@ TEST_F(MessageBusTest, WhatTheTerminalAnnouncesIsUnpackedAsItWas)
     EXPECT_EQ(QStringList(Tessar_Fields::System::clientMsgID), bare.keys());
 }
 
-TEST_F(MessageBusTest, ABurstOfAnnouncementsArrivesWholeAndEachThreadsInOrder)
+TEST_F(MessageBusTest, ABurstOfAnnouncementsArrivesCompleteAndInTheOrderOfEachThread)
 {
     RowReader reader;
     constexpr int kEach = 5000;
@@ -284,7 +284,7 @@ TEST_F(MessageBusTest, TheTerminalListensBeforeTheSubscribers)
     EXPECT_NE(std::this_thread::get_id(), thread);
 }
 
-TEST_F(MessageBusTest, WhoHasLeftIsNotCalled)
+TEST_F(MessageBusTest, APresenterThatHasLeftIsNotCalled)
 {
     Presenter publisher("publisher");
     Presenter last("last");
@@ -297,7 +297,7 @@ TEST_F(MessageBusTest, WhoHasLeftIsNotCalled)
         whenAsked = [&] { terminal.bus()->leave(leaving.pluginPid()); }; // while its answer is being made
         leaving.ask(kEcho, 1);
         QVariant reply;
-        publisher.ask(kEcho, 2); // its answer proves that the one before is through
+        publisher.ask(kEcho, 2); // its answer proves that the request before was handled
         publisher.await(1);
     }
     publisher.PutEvent(publisher.pluginPid(), new CountedEvent(kEvent, QStringLiteral("sentinel")));
@@ -305,7 +305,7 @@ TEST_F(MessageBusTest, WhoHasLeftIsNotCalled)
     EXPECT_EQ(0, calls);
 }
 
-TEST_F(MessageBusTest, LeavingWaitsForACallUnderWay)
+TEST_F(MessageBusTest, LeavingWaitsForTheCurrentCall)
 {
     Presenter presenter("p");
     QSemaphore entered;
@@ -324,7 +324,7 @@ TEST_F(MessageBusTest, LeavingWaitsForACallUnderWay)
     release.join();
 }
 
-TEST_F(MessageBusTest, WhoMustOutliveACallUnderWayCanAwaitItsReturn)
+TEST_F(MessageBusTest, AwaitReturnWaitsForTheCurrentCall)
 {
     terminal.bus()->awaitReturn(); // there is none
     Presenter presenter("p");
@@ -332,7 +332,7 @@ TEST_F(MessageBusTest, WhoMustOutliveACallUnderWayCanAwaitItsReturn)
     QSemaphore proceed;
     std::atomic<bool> finished{false};
     presenter.whenCalled = [&] {
-        terminal.bus()->awaitReturn(); // does not wait for itself
+        terminal.bus()->awaitReturn(); // must not wait for its own call
         entered.release();
         proceed.acquire();
         finished = true;
@@ -345,9 +345,9 @@ TEST_F(MessageBusTest, WhoMustOutliveACallUnderWayCanAwaitItsReturn)
     release.join();
 }
 
-TEST_F(MessageBusTest, AnswersWaitUntilThePresenterHasWorkedThroughTheOnesBefore)
+TEST_F(MessageBusTest, AtMostSixteenAnswersAreUnacknowledged)
 {
-    // The presenter's thread is this one, and it does not turn its event loop.
+    // This thread is the presenter's thread, and it does not run its event loop.
     Presenter presenter("p");
     presenter.SubEvent(presenter.pluginPid(), kEvent, kMode);
     constexpr int kMany = 40;
@@ -362,7 +362,7 @@ TEST_F(MessageBusTest, AnswersWaitUntilThePresenterHasWorkedThroughTheOnesBefore
     EXPECT_EQ(kAtOnce, int(presenter.await(kAtOnce).size()));
 }
 
-TEST_F(MessageBusTest, AStoppedBusRefusesAndReleasesWhoWaits)
+TEST_F(MessageBusTest, AStoppedBusRefusesRequestsAndReleasesWaitingSenders)
 {
     Presenter presenter("p");
     QSemaphore entered;
@@ -381,17 +381,17 @@ TEST_F(MessageBusTest, AStoppedBusRefusesAndReleasesWhoWaits)
     std::thread stopping([&] { terminal.bus()->stop(); });
     proceed.release(2);
     stopping.join();
-    waiting.join(); // that it returns is the point; which came first decides whether with an answer
+    waiting.join(); // it must return, with or without an answer
     EXPECT_NE(0, presenter.ask(kEcho, 3));
     presenter.PutEvent(presenter.pluginPid(), new CountedEvent(kEvent, 4));
 }
 
-TEST_F(MessageBusTest, EventIdsAreGivenByName)
+TEST_F(MessageBusTest, EventIdsAreAssignedByName)
 {
     MessageBus &bus = *terminal.bus();
     const int in = bus.eventId(QStringLiteral("in"));
     const int out = bus.eventId(QStringLiteral("out"));
-    EXPECT_GE(in, 0x40000); // the terminal has asked before
+    EXPECT_GE(in, 0x40000); // the terminal has ids already
     EXPECT_EQ(in + 1, out);
     EXPECT_EQ(in, bus.eventId(QStringLiteral("in")));
 }

@@ -18,12 +18,12 @@ QDateTime exchangeTime(int day, int hour, int minute, int second)
     return QDateTime(QDate(2025, 3, day), QTime(hour, minute, second), Qt::UTC);
 }
 
-/// A feed of the built-in scenario's market, and what it tells.
+/// A quote feed over the market of the built-in scenario, and all that it reports.
 class QuoteFeedTest : public testing::Test {
 protected:
     struct Tick {
         Quote quote;
-        QDateTime step; ///< the latest that was told before it, if any
+        QDateTime step; ///< the latest step reported before it, if any
     };
 
     void start(const QDateTime &time, double speed)
@@ -53,7 +53,7 @@ protected:
         return m_ticks;
     }
 
-    /// The first n steps. Does not turn the event loop, so that ticks stay undigested meanwhile.
+    /// The first n steps. Does not run the event loop, so that ticks stay unacknowledged.
     std::vector<QDateTime> awaitSteps(int n)
     {
         EXPECT_TRUE(m_stepTold.tryAcquire(n, kPatienceMs));
@@ -74,7 +74,7 @@ protected:
     std::unique_ptr<SimulatedClock> clock;
     std::unique_ptr<Exchange> exchange;
     std::mutex mutex;
-    std::unique_ptr<QuoteFeed> feed; ///< goes before what its listeners use
+    std::unique_ptr<QuoteFeed> feed; ///< last of these: its listeners use the others
 
 private:
     QSemaphore m_stepTold;
@@ -96,7 +96,7 @@ TEST_F(QuoteFeedTest, AStreamedSymbolTicksAtOnceAndThenWithEachStep)
         EXPECT_EQ(exchange->quote(kOne, quote.time)->last, quote.last);
         if (i > 0) {
             EXPECT_LT(all[i - 1].quote.time, quote.time);
-            EXPECT_EQ(all[i].step, quote.time) << "a step is told before its ticks";
+            EXPECT_EQ(all[i].step, quote.time) << "a step is reported before its ticks";
         }
     }
 }
@@ -112,7 +112,7 @@ TEST_F(QuoteFeedTest, OnlyStreamedAndKnownSymbolsTick)
     EXPECT_EQ(QStringList({kOne, kOther, kOne, kOther}), symbols);
 }
 
-TEST_F(QuoteFeedTest, WhatIsTakenOffTheStreamTicksNoMore)
+TEST_F(QuoteFeedTest, StoppedSymbolsDoNotTick)
 {
     start(exchangeTime(3, 10, 0, 0), 300);
     feed->stream({kOne, kOther});
@@ -120,12 +120,12 @@ TEST_F(QuoteFeedTest, WhatIsTakenOffTheStreamTicksNoMore)
     feed->stopStreaming({kOne, QStringLiteral("unknown")});
     const size_t before = ticks().size();
     const std::vector<Tick> all = awaitTicks(before + 4);
-    // Those of a round that was under way may still have come.
+    // The ticks of the current step may still have come.
     for (size_t i = before + 2; i < all.size(); ++i)
         EXPECT_EQ(kOther, all[i].quote.symbol);
 }
 
-TEST_F(QuoteFeedTest, StreamedAgainASymbolTicksAtOnceAgain)
+TEST_F(QuoteFeedTest, ASymbolThatIsStreamedAgainTicksAtOnce)
 {
     // In the evening nothing else makes it tick.
     start(exchangeTime(3, 18, 0, 0), 1);
@@ -139,7 +139,7 @@ TEST_F(QuoteFeedTest, StreamedAgainASymbolTicksAtOnceAgain)
 
 TEST_F(QuoteFeedTest, ThereIsNoStepWhileTheExchangeIsClosed)
 {
-    // From a Friday's last minute over the weekend in a fraction of a second.
+    // From the last minute of a Friday over the weekend, in a fraction of a second.
     start(exchangeTime(7, 14, 59, 30), 500000);
     for (std::vector<QDateTime> steps = awaitSteps(1); steps.back() < exchangeTime(10, 9, 30, 3);)
         steps = awaitSteps(int(steps.size()) + 1);
@@ -155,9 +155,9 @@ TEST_F(QuoteFeedTest, ThereIsNoStepWhileTheExchangeIsClosed)
     }
 }
 
-TEST_F(QuoteFeedTest, AStepThatWasMissedIsMadeUpForByTheNext)
+TEST_F(QuoteFeedTest, MissedStepsAreSkipped)
 {
-    // Far faster than steps are told: each tells how far time has come.
+    // Time runs faster than steps are reported: each report has the latest step.
     start(exchangeTime(3, 10, 0, 0), 10000);
     const QDateTime before = clock->now();
     const std::vector<QDateTime> steps = awaitSteps(4);
@@ -165,17 +165,17 @@ TEST_F(QuoteFeedTest, AStepThatWasMissedIsMadeUpForByTheNext)
     EXPECT_LE(steps[3], clock->now());
 }
 
-TEST_F(QuoteFeedTest, AThreadThatIsBusyGetsTheLatestTicksAlone)
+TEST_F(QuoteFeedTest, ABusyThreadGetsOnlyTheLatestTicks)
 {
     start(exchangeTime(3, 10, 0, 0), 300);
     feed->stream({kOne});
     ASSERT_TRUE(awaitTickWithoutEventLoop());
     const QDateTime last = awaitSteps(5)[4];
-    EXPECT_EQ(1u, ticks().size()) << "this thread has not worked through the first one";
+    EXPECT_EQ(1u, ticks().size()) << "this thread has not handled the first one";
     EXPECT_GE(awaitTicks(2)[1].quote.time, last);
 }
 
-TEST_F(QuoteFeedTest, AfterItsEndNobodyIsCalled)
+TEST_F(QuoteFeedTest, AfterStopNoListenerIsCalled)
 {
     start(exchangeTime(3, 10, 0, 0), 1000);
     feed->stream({kOne, kOther});
@@ -187,7 +187,7 @@ TEST_F(QuoteFeedTest, AfterItsEndNobodyIsCalled)
     EXPECT_EQ(before, ticks().size());
 }
 
-TEST_F(QuoteFeedTest, ASlowClockDoesNotKeepTheEndWaiting)
+TEST_F(QuoteFeedTest, ASlowClockDoesNotDelayTheEnd)
 {
     start(exchangeTime(3, 10, 0, 0), 1e-6);
     feed->stream({kOne});

@@ -122,7 +122,7 @@ const Mistake kMistakes[] = {
 
 } // namespace
 
-TEST(Scenario, AGoodFileIsReadWhole)
+TEST(Scenario, AValidFileIsReadCompletely)
 {
     const Outcome outcome = read(kGood);
     ASSERT_TRUE(outcome.ok) << qPrintable(outcome.wholeError);
@@ -155,7 +155,7 @@ TEST(Scenario, AGoodFileIsReadWhole)
     EXPECT_EQ(12, scenario.generatedSecurities);
 }
 
-TEST(Scenario, NobodyNeedsToHoldAPermission)
+TEST(Scenario, ThePermissionsMayBeEmpty)
 {
     QByteArray json(kGood);
     const int from = json.indexOf("[{\"fundAccount\"");
@@ -165,7 +165,7 @@ TEST(Scenario, NobodyNeedsToHoldAPermission)
     EXPECT_TRUE(outcome.scenario.algoPermissions.isEmpty());
 }
 
-TEST(Scenario, TheBuiltInOneIsGood)
+TEST(Scenario, TheBuiltInFileIsValid)
 {
     Scenario scenario;
     QString error;
@@ -176,7 +176,7 @@ TEST(Scenario, TheBuiltInOneIsGood)
     EXPECT_EQ(1, withTwo);
 }
 
-TEST(Scenario, AMissingFileIsNamed)
+TEST(Scenario, AMissingFileIsReported)
 {
     Scenario scenario;
     QString error;
@@ -184,7 +184,7 @@ TEST(Scenario, AMissingFileIsNamed)
     EXPECT_EQ(QStringLiteral("/no/such/file.json: No such file or directory"), error);
 }
 
-TEST_P(ScenarioMistake, IsNamedInOneLine)
+TEST_P(ScenarioMistake, IsReportedInOneLine)
 {
     const Mistake &mistake = GetParam();
     QByteArray json(kGood);

@@ -6,7 +6,7 @@
 
 using namespace sim;
 
-TEST(SimulatedClock, StartsAtTheGivenMomentAndRunsAtTheGivenSpeed)
+TEST(SimulatedClock, StartsAtTheGivenTimeAndRunsAtTheGivenSpeed)
 {
     const QDateTime start(QDate(2025, 3, 3), QTime(10, 0), Qt::UTC);
     constexpr int kSpeed = 1000;
@@ -24,7 +24,7 @@ TEST(SimulatedClock, StartsAtTheGivenMomentAndRunsAtTheGivenSpeed)
     EXPECT_LE(passed, most * kSpeed);
 }
 
-TEST(SimulatedClock, TellsHowLongToWaitInRealTime)
+TEST(SimulatedClock, KnowsHowLongToWaitInRealTime)
 {
     const QDateTime start(QDate(2025, 3, 3), QTime(10, 0), Qt::UTC);
     const SimulatedClock clock(start, 0.01);

@@ -40,7 +40,7 @@ public:
         SubEvent(pluginPid(), idOf(Orlo_Keys::EventMsgName::VELOX_TRANS_MSG_OUT), kMode);
     }
 
-    /// Before its members go: the bus may be about to call.
+    /// Leaves before its members are destroyed: the bus may be about to call.
     ~Client() override { Terminal::instance().bus()->leave(pluginPid()); }
 
     void ask(const QString &type, const QVariantMap &fields)
@@ -67,7 +67,7 @@ public:
         m_arrived.release();
     }
 
-    /// Heartbeats come when they like and are left out.
+    /// The next message that is no heartbeat: those come at any time.
     QVariantMap next()
     {
         QVariantMap row = take();
@@ -171,11 +171,12 @@ TEST_F(StrategyPlatformTest, AStrategyStartsAndThenRuns)
     EXPECT_EQ(QStringLiteral("S20250303-0002"), startOne());
 }
 
-TEST_F(StrategyPlatformTest, TheAnswerBringsBackWhatTheRequestBrought)
+TEST_F(StrategyPlatformTest, TheAnswerReturnsTheFieldsOfTheRequest)
 {
     QVariantMap request = goodStart();
     const QVariantMap extension{{QStringLiteral("deep"), QVariantList{1, QStringLiteral("two")}}};
-    auto *const view = reinterpret_cast<VarnelCefView *>(quintptr(0x1230)); // a view that is gone must not matter
+    auto *const view =
+        reinterpret_cast<VarnelCefView *>(quintptr(0x1230)); // a view that does not exist: it must not be dereferenced
     request.insert(kExtension, extension);
     request.insert(kView, QVariant::fromValue(view));
     const QVariantMap answer = startAnswer(request);
@@ -186,7 +187,7 @@ TEST_F(StrategyPlatformTest, TheAnswerBringsBackWhatTheRequestBrought)
     EXPECT_EQ(view, *static_cast<VarnelCefView *const *>(named.constData()));
 }
 
-TEST_F(StrategyPlatformTest, AStartThatMakesNoSenseIsRefusedWithAReason)
+TEST_F(StrategyPlatformTest, AnInvalidStartIsRefusedWithAReason)
 {
     const struct {
         const char *field;
@@ -211,7 +212,7 @@ TEST_F(StrategyPlatformTest, AStartThatMakesNoSenseIsRefusedWithAReason)
     EXPECT_EQ(QStringLiteral("S20250303-0001"), startOne()) << "a refused start takes no number";
 }
 
-TEST_F(StrategyPlatformTest, EveryLanguageOfTheListStarts)
+TEST_F(StrategyPlatformTest, EveryKnownLanguageStarts)
 {
     for (int language = 1; language <= 3; ++language) {
         QVariantMap request = goodStart();
@@ -236,7 +237,7 @@ TEST_F(StrategyPlatformTest, AStrategyStopsOnce)
               answerTo(VeloxValues::MSEventStopStrategyReq, id).value(textDescription).toString());
 }
 
-TEST_F(StrategyPlatformTest, AStrategyMayBeStoppedWhileItStarts)
+TEST_F(StrategyPlatformTest, AStrategyCanBeStoppedWhileItStarts)
 {
     client.ask(VeloxValues::MSEventStartStrategyReq, goodStart());
     client.ask(VeloxValues::MSEventStopStrategyReq, {{strategyID, QStringLiteral("S20250303-0001")}});
@@ -247,13 +248,13 @@ TEST_F(StrategyPlatformTest, AStrategyMayBeStoppedWhileItStarts)
         if (typeOf(row) == VeloxValues::MSEventStrategyStatusUpdate)
             statuses.append(row.value(strategyStatus).toString());
     }
-    // Whether it had come to run is a matter of the bus's timing; the order is not.
+    // It may or may not have reached Running, depending on timing; the order is fixed.
     statuses.removeAll(QStringLiteral("Running"));
     EXPECT_EQ(QStringList({QStringLiteral("Starting"), QStringLiteral("Stopping"), QStringLiteral("Stopped")}),
               statuses);
 }
 
-TEST_F(StrategyPlatformTest, AQueryTellsTheStatus)
+TEST_F(StrategyPlatformTest, AQueryReturnsTheStatus)
 {
     const QString id = startOne();
     const QVariantMap running = answerTo(VeloxValues::MSEventQueryStrategyStatusReq, id);
@@ -269,7 +270,7 @@ TEST_F(StrategyPlatformTest, AQueryTellsTheStatus)
     EXPECT_EQ(QVariant(QStringLiteral("Stopped")), stopped.value(strategyStatus));
 }
 
-TEST_F(StrategyPlatformTest, AStrategyThatNobodyStartedIsUnknown)
+TEST_F(StrategyPlatformTest, AStrategyThatWasNotStartedIsUnknown)
 {
     for (const QString &request : {VeloxValues::MSEventStopStrategyReq, VeloxValues::MSEventQueryStrategyStatusReq}) {
         for (const char *id : {"S20250303-0001", ""}) {
@@ -301,7 +302,7 @@ TEST_F(StrategyPlatformTest, ARunningStrategyEchoesCustomMessages)
     }
 }
 
-TEST_F(StrategyPlatformTest, ARunningStrategyTellsThatItLives)
+TEST_F(StrategyPlatformTest, ARunningStrategySendsHeartbeats)
 {
     const QString id = startOne();
     for (int beat = 1; beat <= 2; ++beat) {

@@ -14,7 +14,7 @@ namespace {
 
 const QString kSymbol = QStringLiteral("609801.SH");
 
-/// Asks for candles as the library does.
+/// Requests candles as the library does.
 class Asking : public QvPresenterClass {
 public:
     Asking() : QvPresenterClass(QStringLiteral("asking"), nullptr, IMessageInterface::WebThreadType) {}
@@ -45,7 +45,7 @@ public:
     void ProcQuotationMsg(QString, QVariant type, QVariant data) override { answer.set_value({type, data.toList()}); }
 
     QString lastId;
-    std::promise<std::pair<QVariant, QVariantList>> answer; ///< the first one: its type and its candles
+    std::promise<std::pair<QVariant, QVariantList>> answer; ///< type and candles of the first answer
 };
 
 class KLineServiceTest : public TerminalTest {
@@ -64,7 +64,7 @@ protected:
 
 } // namespace
 
-TEST_F(KLineServiceTest, TheAnswerToAnAsynchronousRequestNamesTheRequestInEveryCandle)
+TEST_F(KLineServiceTest, EveryCandleOfAnAsynchronousAnswerHasTheIdOfTheRequest)
 {
     ASSERT_EQ(0, asking.sendRequest_Async(asking.request(kSymbol, QString(), QString(), MinuteKLinePeriod)));
     std::future<std::pair<QVariant, QVariantList>> future = asking.answer.get_future();
@@ -105,13 +105,13 @@ TEST_F(KLineServiceTest, ATimeMeansThatSecond)
     EXPECT_EQ(QStringList(QStringLiteral("20250228")), times("20250227150001", "20250228150000"));
 }
 
-TEST_F(KLineServiceTest, AnEmptyEndIsOpen)
+TEST_F(KLineServiceTest, AnEmptyTextLeavesTheRangeOpen)
 {
     EXPECT_EQ(QStringList({QStringLiteral("20250227"), QStringLiteral("20250228")}), times("20250227", ""));
     EXPECT_EQ(2000, times("", "20250228").size());
 }
 
-TEST_F(KLineServiceTest, WhatIsNoRangeGivesNothing)
+TEST_F(KLineServiceTest, AnInvalidRangeGivesNoCandles)
 {
     for (const char *bad : {"2025-02-27", "20250230", "2025022", "202502271500", "20250227250000", "now", "        ",
                             "              ", "+2025227", "99999999999999"}) {
@@ -121,7 +121,7 @@ TEST_F(KLineServiceTest, WhatIsNoRangeGivesNothing)
     EXPECT_EQ(QStringList(), times("20250228", "20250227"));
 }
 
-TEST_F(KLineServiceTest, UnknownSymbolsAndPeriodsGiveNothing)
+TEST_F(KLineServiceTest, UnknownSymbolsAndPeriodsGiveNoCandles)
 {
     EXPECT_TRUE(asking.candles(QStringLiteral("nothing"), QString(), QString(), DayKLinePeriod).isEmpty());
     EXPECT_TRUE(asking.candles(kSymbol, QString(), QString(), 3).isEmpty());

@@ -18,7 +18,7 @@ protected:
 
     QuoteTicksTest() : TerminalTest(kTickingSpeed)
     {
-        // Called on the thread that emits.
+        // Called on the emitting thread.
         connection = QObject::connect(&quotes, &CommonQuotaHandler::sigTickDataUpdate,
                                       [this](const QString &symbol, const QVariantMap &data) {
                                           const std::lock_guard lock(mutex);
@@ -29,7 +29,7 @@ protected:
 
     ~QuoteTicksTest() override
     {
-        terminal.quoteFeed().stop(); // a tick under way would still come after the disconnection
+        terminal.quoteFeed().stop(); // otherwise a tick could arrive after the disconnection
         QObject::disconnect(connection);
     }
 
@@ -53,7 +53,7 @@ protected:
 
 } // namespace
 
-TEST_F(QuoteTicksTest, TicksHaveTheFieldsOfASnapshotAndComeOnAThreadOfTheirOwn)
+TEST_F(QuoteTicksTest, TicksHaveTheFieldsOfASnapshotAndComeOnTheFeedsThread)
 {
     const QStringList fields = quotes.GetQuotaSnapshot(kSymbol, 0).keys();
     EXPECT_EQ(0, quotes.SubscribeQuota({kSymbol}, true, 0));
@@ -69,13 +69,13 @@ TEST_F(QuoteTicksTest, TicksHaveTheFieldsOfASnapshotAndComeOnAThreadOfTheirOwn)
     EXPECT_NE(std::this_thread::get_id(), thread);
 }
 
-TEST_F(QuoteTicksTest, ASubscriptionCanBeTakenBack)
+TEST_F(QuoteTicksTest, ASubscriptionCanBeEnded)
 {
     const QString other = QStringLiteral("YL2503.CF");
     quotes.SubscribeQuota({kSymbol, other, QStringLiteral("unknown")}, true, 0);
     awaitTicks(2);
     EXPECT_EQ(0, quotes.SubscribeQuota({kSymbol}, false, 0));
-    const size_t before = awaitTicks(2).size() + 2; // a round may have been under way
+    const size_t before = awaitTicks(2).size() + 2; // the ticks of the current step may have come
     const auto all = awaitTicks(before + 2);
     for (size_t i = before; i < all.size(); ++i)
         EXPECT_EQ(other, all[i].first);

@@ -1,5 +1,5 @@
 #include "TerminalTest.h"
-#include "services/OrderEntry.h"
+#include "host/OrderEntry.h"
 
 #include "CUnPackMessageCommon.h"
 #include "QvPresenterClass.h"
@@ -28,7 +28,7 @@ struct Event {
     QVariantMap row;
 };
 
-/// Keeps what the bus tells it.
+/// Records the events that the bus delivers.
 class Listener : public QvPresenterClass {
 public:
     Listener() : QvPresenterClass(QStringLiteral("Listener"), nullptr, IMessageInterface::WebThreadType)
@@ -43,14 +43,14 @@ public:
         CUnPackMessageCommon unpack;
         unpack.SetUnPackMsg(data, false);
         QVariantMap row = unpack.GetRowValue();
-        row.remove(System::clientMsgID); // the message's own
+        row.remove(System::clientMsgID); // differs for every message
         const std::lock_guard lock(m_mutex);
         m_events.append({type.toInt(), row});
         m_onBusThread = m_onBusThread && std::this_thread::get_id() != m_maker;
         m_arrived.notify_all();
     }
 
-    /// All until, and with, the one that passes the test.
+    /// All events up to the first one that passes the test, which is included.
     template <typename Test>
     QList<Event> until(Test isLast)
     {
@@ -70,7 +70,7 @@ public:
         return events;
     }
 
-    /// All until the given account's asset event, which is the last one of an order or cancel.
+    /// All events up to the asset event of the account, which is the last event of an order or cancel.
     QList<Event> untilAssetOf(const QString &account)
     {
         return until([&](const Event &event) {
@@ -92,11 +92,14 @@ QList<QVariantMap> executionRecords()
     return BusinessDataInterface::GetExecutionListByCustomKey({}, total, 0, 0, QStringList());
 }
 
-/// In real time: no quote changes by itself while a test looks.
+/// In real time, so that no quote changes during a test.
 class TradeEventsTest : public TerminalTest {
 protected:
     TradeEventsTest() : TerminalTest(1) {}
-    ~TradeEventsTest() override { terminal.bus()->stop(); } // nobody calls a listener that is half gone
+    ~TradeEventsTest() override
+    {
+        terminal.bus()->stop();
+    } // so that the bus does not call a listener during its destruction
 
     QList<Event> withId(const QList<Event> &events, int id) const
     {
@@ -109,7 +112,7 @@ protected:
     }
 
     const QString share = QStringLiteral("609801.SH");
-    const QString account = scenario.fundAccounts.first().tradingAccounts.last(); // nobody has traded with it
+    const QString account = scenario.fundAccounts.first().tradingAccounts.last(); // an account without orders
     const QString futuresAccount = scenario.fundAccounts.last().tradingAccounts.first();
     const QString future = QStringLiteral("YL2503.CF");
     Listener listener;
@@ -117,7 +120,7 @@ protected:
 
 } // namespace
 
-TEST_F(TradeEventsTest, ANewOrderIsToldAsTheListAnswersIt)
+TEST_F(TradeEventsTest, ANewOrderIsAnnouncedWithTheRecordOfTheList)
 {
     const entry::Outcome outcome =
         entry::place(futuresAccount, {entry::line(future, "BuyOpen", 1, QString(), "Market")});
@@ -127,7 +130,7 @@ TEST_F(TradeEventsTest, ANewOrderIsToldAsTheListAnswersIt)
     EXPECT_EQ(BusinessDataInterface::GetOrderDetailByOrderID(outcome.id()), events[0].row);
 }
 
-TEST_F(TradeEventsTest, ARefusedOrderIsANewOrderToo)
+TEST_F(TradeEventsTest, ARejectedOrderIsAnnouncedAsANewOrder)
 {
     const entry::Outcome outcome = entry::place(account, {entry::line(share, "Buy", 100, QStringLiteral("17"))});
     EXPECT_EQ(QStringLiteral("可用资金不足"), outcome.text());
@@ -137,7 +140,7 @@ TEST_F(TradeEventsTest, ARefusedOrderIsANewOrderToo)
     EXPECT_EQ(outcome.text(), event.row.value(QStringLiteral("remark")).toString());
 }
 
-TEST_F(TradeEventsTest, ADealIsToldAsTheListsAnswerItWithItsPositionAndItsAccount)
+TEST_F(TradeEventsTest, AFillIsAnnouncedWithItsOrderItsPositionAndItsAccount)
 {
     const entry::Outcome outcome =
         entry::place(futuresAccount, {entry::line(future, "SellOpen", 2, QString(), "Market")});
@@ -173,7 +176,7 @@ TEST_F(TradeEventsTest, ADealIsToldAsTheListsAnswerItWithItsPositionAndItsAccoun
     EXPECT_EQ(1, positions);
 }
 
-TEST_F(TradeEventsTest, APositionIsToldAsTheListAnswersIt)
+TEST_F(TradeEventsTest, APositionIsAnnouncedWithTheRecordOfTheList)
 {
     entry::place(futuresAccount, {entry::line(future, "BuyOpen", 1, QString(), "Market")});
     terminal.playMarket(terminal.now().addSecs(3600));
@@ -186,7 +189,7 @@ TEST_F(TradeEventsTest, APositionIsToldAsTheListAnswersIt)
     EXPECT_EQ(held.first(), events.last().row);
 }
 
-TEST_F(TradeEventsTest, ACancelledOrderIsAChangedOrder)
+TEST_F(TradeEventsTest, ACancelIsAnnouncedAsAChangedOrder)
 {
     const QString stockAccount = scenario.fundAccounts.first().tradingAccounts.first();
     const QString id = entry::place(stockAccount, {entry::line(share, "Buy", 100, QStringLiteral("17"))}).id();
@@ -198,7 +201,7 @@ TEST_F(TradeEventsTest, ACancelledOrderIsAChangedOrder)
     EXPECT_EQ(BusinessDataInterface::GetOrderDetailByOrderID(id), changes[0].row);
 }
 
-TEST_F(TradeEventsTest, AStrategysDealsAreToldApartFromAPersons)
+TEST_F(TradeEventsTest, ExecutionsOfStrategiesHaveTheirOwnEvent)
 {
     terminal.playMarket(terminal.now().addSecs(qint64{4} * 3600));
     const QString lastId = executionRecords().first().value(Security::execID).toString();
@@ -219,7 +222,7 @@ TEST_F(TradeEventsTest, AStrategysDealsAreToldApartFromAPersons)
     EXPECT_GT(ofPersons, 0);
 }
 
-TEST_F(TradeEventsTest, OrdersAreLoadedOnceAndFirst)
+TEST_F(TradeEventsTest, OrdersLoadedIsAnnouncedOnceAndFirst)
 {
     terminal.playMarket(terminal.now());
     terminal.playMarket(terminal.now().addSecs(3600));
@@ -232,7 +235,7 @@ TEST_F(TradeEventsTest, OrdersAreLoadedOnceAndFirst)
     EXPECT_EQ(1, withId(events, OrdersLoaded).size());
 }
 
-TEST_F(TradeEventsTest, AListOfOrdersIsOneAssetEvent)
+TEST_F(TradeEventsTest, AListOfOrdersCausesOneAssetEvent)
 {
     entry::place(
         futuresAccount,

@@ -1,0 +1,3 @@
+#include "gateway/Logging.h"
+
+Q_LOGGING_CATEGORY(gatewayLog, "varnel.simulator")

@@ -1,0 +1,16 @@
+#include "BaseBusinessDataInterface.h"
+
+#include "platform/Logging.h"
+
+namespace {
+
+const QString kPermissionMenu = QStringLiteral("1210");
+
+} // namespace
+
+void BaseBusinessDataInterface::OpenMenuTabByMenuID(const QString &menuId)
+{
+    // The simulated terminal has no menus: the log tells page developers that the page asked for one.
+    qCInfo(terminalLog, "the page opens menu %s%s", qUtf8Printable(menuId),
+           menuId == kPermissionMenu ? " (permissions)" : "");
+}

@@ -1,0 +1,6 @@
+#pragma once
+
+#include "exchange/Instrument.h"
+
+/// The text of a security type in records.
+QString securityTypeText(sim::SecurityKind kind);

@@ -1,0 +1,75 @@
+#include "terminal/Terminal.h"
+
+#include "exchange/Listing.h"
+#include "services/KLineService.h"
+#include "services/PermissionService.h"
+#include "services/QuoteTicks.h"
+
+#include <QtGlobal>
+
+namespace sim {
+
+namespace {
+
+Terminal *s_terminal = nullptr; // set before any thread that reads it starts, reset after the last one ended
+
+/// Delay of a request or event on the bus, at normal speed.
+constexpr double kLatencyMicroseconds = 20000;
+
+} // namespace
+
+Terminal::Terminal(const Scenario &scenario, const Login &login, double speed)
+    : m_login(login)
+    , m_station(scenario.station)
+    , m_clock(scenario.start, speed)
+    , m_exchange(listing(scenario.securities, scenario.generatedSecurities, scenario.seed, scenario.start.date(),
+                         scenario.rules),
+                 scenario.seed, scenario.start.date(), m_clock, scenario.rules)
+    , m_accounts(scenario.traders, scenario.fundAccounts)
+    , m_bus(std::make_shared<MessageBus>(std::chrono::microseconds(qint64(kLatencyMicroseconds / speed))))
+    , m_tradeEvents(*m_bus, m_accounts)
+    , m_desk(m_accounts, scenario.start.toString(QStringLiteral("yyyyMMdd")), m_exchange, scenario.seed, scenario.start,
+             [this](const DeskEvents &events) { m_tradeEvents.announce(events); })
+    , m_strategies(*m_bus, scenario)
+{
+    Q_ASSERT(!s_terminal);
+    s_terminal = this;
+    KLineService::install(*m_bus, m_exchange);
+    PermissionService::install(*m_bus, scenario);
+    m_quoteFeed = std::make_unique<QuoteFeed>(
+        m_exchange, m_clock,
+        [this](const QDateTime &time) {
+            playMarket(time);
+            m_strategies.onTime(time);
+        },
+        QuoteTicks::emitTick);
+}
+
+Terminal::~Terminal()
+{
+    m_quoteFeed->stop();
+    m_bus->stop();
+    s_terminal = nullptr;
+}
+
+void Terminal::playMarket(const QDateTime &time)
+{
+    m_tradeEvents.announceOrdersLoaded();
+    m_desk.advance(time);
+}
+
+Prices Terminal::latestPrices() const
+{
+    return [this, step = Exchange::stepAt(now())](const QString &symbol) {
+        return m_exchange.lastPrice(symbol, step).value_or(0);
+    };
+}
+
+Terminal &Terminal::instance()
+{
+    if (!s_terminal)
+        qFatal("The simulated host was called while no terminal exists");
+    return *s_terminal;
+}
+
+} // namespace sim

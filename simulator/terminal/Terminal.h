@@ -1,0 +1,64 @@
+#pragma once
+
+#include "HostApi.h"
+#include "books/TradingDesk.h"
+#include "exchange/Exchange.h"
+#include "platform/MessageBus.h"
+#include "platform/QuoteFeed.h"
+#include "platform/Scenario.h"
+#include "platform/SimulatedClock.h"
+#include "platform/StrategyPlatform.h"
+#include "services/TradeEvents.h"
+
+#include <memory>
+
+namespace sim {
+
+/// The simulated terminal: puts clock, market, trading desk, login and bus of one scenario together. The classes of the
+/// host answer from it.
+/// Made and destroyed by main or a test, one at a time; meanwhile any thread may use it. The library's singletons
+/// outlive it: in their destructors they use only the bus, which they share.
+class VARNEL_HOST_API Terminal {
+public:
+    Terminal(const Scenario &scenario, const Login &login, double speed);
+    ~Terminal();
+
+    /// The existing terminal. Without one the process aborts with a message.
+    static Terminal &instance();
+
+    const Login &login() const { return m_login; }
+    const QString &station() const { return m_station; }
+    const Accounts &accounts() const { return m_accounts; }
+    TradingDesk &desk() { return m_desk; }
+    const TradingDesk &desk() const { return m_desk; }
+    const Exchange &exchange() const { return m_exchange; }
+
+    /// Exchange time.
+    QDateTime now() const { return m_clock.now(); }
+
+    /// Plays the open orders up to that time. Called at every change of the quotes; late or missing calls do not change
+    /// the result.
+    void playMarket(const QDateTime &time);
+
+    /// The latest prices of all securities.
+    Prices latestPrices() const;
+
+    const std::shared_ptr<MessageBus> &bus() const { return m_bus; }
+    QuoteFeed &quoteFeed() { return *m_quoteFeed; }
+
+private:
+    Q_DISABLE_COPY(Terminal)
+
+    const Login m_login;
+    const QString m_station;
+    const SimulatedClock m_clock;
+    const Exchange m_exchange;
+    const Accounts m_accounts;
+    const std::shared_ptr<MessageBus> m_bus;
+    TradeEvents m_tradeEvents;
+    TradingDesk m_desk;
+    StrategyPlatform m_strategies;
+    std::unique_ptr<QuoteFeed> m_quoteFeed; ///< last: its thread uses all of the above
+};
+
+} // namespace sim
