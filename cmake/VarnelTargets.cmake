@@ -32,7 +32,8 @@ else()
         # Qt's logging macros are called without the arguments that they could have.
         $<$<CXX_COMPILER_ID:Clang>:-Wno-gnu-zero-variadic-macro-arguments>
         # No path of the build machine in log lines and binaries. ccache hands the compiler relative paths.
-        -ffile-prefix-map=${PROJECT_SOURCE_DIR}/= -fmacro-prefix-map=${from_build_to_source}/=)
+        -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=
+        $<$<BOOL:${from_build_to_source}>:-fmacro-prefix-map=${from_build_to_source}/=>)
     if(VARNEL_WARNINGS_AS_ERRORS)
         target_compile_options(varnel_build_options INTERFACE -Werror)
     endif()
