@@ -27,12 +27,14 @@ if(MSVC)
     endif()
 else()
     file(RELATIVE_PATH from_build_to_source "${CMAKE_BINARY_DIR}" "${PROJECT_SOURCE_DIR}")
+    string(REGEX REPLACE "([^/])$" "\\1/" from_build_to_source "${from_build_to_source}") # CMake ends only some with /
     target_compile_options(varnel_build_options INTERFACE
         -Wall -Wextra -Wpedantic -Wnon-virtual-dtor -Woverloaded-virtual
         # Qt's logging macros are called without the arguments that they could have.
         $<$<CXX_COMPILER_ID:Clang>:-Wno-gnu-zero-variadic-macro-arguments>
         # No path of the build machine in log lines and binaries. ccache hands the compiler relative paths.
-        -ffile-prefix-map=${PROJECT_SOURCE_DIR}/= -fmacro-prefix-map=${from_build_to_source}/=)
+        $<$<BOOL:${from_build_to_source}>:-fmacro-prefix-map=${from_build_to_source}=>
+        -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=)
     if(VARNEL_WARNINGS_AS_ERRORS)
         target_compile_options(varnel_build_options INTERFACE -Werror)
     endif()

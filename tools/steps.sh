@@ -86,8 +86,9 @@ step() {
 declare -A packages=(
     [build]='g++:g++ cmake:cmake ninja-build:ninja ccache:ccache qtbase5-dev libqt5websockets5-dev libgtest-dev libgmock-dev'
     [web]='nodejs:node npm:npm'
-    [test]='binutils:nm chromium:chromium fonts-wqy-zenhei'
-    [fuzz]='clang:clang++ libclang-rt-14-dev'
+    [test]='binutils:nm'
+    [browser]='chromium:chromium fonts-wqy-zenhei'
+    [clang]='clang:clang++ libclang-rt-14-dev llvm:llvm-symbolizer'
     [mutate]='python3:python3'
     [bench]='libbenchmark-dev libqt5webchannel5-dev rapidjson-dev'
     [lint]='clang-format:clang-format clang-tidy:clang-tidy python3:python3 shellcheck:shellcheck'

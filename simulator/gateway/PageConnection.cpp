@@ -16,12 +16,6 @@
 
 namespace sim {
 
-namespace {
-
-const QString kSubscribeCustomMessage = QStringLiteral("Vlx_subStrategyMsg_REQ");
-
-} // namespace
-
 struct PageConnection::Route {
     QLatin1String prefix;
     bool (PageConnection::*call)(const QString &method, const QVariantList &args); ///< false: nobody handles it
@@ -59,10 +53,6 @@ PageConnection::PageConnection(QWebSocket *socket, const QPointer<QTcpSocket> &t
 
 PageConnection::~PageConnection()
 {
-    WebMsgCenter::instance()->unsubscribeAll(&m_view);
-    // Otherwise the messages would reach a later page whose view has the same address.
-    for (const QString &id : qAsConst(m_customMessages))
-        MessageCenterCalls::call(&m_view, kSubscribeCustomMessage, {QString(), id, QStringLiteral("0")});
     WebMsgCenter::instance()->unReg(&m_view);
     // The bus thread may be delivering to this view at this moment.
     Terminal::instance().bus()->awaitReturn();
@@ -122,8 +112,6 @@ bool PageConnection::callTrade(const QString &method, const QVariantList &args)
 
 bool PageConnection::callMessageCenter(const QString &method, const QVariantList &args)
 {
-    if (method == kSubscribeCustomMessage && args.size() > 1)
-        m_customMessages.insert(args.at(1).toString());
     return MessageCenterCalls::call(&m_view, method, args);
 }
 

@@ -6,7 +6,6 @@
 
 #include <QObject>
 #include <QPointer>
-#include <QSet>
 #include <QVariantList>
 
 class QTcpSocket;
@@ -47,7 +46,6 @@ private:
     VarnelCefView m_view;
     DataThread *const m_data;       ///< child of the view
     TradeThread *const m_trade;     ///< the same
-    QSet<QString> m_customMessages; ///< ids that the page has subscribed to, also those it has unsubscribed
     bool m_refused = false;         ///< after a bad frame: further frames are ignored until the connection is closed
 };
 

@@ -211,7 +211,7 @@ TEST(JsonWriterTypes, DoesNotLookIntoAVariantInAVariant)
     EXPECT_EQ(inList(QVariant(QMetaType::QVariant, &inner)), QStringLiteral("null"));
 }
 
-// Far more than any host nests. It fits on the stack that a main thread has; the address sanitizer's frames are larger.
+// Far more than any host nests. It fits on the stack that a main thread has; a sanitizer's frames are larger.
 class JsonWriterDepth : public testing::Test {
 protected:
     template <class Wrap>
@@ -233,7 +233,7 @@ protected:
     }
 
 private:
-#ifdef __SANITIZE_ADDRESS__
+#ifdef VARNEL_SANITIZED
     static constexpr uint stackSize = 64 * 1024 * 1024;
 #else
     static constexpr uint stackSize = 8 * 1024 * 1024;
