@@ -1,25 +1,11 @@
 #include "bridge/HandlerTable.h"
 
 #include "LogRecorder.h"
+#include "MixedDispatcher.h"
 
-#include <QObject>
-#include <QStringList>
 #include <gtest/gtest.h>
 
 namespace {
-
-/// Methods that could be mistaken for handlers.
-class MixedDispatcher : public QObject {
-    Q_OBJECT
-public:
-    QStringList calls;
-
-    Q_INVOKABLE void one(const QVariantList &args) { calls << args.value(0).toString(); }
-    Q_INVOKABLE void none() { calls << QStringLiteral("none"); }
-    Q_INVOKABLE void listAndNumber(const QVariantList &, int) { calls << QStringLiteral("listAndNumber"); }
-    Q_INVOKABLE void numberAndList(int, const QVariantList &) { calls << QStringLiteral("numberAndList"); }
-    Q_INVOKABLE void text(const QString &) { calls << QStringLiteral("text"); }
-};
 
 TEST(HandlerKindsTest, OnlyAMethodWithOneListOfValuesIsAHandler)
 {
@@ -35,5 +21,3 @@ TEST(HandlerKindsTest, OnlyAMethodWithOneListOfValuesIsAHandler)
 }
 
 } // namespace
-
-#include "HandlerKindsTest.moc"
