@@ -1,4 +1,4 @@
-// What a view costs that comes and goes, and what the registry costs with many of them.
+// The cost of making and deleting a view, and of the registry with many views.
 
 #include "BenchHost.h"
 

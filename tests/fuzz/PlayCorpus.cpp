@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-// Gives a fuzz target the inputs that were kept, where no fuzzer is linked: every file that is named, and every file
-// of every folder that is named.
+// Runs a fuzz target on saved inputs where no fuzzer is linked: every file that is named, and every file of every
+// folder that is named.
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size);
 

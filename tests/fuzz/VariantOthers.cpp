@@ -130,13 +130,13 @@ QVariant anyOther(Decisions &decisions)
         [](Decisions &) -> QVariant { return QEasingCurve(QEasingCurve::InQuad); },
         [](Decisions &d) -> QVariant { return QBitArray(d.below(9), true); },
         [](Decisions &) -> QVariant { return QVariant::fromValue(QPersistentModelIndex()); },
-        // Enumerations: their names known, or not.
+        // Enumerations, with and without known names.
         [](Decisions &d) { return QVariant::fromValue(QLocale::Language(d.below(400))); },
         [](Decisions &d) { return QVariant::fromValue(Qt::Alignment(d.bits<uchar>())); },
         [](Decisions &d) { return QVariant::fromValue(Unnamed(d.below(3))); },
         [](Decisions &d) { return QVariant::fromValue(Mute{d.below(3)}); },
         speaking,
-        // Containers that are none to JSON.
+        // Containers that JSON does not know.
         [](Decisions &d) { return QVariant::fromValue(QList<QVariantMap>{anyMap(d)}); },
         [](Decisions &d) {
             return QVariant::fromValue(TextOfTexts{{anyKey(d), anyText(d)}});

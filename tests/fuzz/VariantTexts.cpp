@@ -96,7 +96,7 @@ QString anyKey(Decisions &decisions)
 
 QByteArray anyBytes(Decisions &decisions)
 {
-    // Cut short, too long, of a surrogate, of nothing, a byte order mark; and what is right.
+    // Invalid UTF-8: cut short, overlong, an encoded surrogate. Then nothing, a byte order mark, and valid texts.
     static const char *const pieces[] = {"a",    "\xff",     "\xc3",         "\xe4\xb8",     "\xf0\x9f\x98",
                                          "\x80", "\xc0\x80", "\xed\xa0\x80", "\xef\xbb\xbf", "\xe4\xb8\xad"};
     QByteArray bytes;

@@ -4,8 +4,8 @@
 #include <QRegularExpression>
 #include <QStringList>
 
-/// Every text of the constants' header, in its order, read from the source: what no list kept by hand could forget.
-/// With a namespace only those between its braces.
+/// Every text of the constants' header in its order, read from the source, so that none can be forgotten.
+/// With a namespace, only the texts between its braces.
 inline QStringList textsOfTheHeader(const QString &wantedNamespace = {})
 {
     QFile header(QStringLiteral(VARNEL_WEB_CONSTANTS_HEADER));

@@ -16,7 +16,7 @@ namespace {
 
 using Bytes = std::vector<uchar>;
 
-/// Mostly few, so that trees are many.
+/// Mostly small, so that a run tries many trees.
 Bytes randomBytes(std::mt19937_64 &random)
 {
     Bytes bytes(random() % (random() % 16 == 0 ? 1500 : 120));
@@ -31,7 +31,7 @@ QByteArray differenceFor(const Bytes &bytes)
     return difference(qtJson(tree), compactJson(tree));
 }
 
-/// The shortest beginning of these bytes that still shows a difference: a smaller tree is easier to understand.
+/// The shortest prefix of these bytes that still shows a difference: a smaller tree is easier to understand.
 Bytes shortened(const Bytes &bytes)
 {
     Bytes shorter;
@@ -53,7 +53,7 @@ quint64 numberFrom(const char *variable, quint64 otherwise)
     return number;
 }
 
-/// What the environment asks for, said before anything can go wrong.
+/// Seed and count from the environment, printed before the test can fail.
 struct Wanted {
     quint64 seed = numberFrom("VARNEL_JSON_SEED", std::random_device{}());
     quint64 trees = numberFrom("VARNEL_JSON_TREES", 100'000);
@@ -84,7 +84,7 @@ TEST(JsonWriterProperty, WritesAnyTreeAsQtDoes)
     }
 }
 
-// How a double is written is the hardest part, so there are more of them than the trees have.
+// Doubles are the hardest to write, so this tries more of them than the trees hold.
 TEST(JsonWriterProperty, WritesAnyDoubleAsQtDoes)
 {
     constexpr int doublesInAList = 100;
@@ -102,7 +102,7 @@ TEST(JsonWriterProperty, WritesAnyDoubleAsQtDoes)
     }
 }
 
-/// What the random trees have in them.
+/// Counts what the random trees contain.
 struct Reach {
     std::set<int> types;
     bool doubledMapKey = false;
@@ -147,7 +147,7 @@ struct Reach {
     }
 };
 
-// A property test is worth what its trees have in them.
+// A property test proves nothing about values that its trees never contain.
 TEST(VariantTree, HasEveryTypeAndEveryAwkwardThingInIt)
 {
     std::mt19937_64 random(1);
@@ -178,7 +178,7 @@ TEST(VariantTree, HasEveryTypeAndEveryAwkwardThingInIt)
     EXPECT_GT(inside.depth, 200);
 }
 
-// What a tree is made of depends on its bytes alone, or neither a seed nor a corpus would mean anything.
+// The same bytes must give the same tree; otherwise seeds and saved inputs would be useless.
 TEST(VariantTree, IsTheSameForTheSameBytes)
 {
     std::mt19937_64 random(2);

@@ -6,8 +6,8 @@
 #include <QJsonObject>
 #include <limits>
 
-// What pages see of a value. All of it is what QJsonDocument writes, its oddities too: the property test compares the
-// two. Here is said what that is for containers, numbers and texts.
+// What pages see of containers, numbers and texts. The writer does what QJsonDocument does, its oddities too; the
+// property test compares the two for all values, these tests state the texts.
 
 namespace {
 

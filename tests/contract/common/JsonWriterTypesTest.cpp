@@ -211,7 +211,7 @@ TEST(JsonWriterTypes, DoesNotLookIntoAVariantInAVariant)
     EXPECT_EQ(inList(QVariant(QMetaType::QVariant, &inner)), QStringLiteral("null"));
 }
 
-// Far more than any host nests. It fits on the stack that a main thread has; a sanitizer's frames are larger.
+// Far deeper than any host nests. A main thread's stack is large enough, except with a sanitizer's larger frames.
 class JsonWriterDepth : public testing::Test {
 protected:
     template <class Wrap>

@@ -6,7 +6,7 @@ using namespace PageArguments;
 
 namespace {
 
-/// Answers with the parameters it was given, and counts how often.
+/// Answers with the parameters that it gets, and counts its calls.
 struct Echo {
     int calls = 0;
 

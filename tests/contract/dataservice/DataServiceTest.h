@@ -10,7 +10,7 @@
 /// Base of the tests of the data service. No dispatcher is made, so the display mode is the one at start.
 class DataServiceTest : public HostTest {
 protected:
-    /// The only line in the log: of that level, from that operation, its message going on with the text.
+    /// Expects exactly one log line, of that level and operation, whose message continues with the text.
     void expectOnlyLine(QtMsgType type, const QString &operation, const QString &text) const
     {
         ASSERT_EQ(log.lines().size(), 1);

@@ -90,7 +90,7 @@ QStringList columnsOf(const Field (&fields)[count])
     return columns;
 }
 
-/// The page record that fillCells leads to.
+/// The page record of the cells that fillCells fills.
 template <int count>
 QVariantMap pairsOf(const Field (&fields)[count])
 {
@@ -130,7 +130,7 @@ TEST_F(FieldTablesTest, PositionColumnsReachTheGeneratorInOrderAndEachHasItsPage
     EXPECT_CALL(host, VarnelPositionReportGen_fillLineData(_, _, _, columnsOf(positionFields), _, _, _, _))
         .WillOnce(WithArgs<2, 3>(fillCells));
 
-    // What names the holding is for display, what measures it for computing.
+    // Columns that name the holding give display texts; columns that measure it give underlying values.
     QVariantMap expected{{u"stockInterest"_qs, 0.0}};
     for (const Field &field : positionFields) {
         const QString column = QString::fromLatin1(field.column);

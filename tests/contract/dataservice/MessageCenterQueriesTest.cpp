@@ -25,14 +25,14 @@ protected:
         expectStart(start);
     }
 
-    /// Asks for a permission when the host says that they have been loaded.
+    /// Asks for a permission while the host says that permissions are loaded.
     QString permission(const QString &fundAccount, const QString &supportType)
     {
         EXPECT_CALL(host, VarnelInitStateMgr_IsInited(u"SnbBindInit"_qs)).WillOnce(Return(true)).RetiresOnSaturation();
         return process->processGetPermission(u"u1"_qs, fundAccount, supportType);
     }
 
-    /// Asks for minute candles while the bus answers so.
+    /// Asks for minute candles; the bus answers with this status and answer.
     QString candles(int status, const QVariant &answer)
     {
         EXPECT_CALL(host, QvPresenterClass_sendRequest_Sync(isKLineRequest(start.pid, 1), _))

@@ -104,7 +104,7 @@ protected:
             .WillOnce(Return(info));
     }
 
-    /// The amounts of a futures account, which come from the details as they are.
+    /// The amounts of a futures account, taken from the details unchanged.
     QVariantMap packagedFuture(const QVariantMap &details)
     {
         expectAsset(details, {}, Varnel_Values::FundAccountType::Future);

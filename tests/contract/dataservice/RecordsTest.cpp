@@ -37,7 +37,7 @@ QVariant pair(const QVariant &display, const QVariant &user)
 
 class RecordsTest : public DataServiceTest {
 protected:
-    /// What becomes of the first cell, the order's time, as JSON.
+    /// The JSON of the first cell, the order's time.
     QString timeCellText(const QVariant &display, const QVariant &user)
     {
         EXPECT_CALL(host, VarnelEntrustReportGen_fillLineData(_, _, _, _, _))
@@ -122,7 +122,7 @@ TEST_F(RecordsTest, ValuesOfEveryKindBecomeJson)
     EXPECT_EQ(role(QVariantMap{{u"k"_qs, QVariantMap()}}), uR"({"k":{}})"_qs);
 }
 
-/// The text of an order is written without its map, and must not differ from it.
+/// The text of an order is written without its map; it must be the text of that map.
 TEST_F(RecordsTest, TextIsThatOfTheMap)
 {
     const auto compact = [](const QVariantMap &map) {

@@ -22,7 +22,7 @@ QString entry(const QStringList &parts)
 
 class SecuritiesTest : public DataServiceTest {
 protected:
-    /// The search for exactly these classes, each its type, sub-types and boards.
+    /// Expects a search for exactly these classes: type, sub-types and boards of each.
     void expectSearch(const QVariantList &classes, const QStringList &entries)
     {
         EXPECT_CALL(host, VarnelBusiUtils_GetInputSymbolList(_))

@@ -18,7 +18,7 @@ protected:
                                            u"eight"_qs);
     }
 
-    /// One question with this side and price type; everything else as ask() passes it.
+    /// Expects one question with this side and price type, and otherwise with what ask() passes.
     void expectQuestion(const QString &side, const QString &priceType, const QString &answer)
     {
         const testing::InSequence order;
