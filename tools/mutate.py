@@ -60,7 +60,7 @@ def limited(command, seconds):
         stderr=subprocess.STDOUT,
         text=True,
         errors="replace",
-        start_new_session=True,
+        process_group=0,
         preexec_fn=limit,
     )
     try:
