@@ -44,9 +44,9 @@ private:
     QWebSocket *const m_socket;
     const int m_number;
     VarnelCefView m_view;
-    DataThread *const m_data;       ///< child of the view
-    TradeThread *const m_trade;     ///< the same
-    bool m_refused = false;         ///< after a bad frame: further frames are ignored until the connection is closed
+    DataThread *const m_data;   ///< child of the view
+    TradeThread *const m_trade; ///< the same
+    bool m_refused = false;     ///< after a bad frame: further frames are ignored until the connection is closed
 };
 
 } // namespace sim
