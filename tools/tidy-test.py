@@ -99,6 +99,18 @@ class TidyTest(unittest.TestCase):
         self.tidy()
         self.assertEqual(self.tidy(FAKE_VERSION="15"), (1, 0))
 
+    def test_asks_the_compiler_when_the_object_is_older_than_its_sources(self):
+        source = self.home / "one" / "src" / "a.cpp"
+        ninja = f"#!/bin/sh\necho 'a.o: #deps 2, deps mtime 1 (VALID)'\necho '    {source}'\necho '    /gone.h'\n"
+        self.write("bin/ninja", ninja)
+        self.write("one/a.o", "")
+        self.assertEqual(self.tidy(), (1, 0))  # a header is gone
+        self.write("bin/ninja", ninja.replace("/gone.h", str(source)))
+        os.utime(self.home / "one" / "a.o", (0, 0))
+        self.tidy()
+        self.write("one/src/value.h", "const int value = 2;\n")  # Ninja does not know it yet
+        self.assertEqual(self.tidy(), (1, 0))
+
     def test_fails_and_keeps_nothing_when_clang_tidy_does(self):
         for _ in range(2):
             self.assertEqual(self.tidy(FAKE_STATUS="1"), (1, 1))

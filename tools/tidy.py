@@ -44,12 +44,26 @@ def read_ninja_deps(build):
 def deps_of(entry, ninja_deps):
     command = shlex.split(entry["command"])
     output = command.index("-o")
-    deps = ninja_deps.get(command[output + 1])
-    if not deps:  # not built: the compiler tells
+    object_file = Path(entry["directory"], command[output + 1])
+    deps = absolute(entry, ninja_deps.get(command[output + 1], []))
+    if not deps or not is_newer(object_file, deps):  # not built, or not built again: the compiler tells
         del command[output : output + 2]
         rule = output_of(*command, "-M", cwd=entry["directory"])
-        deps = rule.replace("\\\n", " ").split(": ", 1)[1].split()
-    return {os.path.realpath(os.path.join(entry["directory"], header)) for header in deps}
+        deps = absolute(entry, rule.replace("\\\n", " ").split(": ", 1)[1].split())
+    return deps
+
+
+def absolute(entry, headers):
+    return {os.path.realpath(os.path.join(entry["directory"], header)) for header in headers}
+
+
+def is_newer(object_file, sources):
+    """False also when one of the files is gone."""
+    try:
+        built = object_file.stat().st_mtime_ns
+        return all(os.stat(source).st_mtime_ns <= built for source in sources)
+    except FileNotFoundError:
+        return False
 
 
 def configurations_of(source):
