@@ -68,9 +68,10 @@ TEST_F(KLinesTest, EachRequestHasAnIdOfItsOwn)
 
 TEST_F(KLinesTest, PeriodIsPassedThroughWhateverItIs)
 {
-    EXPECT_CALL(host, QvPresenterClass_sendRequest_Async(isRequest(77))).WillOnce(Return(0));
+    constexpr int other = 3; // neither minutes nor days, and the largest value that the type can hold
+    EXPECT_CALL(host, QvPresenterClass_sendRequest_Async(isRequest(other))).WillOnce(Return(0));
     QString id;
-    center->asyncRequestKLineData(kLineSymbol, kLineFrom, kLineTo, EMD_KLINE_PERIOD(77), id);
+    center->asyncRequestKLineData(kLineSymbol, kLineFrom, kLineTo, EMD_KLINE_PERIOD(other), id);
 }
 
 TEST_F(KLinesTest, SyncRequestReturnsTheCandlesInOrder)
