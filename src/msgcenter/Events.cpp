@@ -4,6 +4,7 @@
 #include "common/Logging.h"
 #include "common/WebConstants.h"
 #include "dataservice/DataProcess.h"
+#include "msgcenter/StrategyCalls.h"
 #include "msgcenter/TradingEvents.h"
 
 #include "CUnPackMessageCommon.h"
@@ -23,19 +24,24 @@ int strategyEventId()
     return VarnelBusinessDataInterface::GetOrloEventMsgIdByStr(Orlo_Keys::EventMsgName::VELOX_TRANS_MSG_OUT);
 }
 
-// Intake, on the bus thread: of the object's state only the published registry may be read.
+// Intake, on the bus thread: of the object's state only the published registry and what a mutex guards may be used.
 void WebMsgCenter::ProcEventMsg(QString eventName, QVariant type, QVariant data)
 {
     Q_UNUSED(eventName)
     const int id = type.toInt();
     const std::shared_ptr<const ViewRegistry> registered = registry();
     qCDebug(lcWebSdk) << "WebMsgCenter::ProcEventMsg" << registered->views.size() << id;
-    if (std::find(std::begin(tradingEvents), std::end(tradingEvents), id) == std::end(tradingEvents) &&
-        id != strategyEventId())
+    const bool isTradingEvent =
+        std::find(std::begin(tradingEvents), std::end(tradingEvents), id) != std::end(tradingEvents);
+    if (!isTradingEvent && id != strategyEventId())
         return;
     if (registered->views.isEmpty()) {
         qCDebug(lcWebSdk) << "WebMsgCenter::ProcEventMsg"
                           << "object empty";
+        if (!isTradingEvent) {
+            const std::lock_guard<std::mutex> lock(m_strategyMutex);
+            m_strategyCalls->answerLost();
+        }
         return;
     }
     if (id == OrdersLoadedEvent) {

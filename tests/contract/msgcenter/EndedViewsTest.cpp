@@ -230,6 +230,29 @@ TEST_F(EndedViewsTest, AnswerThatFindsNoViewIsTheirLast)
     EXPECT_EQ(receivers(RecordingView::eventsOfAllViews()), QList<const QCefView *>{address});
 }
 
+TEST_F(EndedViewsTest, TakeNoAnswerFromTheNextViewWhenTheirsWasDroppedWithoutAView)
+{
+    for (const StrategyCall &each : strategyCalls) {
+        callStrategy(each, u"u1"_qs, &renewRegistered());
+        callStrategy(each, u"u2"_qs, &renewRegistered());
+        place.end();
+        center->unReg(&other);
+        answerStrategy(each, u"u1"_qs, nullptr); // no view is registered: dropped unread
+        center->reg(&other);
+
+        RecordingView &next = renewRegistered();
+        callStrategy(each, u"u1"_qs, &next);
+        answerStrategy(each, u"u1"_qs, &next);
+        EXPECT_THAT(next.eventNames(), ElementsAre(each.reply));
+
+        // The answers that still come belong to the ended views all the same.
+        next.clear();
+        answerStrategy(each, u"u1"_qs, &next);
+        answerStrategy(each, u"u2"_qs, &next);
+        EXPECT_THAT(next.eventsAfterDraining(), IsEmpty());
+    }
+}
+
 TEST_F(EndedViewsTest, AreRememberedForTheLastFourThousandCalls)
 {
     constexpr int remembered = 4096;
