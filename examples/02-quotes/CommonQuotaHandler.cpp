@@ -4,9 +4,10 @@
 #include "Tessar_Fields.h"
 
 #include <QCoreApplication>
-#include <QMutex>
 #include <QThread>
 #include <QTimer>
+
+#include <mutex>
 
 CommonQuotaHandler::CommonQuotaHandler(QObject *parent) : QObject(parent) {}
 
@@ -33,7 +34,7 @@ public:
 
     int SubscribeQuota(const QStringList &symbols, bool subscribe, int) override
     {
-        const QMutexLocker lock(&m_mutex);
+        const std::lock_guard<std::mutex> lock(m_mutex);
         for (const QString &symbol : symbols) {
             if (!subscribe)
                 m_streamed.remove(symbol);
@@ -45,7 +46,7 @@ public:
 
     QMap<QString, QVariant> GetQuotaSnapshot(const QString &symbol, int) override
     {
-        const QMutexLocker lock(&m_mutex);
+        const std::lock_guard<std::mutex> lock(m_mutex);
         return quote(symbol, m_streamed.value(symbol, openingCents));
     }
 
@@ -61,7 +62,7 @@ private:
     {
         QMap<QString, int> prices;
         {
-            const QMutexLocker lock(&m_mutex);
+            const std::lock_guard<std::mutex> lock(m_mutex);
             for (int &cents : m_streamed)
                 ++cents;
             prices = m_streamed;
@@ -72,7 +73,7 @@ private:
 
     QThread m_thread;
     QTimer m_timer; // lives on m_thread
-    QMutex m_mutex;
+    std::mutex m_mutex;
     QMap<QString, int> m_streamed; // symbol to price in cents; guarded by m_mutex
 };
 
