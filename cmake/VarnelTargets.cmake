@@ -45,15 +45,6 @@ else()
     endif()
 endif()
 
-# The host compiles the meta-objects of the interfaces that it implements: this adds them to a host's target.
-function(varnel_implements_host target)
-    set(headers CommonQuotaHandler.h QCefView.h QvPresenterClass.h VarnelCefView.h)
-    list(TRANSFORM headers PREPEND "${PROJECT_SOURCE_DIR}/src/host/")
-    target_sources(${target} PRIVATE ${headers}) # picked up by AUTOMOC
-    target_compile_definitions(${target} PRIVATE VARNEL_HOST_BUILD)
-    target_link_libraries(${target} PUBLIC Varnel::HostInterface)
-endfunction()
-
 # One GoogleTest executable; every case becomes a CTest test in a process of its own, because the library's
 # singletons cannot be reset.
 #   varnel_add_test(name SOURCES a.cpp … LIBRARIES lib … [TIMEOUT seconds])
