@@ -86,7 +86,8 @@ step() {
 declare -A packages=(
     [build]='g++:g++ cmake:cmake ninja-build:ninja ccache:ccache qtbase5-dev libqt5websockets5-dev libgtest-dev libgmock-dev'
     [web]='nodejs:node npm:npm'
-    [test]='binutils:nm'
+    [test]='binutils:nm pkg-config:pkg-config abigail-tools:abidiff dpkg-dev:dpkg-shlibdeps'
+    [package]='dpkg-dev:dpkg-shlibdeps'
     [browser]='chromium:chromium fonts-wqy-zenhei'
     [clang]='clang:clang++ libclang-rt-14-dev llvm:llvm-symbolizer'
     [mutate]='python3:python3'
