@@ -92,6 +92,7 @@ declare -A packages=(
     [browser]='chromium:chromium fonts-wqy-zenhei'
     [clang]='clang:clang++ libclang-rt-14-dev llvm:llvm-symbolizer'
     [mutate]='python3:python3'
+    [docs]='doxygen:doxygen python3:python3'
     [bench]='libbenchmark-dev libqt5webchannel5-dev rapidjson-dev'
     [lint]='clang-format:clang-format clang-tidy:clang-tidy python3:python3 shellcheck:shellcheck'
     [format]='clang-format:clang-format'
