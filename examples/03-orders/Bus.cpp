@@ -1,6 +1,5 @@
 #include "Bus.h"
 
-#include "CPackMessageCommon.h"
 #include "QvPresenterClass.h"
 
 #include <QCoreApplication>
@@ -28,18 +27,22 @@ void Bus::subscribe(QvPresenterClass *presenter, int eventId)
         &m_courier, [this, presenter, eventId] { m_subscribers.insert(eventId, presenter); }, Qt::QueuedConnection);
 }
 
-void Bus::publish(int eventId, const QVariantMap &record)
+void Bus::leave(QvPresenterClass *presenter)
 {
-    QMetaObject::invokeMethod(
-        &m_courier, [this, eventId, record] { deliver(eventId, record); }, Qt::QueuedConnection);
+    if (!m_thread.isRunning())
+        return; // the program ends: nothing is delivered any more
+    const auto forget = [this, presenter] {
+        for (auto it = m_subscribers.begin(); it != m_subscribers.end();)
+            it = *it == presenter ? m_subscribers.erase(it) : std::next(it);
+    };
+    QMetaObject::invokeMethod(&m_courier, forget, Qt::BlockingQueuedConnection);
 }
 
-void Bus::deliver(int eventId, const QVariantMap &record)
+void Bus::publish(int eventId, const QVariant &body)
 {
-    CPackMessageCommon pack;
-    for (auto field = record.cbegin(); field != record.cend(); ++field)
-        pack.AddVaule(field.key(), field.value());
-    const QVariant body = pack.GetPackedMsg(0);
-    for (QvPresenterClass *const presenter : m_subscribers.values(eventId))
-        presenter->ProcEventMsg("orders", eventId, body);
+    const auto deliver = [this, eventId, body] {
+        for (QvPresenterClass *const presenter : m_subscribers.values(eventId))
+            presenter->ProcEventMsg("orders", eventId, body);
+    };
+    QMetaObject::invokeMethod(&m_courier, deliver, Qt::QueuedConnection);
 }

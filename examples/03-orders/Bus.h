@@ -3,7 +3,7 @@
 #include <QMultiHash>
 #include <QObject>
 #include <QThread>
-#include <QVariantMap>
+#include <QVariant>
 
 class QvPresenterClass;
 
@@ -14,12 +14,14 @@ public:
 
     void subscribe(QvPresenterClass *presenter, int eventId);
 
-    /// Delivers an event with that record to its subscribers.
-    void publish(int eventId, const QVariantMap &record);
+    /// Ends the subscriptions of the presenter, and waits for a delivery that is under way.
+    void leave(QvPresenterClass *presenter);
+
+    /// Delivers the event to its subscribers. The body is a packed message.
+    void publish(int eventId, const QVariant &body);
 
 private:
     Bus();
-    void deliver(int eventId, const QVariantMap &record);
 
     QThread m_thread;
     QObject m_courier;                                 ///< lives on m_thread: what is queued for it runs there

@@ -1,6 +1,7 @@
 #include "OrderBook.h"
 
 #include "Bus.h"
+#include "CPackMessageCommon.h"
 #include "Tessar_Fields.h"
 
 using namespace Tessar_Fields;
@@ -15,6 +16,14 @@ void setOutcome(QVariantMap &record, const QString &reason)
 {
     record[System::requestExeStatus] = reason.isEmpty() ? "0" : "-1";
     record[System::textDescription] = reason;
+}
+
+void publish(int eventId, const QVariantMap &record)
+{
+    CPackMessageCommon pack;
+    for (auto field = record.cbegin(); field != record.cend(); ++field)
+        pack.AddVaule(field.key(), field.value());
+    Bus::instance().publish(eventId, pack.GetPackedMsg(0));
 }
 
 } // namespace
@@ -43,7 +52,7 @@ QVariantMap OrderBook::place(const QString &tradingAccount, const VarnelLogic::O
     };
     setOutcome(record, isWholeLot ? QString() : "the quantity is no multiple of 100");
     m_orders.insert(orderId, record);
-    Bus::instance().publish(orderEntered, record);
+    publish(orderEntered, record);
     return record;
 }
 
@@ -58,6 +67,6 @@ QVariantMap OrderBook::cancel(const QString &orderId)
     record[Security::orderStatus] = "cancelled";
     setOutcome(record, {});
     m_orders.insert(orderId, record);
-    Bus::instance().publish(orderChanged, record);
+    publish(orderChanged, record);
     return record;
 }

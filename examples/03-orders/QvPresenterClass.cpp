@@ -1,26 +1,36 @@
-// A participant of the bus. It subscribes to events; nobody takes its own events and requests yet.
+// A participant of the bus. It publishes events and subscribes to them. Nobody answers its requests yet.
 #include "QvPresenterClass.h"
 
 #include "Bus.h"
 #include "CEventMessageCommon.h"
 #include "CMessageCommon.h"
 
-/// What the bus keeps about a presenter: nothing, because this terminal has only one.
-class QvPresenterClass::Private {};
+#include <atomic>
+#include <memory>
+
+/// What the bus keeps about a presenter: its address.
+class QvPresenterClass::Private {
+public:
+    const int pid;
+};
 
 QvPresenterClass::QvPresenterClass(const QString &, QObject *parent, IMessageInterface::ThreadType)
-    : QObject(parent), d(new Private)
+    : QObject(parent), d([] {
+        static std::atomic<int> lastPid{0};
+        return new Private{++lastPid};
+    }())
 {
 }
 
 QvPresenterClass::~QvPresenterClass()
 {
+    Bus::instance().leave(this);
     delete d;
 }
 
 int QvPresenterClass::pluginPid() const
 {
-    return 1;
+    return d->pid;
 }
 
 void QvPresenterClass::SubEvent(int, const QVariant &eventId, int)
@@ -30,7 +40,8 @@ void QvPresenterClass::SubEvent(int, const QVariant &eventId, int)
 
 void QvPresenterClass::PutEvent(int, CEventMessageCommon *event)
 {
-    delete event; // the bus owns what it is given
+    const std::unique_ptr<CEventMessageCommon> taken(event); // the bus owns what it is given
+    Bus::instance().publish(taken->Type().toInt(), taken->Msg());
 }
 
 int QvPresenterClass::sendRequest_Async(CMessageCommon *request)
