@@ -1,5 +1,5 @@
 # Makes the Debian packages and looks at what each says of itself and brings.
-#   cmake -DBUILD=… -DWORK=… -DVERSION=… -P check_packages.cmake
+#   cmake -DBUILD=… -DWORK=… -DVERSION=… -DSOVERSION=… -P check_packages.cmake
 file(REMOVE_RECURSE "${WORK}")
 execute_process(COMMAND "${CMAKE_CPACK_COMMAND}" -G DEB -B "${WORK}" --config "${BUILD}/CPackConfig.cmake"
     WORKING_DIRECTORY "${BUILD}" COMMAND_ERROR_IS_FATAL ANY)
@@ -32,14 +32,14 @@ function(expect package)
     endif()
 endfunction()
 
-string(REGEX MATCH "^[0-9]+" major "${VERSION}")
 string(REPLACE "." "\\." version "${VERSION}")
+string(REPLACE "." "\\." soversion "${SOVERSION}")
 execute_process(COMMAND dpkg --print-architecture
     OUTPUT_VARIABLE here OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
-set(runtime "libvarnel-websdk${major}")
+set(runtime "libvarnel-websdk${SOVERSION}")
 
 expect(${runtime} ARCHITECTURE ${here} DEPENDS libqt5core5a libc6
-    FILES "lib/libVarnelWebSDK\\.so\\.${major}" "lib/libVarnelWebSDK\\.so\\.${version}" ONLY "/libVarnelWebSDK\\.so\\.")
+    FILES "lib/libVarnelWebSDK\\.so\\.${soversion}" "lib/libVarnelWebSDK\\.so\\.${version}" ONLY "/libVarnelWebSDK\\.so\\.")
 expect(libvarnel-websdk-dev ARCHITECTURE ${here} DEPENDS "${runtime} \\(= ${version}\\)" qtbase5-dev
     FILES "lib/libVarnelWebSDK\\.so" "lib/pkgconfig/varnel-websdk\\.pc" "lib/cmake/VarnelWebSDK/VarnelWebSDKConfig\\.cmake"
         "include/VarnelWebSDK/host/QvCore\\.h" "share/VarnelWebSDK/starter/QvCore\\.cpp")
