@@ -88,6 +88,7 @@ declare -A packages=(
     [web]='nodejs:node npm:npm'
     [test]='binutils:nm pkg-config:pkg-config abigail-tools:abidiff dpkg-dev:dpkg-shlibdeps'
     [package]='dpkg-dev:dpkg-shlibdeps'
+    [examples]='qtwebengine5-dev libqt5webchannel5-dev'
     [browser]='chromium:chromium fonts-wqy-zenhei'
     [clang]='clang:clang++ libclang-rt-14-dev llvm:llvm-symbolizer'
     [mutate]='python3:python3'
