@@ -20,6 +20,10 @@ class QJsonDocument;
 /// One for the process, made by the first instance(), destroyed when the library is unloaded.
 /// Every operation may be called from any thread, several at once, as far as the host's own may.
 /// It keeps nothing between calls but the display mode, and never throws.
+///
+/// The operations named process… return the whole reply as compact JSON; uuid comes back in it unchanged. Unless an
+/// operation says otherwise, "code" is "0" and "msg" empty, whatever the host answers: when nothing is found, the
+/// result is empty. A host value that JSON cannot express is null.
 class VARNEL_WEBSDK_API DataProcess : public QObject {
     Q_OBJECT
 public:
@@ -31,11 +35,8 @@ public:
     /// last call counts for all views.
     void init();
 
-    // The operations named process… return the whole reply as compact JSON; uuid comes back in it unchanged.
-    // Unless an operation says otherwise, "code" is "0" and "msg" empty, whatever the host answers: when nothing is
-    // found, the result is empty. A host value that JSON cannot express is null.
-
-    // Login and accounts
+    /// @name Login and accounts
+    /// @{
 
     /// "resultData": the token of the current login.
     QString processToken(const QString &uuid);
@@ -54,7 +55,9 @@ public:
     /// neither is empty.
     QString processGetOPStation(const QString &uuid, const QString &first, const QString &second);
 
-    // Orders and executions
+    /// @}
+    /// @name Orders and executions
+    /// @{
 
     /// The host's query keys for a page's filter. The filter is an object of optional lists of texts; anything else
     /// sets no condition. Each fund account is replaced by its first trading account.
@@ -67,7 +70,9 @@ public:
     /// The same for executions, with "executionInfoList".
     QString processExecutionList(const QString &uuid, const QVariant &filter, const int &pageArg1, const int &pageArg2);
 
-    // Positions and assets
+    /// @}
+    /// @name Positions and assets
+    /// @{
 
     /// "resultData": the positions of the fund accounts, account by account; with a symbol only those of exactly
     /// that symbol.
@@ -81,7 +86,9 @@ public:
     /// for an unknown fund account.
     QVariantMap packageAsset(const QString &fundAccount);
 
-    // Records
+    /// @}
+    /// @name Records
+    /// @{
 
     /// A host's order as pages know it: each page key with the pair of its display text and underlying value. What the
     /// host leaves out is null.
@@ -93,14 +100,19 @@ public:
     /// A position as pages know it: one value for each page key, and the bond interest.
     QVariantMap packagePositionMsg(const QVariantMap &record);
 
-    // The packaged record alone as compact JSON, for a push.
+    /// @}
+    /// @name Texts of pushes
+    /// The record alone as compact JSON.
+    /// @{
 
     QString getEntrustOrderMsg(const QVariantMap &record);   ///< the text of packageEntrustOrderMsg
     QString getExecutionOrderMsg(const QVariantMap &record); ///< the text of packageExecutionOrderMsg
     QString getPositionMsg(const QVariantMap &record);       ///< the text of packagePositionMsg
     QString getAssetMsg(const QString &fundAccount); ///< the text of packageAsset; "{}" for an unknown fund account
 
-    // Securities
+    /// @}
+    /// @name Securities
+    /// @{
 
     /// "resultData": {"symbol", "displayName", "spellName"} of each security that the filter selects. filter: a
     /// JSON text whose "symbolFilter" lists security classes; what is no JSON gets "code" "-1" and no
@@ -114,7 +126,9 @@ public:
     /// known or not.
     QString processSymbolDetail(const QString &uuid, const QString &symbols);
 
-    // Quotes
+    /// @}
+    /// @name Quotes
+    /// @{
 
     /// "resultData": the quote as it is. bare: the quote alone as JSON, without an envelope, for a push.
     QString processTick(const QString &uuid, const QString &symbol, const QVariantMap &tick, bool bare);
@@ -134,7 +148,10 @@ public:
                                const QString &argument4, const QString &side, const QString &priceType,
                                const QString &argument7, const QString &argument8);
 
-    // Settings and permissions: none of these can fail as far as a page is told.
+    /// @}
+    /// @name Settings and permissions
+    /// None of these can fail as far as a page is told.
+    /// @{
 
     /// "resultData": the setting of the login account; empty when it was never saved.
     QString processGetSetting(const QString &uuid, const QString &key);
@@ -149,6 +166,8 @@ public:
     /// Opens the host's permission menu. "resultData": always empty; the reply confirms the request, not its
     /// outcome.
     QString processOpenPermissionMenu(const QString &uuid);
+
+    /// @}
 
 private:
     DataProcess();

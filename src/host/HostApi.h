@@ -7,8 +7,8 @@
 
 #if defined(VARNEL_HOST_STATIC)
 /// Marks every class and constant that the host terminal defines and the library only uses.
-/// A host defines VARNEL_HOST_BUILD while it compiles its definitions; a host that is linked statically defines
-/// VARNEL_HOST_STATIC everywhere. The CMake function varnel_implements_host() defines them.
+/// A host defines VARNEL_HOST_BUILD while it compiles its definitions, as the CMake function varnel_implements_host()
+/// does. VARNEL_HOST_STATIC, for a host in the same executable, comes with a library that was built with that option.
 #    define VARNEL_HOST_API
 #elif defined(VARNEL_HOST_BUILD)
 #    define VARNEL_HOST_API Q_DECL_EXPORT

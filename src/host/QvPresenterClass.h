@@ -59,7 +59,9 @@ public:
     /// WebMsgCenter::syncRequestKLineData.
     int sendRequest_Sync(CMessageCommon *request, QVariant &reply);
 
-    // What the bus delivers; it may call these on a thread of its own. The base does nothing.
+    /// @name What the bus delivers
+    /// It may call these on a thread of its own. The base does nothing.
+    /// @{
 
     /// An event: type is its id, data its body for CUnPackMessageCommon::SetUnPackMsg. The library ignores the name.
     virtual void ProcEventMsg(QString name, QVariant type, QVariant data);
@@ -70,6 +72,8 @@ public:
 
     /// Any other answer. The library needs none.
     virtual void ProcAsyncCallBack(int id, QString name, QVariant type, QVariant data);
+
+    /// @}
 
 private:
     class Private;

@@ -14,7 +14,8 @@
 /// empty answer or 0, never a failure.
 class VARNEL_HOST_API VarnelBusinessDataInterface {
 public:
-    // Accounts
+    /// @name Accounts
+    /// @{
 
     /// The trading accounts below a fund account; the library trades and asks through the first. It always passes true.
     /// When the list is empty, the fund account counts as unknown.
@@ -48,7 +49,9 @@ public:
     /// no trading event.
     static int GetOrloEventMsgIdByStr(const QString &eventName);
 
-    // Securities
+    /// @}
+    /// @name Securities
+    /// @{
 
     /// The symbol of a security; empty when there is none. Asked for positions without a symbol.
     static QString GetSymbolBySecurityIDAndExchange(const QString &securityId, const QString &exchange);
@@ -78,4 +81,6 @@ public:
 
     /// Sub-type of a security, a text of the host that pages get as it is.
     static QString GetSecuritySubTypeBySymbol(const QString &symbol);
+
+    /// @}
 };

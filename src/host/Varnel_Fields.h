@@ -6,42 +6,42 @@
 
 /// Field names of the host. The host defines the texts; the library never assumes one.
 namespace Varnel_Fields {
-/// Of orders.
+/// Fields of orders.
 namespace ETF {
-extern VARNEL_HOST_API const QString UserReference3; ///< where the order came from: key of an order query
+extern VARNEL_HOST_API const QString UserReference3; ///< where the order came from, for order queries
 } // namespace ETF
 
-/// Of the details of a trading account.
+/// Fields of the details of a trading account.
 namespace NormalFundEx {
 extern VARNEL_HOST_API const QString marketValue;  ///< market value of the holdings, a number
 extern VARNEL_HOST_API const QString assetBalance; ///< total assets, a number
 } // namespace NormalFundEx
 
-/// Of the details of a trading account, of stock accounts too.
+/// Fields of the details of a trading account, of stock accounts too.
 namespace Futures {
-extern VARNEL_HOST_API const QString HoldingCost;        ///< what the holdings have cost, a number
-extern VARNEL_HOST_API const QString OpenCost;           ///< what the holdings cost when they were opened, a number
-extern VARNEL_HOST_API const QString ClosePosProfitDate; ///< today's closed positions: profit since the last settlement
-extern VARNEL_HOST_API const QString ClosePosProfitTrade; ///< today's closed positions: profit since they were opened
+extern VARNEL_HOST_API const QString HoldingCost;         ///< what the holdings have cost, a number
+extern VARNEL_HOST_API const QString OpenCost;            ///< what the holdings cost when they were opened, a number
+extern VARNEL_HOST_API const QString ClosePosProfitDate;  ///< profit of positions closed today, since settlement
+extern VARNEL_HOST_API const QString ClosePosProfitTrade; ///< profit of positions closed today, since opening
 } // namespace Futures
 
-/// Of the details of a trading account. The library computes them itself unless it is a futures account.
+/// Fields of the details of a trading account. The library computes them itself unless it is a futures account.
 namespace AssetView {
 extern VARNEL_HOST_API const QString profitAndLoss; ///< market value less holding cost, a number
 extern VARNEL_HOST_API const QString returnRate;    ///< that as a fraction of the holding cost, a number
 } // namespace AssetView
 
-/// Of the parameters of a trading account in one currency.
+/// Fields of the parameters of a trading account in one currency.
 namespace Security {
 extern VARNEL_HOST_API const QString withDrawQuota; ///< money that can be withdrawn, a number
 } // namespace Security
 
-/// Of permissions.
+/// Fields of permissions.
 namespace FastFocus {
 extern VARNEL_HOST_API const QString fundAccount; ///< the fund account of a permission record
 } // namespace FastFocus
 
-/// Of strategy messages. QvPresenterClass::PutEvent lists the fields of each.
+/// Fields of strategy messages. QvPresenterClass lists the fields of each.
 namespace VeloxFields {
 extern VARNEL_HOST_API const QString msgSubEventType;     ///< which message it is: one of VeloxValues
 extern VARNEL_HOST_API const QString strategyCustomMsgID; ///< the identifier that pages subscribe to, a text

@@ -50,8 +50,10 @@ public:
     /// Subscriptions stay: a view that is entered again goes on getting what it subscribed to.
     void unReg(VarnelCefView *view);
 
-    // Subscriptions, for the view's page. Owning thread only. Each is answered on the view by one event that
-    // carries the uuid, and does nothing when the view is null.
+    /// @name Subscriptions
+    /// For the view's page. Owning thread only. Each is answered on the view by one event that carries the uuid, and
+    /// does nothing when the view is null.
+    /// @{
 
     /// Asks the host to stream the quotes of the symbols and pushes them to the view while it is registered. Symbols
     /// are compared exactly as they are written.
@@ -66,6 +68,10 @@ public:
     /// The same without an answer. The pointer is not followed.
     void unsubscribeAll(VarnelCefView *view);
 
+    /// @}
+    /// @name Permissions and settings
+    /// @{
+
     /// True when the fund account may use the support type; false when either is unknown. Any thread. While no
     /// permissions are loaded it asks the host's server first, and blocks until the server answers.
     bool getPermission(const QString &fundAccount, const QString &supportType);
@@ -78,6 +84,10 @@ public:
     /// ignored. Any thread.
     void saveSetting(const QString &key, const QString &value);
 
+    /// @}
+    /// @name K-lines
+    /// @{
+
     /// Asks for candles of a symbol from startTime to stopTime (texts in the host's own form). Sets
     /// clientMsgID before the request is sent; signalKLineDataRcv brings the answer under that id, and
     /// nothing comes when there are no candles. Returns the bus's result code, 0 for sent. Any thread.
@@ -89,20 +99,27 @@ public:
     int syncRequestKLineData(const QString &symbol, const QString &startTime, const QString &stopTime,
                              EMD_KLINE_PERIOD period, QList<QVariantMap> &data);
 
-    /// For the bus: takes in the trading events and the strategy platform's, on any thread. Their pushes are made on
+    /// @}
+    /// @name For the bus
+    /// @{
+
+    /// Takes in the trading events and the strategy platform's, on any thread. Their pushes are made on
     /// the owning thread, but the notice that the orders are loaded is broadcast before this returns: a registered
     /// view must not go away while it is under way.
     void ProcEventMsg(QString eventName, QVariant type, QVariant data) override;
 
-    /// For the bus: takes in K-line answers, on any thread, and ignores everything else.
+    /// Takes in K-line answers, on any thread, and ignores everything else.
     void ProcQuotationMsg(QString name, QVariant type, QVariant data) override;
 
-    /// For the bus: does nothing, because answers come through ProcQuotationMsg.
+    /// Does nothing, because answers come through ProcQuotationMsg.
     void ProcAsyncCallBack(int id, QString name, QVariant type, QVariant data) override;
 
-    // Strategy control, for the page of the view. arguments: those of the page, uuid first. Each call is sent to the
-    // strategy platform over the bus, which takes a copy; a call with too few arguments does nothing. Owning thread
-    // only.
+    /// @}
+    /// @name Strategy control
+    /// For the page of the view. arguments: those of the page, uuid first. Each call is sent to the strategy platform
+    /// over the bus, which takes a copy; a call with too few arguments does nothing. The platform's answer becomes that
+    /// of the page, while the view is registered. Owning thread only.
+    /// @{
 
     /// 1 file path, 2 language (integer), 3 fund accounts (comma list), 4 basic parameters, 5 extension. All needed.
     Q_INVOKABLE void Vlx_startStrategy_REQ(const QList<QVariant> &arguments, VarnelCefView *panelPtr);
@@ -120,13 +137,19 @@ public:
     /// 1 strategy id, 2 extension. All needed.
     Q_INVOKABLE void Vlx_queryStrategyStatus_REQ(const QList<QVariant> &arguments, VarnelCefView *panelPtr);
 
-    /// The second half of the initialisation. Not for hosts.
+    /// @}
+    /// @name Not for hosts
+    /// @{
+
+    /// The second half of the initialisation.
     Q_INVOKABLE void AsyncInit();
 
     // Invokable so that another thread can start a timer through a queued call.
 
     Q_INVOKABLE void AsyncStartEntrustTimer();   ///< Pushes the orders collected so far after 200 ms.
     Q_INVOKABLE void AsyncStartExecutionTimer(); ///< Pushes the executions collected so far after 200 ms.
+
+    /// @}
 
 signals:
     /// Part of the interface; nothing in the library emits it.

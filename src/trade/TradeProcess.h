@@ -10,6 +10,9 @@
 /// Every operation may be called from any thread, several at once, as far as the host's own may; it blocks until the
 /// host has answered.
 /// It keeps nothing between calls, never repeats an order and never throws.
+///
+/// The operations named process… return the whole reply as compact JSON; uuid comes back in it unchanged. A host value
+/// that JSON cannot express is null.
 class VARNEL_WEBSDK_API TradeProcess : public QObject {
     Q_OBJECT
 public:
@@ -19,9 +22,6 @@ public:
 
     /// Does nothing; each TradeThread calls it when it is made.
     void init();
-
-    // Each returns the whole reply as compact JSON; uuid comes back in it unchanged. A host value that JSON cannot
-    // express is null.
 
     /// Places one order through the first trading account of the fund account. orderSide and priceType are codes of
     /// the host; price is passed on as it is; qty is a whole number in base 10, anything else is 0. "code" and "msg"

@@ -122,7 +122,6 @@ async function withSimulator(speed: number, use: (page: ExamplePage) => Promise<
 }
 
 async function queries(page: ExamplePage): Promise<void> {
-  await page.call('Data_getKLineData_REQ', symbol, '20250228', '20250228', '2'); // first, as its request is numbered
   await page.call('Data_getToken_REQ');
   await page.call('Data_getLoginTrader_REQ');
   await page.call('Data_getTraderList_REQ');
@@ -188,9 +187,11 @@ async function strategies(page: ExamplePage): Promise<void> {
 export async function collectExamples(): Promise<Examples> {
   const [still, moving] = await Promise.all([
     withSimulator(0.05, async (page) => {
+      // The bus numbers requests and events: this request comes before them all.
+      await page.call('Data_getKLineData_REQ', symbol, '20250228', '20250228', '2');
+      await orders(page);
       await queries(page);
       await subscriptions(page);
-      await orders(page);
       await strategies(page);
     }),
     withSimulator(0.5, async (page) => {

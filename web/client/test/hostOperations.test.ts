@@ -56,7 +56,7 @@ describe('the page of host operations', () => {
   });
 
   it('names the threads that it explains', () => {
-    const threads = new Set(cells.flatMap(([, , thread]) => thread!.split(', ')));
+    const threads = new Set(cells.flatMap(([, , , thread]) => thread!.split(', ')));
     expect([...threads].sort()).toEqual(['any', 'bus', 'center', 'host', 'page']);
   });
 });

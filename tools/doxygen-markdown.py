@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
-"""Filter for Doxygen: prints a Markdown document with links that Doxygen follows as GitHub does.
+"""Filter for Doxygen: prints a Markdown document with links and folds that Doxygen understands as GitHub does.
 
 Doxygen 1.9.4 knows only the anchors that headings name themselves, and these in all documents together. So each heading
-gets the anchor that GitHub would give it, after the name of its document, and links to it are changed alike.
+gets the anchor that GitHub would give it, after the name of its document, and links to it are changed alike. It ends a fold at the first
+empty line, unless it is told to pass the tags on unread.
 """
 
 import pathlib
@@ -12,6 +13,7 @@ import sys
 FENCE = re.compile(r"^(```|~~~)")
 HEADING = re.compile(r"^(##+) (.*)$")
 LINK = re.compile(r"\]\((?:([\w-]+)\.md)?#([\w-]+)\)")
+FOLD = re.compile(r"^(<details>.*|</details>)$")
 OUTSIDE = re.compile(r"\[([^\]]+)\]\(\.\./[^)]*\)")  # what is in no package
 
 
@@ -24,6 +26,7 @@ def filtered(line, document):
     heading = HEADING.match(line)
     if heading:
         return f"{line} {{#{anchor(document, heading[2])}}}"
+    line = FOLD.sub(r"@htmlonly[block]\1@endhtmlonly", line)
     line = LINK.sub(lambda link: f"](#{link[1] or document}-{link[2]})", line)
     return OUTSIDE.sub(r"\1", line)
 
