@@ -1,7 +1,9 @@
 #include "hostcheck/checks/BusTalk.h"
 #include "hostcheck/checks/Tables.h"
 
+#include <condition_variable>
 #include <cstring>
+#include <mutex>
 #include <new>
 
 namespace HostCheck {
@@ -33,6 +35,19 @@ void endWithEventsOnTheirWay(const KnownValues &)
     Probe sender;
     Probe witness;
     const QVariant id = strategyCallEvent();
+
+    // The witness holds the bus back, so that the events are still on their way when the other presenter ends.
+    struct Gate {
+        std::mutex mutex;
+        std::condition_variable changed;
+        bool isOpen = false;
+    } gate;
+    const std::thread::id mainThread = std::this_thread::get_id();
+    witness.onDelivery([&] {
+        std::unique_lock lock(gate.mutex);
+        if (std::this_thread::get_id() != mainThread)
+            gate.changed.wait_for(lock, std::chrono::milliseconds(patience() / 4), [&] { return gate.isOpen; });
+    });
     witness.SubEvent(witness.pluginPid(), id, 1);
 
     // The place of the ended presenter is overwritten, so that a bus that still calls it crashes for certain.
@@ -44,6 +59,11 @@ void endWithEventsOnTheirWay(const KnownValues &)
         publish(sender, QStringLiteral("early"));
     ended->~QvPresenterClass();
     std::memset(place, 0, sizeof(place));
+    {
+        const std::lock_guard lock(gate.mutex);
+        gate.isOpen = true;
+        gate.changed.notify_all();
+    }
 
     const QString sentinel = QStringLiteral("sentinel");
     publish(sender, sentinel);

@@ -154,19 +154,15 @@ void forEachGenerator(const KnownValues &known, Test test)
 void columnsByPosition(const KnownValues &known)
 {
     forEachGenerator(known, [](const Generator &generator, const QVariantMap &record) {
-        QStringList reversed;
-        for (const QString &column : generator.columns)
-            reversed.prepend(column);
-        const LineData forwards = filled(generator, record, generator.columns);
-        const LineData backwards = filled(generator, record, reversed);
-        const int last = reversed.size() - 1;
-        for (int i = 0; i <= last; ++i) {
-            // Quotes may change between the two, so that only what a quote does not change is compared.
-            const bool areAlike = forwards.value(i).isEmpty() == backwards.value(last - i).isEmpty() &&
-                                  forwards.value(i).value(user).type() == backwards.value(last - i).value(user).type();
-            expect(areAlike, "lineData[i] is the cell of column i of the columns that are asked for",
-                   QStringLiteral("%1 fills column %2 differently in a list that is reversed")
-                       .arg(QLatin1String(generator.name), generator.columns[i]));
+        if (&generator == &position())
+            return; // its cells may change between two calls, with the quotes
+        const LineData together = filled(generator, record, generator.columns);
+        for (int i = 0; i < generator.columns.size(); ++i) {
+            const QVariantMap alone = filled(generator, record, {generator.columns[i]}).value(0);
+            expect(
+                together.value(i) == alone, "lineData[i] is the cell of column i of those that are asked for",
+                QStringLiteral("%1 fills %2 with %3 among the others, and with %4 alone")
+                    .arg(QLatin1String(generator.name), generator.columns[i], shown(together.value(i)), shown(alone)));
         }
     });
 }

@@ -26,6 +26,7 @@ QString start(const QStringList &, HostCheck::KnownValues &known)
         if (security.kind == sim::SecurityKind::Bond)
             known.bond = security.symbol;
     }
+    known.startTime = scenario.start.date().addDays(-7).toString(QStringLiteral("yyyyMMdd"));
     known.order.side = QStringLiteral("Buy");
     known.order.priceType = QStringLiteral("Limit");
     known.order.price = QStringLiteral("18.00");
