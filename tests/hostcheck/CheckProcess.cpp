@@ -8,49 +8,66 @@
 
 #include <algorithm>
 
-QMap<QString, QString> CheckRun::words() const
+std::map<std::string, std::string> CheckRun::words() const
 {
     static const QRegularExpression line(QStringLiteral("^(ok|FAILED|CRASHED|TIMED OUT|skipped) +([a-z.-]+)"),
                                          QRegularExpression::MultilineOption);
-    QMap<QString, QString> words;
-    QRegularExpressionMatchIterator lines = line.globalMatch(output);
+    std::map<std::string, std::string> words;
+    QRegularExpressionMatchIterator lines = line.globalMatch(QString::fromStdString(output));
     while (lines.hasNext()) {
         const QRegularExpressionMatch match = lines.next();
-        words.insert(match.captured(2), match.captured(1));
+        words[match.captured(2).toStdString()] = match.captured(1).toStdString();
     }
     return words;
 }
 
-QStringList CheckRun::checksThat(std::initializer_list<const char *> wanted) const
+std::string CheckRun::word(const std::string &check) const
 {
-    QStringList checks;
-    const QMap<QString, QString> all = words();
-    for (auto check = all.cbegin(); check != all.cend(); ++check) {
-        const auto isIt = [&](const char *word) { return *check == QLatin1String(word); };
-        if (std::any_of(wanted.begin(), wanted.end(), isIt))
-            checks.append(check.key());
+    return words()[check];
+}
+
+CheckRun::Names CheckRun::checks() const
+{
+    return checksThat({"ok", "FAILED", "CRASHED", "TIMED OUT", "skipped"});
+}
+
+CheckRun::Names CheckRun::checksThat(std::initializer_list<std::string> wanted) const
+{
+    Names checks;
+    for (const auto &[check, word] : words()) {
+        if (std::find(wanted.begin(), wanted.end(), word) != wanted.end())
+            checks.push_back(check);
     }
     return checks;
 }
 
-CheckRun runProgram(const char *program, const QStringList &arguments, const char *fault)
+std::string CheckRun::entry(const std::string &check) const
+{
+    const QRegularExpression entry(QStringLiteral("^[A-Zoks][^\\n]* %1\\b[^\\n]*(\\n {11}[^\\n]*)*")
+                                       .arg(QRegularExpression::escape(QString::fromStdString(check))),
+                                   QRegularExpression::MultilineOption);
+    return entry.match(QString::fromStdString(output)).captured(0).toStdString();
+}
+
+CheckRun runProgram(const std::string &program, const std::string &arguments, const std::string &fault)
 {
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("VARNEL_HOST_FAULT"), QString::fromLatin1(fault));
+    environment.insert(QStringLiteral("VARNEL_HOST_FAULT"), QString::fromStdString(fault));
     process.setProcessEnvironment(environment);
-    process.start(QString::fromLocal8Bit(program), arguments);
+    process.start(QString::fromStdString(program),
+                  QString::fromStdString(arguments).split(QLatin1Char(' '), Qt::SkipEmptyParts));
     constexpr int kPatienceMs = 50000; // below the time limit of a test
     EXPECT_TRUE(process.waitForFinished(kPatienceMs)) << qPrintable(process.errorString());
     EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
     CheckRun run;
     run.exitStatus = process.exitCode();
-    run.output = QString::fromLocal8Bit(process.readAllStandardOutput()).remove(QLatin1Char('\r'));
-    run.errors = QString::fromLocal8Bit(process.readAllStandardError()).remove(QLatin1Char('\r'));
+    run.output = process.readAllStandardOutput().replace("\r", "").toStdString();
+    run.errors = process.readAllStandardError().replace("\r", "").toStdString();
     return run;
 }
 
-CheckRun runSample(const QString &arguments, const char *fault)
+CheckRun runSample(const std::string &arguments, const std::string &fault)
 {
-    return runProgram(SAMPLE_CHECK, arguments.split(QLatin1Char(' '), Qt::SkipEmptyParts), fault);
+    return runProgram(SAMPLE_CHECK, arguments, fault);
 }

@@ -1,13 +1,13 @@
 #pragma once
 
-#include <initializer_list>
+#include <string>
 #include <vector>
 
 /// A fault that the sample host can have, and the checks that then fail: all of them, and no others. Most faults break
 /// one expectation. Where more than one check fails, the fault cannot help breaking them all.
 struct PlantedFault {
-    const char *fault;
-    std::vector<const char *> checks;
+    std::string fault;
+    std::vector<std::string> checks; ///< sorted
 };
 
 inline const std::vector<PlantedFault> plantedFaults{

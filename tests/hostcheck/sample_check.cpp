@@ -2,6 +2,9 @@
 #include "host/World.h"
 #include "hostcheck/HostCheck.h"
 
+#include <cstdio>
+#include <cstdlib>
+
 // varnel-host-check for the sample host, with a main() of one's own. The argument "missing" stands for values that
 // nobody has named.
 
@@ -11,6 +14,12 @@ QString start(const QStringList &arguments, HostCheck::KnownValues &known)
 {
     if (hasFault("StartFails"))
         return QStringLiteral("no login");
+    if (hasFault("StartCrashes"))
+        std::abort();
+    while (hasFault("StartHangs"))
+        QThread::msleep(1);
+    if (hasFault("PrintsHalfALine"))
+        std::fputs("half a line", stdout);
     if (arguments.contains(QStringLiteral("missing")))
         return {};
     known.symbol = kShare;
