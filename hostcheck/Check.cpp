@@ -162,6 +162,13 @@ bool fitsJson(const QVariant &value)
     return !value.isValid() || !QJsonValue::fromVariant(value).isNull();
 }
 
+void expectFitsJson(const QVariantMap &fields)
+{
+    for (auto field = fields.cbegin(); field != fields.cend(); ++field)
+        expect(fitsJson(*field), "JSON can carry every field",
+               QStringLiteral("\"%1\" holds a %2").arg(field.key(), QLatin1String(field->typeName())));
+}
+
 double numberIn(const QVariantMap &fields, const QString &field, const char *expected)
 {
     const QVariant value = fields.value(field);

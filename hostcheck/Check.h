@@ -90,6 +90,9 @@ extern const QString kUnknown;
 /// Whether JSON can carry the value: one of an unknown type would reach the page as null.
 bool fitsJson(const QVariant &value);
 
+/// Fails the check unless JSON can carry every field.
+void expectFitsJson(const QVariantMap &fields);
+
 /// The value as a number; the check fails when it is none.
 double numberIn(const QVariantMap &fields, const QString &field, const char *expected);
 

@@ -11,6 +11,10 @@
 
 #include <memory>
 
+#ifdef Q_OS_WIN
+#    include <windows.h>
+#endif
+
 namespace HostCheck {
 
 namespace {
@@ -26,6 +30,14 @@ void chooseDisplay()
     const auto missing = [](const char *name) { return qEnvironmentVariableIsEmpty(name); };
     if (missing("QT_QPA_PLATFORM") && missing("DISPLAY") && missing("WAYLAND_DISPLAY"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
+#endif
+}
+
+/// Lets a crash end the process at once. Windows would first ask the user what to do.
+void leaveOutCrashDialogs()
+{
+#ifdef Q_OS_WIN
+    SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
 #endif
 }
 
@@ -82,6 +94,7 @@ int run(int argc, char *argv[], const Options &options)
     }
     setPatience(line.timeLimit / 2);
     if (!line.childToken.isEmpty()) {
+        leaveOutCrashDialogs();
         runChecks(line.selected, options, line.known, line.hostArguments, listenerForParent(line.childToken));
         return kNothingFailed;
     }

@@ -73,16 +73,6 @@ std::vector<Probe::Delivery> Probe::deliveries() const
     return m_record->deliveries();
 }
 
-std::vector<Probe::Delivery> Probe::deliveries(Operation operation) const
-{
-    std::vector<Delivery> chosen;
-    for (const Delivery &delivery : deliveries()) {
-        if (delivery.operation == operation)
-            chosen.push_back(delivery);
-    }
-    return chosen;
-}
-
 void Probe::ProcEventMsg(QString, QVariant type, QVariant data)
 {
     m_record->add(EventMsg, type, data);

@@ -34,7 +34,6 @@ public:
     void onDelivery(const std::function<void()> &function);
 
     std::vector<Delivery> deliveries() const;
-    std::vector<Delivery> deliveries(Operation operation) const;
 
     void ProcEventMsg(QString name, QVariant type, QVariant data) override;
     void ProcQuotationMsg(QString name, QVariant type, QVariant data) override;

@@ -34,8 +34,8 @@ void runChecks(const QStringList &checks, const Options &options, const KnownVal
     KnownValues known = options.known;
     QString problem;
     listener.begins(QLatin1String(kStartCheck));
-    const Check start{kStartCheck, "", [](const KnownValues &) {}};
-    Result started = runCheck(start, known);
+    Result started;
+    started.name = QLatin1String(kStartCheck);
     if (options.start)
         problem = options.start(hostArguments, known);
     if (!problem.isEmpty()) {

@@ -122,6 +122,13 @@ void answerHasTheId(const KnownValues &known)
            QStringLiteral("\"%1\" instead of \"%2\"").arg(id, exchange(known).id));
 }
 
+void candlesFitJson(const KnownValues &known)
+{
+    const QVariantList candles = candlesIn(answerTo(known).data);
+    for (const QVariant &candle : candles)
+        expectFitsJson(candle.toMap());
+}
+
 void answerComesAfterTheCall(const KnownValues &known)
 {
     answerTo(known);
@@ -210,6 +217,23 @@ void syncAnswerIsAList(const KnownValues &known)
            QStringLiteral("a %1").arg(QLatin1String(reply.typeName())));
 }
 
+void syncAnswerOnThreads(const KnownValues &known)
+{
+    if (waitedFor(known).result != 0)
+        skip(QStringLiteral("no answer comes: see k-lines.sync-answer"));
+    constexpr int kThreads = 2;
+    Probe probe;
+    std::vector<int> results(kThreads, -1);
+    // This thread turns no event loop meanwhile.
+    onThreads(kThreads, [&](int number) {
+        QVariant reply;
+        results[size_t(number)] = probe.sendRequest_Sync(kLineRequest(probe, known).message.release(), reply);
+    });
+    for (const int result : results)
+        expect(result == 0, "sendRequest_Sync works on every thread, while the user-interface thread is busy",
+               QString::number(result));
+}
+
 } // namespace
 
 CheckTable kLineChecks()
@@ -221,6 +245,7 @@ CheckTable kLineChecks()
         {"k-lines.answer-has-its-type", "The library ignores the answers to K-line calls.", answerHasItsType},
         {"k-lines.answer-is-a-list", "The library takes every K-line answer for an empty one.", answerIsAList},
         {"k-lines.answer-has-the-id", "No page gets the answer, because nobody knows whose it is.", answerHasTheId},
+        {"k-lines.candles-fit-json", "Pages get null for a part of a candle.", candlesFitJson},
         {"k-lines.answer-comes-after-the-call", "The answer is dropped, because nobody knows its request yet.",
          answerComesAfterTheCall},
         {"k-lines.sending-does-not-wait", "The terminal's windows stand still during each K-line call.",
@@ -228,6 +253,8 @@ CheckTable kLineChecks()
         {"k-lines.answers-from-threads", "Pages get no answer when several ask at once.", answersFromThreads},
         {"k-lines.sync-answer", "A K-line query that waits gets nothing.", syncAnswer},
         {"k-lines.sync-answer-is-a-list", "A K-line query that waits gets an empty list.", syncAnswerIsAList},
+        {"k-lines.sync-answer-on-threads", "The terminal stands still when another thread waits for K-lines.",
+         syncAnswerOnThreads},
     };
     for (Check &check : checks) {
         check.part = Part::Login;

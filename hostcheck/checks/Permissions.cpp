@@ -1,4 +1,5 @@
 #include "hostcheck/Probe.h"
+#include "hostcheck/Waiting.h"
 #include "hostcheck/checks/Tables.h"
 
 #include "Algo_Fields.h"
@@ -15,22 +16,33 @@ namespace {
 
 using Algo_Fields::VarnelStrategy::supportType;
 
+struct Answer {
+    QList<QVariantMap> records;
+    QString error;
+};
+
+Answer query(QvPresenterClass &presenter, const QString &msgType)
+{
+    CBusinessDataBase *const data = CBusinessDataBase::GetInstance();
+    Answer answer;
+    answer.records = VarnelUtils::QueryDatasFromServer(
+        &presenter, msgType,
+        {{Tessar_Fields::UserAccount::userID, data ? data->GetLoginAccount() : QString()},
+         {supportType, Algo_Values::SupprotType::KFZ_SNB}},
+        BlockingQueryDataMode, answer.error);
+    return answer;
+}
+
 /// Asks as the library does: while the presenter is being constructed.
-class Asking : public Probe {
+class Asking : public Probe, public Answer {
 public:
     explicit Asking(const QString &msgType)
     {
         QMetaObject::invokeMethod(
             this, [this] { turnedTheLoop = true; }, Qt::QueuedConnection);
-        records = VarnelUtils::QueryDatasFromServer(
-            this, msgType,
-            {{Tessar_Fields::UserAccount::userID, present(CBusinessDataBase::GetInstance()).GetLoginAccount()},
-             {supportType, Algo_Values::SupprotType::KFZ_SNB}},
-            BlockingQueryDataMode, error);
+        static_cast<Answer &>(*this) = query(*this, msgType);
     }
 
-    QList<QVariantMap> records;
-    QString error;
     bool turnedTheLoop = false; ///< an event was handled during the query
 };
 
@@ -42,7 +54,7 @@ const Asking &permissions()
     return *asking;
 }
 
-void query(const KnownValues &)
+void succeeds(const KnownValues &)
 {
     expect(permissions().error.isEmpty(), "the query for the permissions succeeds", permissions().error);
     remark(QStringLiteral("%1 permissions").arg(permissions().records.size()));
@@ -54,6 +66,17 @@ void keepsTheEventLoop(const KnownValues &)
     const Asking asking(Varnel_MsgType::QueryAlgoPermissionsByConditionRequest);
     expect(!asking.turnedTheLoop, "the query does not turn the event loop",
            QStringLiteral("another event was handled in it"));
+}
+
+void onThread(const KnownValues &)
+{
+    // As a dispatcher without a view asks, while this thread turns no event loop.
+    if (!permissions().error.isEmpty())
+        skip(QStringLiteral("the query fails: see permissions.query"));
+    Probe probe;
+    QString error;
+    onThreads(1, [&](int) { error = query(probe, Varnel_MsgType::QueryAlgoPermissionsByConditionRequest).error; });
+    expect(error.isEmpty(), "the query succeeds on every thread, while the user-interface thread is busy", error);
 }
 
 void recordFields(const KnownValues &)
@@ -76,10 +99,12 @@ void failureHasAnError(const KnownValues &)
 CheckTable permissionChecks()
 {
     return {
-        {"permissions.query", "Pages are told that the user may not use any algorithm.", query, Part::Login},
+        {"permissions.query", "Pages are told that the user may not use any algorithm.", succeeds, Part::Login},
         {"permissions.keep-the-event-loop",
          "The terminal ends at its start: a page call comes while the message center is being made.", keepsTheEventLoop,
          Part::Login},
+        {"permissions.on-threads", "The terminal stands still when a page without a view asks for a permission.",
+         onThread, Part::Login},
         {"permissions.record-fields", "Pages are told that an account may not use an algorithm, though it may.",
          recordFields, Part::Login},
         {"permissions.failure-has-an-error",

@@ -133,6 +133,7 @@ inline const std::vector<PlantedFault> plantedFaults{
     {"NoTicks", {"quotes.stream"}},
     {"TicksUnderOtherSymbol", {"quotes.ticks-name-the-symbol"}},
     {"EmptyTicks", {"quotes.ticks-have-fields"}},
+    {"TicksNotForJson", {"quotes.ticks-fit-json"}},
     {"SecondSubscriptionEndsStream", {"quotes.stream-again"}},
     {"UnknownSymbolEndsSubscription", {"quotes.stream-beside-unknown"}},
 
@@ -145,10 +146,13 @@ inline const std::vector<PlantedFault> plantedFaults{
     {"SendingWaits", {"k-lines.sending-does-not-wait"}},
     {"RequestsLostOnOtherThreads", {"k-lines.answers-from-threads"}},
     {"NoSyncAnswer", {"k-lines.sync-answer"}},
+    {"SyncRequestsNeedTheUserInterface", {"k-lines.sync-answer-on-threads"}},
+    {"CandlesNotForJson", {"k-lines.candles-fit-json"}},
     {"SyncAnswerInOtherList", {"k-lines.sync-answer-is-a-list"}},
 
     {"PermissionQueryFails", {"permissions.query"}},
     {"PermissionQueryTurnsTheLoop", {"permissions.keep-the-event-loop"}},
+    {"PermissionQueryNeedsTheUserInterface", {"permissions.on-threads"}},
     {"PermissionWithoutFundAccount", {"permissions.record-fields"}},
     {"FailedQueryWithoutError", {"permissions.failure-has-an-error"}},
 

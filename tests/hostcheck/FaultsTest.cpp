@@ -21,7 +21,7 @@ void PrintTo(const PlantedFault &fault, std::ostream *out)
 
 TEST_P(Fault, IsFoundByTheCheckForItAndByNoOther)
 {
-    const CheckRun run = runSample(kEverything + " --time-limit 2", GetParam().fault);
+    const CheckRun run = runSample(kEverything + " --time-limit 3", GetParam().fault);
     EXPECT_EQ(run.broken(), GetParam().checks) << run.output << run.errors;
     EXPECT_EQ(run.exitStatus, 1);
 }

@@ -11,6 +11,19 @@ constexpr double kSpeed = 1000; // as in the simulator's own tests
 
 std::unique_ptr<sim::Terminal> s_terminal;
 
+/// In the form that simulator/host/CPackMessageCommon.cpp describes.
+QVariant packedRows(const QList<QVariantMap> &rows)
+{
+    QVariantList message;
+    for (const QVariantMap &row : rows) {
+        QVariantList fields;
+        for (auto field = row.cbegin(); field != row.cend(); ++field)
+            fields.append(QVariant(QVariantList{field.key(), *field}));
+        message.append(QVariant(fields));
+    }
+    return message;
+}
+
 QString start(const QStringList &, HostCheck::KnownValues &known)
 {
     sim::Scenario scenario;
@@ -31,6 +44,7 @@ QString start(const QStringList &, HostCheck::KnownValues &known)
     known.order.priceType = QStringLiteral("Limit");
     known.order.price = QStringLiteral("18.00");
     known.order.orderQty = 100;
+    known.packRows = packedRows;
     return {};
 }
 

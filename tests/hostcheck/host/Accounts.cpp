@@ -178,6 +178,8 @@ QList<QVariantMap> VarnelUtils::QueryDatasFromServer(QvPresenterClass *, const Q
         error = QStringLiteral("查询失败");
     if (isKnown && hasFault("PermissionQueryFails"))
         error = QStringLiteral("没有应答");
+    if (hasFault("PermissionQueryNeedsTheUserInterface"))
+        askTheUserInterface();
     if (hasFault("PermissionQueryTurnsTheLoop"))
         QCoreApplication::processEvents();
     if (!isKnown || !error.isEmpty())

@@ -3,6 +3,7 @@
 #include "CEventMessageCommon.h"
 #include "CMessageCommon.h"
 #include "Fault.h"
+#include "NotForJson.h"
 #include "Orlo_Keys.h"
 #include "QvPresenterClass.h"
 #include "Tessar_Fields.h"
@@ -115,6 +116,21 @@ void Bus::publish(int eventId, const QVariant &body)
 
 // QvPresenterClass
 
+namespace {
+
+/// Deletes a message that the bus was given. With the fault it is only kept, and never used again.
+template <typename Message>
+void dispose(Message *message, const char *fault)
+{
+    static auto *const kept = new QVector<Message *>;
+    if (hasFault(fault))
+        kept->append(message);
+    else
+        delete message;
+}
+
+} // namespace
+
 class QvPresenterClass::Private {
 public:
     const int pid;
@@ -150,8 +166,7 @@ void QvPresenterClass::SubEvent(int, const QVariant &eventId, int)
 void QvPresenterClass::PutEvent(int, CEventMessageCommon *event)
 {
     const auto publish = [id = event->Type().toInt(), body = event->Msg()] { Bus::instance().publish(id, body); };
-    if (!hasFault("EventsLeak"))
-        delete event;
+    dispose(event, "EventsLeak");
     if (hasFault("EventsLost"))
         return;
     if (hasFault("EventsOutOfOrder") && d->sentEvents++ % 2 == 1) {
@@ -174,6 +189,8 @@ QVariantList candles(const QVariantMap &request)
     QVariantMap candle{{QStringLiteral("close"), 18.36}};
     if (!hasFault("KLineAnswerWithoutId"))
         candle.insert(id, request.value(id));
+    if (hasFault("CandlesNotForJson"))
+        candle.insert(QStringLiteral("extra"), QVariant::fromValue(NotForJson()));
     return {candle, candle};
 }
 
@@ -199,8 +216,7 @@ int QvPresenterClass::sendRequest_Async(CMessageCommon *request)
 {
     const bool isTaken = isServed(*request) && !isLostOnThisThread("RequestsLostOnOtherThreads");
     const QVariantMap fields = unpacked(request->Msg());
-    if (!hasFault("RequestsLeak"))
-        delete request;
+    dispose(request, "RequestsLeak");
     if (!isTaken)
         return kRefused;
     const auto deliver = [fields](QvPresenterClass &presenter) {
@@ -230,10 +246,11 @@ int QvPresenterClass::sendRequest_Async(CMessageCommon *request)
 
 int QvPresenterClass::sendRequest_Sync(CMessageCommon *request, QVariant &reply)
 {
+    if (hasFault("SyncRequestsNeedTheUserInterface"))
+        askTheUserInterface();
     const bool isTaken = isServed(*request) && !hasFault("NoSyncAnswer");
     const QVariantMap fields = unpacked(request->Msg());
-    if (!hasFault("SyncRequestsLeak"))
-        delete request;
+    dispose(request, "SyncRequestsLeak");
     if (!isTaken)
         return kRefused;
     reply = listOf(candles(fields), "SyncAnswerInOtherList");

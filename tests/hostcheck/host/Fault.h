@@ -17,6 +17,14 @@ inline bool isUserInterfaceThread()
     return QThread::currentThread() == QCoreApplication::instance()->thread();
 }
 
+/// Waits until the user-interface thread has turned its event loop. On that thread itself it does nothing.
+inline void askTheUserInterface()
+{
+    if (!isUserInterfaceThread())
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(), [] {}, Qt::BlockingQueuedConnection);
+}
+
 /// Whether the host has the fault that it only answers on the user-interface thread, and this is another thread.
 inline bool isLostOnThisThread(const char *fault)
 {

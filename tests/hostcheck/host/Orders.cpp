@@ -1,6 +1,7 @@
 #include "Bus.h"
 #include "BusinessDataInterface.h"
 #include "Fault.h"
+#include "NotForJson.h"
 #include "OrderRequestList.h"
 #include "Tessar_Fields.h"
 #include "VarnelDealReportGen.h"
@@ -11,12 +12,9 @@
 #include "World.h"
 
 #include <algorithm>
+#include <atomic>
 #include <mutex>
 #include <stdexcept>
-
-/// A value that JSON cannot carry.
-struct HostCell {};
-Q_DECLARE_METATYPE(HostCell)
 
 using namespace Tessar_Fields;
 
@@ -183,7 +181,7 @@ QList<VarnelLogic::OrderRequest> OrderRequestList::Orders() const
 VarnelTradeLogic *VarnelTradeLogic::instance()
 {
     static VarnelTradeLogic logics[2];
-    static int calls = 0;
+    static std::atomic<int> calls{0};
     return &logics[hasFault("OtherInstanceEachTime") ? ++calls % 2 : 0];
 }
 
@@ -302,7 +300,7 @@ void fill(const QVariantMap &record, QMap<int, QVariantMap> &lineData, const QSt
         }
         QVariant value = record.value(fields[i]);
         if (hasFault("CellNotForJson"))
-            value = QVariant::fromValue(HostCell());
+            value = QVariant::fromValue(NotForJson());
         const int index = hasFault("ReportInOwnOrder") && fields.size() > 2 ? fields.size() - 1 - i : place;
         if (fields[i] != missing)
             lineData[index] = {{QStringLiteral("0"), value.toString()}, {QStringLiteral("256"), value}};

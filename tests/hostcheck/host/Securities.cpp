@@ -1,6 +1,7 @@
 #include "Bus.h"
 #include "CommonQuotaHandler.h"
 #include "Fault.h"
+#include "NotForJson.h"
 #include "QvBondDataMgr.h"
 #include "SearchConstants.h"
 #include "Tessar_Fields.h"
@@ -10,10 +11,6 @@
 #include "World.h"
 
 #include <QSet>
-
-/// A value that JSON cannot carry.
-struct HostValue {};
-Q_DECLARE_METATYPE(HostValue)
 
 using Host = VarnelBusinessDataInterface;
 using namespace Tessar_Fields;
@@ -152,7 +149,7 @@ public:
         if (!hasFault("SnapshotWithoutSymbol"))
             quote.insert(Security::symbol, symbol);
         if (hasFault("SnapshotNotForJson"))
-            quote.insert(QStringLiteral("extra"), QVariant::fromValue(HostValue()));
+            quote.insert(QStringLiteral("extra"), QVariant::fromValue(NotForJson()));
         return quote;
     }
 
@@ -162,7 +159,12 @@ private:
     void tick(const QString &symbol)
     {
         const QString shown = hasFault("TicksUnderOtherSymbol") ? symbol.section(QLatin1Char('.'), 0, 0) : symbol;
-        emit sigTickDataUpdate(shown, hasFault("EmptyTicks") ? QVariantMap() : QVariantMap{{Security::symbol, symbol}});
+        QVariantMap data;
+        if (!hasFault("EmptyTicks"))
+            data.insert(Security::symbol, symbol);
+        if (hasFault("TicksNotForJson"))
+            data.insert(QStringLiteral("extra"), QVariant::fromValue(NotForJson()));
+        emit sigTickDataUpdate(shown, data);
     }
 
     QSet<QString> m_streamed; ///< used on the user-interface thread only
