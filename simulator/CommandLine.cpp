@@ -2,6 +2,7 @@
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
 
@@ -29,6 +30,13 @@ bool isOrigin(const QString &text)
     return form.match(text).hasMatch();
 }
 
+/// The workbench page that is installed beside the program; empty when there is none.
+QString installedWorkbench()
+{
+    const QDir folder(QCoreApplication::applicationDirPath() + QStringLiteral("/../share/VarnelWebSDK/workbench"));
+    return folder.exists() ? folder.canonicalPath() : QString();
+}
+
 void addOptions(QCommandLineParser &parser)
 {
     parser.setApplicationDescription(QStringLiteral(
@@ -43,7 +51,9 @@ void addOptions(QCommandLineParser &parser)
          QStringLiteral("X")},
         {kLogin, QStringLiteral("Log in with this account of the scenario (default: its first)."),
          QStringLiteral("ACCOUNT")},
-        {kRoot, QStringLiteral("Serve the files of this folder over HTTP."), QStringLiteral("DIR")},
+        {kRoot,
+         QStringLiteral("Serve the files of this folder over HTTP (default: the workbench, where it is installed)."),
+         QStringLiteral("DIR")},
         {kAllowOrigin,
          QStringLiteral("Also accept pages of this origin, such as http://localhost:5173. May be repeated."),
          QStringLiteral("ORIGIN")},
@@ -91,7 +101,7 @@ QString CommandLine::check(const QCommandLineParser &parser)
     if (!ok || !(speed >= kMinSpeed && speed <= kMaxSpeed))
         return QStringLiteral("--speed \"%1\" is not a number from 0.01 to 1000").arg(parser.value(kSpeed));
 
-    root = parser.value(kRoot);
+    root = parser.isSet(kRoot) ? parser.value(kRoot) : installedWorkbench();
     if (parser.isSet(kRoot) && !QFileInfo(root).isDir())
         return QStringLiteral("--root \"%1\" is not a folder").arg(root);
 

@@ -1,7 +1,9 @@
+#include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QTcpServer>
+#include <QTcpSocket>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -115,7 +117,6 @@ TEST(CommandLine, APortInUseGivesOneLineAndStatusOne)
     EXPECT_EQ(QString(), outcome.out);
 }
 
-#ifdef Q_OS_UNIX
 namespace {
 
 QByteArray readLine(QProcess &process)
@@ -126,8 +127,44 @@ QByteArray readLine(QProcess &process)
     return line;
 }
 
+/// What the simulator that printed the line answers to a request for its first page.
+QByteArray firstPage(const QByteArray &listeningLine)
+{
+    const int colon = listeningLine.lastIndexOf(':');
+    const quint16 port = listeningLine.mid(colon + 1).chopped(2).toUShort(); // without "/\n"
+    QTcpSocket socket;
+    socket.connectToHost(QHostAddress::LocalHost, port);
+    socket.write("GET / HTTP/1.1\r\nHost: 127.0.0.1:" + QByteArray::number(port) + "\r\nConnection: close\r\n\r\n");
+    QByteArray answer;
+    while (socket.waitForReadyRead(kPatienceMs))
+        answer += socket.readAll();
+    return answer;
+}
+
 } // namespace
 
+TEST(CommandLine, TheWorkbenchThatIsInstalledBesideTheProgramIsServedByDefault)
+{
+    QTemporaryDir prefix;
+    const QDir folder(prefix.path());
+    ASSERT_TRUE(folder.mkpath(QStringLiteral("bin")));
+    ASSERT_TRUE(folder.mkpath(QStringLiteral("share/VarnelWebSDK/workbench")));
+    const QString program = folder.filePath(QStringLiteral("bin/varnel-simulator"));
+    ASSERT_TRUE(QFile::copy(QStringLiteral(SIMULATOR_BINARY), program));
+    QFile page(folder.filePath(QStringLiteral("share/VarnelWebSDK/workbench/index.html")));
+    ASSERT_TRUE(page.open(QIODevice::WriteOnly));
+    page.write("<p>the installed page</p>");
+    page.close();
+
+    QProcess simulator;
+    simulator.start(program, {QStringLiteral("--port"), QStringLiteral("0")});
+    const QByteArray answer = firstPage(readLine(simulator));
+    simulator.kill();
+    ASSERT_TRUE(simulator.waitForFinished(kPatienceMs));
+    EXPECT_TRUE(answer.endsWith("<p>the installed page</p>")) << answer.toStdString();
+}
+
+#ifdef Q_OS_UNIX
 class CommandLineSignal : public testing::TestWithParam<int> {};
 
 TEST_P(CommandLineSignal, EndsTheSimulatorWithStatusZero)
