@@ -1,0 +1,7 @@
+#pragma once
+
+#include <QMetaType>
+
+/// A value that JSON cannot carry.
+struct NotForJson {};
+Q_DECLARE_METATYPE(NotForJson)
