@@ -89,6 +89,7 @@ declare -A packages=(
     [test]='binutils:nm'
     [browser]='chromium:chromium fonts-wqy-zenhei'
     [clang]='clang:clang++ libclang-rt-14-dev llvm:llvm-symbolizer'
+    [windows]='g++-mingw-w64-x86-64-posix:x86_64-w64-mingw32-g++-posix wine64 googletest dpkg-dev:dpkg-source xz-utils:xz'
     [mutate]='python3:python3'
     [bench]='libbenchmark-dev libqt5webchannel5-dev rapidjson-dev'
     [lint]='clang-format:clang-format clang-tidy:clang-tidy python3:python3 shellcheck:shellcheck'
