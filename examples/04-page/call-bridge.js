@@ -7,7 +7,7 @@
   const waiting = [];
   let bridge = null;
 
-  new QWebChannel(qt.webChannelTransport, channel => {
+  new QWebChannel(qt.webChannelTransport, (channel) => {
     bridge = channel.objects.bridge;
     bridge.eventSent.connect((name, args) => {
       for (const listener of [...(listeners.get(name) || [])]) listener(...args);

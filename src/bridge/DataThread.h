@@ -19,15 +19,19 @@ class VarnelCefView;
 class VARNEL_WEBSDK_API DataThread : public QObject {
     Q_OBJECT
 public:
+    /// view becomes the Qt parent; null is possible, see setView. Makes the message center if there is none yet, and
+    /// reads the display mode of record cells from the host. Call it on the user-interface thread.
     explicit DataThread(VarnelCefView *view);
 
     /// Waits up to 3 seconds for its thread; K-line requests under way are dropped without a reply. One made
     /// without a view must not be deleted while a handler of it runs for longer than that.
     ~DataThread() override;
 
-    /// Runs the handler of that name, or queues it when called from another thread. True when there is one;
-    /// false, without any reply, when there is none. args: the page's arguments, its call identifier (uuid)
-    /// first. The identifiers of browser and frame are not used.
+    /// Runs the handler of that name, or queues it when called from another thread. True when there is one; false,
+    /// without any reply, when there is none. Names are compared exactly. args: the page's arguments, its call
+    /// identifier (uuid) first; with too few of them the page gets an empty text, and of the K-line call nothing. The
+    /// handler may run for as long as the host's answer takes; args must live until this returns. The identifiers of
+    /// browser and frame are not used.
     bool onInvokeMethod(int browserId, int frameId, const QString &method, const QVariantList &args);
 
     /// Replaces the view that replies go to; null means that no call is answered. Any thread: a dispatcher made

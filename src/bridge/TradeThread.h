@@ -18,14 +18,17 @@ struct Operation;
 class VARNEL_WEBSDK_API TradeThread : public QObject {
     Q_OBJECT
 public:
+    /// view becomes the Qt parent. Call it on the user-interface thread.
     explicit TradeThread(VarnelCefView *view);
 
     /// Waits up to 3 seconds for its thread.
     ~TradeThread() override;
 
-    /// Runs the handler of that name, or queues it when called from another thread. True when there is one;
-    /// false, without any reply, when there is none. args: the page's arguments, its call identifier (uuid)
-    /// first. The identifiers of browser and frame are not used. An order is placed before this returns.
+    /// Runs the handler of that name, or queues it when called from another thread. True when there is one; false,
+    /// without any reply, when there is none. Names are compared exactly. args: the page's arguments, its call
+    /// identifier (uuid) first; with too few of them the page gets an empty text, and no order is placed. The
+    /// identifiers of browser and frame are not used. On the dispatcher's own thread an order has been placed or
+    /// refused when this returns; args must live until then.
     Q_INVOKABLE bool onInvokeMethod(int browserId, int frameId, const QString &method, const QVariantList &args);
 
 private:

@@ -23,6 +23,7 @@ class QJsonDocument;
 class VARNEL_WEBSDK_API DataProcess : public QObject {
     Q_OBJECT
 public:
+    /// Never null; valid until the library is unloaded. Any thread.
     static DataProcess *instance();
     ~DataProcess() override;
 
@@ -63,7 +64,7 @@ public:
     /// "-1" and no "resultData". The two integers page through the list as the host defines it.
     QString processEntrustList(const QString &uuid, const QVariant &filter, const int &pageArg1, const int &pageArg2);
 
-    /// The same with "executionInfoList".
+    /// The same for executions, with "executionInfoList".
     QString processExecutionList(const QString &uuid, const QVariant &filter, const int &pageArg1, const int &pageArg2);
 
     // Positions and assets
@@ -82,18 +83,22 @@ public:
 
     // Records
 
-    /// A host record as pages know it: each page key with the pair of its display text and underlying value.
+    /// A host's order as pages know it: each page key with the pair of its display text and underlying value. What the
+    /// host leaves out is null.
     QVariantMap packageEntrustOrderMsg(const QVariantMap &record);
+
+    /// The same for an execution.
     QVariantMap packageExecutionOrderMsg(const QVariantMap &record);
 
     /// A position as pages know it: one value for each page key, and the bond interest.
     QVariantMap packagePositionMsg(const QVariantMap &record);
 
     // The packaged record alone as compact JSON, for a push.
-    QString getEntrustOrderMsg(const QVariantMap &record);
-    QString getExecutionOrderMsg(const QVariantMap &record);
-    QString getPositionMsg(const QVariantMap &record);
-    QString getAssetMsg(const QString &fundAccount); ///< "{}" for an unknown fund account
+
+    QString getEntrustOrderMsg(const QVariantMap &record);   ///< the text of packageEntrustOrderMsg
+    QString getExecutionOrderMsg(const QVariantMap &record); ///< the text of packageExecutionOrderMsg
+    QString getPositionMsg(const QVariantMap &record);       ///< the text of packagePositionMsg
+    QString getAssetMsg(const QString &fundAccount); ///< the text of packageAsset; "{}" for an unknown fund account
 
     // Securities
 

@@ -11,17 +11,23 @@ public:
     /// Never null; valid until the process ends.
     static CBusinessDataBase *GetInstance();
 
-    /// The account that is logged in; empty when nobody is. Read once for the folder of the settings
-    /// file, and for each query that names the user.
+    /// The account that is logged in; empty when nobody is. Read once for the folder of the settings file, so its
+    /// characters must be allowed in the name of a folder, and again for each load of permissions and each page that
+    /// asks.
     QString GetLoginAccount() const;
 
-    /// The details of a trading account under the host's field names; empty for an unknown account.
+    /// The details of a trading account under the host's field names; empty for an unknown account. The library reads
+    /// Tessar_Fields::UserAccount::tradingAccount, Tessar_Fields::Security::positionFlag and, as numbers in the
+    /// account's currency, the fields in Varnel_Fields::NormalFundEx, Futures and AssetView. What is missing counts as
+    /// 0.
     QVariantMap GetAccountDetailsByTradinngAccount(const QString &tradingAccount);
 
-    /// The account's parameters in one currency (a Tessar_Values::Currency text), under the host's field
-    /// names; empty for an unknown account.
+    /// The parameters of a trading account in one currency, always Tessar_Values::Currency::CNY, under the host's field
+    /// names; empty for an unknown account. They replace the account's details of the same names. The library reads
+    /// Tessar_Fields::Security::tradeableCash and Varnel_Fields::Security::withDrawQuota, as numbers.
     QVariantMap getTradeAccountParam(const QString &account, const QString &currency);
 
-    /// A fresh client order identifier, never given twice.
+    /// A new client order identifier, never given twice. Asked for once for each
+    /// order, before it is placed.
     QString getClientOrderID();
 };

@@ -11,13 +11,13 @@ public:
     CMessageCommon();
     virtual ~CMessageCommon();
 
-    void SetType(const QVariant &type);
-    void SetMsg(const QVariant &message);
-    void SetSrcid(int pid); ///< the sender's QvPresenterClass::pluginPid()
+    void SetType(const QVariant &type);   ///< the kind of request, "KLineRequest"
+    void SetMsg(const QVariant &message); ///< the body, of CPackMessageCommon::GetPackedMsg
+    void SetSrcid(int pid);               ///< the sender's QvPresenterClass::pluginPid()
 
-    QVariant Type() const;
-    QVariant Msg() const;
-    int Srcid() const;
+    QVariant Type() const; ///< for the host: what SetType was given; an invalid variant before
+    QVariant Msg() const;  ///< for the host: what SetMsg was given; an invalid variant before
+    int Srcid() const;     ///< for the host: what SetSrcid was given; 0 before
 
 private:
     Q_DISABLE_COPY(CMessageCommon)

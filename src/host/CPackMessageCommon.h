@@ -14,13 +14,15 @@ public:
     CPackMessageCommon();
     ~CPackMessageCommon();
 
+    /// Adds a field. The library gives each key once, and values of any type: also a list, and for strategy messages
+    /// under "panelPtr" a VarnelCefView *, which must come back under its type.
     void AddVaule(const QString &key, const QVariant &value);
 
     /// The value under the key; an invalid variant when there is none.
     QVariant GetValue(const QString &key) const;
 
-    /// The body in the host's wire form, with the fields in the order of their adding. The library
-    /// always passes 0.
+    /// The body in the host's own form, with the fields in the order of their adding: whatever SetUnPackMsg and the
+    /// host's services read. It lives on without the pack. The library always passes 0.
     QVariant GetPackedMsg(int format);
 
 private:

@@ -9,14 +9,16 @@
 class VARNEL_HOST_API QCefView : public QWidget {
     Q_OBJECT
 public:
+    /// Made by the host, on the user-interface thread.
     explicit QCefView(QWidget *parent = nullptr);
     ~QCefView() override;
 
-    /// Hands the event to the page's listeners of that name. The library ignores the result.
-    /// Replies and pushes come from the user-interface thread, the orders-loaded notice from the bus
-    /// thread, replies of a DataThread that was made without a view from its own: the host makes this safe
-    /// from any thread. It must not call back into the library, which
-    /// may hold one of its mutexes meanwhile. The event is the caller's; the view takes a copy.
+    /// Hands the event to the page's listeners of that name, each argument as one value. The library ignores the
+    /// result. Replies and pushes come from the user-interface thread, the notice that the orders are loaded from the
+    /// bus's thread, replies of a DataThread that was made without a view from its own: the host makes this safe from
+    /// any thread. It must neither call the library nor delete a view, not even another one: ticks and strategy
+    /// messages are broadcast to one view after the other while the library holds a lock. The event is the caller's;
+    /// the view takes a copy. Events of one thread must reach the page in the order in which they were broadcast.
     bool broadcastEvent(const QCefEvent &event);
 
 private:

@@ -11,6 +11,8 @@ public:
     /// Never null; valid until the process ends.
     static QvBondDataMgr *instance();
 
-    /// Fills info for one bond and returns "0"; any other text means that info is not to be used.
+    /// Fills info for one bond and returns "0"; any other text means that info is not to be used, and pages get the
+    /// interest 0. Asked for securities whose type is Tessar_Values::MdcSecurityType::BondType, on threads of page
+    /// calls and on the message center's thread.
     QString GetSingelBondBaseInfo(const QString &symbol, stuBaseInfo &info);
 };

@@ -7,6 +7,7 @@
 class VARNEL_HOST_API VarnelCefView : public QCefView {
     Q_OBJECT
 public:
+    /// Made by the host, on the user-interface thread, with what shows it as parent.
     explicit VarnelCefView(QWidget *parent = nullptr);
     ~VarnelCefView() override;
 };

@@ -10,7 +10,7 @@
 /// Formats execution (deal) records as the terminal's own execution table shows them.
 class VARNEL_HOST_API VarnelDealReportGen {
 public:
-    /// As VarnelEntrustReportGen::fillLineData.
+    /// As VarnelEntrustReportGen::fillLineData, with columns such as "deal_time".
     static bool fillLineData(const QVariantMap &record, QMap<int, QVariantMap> &lineData, const QStringList &fields,
                              ShowType showType, bool flag);
 };

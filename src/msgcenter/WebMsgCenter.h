@@ -36,8 +36,9 @@ struct Operation;
 class VARNEL_WEBSDK_API WebMsgCenter : public QvPresenterClass {
     Q_OBJECT
 public:
-    /// The host must have its QApplication, its bus, its quote handler and its login by the first call: the
-    /// login account names the folder of the settings file.
+    /// Never null; valid until the process ends. The host must have its QApplication, its bus, its quote handler and
+    /// its login by the first call, which must be made on the user-interface thread: the login account names the folder
+    /// of the settings file.
     static WebMsgCenter *instance();
     ~WebMsgCenter() override;
 
@@ -119,12 +120,13 @@ public:
     /// 1 strategy id, 2 extension. All needed.
     Q_INVOKABLE void Vlx_queryStrategyStatus_REQ(const QList<QVariant> &arguments, VarnelCefView *panelPtr);
 
-    /// The second half of the initialisation.
+    /// The second half of the initialisation. Not for hosts.
     Q_INVOKABLE void AsyncInit();
 
     // Invokable so that another thread can start a timer through a queued call.
-    Q_INVOKABLE void AsyncStartEntrustTimer();
-    Q_INVOKABLE void AsyncStartExecutionTimer();
+
+    Q_INVOKABLE void AsyncStartEntrustTimer();   ///< Pushes the orders collected so far after 200 ms.
+    Q_INVOKABLE void AsyncStartExecutionTimer(); ///< Pushes the executions collected so far after 200 ms.
 
 signals:
     /// Part of the interface; nothing in the library emits it.

@@ -13,6 +13,7 @@
 class VARNEL_WEBSDK_API TradeProcess : public QObject {
     Q_OBJECT
 public:
+    /// Never null; valid until the process ends. Any thread.
     static TradeProcess *instance();
     ~TradeProcess() override;
 

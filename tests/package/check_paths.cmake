@@ -1,0 +1,15 @@
+# No file of the installed package may name the folders that it was built from.
+#   cmake -DPREFIX=… "-DFOLDERS=A;B" -P check_paths.cmake
+file(GLOB_RECURSE files "${PREFIX}/*")
+list(LENGTH files count)
+if(count LESS 50)
+    message(FATAL_ERROR "${PREFIX} has ${count} files: it is no complete install.")
+endif()
+foreach(file IN LISTS files)
+    foreach(folder IN LISTS FOLDERS)
+        file(STRINGS "${file}" lines REGEX "${folder}/" LIMIT_COUNT 1 ENCODING UTF-8)
+        if(lines)
+            message(SEND_ERROR "${file} names ${folder}: ${lines}")
+        endif()
+    endforeach()
+endforeach()
