@@ -65,7 +65,7 @@ options=(
     -qt-freetype # the offscreen platform needs it
     -no-harfbuzz -no-libjpeg -no-gif -no-opengl -no-dbus -no-icu -no-glib -no-ssl -no-direct2d
     "${features[@]/#/-no-feature-}"
-    QMAKE_CFLAGS_RELEASE=-O0 QMAKE_CXXFLAGS_RELEASE=-O0
+    QMAKE_CFLAGS_RELEASE=-O1 QMAKE_CXXFLAGS_RELEASE=-O1
 )
 mkdir -- "$work/build"
 cd -- "$work/build"
