@@ -21,7 +21,9 @@ target_compile_definitions(varnel_build_options INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_DEPRECATED_WARNINGS
     QT_MESSAGELOGCONTEXT) # log lines keep file, line and function in release builds too
 if(MSVC)
-    target_compile_options(varnel_build_options INTERFACE /W4 /utf-8 /permissive-)
+    target_compile_options(varnel_build_options INTERFACE
+        /W4 /utf-8 /permissive- /Zc:__cplusplus
+        /bigobj) # tests have more sections than an object of the older format
     if(VARNEL_WARNINGS_AS_ERRORS)
         target_compile_options(varnel_build_options INTERFACE /WX)
     endif()

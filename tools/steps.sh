@@ -91,6 +91,7 @@ declare -A packages=(
     [examples]='qtwebengine5-dev libqt5webchannel5-dev'
     [browser]='chromium:chromium fonts-wqy-zenhei'
     [clang]='clang:clang++ libclang-rt-14-dev llvm:llvm-symbolizer'
+    [windows]='g++-mingw-w64-x86-64-posix:x86_64-w64-mingw32-g++-posix wine64 googletest dpkg-dev:dpkg-source xz-utils:xz'
     [mutate]='python3:python3'
     [docs]='doxygen:doxygen python3:python3'
     [bench]='libbenchmark-dev libqt5webchannel5-dev rapidjson-dev'

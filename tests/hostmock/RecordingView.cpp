@@ -3,6 +3,7 @@
 #include "QtValues.h"
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QHash>
 #include <QThread>
 #include <QTimer>
@@ -191,11 +192,11 @@ void PrintTo(const ViewEvent &event, std::ostream *os)
 
 bool spinUntil(const std::function<bool()> &condition, int timeoutMs)
 {
-    QTimer alarm; // wakes the wait below when no other event comes
-    alarm.setSingleShot(true);
-    alarm.start(timeoutMs);
+    const QDeadlineTimer deadline(timeoutMs);
+    QTimer alarm; // ends the wait below when no other event comes; on Windows it may begin just after an event was sent
+    alarm.start(qMin(timeoutMs, 100));
     while (!condition()) {
-        if (!alarm.isActive())
+        if (deadline.hasExpired())
             return false;
         QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
     }

@@ -1,0 +1,32 @@
+# Reads the export table of the DLL: the classes that hosts use must be there, and nothing besides them.
+#   cmake -DOBJDUMP=… -DLIBRARY=… -DCLASSES="A;B" -P check_dll_exports.cmake
+execute_process(COMMAND "${OBJDUMP}" -p "${LIBRARY}" OUTPUT_VARIABLE tables COMMAND_ERROR_IS_FATAL ANY)
+string(REGEX REPLACE "^.*\n\\[Ordinal/Name Pointer\\] Table[^\n]*\n" "" tables "${tables}")
+string(REGEX REPLACE "\n\n.*$" "" tables "${tables}")
+string(REGEX REPLACE ";" "," tables "${tables}")
+string(REPLACE "\n" ";" lines "${tables}")
+
+# As the compiler writes names: N, length and name of the class, name of the member.
+set(classes "")
+foreach(class IN LISTS CLASSES)
+    string(LENGTH "${class}" length)
+    list(APPEND classes "${length}${class}")
+endforeach()
+list(JOIN classes "|" any_class)
+
+set(problems "")
+foreach(line IN LISTS lines)
+    string(REGEX REPLACE "^.* " "" symbol "${line}")
+    if(NOT symbol MATCHES "^_Z(NK?|T[VIS]|Thn[0-9]+_N)(${any_class})")
+        list(APPEND problems "  exported, but not for hosts: ${line}")
+    endif()
+endforeach()
+foreach(class IN LISTS classes)
+    if(NOT tables MATCHES " _ZNK${class}10metaObjectEv")
+        list(APPEND problems "  not exported: ${class}")
+    endif()
+endforeach()
+if(problems)
+    list(JOIN problems "\n" problems)
+    message(FATAL_ERROR "The exports of ${LIBRARY} are not as they should be:\n${problems}")
+endif()
