@@ -1,5 +1,5 @@
-# Read by the Windows presets. Nothing was compiled for Windows before on a new machine: the headers of Qt and GoogleTest,
-# which take most of the time, are compiled once for each target.
+# Read by the Windows presets only. The headers of Qt and GoogleTest take most of the time that a source needs, and are
+# compiled once for each target.
 function(varnel_precompile_headers)
     target_precompile_headers(varnel_websdk_objects PRIVATE <QtCore/QtCore> <QtWidgets/QWidget>)
     foreach(target VarnelHostMock common_test contract_test)
