@@ -11,6 +11,9 @@ set(CPACK_COMPONENTS_ALL runtime development simulator documents)
 # One archive of everything.
 set(CPACK_ARCHIVE_COMPONENT_INSTALL OFF)
 string(TOLOWER "${CMAKE_SYSTEM_NAME}-${CMAKE_SYSTEM_PROCESSOR}" platform)
+if(MINGW) # only for programs of the same compiler
+    string(APPEND platform "-mingw")
+endif()
 set(CPACK_PACKAGE_FILE_NAME "varnel-websdk-${PROJECT_VERSION}-${platform}")
 
 if(WIN32)
