@@ -32,6 +32,7 @@ struct KnownValues {
     std::function<QVariant(const QList<QVariantMap> &rows)> packRows;
 };
 
+/// What exists on the host, and how it starts and stops.
 struct Options {
     KnownValues known;
 

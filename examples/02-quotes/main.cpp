@@ -9,7 +9,7 @@
 
 namespace {
 
-const QString symbol = "600000.SH";
+const QString symbol = "609001.SH";
 
 /// Takes the place of a page: asks for a quote, subscribes, and unsubscribes after three ticks.
 class QuotePage : public VarnelCefView {

@@ -23,24 +23,21 @@ Bus::Bus()
 
 void Bus::subscribe(QvPresenterClass *presenter, int eventId)
 {
-    QMetaObject::invokeMethod(
-        &m_courier, [this, presenter, eventId] { m_subscribers.insert(eventId, presenter); }, Qt::QueuedConnection);
+    const std::lock_guard<std::recursive_mutex> lock(m_mutex);
+    m_subscribers.insert(eventId, presenter);
 }
 
 void Bus::leave(QvPresenterClass *presenter)
 {
-    if (!m_thread.isRunning())
-        return; // the program ends: nothing is delivered any more
-    const auto forget = [this, presenter] {
-        for (auto it = m_subscribers.begin(); it != m_subscribers.end();)
-            it = *it == presenter ? m_subscribers.erase(it) : std::next(it);
-    };
-    QMetaObject::invokeMethod(&m_courier, forget, Qt::BlockingQueuedConnection);
+    const std::lock_guard<std::recursive_mutex> lock(m_mutex);
+    for (auto it = m_subscribers.begin(); it != m_subscribers.end();)
+        it = *it == presenter ? m_subscribers.erase(it) : std::next(it);
 }
 
 void Bus::publish(int eventId, const QVariant &body)
 {
     const auto deliver = [this, eventId, body] {
+        const std::lock_guard<std::recursive_mutex> lock(m_mutex);
         for (QvPresenterClass *const presenter : m_subscribers.values(eventId))
             presenter->ProcEventMsg("orders", eventId, body);
     };

@@ -22,7 +22,7 @@ public:
     void makeNextCall()
     {
         static const QPair<QString, QVariantList> calls[] = {
-            {"Trade_insertOrder_REQ", {"one", "F1", "600000.SH", "SH", "Buy", "Limit", "10.00", "200", "my tag"}},
+            {"Trade_insertOrder_REQ", {"one", "F1", "609001.SH", "SH", "Buy", "Limit", "10.00", "200", "my tag"}},
             {"Trade_insertOrderList_REQ", {"two", "F1", "my tag", R"([
                  {"symbol": "600001.SH", "exchange": "SH", "orderSide": "Buy", "priceType": "Limit", "price": "20.00", "qty": "300"},
                  {"symbol": "600002.SH", "exchange": "SH", "orderSide": "Buy", "priceType": "Limit", "price": "30.00", "qty": "150"}

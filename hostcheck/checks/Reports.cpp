@@ -6,13 +6,12 @@
 #include "VarnelDealReportGen.h"
 #include "VarnelEntrustReportGen.h"
 #include "VarnelPositionReportGen.h"
-#include "common/WebConstants.h"
+#include "common/ReportColumns.h"
 
 namespace HostCheck {
 
 namespace {
 
-namespace Column = WebConstants::Column;
 using WebConstants::LineDataRole::display;
 using WebConstants::LineDataRole::user;
 
@@ -45,41 +44,22 @@ void fillPosition(const QVariantMap &record, LineData &lineData, const QStringLi
 
 const Generator &entrust()
 {
-    static const Generator generator{
-        "VarnelEntrustReportGen",
-        [](const KnownValues &) { return someOrders().records; },
-        fillEntrust,
-        {Column::entrustTime,     Column::securityId, Column::securityName,    Column::side,
-         Column::sideUnion,       Column::status,     Column::priceType,       Column::price,
-         Column::entrustQty,      Column::leaveQty,   Column::dealQty,         Column::dealPrice,
-         Column::entrustAmount,   Column::dealAmount, Column::fundAccountName, Column::fundAccount,
-         Column::exchangeOrderId, Column::orderId,    Column::traderName,      Column::remark,
-         Column::userRef3,        Column::algoId}};
+    static const Generator generator{"VarnelEntrustReportGen", [](const KnownValues &) { return someOrders().records; },
+                                     fillEntrust, ReportColumns::entrust()};
     return generator;
 }
 
 const Generator &deal()
 {
-    static const Generator generator{
-        "VarnelDealReportGen",
-        [](const KnownValues &) { return someExecutions().records; },
-        fillDeal,
-        {Column::dealTime, Column::securityId, Column::securityName, Column::side, Column::sideUnion, Column::dealPrice,
-         Column::dealQty, Column::dealAmount, Column::fundAccountName, Column::fundAccount, Column::execId,
-         Column::exchangeOrderId, Column::orderId, Column::traderName, Column::userRef3, Column::algoId}};
+    static const Generator generator{"VarnelDealReportGen",
+                                     [](const KnownValues &) { return someExecutions().records; }, fillDeal,
+                                     ReportColumns::execution()};
     return generator;
 }
 
 const Generator &position()
 {
-    static const Generator generator{"VarnelPositionReportGen",
-                                     somePositions,
-                                     fillPosition,
-                                     {Column::fundAccountName, Column::fundAccount, Column::securityAccount,
-                                      Column::securityName, Column::securityId, Column::exchange, Column::lastPrice,
-                                      Column::riseDownRate, Column::currentQty, Column::tradableQty, Column::costPrice,
-                                      Column::cost, Column::costCNY, Column::marketValue, Column::marketValueCNY,
-                                      Column::totalCost, Column::profit, Column::profitRate}};
+    static const Generator generator{"VarnelPositionReportGen", somePositions, fillPosition, ReportColumns::position()};
     return generator;
 }
 

@@ -40,6 +40,7 @@ void expectSameOnThreads(const std::vector<Ask> &questions)
     constexpr int kThreads = 4;
     constexpr int kRounds = 5;
     std::vector<QVariant> wanted;
+    wanted.reserve(questions.size());
     for (const Ask &ask : questions)
         wanted.push_back(ask());
     std::vector<std::pair<QVariant, QVariant>> differences(kThreads);

@@ -1,12 +1,13 @@
 #include "dataservice/DataProcess.h"
 
+#include "common/ReportColumns.h"
 #include "common/WebConstants.h"
 #include "dataservice/CellTable.h"
 
 using namespace WebConstants;
 
-// The vocabulary of page records: which columns the host's report generators are asked for, in which
-// order, and the page key of each. The maps rename only; values are the generators' own.
+// The vocabulary of page records: the page key of each column of the host's report generators. The maps rename only;
+// values are the generators' own.
 
 void DataProcess::initOrderField()
 {
@@ -37,23 +38,8 @@ void DataProcess::initOrderField()
         {Column::algoId, Key::instanceID},    // meant: the strategy instance that placed the order
     };
 
-    entrustFieldList = QStringList{
-        Column::entrustTime,     Column::securityId, Column::securityName,    Column::side,
-        Column::sideUnion,       Column::status,     Column::priceType,       Column::price,
-        Column::entrustQty,      Column::leaveQty,   Column::dealQty,         Column::dealPrice,
-        Column::entrustAmount,   Column::dealAmount, Column::fundAccountName, Column::fundAccount,
-        Column::exchangeOrderId, Column::orderId,    Column::traderName,      Column::remark,
-        Column::userRef3,        Column::algoId,
-    };
-
-    // Meant: the price stands before the quantity here, unlike in the order list.
-    executionFieldList = QStringList{
-        Column::dealTime,        Column::securityId,  Column::securityName, Column::side,
-        Column::sideUnion,       Column::dealPrice,   Column::dealQty,      Column::dealAmount,
-        Column::fundAccountName, Column::fundAccount, Column::execId,       Column::exchangeOrderId,
-        Column::orderId,         Column::traderName,  Column::userRef3,     Column::algoId,
-    };
-
+    entrustFieldList = ReportColumns::entrust();
+    executionFieldList = ReportColumns::execution();
     entrustCells = std::make_unique<const CellTable>(entrustFieldList, orderFieldMap);
     executionCells = std::make_unique<const CellTable>(executionFieldList, orderFieldMap);
 }
@@ -81,14 +67,7 @@ void DataProcess::initPositionField()
         {Column::profitRate, Key::profitRate},
     };
 
-    positionFieldList = QStringList{
-        Column::fundAccountName, Column::fundAccount, Column::securityAccount, Column::securityName,
-        Column::securityId,      Column::exchange,    Column::lastPrice,       Column::riseDownRate,
-        Column::currentQty,      Column::tradableQty, Column::costPrice,       Column::cost,
-        Column::costCNY,         Column::marketValue, Column::marketValueCNY,  Column::totalCost,
-        Column::profit,          Column::profitRate,
-    };
-
+    positionFieldList = ReportColumns::position();
     positionIdentityFieldList = QStringList{
         Column::fundAccountName, Column::fundAccount, Column::securityAccount, Column::securityName, Column::exchange,
     };

@@ -2,7 +2,7 @@ import { expect, test } from '@playwright/test';
 import { methods, oneWayMethods, pushEvents } from '@varnel/web-client';
 import { readFileSync, writeFileSync } from 'node:fs';
 import { fileURLToPath } from 'node:url';
-import { collectExamples, type Examples } from './support/examples';
+import { collectExamples, stopSimulators, type Examples } from './support/examples';
 
 const path = fileURLToPath(new URL('../../docs/protocol.md', import.meta.url));
 const page = readFileSync(path, 'utf8');
@@ -17,6 +17,8 @@ function withExamples(examples: Examples): string {
     return [summary, '', '```js', shown.join('\n\n'), '```', '', '</details>'].join('\n');
   });
 }
+
+test.afterAll(stopSimulators);
 
 test('the protocol page has one example of each call and push', () => {
   const named = [...page.matchAll(folds)].flatMap(([, summary]) => namesIn(summary!));

@@ -42,7 +42,8 @@ expect(${runtime} ARCHITECTURE ${here} DEPENDS libqt5core5a libc6
     FILES "lib/libVarnelWebSDK\\.so\\.${soversion}" "lib/libVarnelWebSDK\\.so\\.${version}" ONLY "/libVarnelWebSDK\\.so\\.")
 expect(libvarnel-websdk-dev ARCHITECTURE ${here} DEPENDS "${runtime} \\(= ${version}\\)" qtbase5-dev
     FILES "lib/libVarnelWebSDK\\.so" "lib/pkgconfig/varnel-websdk\\.pc" "lib/cmake/VarnelWebSDK/VarnelWebSDKConfig\\.cmake"
-        "include/VarnelWebSDK/host/QvCore\\.h" "share/VarnelWebSDK/starter/QvCore\\.cpp")
+        "include/VarnelWebSDK/host/QvCore\\.h" "share/VarnelWebSDK/starter/QvCore\\.cpp"
+        "lib/libvarnel_host_check\\.a")
 expect(varnel-simulator ARCHITECTURE ${here} DEPENDS "${runtime} \\(= ${version}\\)" libqt5websockets5
     FILES "bin/varnel-simulator" "lib/varnel-simulator/libVarnelSimHost\\.so")
 expect(varnel-websdk-doc ARCHITECTURE all

@@ -64,8 +64,8 @@ TEST(StarterHost, KnowsNoAccounts)
 TEST(StarterHost, AcceptsSubscriptionsAndHasNoQuotes)
 {
     CommonQuotaHandler *const quotes = CommonQuotaHandler::instance();
-    EXPECT_EQ(quotes->SubscribeQuota({QStringLiteral("600000.SH")}, true, 0), 0);
-    EXPECT_TRUE(quotes->GetQuotaSnapshot(QStringLiteral("600000.SH"), 0).isEmpty());
+    EXPECT_EQ(quotes->SubscribeQuota({QStringLiteral("609001.SH")}, true, 0), 0);
+    EXPECT_TRUE(quotes->GetQuotaSnapshot(QStringLiteral("609001.SH"), 0).isEmpty());
 }
 
 TEST(StarterHost, LetsAFailedLoadBeStartedAgainAndASuccessfulOneNot)

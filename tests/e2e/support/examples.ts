@@ -95,7 +95,7 @@ class ExamplePage {
 
   /** Waits for the first push of that name from now on that meets the condition. */
   async push(name: PushEvent, condition: (args: unknown[]) => boolean = () => true): Promise<void> {
-    const args = await new Promise<unknown[]>((resolve) => {
+    const args = await new Promise<unknown[]>((resolve, reject) => {
       const listener = (data: unknown) => {
         const received = JSON.parse(String(data)) as BridgeEvent;
         if (received.event !== name || !condition(received.args)) return;
@@ -103,19 +103,29 @@ class ExamplePage {
         resolve(received.args);
       };
       this.peer.socket.on('message', listener);
+      void this.peer.closed.then(() => reject(new Error(`closed while waiting for ${name}`)));
     });
     this.examples.set(name, shownEvent({ event: name, args }));
   }
+}
+
+const running = new Set<Simulator>();
+
+/** For a run that hangs: the pages lose their connection, and the run fails. */
+export async function stopSimulators(): Promise<void> {
+  await Promise.all([...running].map((simulator) => simulator.stop()));
 }
 
 async function withSimulator(speed: number, use: (page: ExamplePage) => Promise<void>): Promise<Examples> {
   const examples: Examples = new Map();
   const home = new Home(); // with no settings yet
   const simulator = new Simulator(['--port', '0', '--speed', String(speed)], home.program);
+  running.add(simulator);
   try {
     await use(await ExamplePage.connect(await simulator.listening(), examples));
   } finally {
     await simulator.stop();
+    running.delete(simulator);
     home.remove();
   }
   return examples;

@@ -4,23 +4,11 @@
 #include "msgcenter/WebMsgCenter.h"
 #include "trade/TradeProcess.h"
 
-#include "QvCore.h"
 #include "VarnelCefView.h"
 
 #include <QApplication>
 
 #include <cstdio>
-
-QvCore *QvCore::instance()
-{
-    static QvCore core;
-    return &core;
-}
-
-QString QvCore::getCurrentToken()
-{
-    return QStringLiteral("a token of the consumer");
-}
 
 int main(int argc, char *argv[])
 {
