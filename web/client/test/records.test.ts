@@ -16,17 +16,19 @@ const keyOfColumn = new Map(
   [...tables.matchAll(/\{Column::(\w+), Key::(\w+)\}/g)].map(([, column, key]) => [column!, key!]),
 );
 
+const lists = source('common/ReportColumns.h');
+
 /** The page keys of a list of columns, in its order. */
 function columns(list: string): string[] {
-  const body = new RegExp(`\\b${list} = QStringList\\{([^}]*)\\}`).exec(tables)![1]!;
+  const body = new RegExp(`\\bQStringList ${list}\\(\\)[^{]*\\{[^{]*\\{([^}]*)\\}`).exec(lists)![1]!;
   return [...body.matchAll(/Column::(\w+)/g)].map(([, column]) => keys.get(keyOfColumn.get(column!)!)!);
 }
 
 describe('record keys', () => {
   it.each([
-    ['orders', entrustKeys, 'entrustFieldList'],
-    ['executions', executionKeys, 'executionFieldList'],
-    ['positions', positionKeys, 'positionFieldList'],
+    ['orders', entrustKeys, 'entrust'],
+    ['executions', executionKeys, 'execution'],
+    ['positions', positionKeys, 'position'],
   ] as const)('of %s are those of the library, in its order', (_, here, list) => {
     expect([...here]).toEqual(columns(list));
   });
