@@ -1,6 +1,7 @@
 import type { BridgeListener, CallBridge } from './bridge.js';
 import type { PushEvent } from './protocol.js';
 import * as records from './records.js';
+import { callSafely } from './safely.js';
 import { list, text, type Shape } from './shapes.js';
 
 /** Turns the arguments of a push into those of the listener. Throws when they have an unexpected form. */
@@ -96,16 +97,5 @@ export class PushHub {
   private stop(push: PushEvent): void {
     this.bridge.removeEventListener(push, this.listening.get(push)!.onPush);
     this.listening.delete(push);
-  }
-}
-
-/** A listener that throws does not stop the others. Its error becomes an uncaught one. */
-function callSafely(task: () => void): void {
-  try {
-    task();
-  } catch (error) {
-    setTimeout(() => {
-      throw error;
-    });
   }
 }
