@@ -2,12 +2,12 @@ import type { CallBridge, ConnectionState } from './bridge.js';
 import { Calls, type Values } from './calls.js';
 import { NoBridgeError } from './errors.js';
 import { Link, type CloseEvent, type OpenEvent } from './link.js';
-import { methods, type Answer, type Arguments, type Call, type OneWayCall } from './methods.js';
-import { insertOrder, insertOrderList, type OrderOutcome } from './outcomes.js';
+import { methods, type Call } from './methods.js';
+import { insertOrder, insertOrderList } from './outcomes.js';
 import type { CallOptions } from './pendingCall.js';
-import type { PushEvent } from './protocol.js';
+import type { PushEvent, PushName } from './protocol/pushes.js';
 import { PushHub, type OnUnreadable, type PushListener } from './pushes.js';
-import type { Asset, Entrust, Execution, Position, Tick } from './records.js';
+import type { Asset, Entrust, Execution, Position } from './records.js';
 import { Listeners } from './safely.js';
 import { watchAssets, watchPositions, type AssetSelection, type PositionSelection } from './streams/holdings.js';
 import {
@@ -22,6 +22,8 @@ import { Quotes } from './streams/quotes.js';
 import type { Terminal } from './streams/terminal.js';
 import type { Watch, WatchListener, WatchOptions } from './streams/watch.js';
 import { Subscriptions } from './subscriptions.js';
+import type { Calls as CallFunctions, OneWayCalls } from './types.js';
+import type { SimulatorVocabulary, Tick, Vocabulary } from './vocabulary.js';
 
 export interface ConnectOptions {
   /** How long a call waits for connection and answer together, in milliseconds. 10,000 unless you say otherwise. */
@@ -34,39 +36,31 @@ export interface ConnectOptions {
   onWatchError?: (error: unknown) => void;
 }
 
-type CallFunction<C extends Call, Result = Answer<C>> =
-  {} extends Arguments<C>
-    ? (values?: Record<string, never>, options?: CallOptions) => Promise<Result>
-    : (values: Arguments<C>, options?: CallOptions) => Promise<Result>;
-
 /** One function for each call, watches of the terminal's records, pushes, and the state of the connection. */
-export type Connection = { [C in Exclude<Call, 'insertOrder' | 'insertOrderList'>]: CallFunction<C> } & {
-  /** The terminal never replies to these calls. The promise is resolved when the call has been sent. */
-  [C in OneWayCall]: (values: Arguments<C>, options?: CallOptions) => Promise<void>;
-} & {
-  /**
-   * Places one order, once. It rejects only when nothing was sent: for unusable arguments (TypeError, RangeError), without
-   * a connection (NotSentError), or when the signal was aborted before. Everything else is an outcome.
-   */
-  insertOrder: CallFunction<'insertOrder', OrderOutcome>;
-  /** Places several orders of an account in one call, once. It gives an outcome for each order, in their order. */
-  insertOrderList: CallFunction<'insertOrderList', OrderOutcome[]>;
+export type Connection<V extends Vocabulary = SimulatorVocabulary> = CallFunctions<V> & OneWayCalls<V> & Rest<V>;
+
+/** What a connection offers beside the calls. */
+interface Rest<V extends Vocabulary> {
   /** Looks up by its tag what became of an order whose outcome is unknown. The newest order comes first. */
-  findOrders(values: TaggedOrders, options?: CallOptions): Promise<Entrust[]>;
+  findOrders(values: TaggedOrders, options?: CallOptions): Promise<Entrust<V>[]>;
 
   /**
    * Follows the quotes of the symbols: subscribes, brings the current quote of each, then every push. A symbol stays
    * subscribed while any watch, or the page's own `subscribe`, needs it. Identifiers are symbols.
    */
-  watchQuotes(symbols: readonly string[], listener?: WatchListener<Tick>, options?: WatchOptions): Watch<Tick>;
+  watchQuotes(symbols: readonly string[], listener?: WatchListener<Tick<V>>, options?: WatchOptions): Watch<Tick<V>>;
   /** Follows the orders. Identifiers are order numbers (`orderId`). */
-  watchOrders(selection?: OrderSelection, listener?: WatchListener<Entrust>, options?: WatchOptions): Watch<Entrust>;
+  watchOrders(
+    selection?: OrderSelection<V>,
+    listener?: WatchListener<Entrust<V>>,
+    options?: WatchOptions,
+  ): Watch<Entrust<V>>;
   /** Follows the executions. Identifiers are those of the executions (`execId`). */
   watchExecutions(
-    selection?: ExecutionSelection,
-    listener?: WatchListener<Execution>,
+    selection?: ExecutionSelection<V>,
+    listener?: WatchListener<Execution<V>>,
     options?: WatchOptions,
-  ): Watch<Execution>;
+  ): Watch<Execution<V>>;
   /** Follows the positions of the accounts. Closed positions leave. `positionId` tells the identifier of a position. */
   watchPositions(
     selection: PositionSelection,
@@ -76,8 +70,8 @@ export type Connection = { [C in Exclude<Call, 'insertOrder' | 'insertOrderList'
   /** Follows the asset summaries of the accounts. Identifiers are fund accounts. */
   watchAssets(selection: AssetSelection, listener?: WatchListener<Asset>, options?: WatchOptions): Watch<Asset>;
 
-  /** Calls the listener for each push until the returned function is called. */
-  on<P extends PushEvent>(push: P, listener: PushListener<P>): () => void;
+  /** Calls the listener for each push until the returned function is called. The name of the event works too. */
+  on<P extends PushName | PushEvent>(push: P, listener: PushListener<P, V>): () => void;
 
   /** `connecting` also between a break and the next connection. The terminal's own bridge is always open. */
   readonly state: ConnectionState;
@@ -87,7 +81,7 @@ export type Connection = { [C in Exclude<Call, 'insertOrder' | 'insertOrderList'
   onClose(listener: (event: CloseEvent) => void): () => void;
   /** Stops watches and listeners, and gives up waiting calls. Nothing is sent afterwards. */
   close(): void;
-};
+}
 
 /**
  * Gives typed access to calls, watches and pushes. Use one connection for each page, so that empty replies find their call
@@ -95,10 +89,10 @@ export type Connection = { [C in Exclude<Call, 'insertOrder' | 'insertOrderList'
  *
  * @throws NoBridgeError when the page has no bridge.
  */
-export function connect(
+export function connect<V extends Vocabulary = SimulatorVocabulary>(
   bridge: CallBridge | undefined = globalThis.window?.CallBridge,
   options: ConnectOptions = {},
-): Connection {
+): Connection<V> {
   if (typeof bridge?.invokeMethod !== 'function') throw new NoBridgeError();
   const onError = options.onWatchError ?? ((error: unknown) => console.error('a watch has failed:', error));
   const [onOpen, onClose] = [new Listeners<OpenEvent>(), new Listeners<CloseEvent>()];
@@ -129,8 +123,8 @@ export function connect(
     (values?: Values, callOptions?: CallOptions) => calls.ask(call, values, callOptions),
   ]);
 
-  return {
-    ...(Object.fromEntries(plainCalls) as { [C in Call]: CallFunction<C> }),
+  const connection: Connection = {
+    ...(Object.fromEntries(plainCalls) as Omit<CallFunctions<SimulatorVocabulary>, 'insertOrder' | 'insertOrderList'>),
     ...{ subscribe, unsubscribe, unsubscribeAll, subStrategyMsg },
     sendCustomInfo: (values, callOptions) => calls.tell('sendCustomInfo', { ...values }, callOptions),
     insertOrder: (values, callOptions) => insertOrder(calls, values, callOptions),
@@ -156,4 +150,5 @@ export function connect(
       onClose.clear();
     },
   };
+  return connection as unknown as Connection<V>; // vocabularies are types and nothing else
 }

@@ -3,14 +3,15 @@ import { CallError, FailedCallError, NotSentError } from './errors.js';
 import type { Arguments } from './methods.js';
 import type { CallOptions } from './pendingCall.js';
 import { placedOrder, type ListedOrder, type PlacedOrder } from './records.js';
+import type { SimulatorVocabulary, Vocabulary } from './vocabulary.js';
 
 /** What became of an order that was sent. */
-export type OrderOutcome =
+export type OrderOutcome<V extends Vocabulary = SimulatorVocabulary> =
   | {
       readonly outcome: 'accepted';
       /** The terminal's number of the order. */
       readonly orderID: string;
-      readonly order: PlacedOrder | ListedOrder;
+      readonly order: PlacedOrder<V> | ListedOrder<V>;
     }
   | {
       readonly outcome: 'refused';
@@ -18,12 +19,12 @@ export type OrderOutcome =
       readonly reason: string;
       /** The number under which the terminal keeps the refusal. Without it the request as a whole was refused. */
       readonly orderID?: string;
-      readonly order?: PlacedOrder | ListedOrder;
+      readonly order?: PlacedOrder<V> | ListedOrder<V>;
     }
   | {
       /** There is no order, and the terminal does not say why. */
       readonly outcome: 'refusedWithoutReason';
-      readonly order?: PlacedOrder | ListedOrder;
+      readonly order?: PlacedOrder<V> | ListedOrder<V>;
     }
   | {
       /**

@@ -1,6 +1,7 @@
 import { argumentList } from '../methods.js';
 import type { CallOptions } from '../pendingCall.js';
-import type { Asset, Position, SecurityDetail } from '../records.js';
+import type { Asset, Position } from '../records.js';
+import type { SecurityDetail } from '../securities.js';
 import { watchList } from './lists.js';
 import type { Stream } from './stream.js';
 import type { Terminal } from './terminal.js';

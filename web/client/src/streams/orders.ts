@@ -2,12 +2,16 @@ import { argumentList } from '../methods.js';
 import type { CallOptions } from '../pendingCall.js';
 import type { OrderFilter } from '../readings.js';
 import type { Cell, Entrust, EntrustList, Execution, ExecutionList } from '../records.js';
+import type { SimulatorVocabulary, Vocabulary } from '../vocabulary.js';
 import { watchList, type ListSource } from './lists.js';
 import type { Terminal } from './terminal.js';
 import type { Watch, WatchListener, WatchOptions } from './watch.js';
 
 /** Conditions that an order itself shows. Each is a list of accepted values; a missing or empty one sets no condition. */
-export type WatchedOrderFilter = Pick<OrderFilter, 'fundAccount' | 'orderStatus' | 'orderSource' | 'instanceID'>;
+export type WatchedOrderFilter<V extends Vocabulary = SimulatorVocabulary> = Pick<
+  OrderFilter<V>,
+  'fundAccount' | 'orderStatus' | 'orderSource' | 'instanceID'
+>;
 
 /** Conditions that an execution itself shows. It does not show the status of its order. */
 export type WatchedExecutionFilter = Omit<WatchedOrderFilter, 'orderStatus'>;
@@ -24,8 +28,11 @@ interface Selection<Filter, Item> {
   readonly matches?: (record: Item) => boolean;
 }
 
-export type OrderSelection = Selection<WatchedOrderFilter, Entrust>;
-export type ExecutionSelection = Selection<WatchedExecutionFilter, Execution>;
+export type OrderSelection<V extends Vocabulary = SimulatorVocabulary> = Selection<WatchedOrderFilter<V>, Entrust<V>>;
+export type ExecutionSelection<V extends Vocabulary = SimulatorVocabulary> = Selection<
+  WatchedExecutionFilter,
+  Execution<V>
+>;
 
 /** What orders and executions do not have in common. */
 interface Kind<Item> {

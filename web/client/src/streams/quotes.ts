@@ -1,7 +1,7 @@
 import { ClosedError, NotSentError } from '../errors.js';
 import { argumentList } from '../methods.js';
-import type { Tick } from '../records.js';
 import { stopWithConnection } from './lists.js';
+import type { Tick } from '../vocabulary.js';
 import { Stream } from './stream.js';
 import type { Terminal } from './terminal.js';
 import type { Watch, WatchListener, WatchOptions } from './watch.js';
