@@ -8,7 +8,7 @@ let watchErrors: unknown[];
 
 beforeEach(() => {
   vi.useFakeTimers();
-  bridge = new ScriptedBridge().answer('getCurrentTick', ({ symbol }) => ({ symbol, last: 1 }));
+  bridge = new ScriptedBridge().answer('getCurrentTick', ({ symbol }) => tick(symbol, 1));
   watchErrors = [];
   sdk = connect(bridge, { onWatchError: (error) => watchErrors.push(error) });
 });
@@ -22,7 +22,7 @@ afterEach(() => {
 /** The calls about quotes that the terminal got, each with its symbols. */
 const asked = () => bridge.calls.map(({ call, args }) => `${call} ${String(args.symbols ?? args.symbol ?? '')}`.trim());
 const settled = () => vi.advanceTimersByTimeAsync(0);
-const tick = (symbol: string, last: number): Tick => ({ symbol, last });
+const tick = (symbol: string, last: number) => ({ symbol, last }) as Tick;
 
 function recorded(): [string[], (update: Update<Tick>) => void] {
   const told: string[] = [];

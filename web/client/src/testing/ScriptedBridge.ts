@@ -1,7 +1,8 @@
 import type { BreakableBridge, BridgeListener, ConnectionChange, ConnectionState } from '../bridge.js';
-import type { methods, Answer, Arguments, Call } from '../methods.js';
-import type { PushEvent } from '../protocol.js';
-import { pushes } from '../pushes.js';
+import type { Call, Methods } from '../protocol/calls.js';
+import { pushes, type Push, type PushEvent, type PushName } from '../protocol/pushes.js';
+import type { Answer, Arguments } from '../types.js';
+import type { SimulatorVocabulary, Vocabulary } from '../vocabulary.js';
 import { callNamed, namedArguments, type AnyCall } from './namedArguments.js';
 
 /** A call that the page has made. */
@@ -35,36 +36,23 @@ export interface Deferred<Result> {
   answerEmpty(): void;
 }
 
-/** The `resultData` of an answer. Orders are answered with what the terminal sends; the client makes the outcome of it. */
-type Result<C extends AnyCall> = C extends Call ? Answer<C> : never;
-
-/** The `resultData` itself, or a function that makes it. */
-export type Script<C extends AnyCall> = Result<C> | ((args: Arguments<C>, call: RecordedCall) => Result<C>);
+/**
+ * The `resultData` of an answer, or a function that makes it. Orders are answered with what the terminal sends; the client
+ * makes the outcome of it.
+ */
+export type Script<C extends Call, V extends Vocabulary = SimulatorVocabulary> =
+  Answer<C, V> | ((args: Arguments<C, V>, call: RecordedCall) => Answer<C, V>);
 
 /** The name of a call in the client or on the wire. */
-type NameOf<C extends AnyCall> = C | (C extends Call ? (typeof methods)[C]['method'] : never);
+type NameOf<C extends Call> = C | Methods[C]['method'];
 
 type Respond = (call: RecordedCall) => void;
-
-/** The names of pushes in the client. */
-const pushNames = {
-  tick: 'on_tickUpdate',
-  asset: 'on_AssetUpdate',
-  orders: 'on_entrustUpdate',
-  executions: 'on_executionUpdate',
-  position: 'on_positionUpdate',
-  ordersLoaded: 'on_orderLoaded',
-  strategyMessage: 'on_vlxRcvCustomInfo',
-  strategyStatus: 'on_vlxStrategyStatusUpdate',
-} as const satisfies Record<string, PushEvent>;
-
-export type PushName = keyof typeof pushNames | PushEvent;
 
 /**
  * A terminal for tests. It records what the page calls, answers as the test says, and has no market of its own. A call
  * about which the test has said nothing is not taken, so that it fails at once; subscriptions succeed.
  */
-export class ScriptedBridge implements BreakableBridge {
+export class ScriptedBridge<V extends Vocabulary = SimulatorVocabulary> implements BreakableBridge {
   /** The calls that reached the terminal, the oldest first. */
   readonly calls: RecordedCall[] = [];
   private readonly listeners = new Map<string, Set<BridgeListener>>();
@@ -79,7 +67,7 @@ export class ScriptedBridge implements BreakableBridge {
   }
 
   /** Answers all calls of this name. */
-  answer<C extends Call>(name: NameOf<C>, script: Script<C>, options: AnswerOptions = {}): this {
+  answer<C extends Call>(name: NameOf<C>, script: Script<C, V>, options: AnswerOptions = {}): this {
     return this.script(name, options, (call) => {
       const resultData: unknown =
         typeof script === 'function' ? (script as (...args: unknown[]) => unknown)(call.args, call) : script;
@@ -104,7 +92,7 @@ export class ScriptedBridge implements BreakableBridge {
   }
 
   /** Takes the next call of this name out of the script: the test answers it later, or never. */
-  defer<C extends Call>(name: NameOf<C>): Deferred<Result<C>> {
+  defer<C extends Call>(name: NameOf<C>): Deferred<Answer<C, V>> {
     const call = callNamed(name);
     let respond: (reply: Reply) => void = () => {
       throw new Error(`ScriptedBridge: the page has not called ${call} yet`);
@@ -129,11 +117,11 @@ export class ScriptedBridge implements BreakableBridge {
    * Sends a push. Records become JSON texts as on the wire; a text is sent as it is. `strategyMessage` and
    * `strategyStatus` have two texts, `ordersLoaded` has nothing, and an `asset` without a record tells of no account.
    */
-  push(name: PushName, ...values: unknown[]): void {
-    const event = (pushNames as Partial<Record<string, PushEvent>>)[name] ?? name;
-    if (!Object.prototype.hasOwnProperty.call(pushes, event)) throw new TypeError(`there is no push "${name}"`);
-    const args = event === 'on_AssetUpdate' && values[0] === undefined ? [''] : values;
-    this.emit(event, ...args.map((value) => (typeof value === 'string' ? value : JSON.stringify(value))));
+  push(name: PushName | PushEvent, ...values: unknown[]): void {
+    const push = Object.entries<Push>(pushes).find(([known, { event }]) => known === name || event === name)?.[1];
+    if (!push) throw new TypeError(`there is no push "${name}"`);
+    const args = push.mayBeEmpty && values[0] === undefined ? [''] : values;
+    this.emit(push.event, ...args.map((value) => (typeof value === 'string' ? value : JSON.stringify(value))));
   }
 
   /** The calls of this name. */

@@ -2,7 +2,6 @@ export {
   ScriptedBridge,
   type AnswerOptions,
   type Deferred,
-  type PushName,
   type RecordedCall,
   type Refusal,
   type Script,

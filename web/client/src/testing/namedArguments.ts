@@ -1,11 +1,12 @@
-import { methods, oneWayMethods, type Call, type OneWayCall } from '../methods.js';
+import { methods, oneWayMethods, type Call, type OneWayCall, type OneWayMethod } from '../protocol/calls.js';
+import type { ArgumentTypes } from '../readings.js';
 
 export type AnyCall = Call | OneWayCall;
 
-const table = { ...methods, ...oneWayMethods };
+const table: Readonly<Record<AnyCall, OneWayMethod>> = { ...methods, ...oneWayMethods };
 
 /** How values that travel as text are read back. All others travel unchanged. */
-const readBack: Readonly<Record<string, (text: string) => unknown>> = {
+const readBack: { readonly [Reading in keyof ArgumentTypes]?: (text: string) => unknown } = {
   commaList: (text) => text.split(','),
   orderFilter: (text) => JSON.parse(text) as unknown,
   securityClasses: (text) => (JSON.parse(text) as { symbolFilter: unknown }).symbolFilter,
@@ -23,7 +24,7 @@ export function callNamed(name: string): AnyCall {
 /** The arguments of a call as the page passed them, by name. */
 export function namedArguments(call: AnyCall, args: readonly unknown[]): Record<string, unknown> {
   return Object.fromEntries(
-    table[call].parameters.map(([name, reading], index) => {
+    Object.entries(table[call].parameters).map(([name, reading], index) => {
       const read = readBack[reading];
       return [name, read ? read(args[index] as string) : args[index]];
     }),
