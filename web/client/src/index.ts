@@ -31,4 +31,24 @@ export type {
 export type { FundAccount, SecurityDetail, SecurityEntry } from './securities.js';
 export type { Json, JsonObject, JsonSchema } from './shapes.js';
 export type { Answer, Arguments, PushListener } from './types.js';
-export * from './vocabulary.js';
+export {
+  candleFields,
+  fundProperties,
+  klinePeriods,
+  orderStatuses,
+  priceTypes,
+  quoteFields,
+  securityTypes,
+  sides,
+  strategyLanguages,
+  strategyStatuses,
+} from './vocabulary.js';
+export type {
+  Candle,
+  Code,
+  SimulatorCandle,
+  SimulatorTick,
+  SimulatorVocabulary,
+  Tick,
+  Vocabulary,
+} from './vocabulary.js';
