@@ -8,7 +8,7 @@ export const entry = (page: Page, kind: 'call' | 'event' | 'connection', name: s
 export async function openDesk(page: Page): Promise<Frames> {
   const frames = new Frames(page);
   await page.goto('/');
-  await expect(page.getByTestId('connection')).toHaveText('已连接 connected');
+  await expect(page.getByTestId('connection')).toHaveText('已连接');
   await expect(page.getByTestId('kline-table').locator('tbody tr')).not.toHaveCount(0);
   await expect(page.getByLabel('只看未应答')).toBeVisible();
   await expect(page.getByTestId('entry').filter({ hasText: '尚无应答' })).toHaveCount(0);
