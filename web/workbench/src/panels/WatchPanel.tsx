@@ -57,21 +57,18 @@ export function WatchPanel({ sdk, feed, list, chosen, onChoose }: Props) {
   );
   return (
     <Panel title={t.watchList} className="watch" testId="watch">
-      <Outcome of={list.answer}>
-        {() => (
-          <DataTable
-            name="watch"
-            label={t.watchList}
-            columns={columns}
-            items={items}
-            idOf={symbolOf}
-            testId="watch-table"
-            chosenId={chosen}
-            tools={tools}
-            empty={t.watchListEmpty}
-          />
-        )}
-      </Outcome>
+      {list.answer.error && <Outcome of={list.answer}>{() => null}</Outcome>}
+      <DataTable
+        name="watch"
+        label={t.watchList}
+        columns={columns}
+        items={items}
+        idOf={symbolOf}
+        testId="watch-table"
+        chosenId={chosen}
+        tools={tools}
+        empty={list.isKnown ? t.watchListEmpty : t.waiting}
+      />
     </Panel>
   );
 }
