@@ -1,7 +1,6 @@
 import type { Connection } from '@varnel/web-client';
 import { toneOf, useFormats } from '../formats';
-import { useTick } from '../live/hooks';
-import type { TickFeed } from '../live/TickFeed';
+import { useQuote } from '../live/useWatch';
 import { clockOf, quoteOf, type Level, type Quote } from '../quote';
 import { useTexts } from '../texts/useTexts';
 import { useAsk } from '../useAsk';
@@ -9,7 +8,6 @@ import { Outcome, Panel } from './Panel';
 
 interface Props {
   sdk: Connection;
-  feed: TickFeed;
   symbol: string;
   /** Decimals of the security's prices. */
   precision: number;
@@ -27,10 +25,10 @@ const figureKeys = [
   'amount',
 ] as const satisfies (keyof Quote['figures'])[];
 
-export function QuotePanel({ sdk, feed, symbol, precision }: Props) {
+export function QuotePanel({ sdk, symbol, precision }: Props) {
   const t = useTexts();
   const quote = useAsk(['tick', symbol], () => sdk.getCurrentTick({ symbol }), { enabled: symbol !== '' });
-  const live = useTick(feed, symbol);
+  const live = useQuote(symbol);
   const tools = (
     <div className="tools">
       <strong className="figure">{symbol}</strong>
