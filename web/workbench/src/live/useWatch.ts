@@ -26,16 +26,22 @@ export function useWatch<Item>(start: StartWatch<Item> | undefined): Watched<Ite
   const startedWith = useRef(start);
 
   useEffect(() => {
-    // What the same watch showed before its view was hidden stays until the first snapshot.
     if (startedWith.current !== start) setWatched(nothing);
     startedWith.current = start;
     if (!start) return;
     let isOver = false;
     let isAnnounced = false;
     let isReady = false;
+    let isSettled = false;
     const draw = () => {
       isAnnounced = false;
-      if (!isOver) setWatched({ items: [...watch.items.values()], isReady, error: undefined });
+      if (isOver) return;
+      const items = [...watch.items.values()];
+      setWatched((before) => {
+        // A view that is shown again keeps what it had until all of it is there again.
+        if (!isSettled && items.length < before.items.length) return before;
+        return { items, isReady: isReady || before.isReady, error: isReady ? undefined : before.error };
+      });
     };
     const announce = () => {
       if (isAnnounced) return;
@@ -45,10 +51,11 @@ export function useWatch<Item>(start: StartWatch<Item> | undefined): Watched<Ite
     const watch = start(announce);
     watch.ready.then(
       () => {
-        isReady = true;
+        isReady = isSettled = true;
         announce();
       },
       (error: Error) => {
+        isSettled = true;
         if (!isOver) setWatched((before) => ({ ...before, error }));
       },
     );

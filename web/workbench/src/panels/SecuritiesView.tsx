@@ -25,7 +25,7 @@ export function SecuritiesView({ sdk }: { sdk: Connection }) {
         <SecurityListPanel sdk={sdk} chosen={symbol} onChoose={setSymbol} />
       </div>
       <div className="column">
-        <QuotePanel sdk={sdk} symbol={symbol} precision={security.data?.precision ?? 2} />
+        <QuotePanel symbol={symbol} precision={security.data?.precision ?? 2} />
         <SecurityPanel detail={security} />
         <TradableQtyPanel
           sdk={sdk}
