@@ -65,7 +65,7 @@ function Row({ entry }: { entry: Entry }) {
 
 /** Every call and every event of this page, newest first. */
 export function InspectorPanel({ journal }: { journal: Journal }) {
-  const entries = useSyncExternalStore(journal.watch, journal.entries);
+  const entries = useSyncExternalStore(journal.watch, journal.current).entries;
   const [unansweredOnly, setUnansweredOnly] = useState(false);
   const [withPushes, setWithPushes] = useState(true);
   const open = entries.filter((entry) => entry.kind === 'call' && !entry.oneWay && !entry.answer);
