@@ -1,4 +1,4 @@
-import type { CancelledOrder, Connection } from '@varnel/web-client';
+import { OutcomeUnknownError, UnexpectedReplyError, type CancelledOrder, type Connection } from '@varnel/web-client';
 
 /** Identifiers of one call. */
 export const portion = 1000;
@@ -7,13 +7,15 @@ export interface Cancels {
   cancelled: number;
   /** Orders that the terminal did not cancel, with its reasons. */
   refused: readonly { orderId: string; reason: string }[];
-  /** Orders of calls without an answer: nobody knows whether they are cancelled. */
+  /** Orders of a call without an answer: nobody knows whether they are cancelled. */
   unknown: readonly string[];
-  /** The first error of these calls. */
+  /** Orders whose cancels were not sent. */
+  unsent: readonly string[];
+  /** Why the calls ended early. */
   error?: Error;
 }
 
-/** Cancels any number of orders, so many in one call, one call after the other. No call is repeated. */
+/** Cancels any number of orders, so many in one call, one call after the other. A call that fails is the last one. */
 export async function cancelOrders(
   sdk: Pick<Connection, 'cancelOrders'>,
   orderIds: readonly string[],
@@ -24,10 +26,13 @@ export async function cancelOrders(
     try {
       answers.push(...(await sdk.cancelOrders({ orderIds: orderIds.slice(at, at + size) })));
     } catch (error) {
-      return { ...counted(answers), unknown: orderIds.slice(at, at + size), error: error as Error };
+      const [waiting, rest] = [orderIds.slice(at, at + size), orderIds.slice(at + size)];
+      const isUnknown = error instanceof OutcomeUnknownError || error instanceof UnexpectedReplyError;
+      const lost = isUnknown ? { unknown: waiting, unsent: rest } : { unknown: [], unsent: [...waiting, ...rest] };
+      return { ...counted(answers), ...lost, error: error as Error };
     }
   }
-  return { ...counted(answers), unknown: [] };
+  return { ...counted(answers), unknown: [], unsent: [] };
 }
 
 function counted(answers: readonly CancelledOrder[]): Pick<Cancels, 'cancelled' | 'refused'> {

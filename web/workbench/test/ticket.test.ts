@@ -1,4 +1,11 @@
-import { sides, type CancelledOrder, type Position, type SecurityDetail } from '@varnel/web-client';
+import {
+  OutcomeUnknownError,
+  sides,
+  TimeoutError,
+  type CancelledOrder,
+  type Position,
+  type SecurityDetail,
+} from '@varnel/web-client';
 import { describe, expect, it } from 'vitest';
 import { cancelOrders } from '../src/cancelling';
 import { closingOrder, isClosable, securityOf } from '../src/closing';
@@ -200,7 +207,7 @@ describe('cancelling', () => {
 
   it('takes a call for each thousand', async () => {
     const { calls, sdk } = terminal(done);
-    expect(await cancelOrders(sdk, ids)).toEqual({ cancelled: 2500, refused: [], unknown: [] });
+    expect(await cancelOrders(sdk, ids)).toEqual({ cancelled: 2500, refused: [], unknown: [], unsent: [] });
     expect(calls).toEqual([1000, 1000, 500]);
   });
 
@@ -210,11 +217,12 @@ describe('cancelling', () => {
       cancelled: 0,
       refused: [{ orderId: 'a', reason: '委托不存在' }],
       unknown: [],
+      unsent: [],
     });
   });
 
   it('stops after a call without an answer, and repeats none', async () => {
-    const lost = new Error('no answer');
+    const lost = new OutcomeUnknownError(new TimeoutError('cancelOrders', 'u1', 10_000));
     const { calls, sdk } = terminal((list) => {
       if (list.includes('o1000')) throw lost;
       return done(list);
@@ -223,5 +231,13 @@ describe('cancelling', () => {
     expect(calls).toEqual([1000, 1000]);
     expect(cancels).toMatchObject({ cancelled: 1000, refused: [], error: lost });
     expect(cancels.unknown).toEqual(ids.slice(1000, 2000));
+    expect(cancels.unsent).toEqual(ids.slice(2000));
+  });
+
+  it('says which cancels were not sent', async () => {
+    const { sdk } = terminal(() => {
+      throw new Error('no connection');
+    });
+    expect(await cancelOrders(sdk, ids)).toMatchObject({ cancelled: 0, unknown: [], unsent: ids });
   });
 });
