@@ -57,6 +57,10 @@ function(varnel_add_test name)
     endif()
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} GTest::gmock varnel_build_options)
+    if(VARNEL_SANITIZE STREQUAL "thread")
+        target_sources(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests/QueuedSignalOrder.cpp")
+        target_link_libraries(${name} PRIVATE Qt5::CorePrivate)
+    endif()
     # Not the tests' own property: gtest_discover_tests keeps only the first entry of a list.
     set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${PROJECT_SOURCE_DIR}/tests/TestEnvironment.cmake")
     gtest_discover_tests(${name}

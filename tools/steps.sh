@@ -87,6 +87,7 @@ declare -A packages=(
     [build]='g++:g++ cmake:cmake ninja-build:ninja ccache:ccache qtbase5-dev libqt5websockets5-dev libgtest-dev libgmock-dev'
     [web]='nodejs:node npm:npm'
     [test]='binutils:nm pkg-config:pkg-config abigail-tools:abidiff dpkg-dev:dpkg-shlibdeps'
+    [tsan]='qtbase5-private-dev'
     [package]='dpkg-dev:dpkg-shlibdeps'
     [examples]='qtwebengine5-dev libqt5webchannel5-dev'
     [browser]='chromium:chromium fonts-wqy-zenhei'

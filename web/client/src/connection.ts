@@ -7,19 +7,13 @@ import {
   TimeoutError,
   UnexpectedReplyError,
 } from './errors.js';
-import {
-  argumentList,
-  describe,
-  methods,
-  oneWayMethods,
-  type Answer,
-  type Arguments,
-  type Call,
-  type OneWayCall,
-} from './methods.js';
-import { answeredCalls, type PushEvent } from './protocol.js';
+import { argumentList, describe, methods, oneWayMethods, type Call, type OneWayCall } from './methods.js';
+import { answeredCalls } from './protocol.js';
+import type { PushEvent, PushName } from './protocol/pushes.js';
 import { PushHub, type OnUnreadable, type PushListener } from './pushes.js';
+import type { Calls, OneWayCalls } from './types.js';
 import { uuidSource } from './uuid.js';
+import type { SimulatorVocabulary, Vocabulary } from './vocabulary.js';
 
 export interface CallOptions {
   /** How long to wait for the answer, in milliseconds. */
@@ -33,21 +27,14 @@ export interface ConnectOptions extends CallOptions {
   onUnreadable?: OnUnreadable;
 }
 
-type CallFunction<C extends Call> =
-  {} extends Arguments<C>
-    ? (values?: Record<string, never>, options?: CallOptions) => Promise<Answer<C>>
-    : (values: Arguments<C>, options?: CallOptions) => Promise<Answer<C>>;
-
 /** One function for each call, `on` for pushes, and `close`. */
-export type Connection = { [C in Call]: CallFunction<C> } & {
-  /** Only sends: the terminal never replies to these calls. */
-  [C in OneWayCall]: (values: Arguments<C>) => void;
-} & {
-  /** Calls the listener for each push until the returned function is called. */
-  on<P extends PushEvent>(push: P, listener: PushListener<P>): () => void;
-  /** Stops listening and rejects waiting calls. Nothing is sent afterwards. */
-  close(): void;
-};
+export type Connection<V extends Vocabulary = SimulatorVocabulary> = Calls<V> &
+  OneWayCalls<V> & {
+    /** Calls the listener for each push until the returned function is called. The name of the event works too. */
+    on<P extends PushName | PushEvent>(push: P, listener: PushListener<P, V>): () => void;
+    /** Stops listening and rejects waiting calls. Nothing is sent afterwards. */
+    close(): void;
+  };
 
 interface Waiting {
   resolve(answer: unknown): void;
@@ -60,7 +47,10 @@ const defaultTimeoutMs = 10_000;
  * Gives typed access to calls and pushes. Use one connection for each page, so that empty replies find their call. A call
  * is never repeated: a repeated order is a second order.
  */
-export function connect(bridge: CallBridge, options: ConnectOptions = {}): Connection {
+export function connect<V extends Vocabulary = SimulatorVocabulary>(
+  bridge: CallBridge,
+  options: ConnectOptions = {},
+): Connection<V> {
   const nextUuid = uuidSource();
   const closers: (() => void)[] = [];
   let closed = false;
@@ -168,13 +158,13 @@ export function connect(bridge: CallBridge, options: ConnectOptions = {}): Conne
   const oneWayCalls = Object.fromEntries(
     (Object.keys(oneWayMethods) as OneWayCall[]).map((call) => [call, send(call)]),
   );
-  const hub = new PushHub(bridge, options.onUnreadable);
+  const hub = new PushHub<V>(bridge, options.onUnreadable);
   const close = () => {
     closed = true;
     for (const stop of closers.splice(0)) stop();
     hub.close();
   };
-  return { ...calls, ...oneWayCalls, on: hub.on, close } as Connection;
+  return { ...calls, ...oneWayCalls, on: hub.on, close } as unknown as Connection<V>;
 }
 
 function parse(reply: unknown): Record<string, unknown> | undefined {

@@ -6,9 +6,11 @@ import {
   entrustKeys,
   executionKeys,
   positionKeys,
+  pushes,
   pushEvents,
   type Connection,
   type PushEvent,
+  type PushName,
 } from '../src/index.js';
 import { FakeBridge } from './fakeBridge.js';
 
@@ -34,7 +36,7 @@ const execution = cells(executionKeys);
 const position = { ...Object.fromEntries(positionKeys.map((key) => [key, null])), stockInterest: 0 };
 const asset = Object.fromEntries(assetKeys.map((key) => [key, '0.00']));
 
-function hear(push: PushEvent): unknown[][] {
+function hear(push: PushEvent | PushName): unknown[][] {
   const heard: unknown[][] = [];
   sdk.on(push, (...args: unknown[]) => void heard.push(args));
   return heard;
@@ -183,5 +185,17 @@ describe('calls without reply', () => {
     sdk.close();
     expect(() => sdk.sendCustomInfo({ customMsgID: 'id', message: '' })).toThrow(ClosedError);
     expect(bridge.calls).toEqual([]);
+  });
+});
+
+describe('the name of a push', () => {
+  it.each(Object.entries(pushes))('%s stands for its event', (name, { event }) => {
+    const [args, expected] = table.find(([push]) => push === event)!.slice(1) as [unknown[], unknown[]];
+    const heard = hear(name as PushName);
+    const heardByEvent = hear(event);
+    bridge.emit(event, ...args);
+    expect(heard).toEqual([expected]);
+    expect(heardByEvent).toEqual([expected]);
+    expect(bridge.listeners.get(event)!.size).toBe(1);
   });
 });

@@ -106,12 +106,12 @@ describe('asking again', () => {
 describe('the feed of quotes', () => {
   class FakeTerminal {
     readonly calls: string[] = [];
-    snapshots: Record<string, Tick> = {};
+    snapshots: Record<string, Partial<Tick>> = {};
     failing = false;
-    push: (tick: Tick) => void = () => {};
+    push: (tick: Partial<Tick>) => void = () => {};
 
     readonly sdk = {
-      on: (_: string, listener: (tick: Tick) => void) => {
+      on: (_: string, listener: (tick: Partial<Tick>) => void) => {
         this.push = listener;
         return () => {};
       },

@@ -8,7 +8,7 @@ type Sdk = Pick<Connection, 'on' | 'subscribe' | 'unsubscribe' | 'getCurrentTick
  * it, and the last panel ends it.
  */
 export class TickFeed {
-  private readonly ticks = new Map<string, Tick>();
+  private readonly ticks = new Map<string, Partial<Tick>>();
   private readonly counts = new Map<string, number>();
   private readonly subscribed = new Set<string>();
   private readonly watchers: Watchers;
@@ -39,7 +39,7 @@ export class TickFeed {
   };
 
   /** The latest quote since the subscription, if there was one. */
-  readonly tick = (symbol: string): Tick | undefined => this.ticks.get(symbol);
+  readonly tick = (symbol: string): Partial<Tick> | undefined => this.ticks.get(symbol);
 
   readonly watch = (watcher: () => void): (() => void) => this.watchers.add(watcher);
 

@@ -27,7 +27,7 @@ export function useLive<Item>(records: LiveRecords<Item>): readonly Item[] {
 }
 
 /** The latest quote of a symbol. Renders again only when that quote changes. */
-export function useTick(feed: TickFeed, symbol: string): Tick | undefined {
+export function useTick(feed: TickFeed, symbol: string): Partial<Tick> | undefined {
   useEffect(() => (symbol === '' ? undefined : feed.subscribe([symbol])), [feed, symbol]);
   return useSyncExternalStore(
     feed.watch,

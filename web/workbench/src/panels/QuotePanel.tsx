@@ -9,7 +9,7 @@ import { Outcome, Panel } from './Panel';
 interface Props {
   symbol: string;
   /** The answer to the latest call. */
-  quote: Answered<Tick>;
+  quote: Answered<Partial<Tick>>;
   feed: TickFeed;
   /** Decimals of the security's prices. */
   precision: number;

@@ -13,7 +13,7 @@ export function SecuritiesView({ sdk, feed }: { sdk: Connection; feed: TickFeed 
   const accounts = useFundAccounts(sdk);
   const [symbol, setSymbol] = useState('');
   const [detail, followDetail] = useAnswer<SecurityDetail | undefined>();
-  const [quote, followQuote] = useAnswer<Tick>();
+  const [quote, followQuote] = useAnswer<Partial<Tick>>();
 
   const choose = useCallback(
     (chosen: string) => {
