@@ -1,7 +1,10 @@
 export * from './bridge.js';
-export { connect, type CallOptions, type ConnectOptions, type Connection } from './connection.js';
+export { connect, type ConnectOptions, type Connection } from './connection.js';
 export * from './errors.js';
+export type { CloseEvent, OpenEvent } from './link.js';
 export { methods, oneWayMethods, type Call, type OneWayCall } from './methods.js';
+export type { OrderOutcome } from './outcomes.js';
+export type { CallOptions } from './pendingCall.js';
 export * from './protocol.js';
 export { pushes, type PushArguments, type PushName } from './protocol/pushes.js';
 export {
@@ -30,5 +33,14 @@ export type {
 } from './records.js';
 export type { FundAccount, SecurityDetail, SecurityEntry } from './securities.js';
 export type { Json, JsonObject, JsonSchema } from './shapes.js';
+export { positionId, type AssetSelection, type PositionSelection } from './streams/holdings.js';
+export type {
+  ExecutionSelection,
+  OrderSelection,
+  TaggedOrders,
+  WatchedExecutionFilter,
+  WatchedOrderFilter,
+} from './streams/orders.js';
+export type { Update, Watch, WatchListener, WatchOptions } from './streams/watch.js';
 export type { Answer, Arguments, PushListener } from './types.js';
 export * from './vocabulary.js';

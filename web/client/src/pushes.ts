@@ -1,8 +1,8 @@
 import type { BridgeListener, CallBridge } from './bridge.js';
 import { pushes, type Push, type PushEvent, type PushName } from './protocol/pushes.js';
+import { callSafely } from './safely.js';
 import { text } from './shapes.js';
 import type { PushListener } from './types.js';
-import type { Vocabulary } from './vocabulary.js';
 
 export type { PushListener } from './types.js';
 
@@ -29,7 +29,7 @@ function reportToConsole(event: PushEvent, args: readonly unknown[], reason: Err
 }
 
 /** Listens to a push of the bridge while it has listeners here, and reads each push once for all of them. */
-export class PushHub<V extends Vocabulary> {
+export class PushHub {
   private readonly listening = new Map<Push, { listeners: Set<BridgeListener>; onPush: BridgeListener }>();
   private closed = false;
 
@@ -39,7 +39,7 @@ export class PushHub<V extends Vocabulary> {
   ) {}
 
   /** A function that is added twice is called twice for each push. */
-  readonly on = <P extends PushName | PushEvent>(name: P, listener: PushListener<P, V>): (() => void) => {
+  readonly on = <P extends PushName | PushEvent>(name: P, listener: PushListener<P>): (() => void) => {
     const push = rows.get(name);
     if (!push) throw new TypeError(`on: there is no push "${name}"`);
     if (this.closed) return () => {};
@@ -80,16 +80,5 @@ export class PushHub<V extends Vocabulary> {
   private stop(push: Push): void {
     this.bridge.removeEventListener(push.event, this.listening.get(push)!.onPush);
     this.listening.delete(push);
-  }
-}
-
-/** A listener that throws does not stop the others. Its error becomes an uncaught one. */
-function callSafely(task: () => void): void {
-  try {
-    task();
-  } catch (error) {
-    setTimeout(() => {
-      throw error;
-    });
   }
 }

@@ -1,4 +1,5 @@
-import type { CallOptions } from './connection.js';
+import type { OrderOutcome } from './outcomes.js';
+import type { CallOptions } from './pendingCall.js';
 import type { Call, Methods, OneWayCall, OneWayMethods } from './protocol/calls.js';
 import type { PushArguments, PushEvent, PushName, pushes } from './protocol/pushes.js';
 import type { AnswerTypes, ArgumentTypes } from './readings.js';
@@ -16,20 +17,29 @@ export type Arguments<C extends Call | OneWayCall, V extends Vocabulary = Simula
   [Name in keyof ParametersOf<C>]: ArgumentTypes<V>[ParametersOf<C>[Name] & keyof ArgumentTypes];
 };
 
-/** The answer to a call. */
+/** What the terminal answers to a call. */
 export type Answer<C extends Call, V extends Vocabulary = SimulatorVocabulary> = AnswerTypes<V>[Methods[C]['answer']];
+
+/** What the promise of a call gives: the answer, or what became of each order. */
+export type Result<C extends Call, V extends Vocabulary = SimulatorVocabulary> = C extends 'insertOrder'
+  ? OrderOutcome<V>
+  : C extends 'insertOrderList'
+    ? OrderOutcome<V>[]
+    : Answer<C, V>;
 
 /** The function of a call. The arguments may be left out where there are none. */
 export type CallFunction<C extends Call, V extends Vocabulary> =
   {} extends Arguments<C, V>
-    ? (values?: Record<string, never>, options?: CallOptions) => Promise<Answer<C, V>>
-    : (values: Arguments<C, V>, options?: CallOptions) => Promise<Answer<C, V>>;
+    ? (values?: Record<string, never>, options?: CallOptions) => Promise<Result<C, V>>
+    : (values: Arguments<C, V>, options?: CallOptions) => Promise<Result<C, V>>;
 
 /** A function for each call. */
 export type Calls<V extends Vocabulary> = { [C in keyof Methods]: CallFunction<C, V> };
 
-/** A function for each call to which the terminal never replies. It only sends. */
-export type OneWayCalls<V extends Vocabulary> = { [C in keyof OneWayMethods]: (values: Arguments<C, V>) => void };
+/** A function for each call to which the terminal never replies. The promise is resolved when the call has been sent. */
+export type OneWayCalls<V extends Vocabulary> = {
+  [C in keyof OneWayMethods]: (values: Arguments<C, V>, options?: CallOptions) => Promise<void>;
+};
 
 /** The name of a push, from the name or from its event. */
 export type PushNameOf<P extends PushName | PushEvent> = P extends PushName

@@ -1,10 +1,10 @@
-import type { Connection, ListedOrder } from '@varnel/web-client';
+import type { Connection, OrderOutcome } from '@varnel/web-client';
 import { useState, type FormEvent } from 'react';
 import { readBasket, type BasketLine } from '../basket';
 import { useCommand } from '../useCommand';
 import { useFundAccounts } from '../useFundAccounts';
 import { AccountSelect } from './AccountSelect';
-import { CommandOutcome } from './CommandOutcome';
+import { CommandOutcome, PlacedOutcome, Unknown } from './CommandOutcome';
 import { Confirm } from './Confirm';
 import { Panel } from './Panel';
 
@@ -14,7 +14,7 @@ export function BasketPanel({ sdk }: { sdk: Connection }) {
   const [chosen, setChosen] = useState<string>();
   const [text, setText] = useState('');
   const [confirming, setConfirming] = useState<readonly BasketLine[]>();
-  const [command, run, reset] = useCommand<ListedOrder[]>();
+  const [command, run, reset] = useCommand<OrderOutcome[]>();
   const fundAccount = chosen ?? accounts.data?.[0]?.fundAccount ?? '';
   const read = readBasket(text);
   const count = read.ok ? read.lines.length : 0;
@@ -84,8 +84,9 @@ export function BasketPanel({ sdk }: { sdk: Connection }) {
   );
 }
 
-function Outcomes({ orders }: { orders: readonly ListedOrder[] }) {
-  const refused = orders.filter(({ code }) => code !== '0');
+function Outcomes({ orders }: { orders: readonly OrderOutcome[] }) {
+  if (orders.some(({ outcome }) => outcome === 'unknown')) return <Unknown />;
+  const refused = orders.filter(({ outcome }) => outcome !== 'accepted');
   return (
     <>
       <p>
@@ -93,9 +94,10 @@ function Outcomes({ orders }: { orders: readonly ListedOrder[] }) {
       </p>
       {refused.length > 0 && (
         <ul className="reasons">
-          {refused.slice(0, 20).map(({ orderID, symbol, msg }, place) => (
-            <li key={place} className="problem">
-              {symbol} {orderID} {msg}
+          {refused.slice(0, 20).map((order, place) => (
+            <li key={place}>
+              {order.outcome === 'refused' && order.order?.symbol}
+              <PlacedOutcome order={order} />
             </li>
           ))}
         </ul>

@@ -1,4 +1,4 @@
-import { priceTypes, securityTypes, type Connection, type PlacedOrder, type SecurityDetail } from '@varnel/web-client';
+import { priceTypes, securityTypes, type Connection, type OrderOutcome, type SecurityDetail } from '@varnel/web-client';
 import { useEffect, useState, type FormEvent } from 'react';
 import type { TickFeed } from '../live/TickFeed';
 import { futureSideNames, priceTypeNames, sideNames } from '../orders';
@@ -8,7 +8,7 @@ import { useDelayed } from '../useDelayed';
 import { useFundAccounts } from '../useFundAccounts';
 import { useTradable } from '../useTradable';
 import { AccountSelect } from './AccountSelect';
-import { CommandOutcome } from './CommandOutcome';
+import { CommandOutcome, PlacedOutcome } from './CommandOutcome';
 import { Confirm } from './Confirm';
 import { Panel } from './Panel';
 import { TicketPrices } from './TicketPrices';
@@ -30,7 +30,7 @@ export function TicketPanel({ sdk, feed, suggested }: Props) {
   const [form, setForm] = useState(empty);
   const [confirming, setConfirming] = useState(false);
   const [detail, followDetail] = useAnswer<SecurityDetail | undefined>();
-  const [command, run, reset] = useCommand<PlacedOrder>();
+  const [command, run, reset] = useCommand<OrderOutcome>();
 
   const settled = useDelayed(symbol); // no call for each key
   useEffect(() => {
@@ -150,17 +150,7 @@ export function TicketPanel({ sdk, feed, suggested }: Props) {
         />
       )}
       <div className="outcome" data-testid="ticket-outcome">
-        <CommandOutcome command={command}>
-          {({ orderID }) =>
-            orderID ? (
-              <p>
-                已受理 accepted <code>{orderID}</code>
-              </p>
-            ) : (
-              <p className="problem">终端未受理，亦未说明原因 not taken, and no reason was given</p>
-            )
-          }
-        </CommandOutcome>
+        <CommandOutcome command={command}>{(order) => <PlacedOutcome order={order} />}</CommandOutcome>
       </div>
     </Panel>
   );
