@@ -8,12 +8,20 @@ export const entry = (page: Page, kind: 'call' | 'event' | 'connection', name: s
 export async function openDesk(page: Page): Promise<Frames> {
   const frames = new Frames(page);
   await page.goto('/');
-  await expect(page.getByTestId('connection')).toHaveText('已连接 connected');
+  await expect(page.getByTestId('connection')).toHaveText('已连接');
   await expect(page.getByTestId('kline-table').locator('tbody tr')).not.toHaveCount(0);
   await expect(page.getByLabel('只看未应答')).toBeVisible();
   await expect(page.getByTestId('entry').filter({ hasText: '尚无应答' })).toHaveCount(0);
   return frames;
 }
+
+export const rows = (page: Page, table: string) => page.getByTestId(table).locator('tbody tr');
+
+/** The cell of a record by the record's identifier and the key of its column. */
+export const cell = (page: Page, table: string, id: string, key: string) =>
+  page.getByTestId(table).locator(`tr[data-id="${id}"] td[data-key="${key}"]`);
+
+export const sent = (frames: Frames, method: string) => frames.sent.filter(({ invoke }) => invoke === method);
 
 export const views = ['总览', '交易', '证券', '委托与成交', '资产与持仓', '策略'] as const;
 

@@ -222,7 +222,7 @@ describe('cancelling', () => {
   });
 
   it('stops after a call without an answer, and repeats none', async () => {
-    const lost = new OutcomeUnknownError(new TimeoutError('cancelOrders', 'u1', 10_000));
+    const lost = new OutcomeUnknownError('cancelOrders', 'u1', new TimeoutError('cancelOrders', 'u1', 10_000));
     const { calls, sdk } = terminal((list) => {
       if (list.includes('o1000')) throw lost;
       return done(list);

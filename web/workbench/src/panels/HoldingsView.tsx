@@ -1,19 +1,17 @@
-import {
-  assetKeys,
-  positionKeys,
-  type Asset,
-  type Connection,
-  type FundAccount,
-  type Position,
-} from '@varnel/web-client';
-import { useEffect, useState, type FormEvent } from 'react';
+import { assetKeys, positionKeys, type Asset, type Connection, type Position } from '@varnel/web-client';
+import { useMemo, useState, type FormEvent } from 'react';
+import { numberOf, toneOf, useFormats, type Formats } from '../formats';
 import { usePush, useRefetch } from '../live/hooks';
-import { RecordTable, type Column } from '../RecordTable';
+import { DataTable } from '../table/DataTable';
+import type { Column } from '../table/types';
+import type { Texts } from '../texts';
+import { useTexts } from '../texts/useTexts';
 import { useAnswer } from '../useAnswer';
 import { useFundAccounts } from '../useFundAccounts';
-import { rate, toneOf, written } from '../values';
 import { AccountSelect } from './AccountSelect';
 import { Outcome, Panel } from './Panel';
+import { useEffect } from 'react';
+import type { FundAccount } from '@varnel/web-client';
 
 const rates: ReadonlySet<string> = new Set(['riseDownRate', 'profitRate']);
 const profits: ReadonlySet<string> = new Set([
@@ -24,28 +22,54 @@ const profits: ReadonlySet<string> = new Set([
   'closePosProfitDate',
   'closePosProfitTrade',
 ]);
+const names: ReadonlySet<string> = new Set([
+  'fundAccount',
+  'fundAccountName',
+  'securityAccount',
+  'securityName',
+  'securityId',
+  'exchange',
+]);
+const allPositionKeys = [...positionKeys, 'stockInterest'] as const;
 
-const positionColumns = [...positionKeys, 'stockInterest' as const].map((key): Column<Position> => ({
-  key,
-  write: (position) => (rates.has(key) ? rate : written)(position[key]),
-  isFigure: (position) => typeof position[key] === 'number',
-  ...(profits.has(key) && { tone: (position) => toneOf(position[key]) }),
-}));
+function plain(value: unknown): string | number | null {
+  return typeof value === 'string' || typeof value === 'number' ? value : value == null ? null : String(value);
+}
 
-const assetColumns = assetKeys.map((key): Column<Asset> => ({
-  key,
-  write: (asset) => asset[key],
-  isFigure: () => key !== 'fundAccount' && key !== 'fundAccountName',
-  ...(profits.has(key) && { tone: (asset) => toneOf(asset[key]) }),
-}));
+function positionColumns(t: Texts, formats: Formats): readonly Column<Position>[] {
+  return allPositionKeys.map((key) => ({
+    key,
+    title: t.field(key),
+    kind: names.has(key) ? 'text' : 'number',
+    value: (position) => plain(position[key]),
+    write: (position) => (rates.has(key) ? formats.rate : formats.value)(position[key]),
+    ...(profits.has(key) && { tone: (position: Position) => toneOf(position[key]) }),
+  }));
+}
+
+function assetColumns(t: Texts, formats: Formats): readonly Column<Asset>[] {
+  return assetKeys.map((key) => ({
+    key,
+    title: t.field(key),
+    kind: names.has(key) ? 'text' : 'number',
+    value: (asset) => plain(names.has(key) ? asset[key] : numberOf(asset[key])),
+    write: (asset) => (names.has(key) ? asset[key] : formats.money(asset[key])),
+    ...(profits.has(key) && { tone: (asset: Asset) => toneOf(asset[key]) }),
+  }));
+}
+
+const idOfAsset = ({ fundAccount }: Asset) => fundAccount;
+const idOfPosition = ({ fundAccount, securityAccount, exchange, securityId, currentQty }: Position) =>
+  [fundAccount, securityAccount, exchange, securityId, Number(currentQty) < 0 ? 'short' : 'long'].join(' ');
 
 /** Assets and positions of the accounts. */
 export function HoldingsView({ sdk }: { sdk: Connection }) {
+  const t = useTexts();
+  const formats = useFormats();
   const accounts = useFundAccounts(sdk);
   const [query, setQuery] = useState({ fundAccount: '', symbol: '' });
   const [assets, followAssets] = useAnswer<Asset[]>();
   const [positions, followPositions] = useAnswer<Position[]>();
-
   const [asked, setAsked] = useState(query);
 
   async function ask(known: readonly FundAccount[], { fundAccount, symbol }: typeof query) {
@@ -65,6 +89,9 @@ export function HoldingsView({ sdk }: { sdk: Connection }) {
   usePush(sdk, 'on_AssetUpdate', refetch);
   usePush(sdk, 'on_positionUpdate', refetch);
 
+  const shownAssets = useMemo(() => assetColumns(t, formats), [t, formats]);
+  const shownPositions = useMemo(() => positionColumns(t, formats), [t, formats]);
+
   function submit(event: FormEvent) {
     event.preventDefault();
     setAsked({ ...query });
@@ -72,52 +99,51 @@ export function HoldingsView({ sdk }: { sdk: Connection }) {
 
   return (
     <>
-      <Panel title="资产" hint="Assets" className="assets" testId="assets">
+      <Panel title={t.assets} className="assets" testId="assets">
         <form className="fields" onSubmit={submit}>
           <AccountSelect
             accounts={accounts}
-            all="全部 all"
+            all={t.all}
             value={query.fundAccount}
             onChange={(fundAccount) => setQuery({ ...query, fundAccount })}
           />
           <label>
-            证券标识 <small>symbol</small>
+            {t.symbol}
             <input
               value={query.symbol}
-              placeholder="全部 any"
+              placeholder={t.any}
               spellCheck={false}
               onChange={(event) => setQuery({ ...query, symbol: event.target.value.trim() })}
             />
           </label>
-          <button type="submit">查询 Ask</button>
+          <button type="submit">{t.ask}</button>
         </form>
         <Outcome of={assets}>
           {(list) => (
-            <RecordTable
-              label="资产 assets"
-              columns={assetColumns}
+            <DataTable
+              name="assets"
+              label={t.assets}
+              columns={shownAssets}
               items={list}
+              idOf={idOfAsset}
               busy={assets.waiting}
               testId="asset-table"
             />
           )}
         </Outcome>
       </Panel>
-      <Panel title="持仓" hint="Positions" className="fill" testId="positions">
+      <Panel title={t.positions} className="fill" testId="positions">
         <Outcome of={positions}>
           {(list) => (
-            <>
-              <p className="quiet">
-                {list.length} 条 <small>positions</small>
-              </p>
-              <RecordTable
-                label="持仓 positions"
-                columns={positionColumns}
-                items={list}
-                busy={positions.waiting}
-                testId="position-table"
-              />
-            </>
+            <DataTable
+              name="positions"
+              label={t.positions}
+              columns={shownPositions}
+              items={list}
+              idOf={idOfPosition}
+              busy={positions.waiting}
+              testId="position-table"
+            />
           )}
         </Outcome>
       </Panel>
