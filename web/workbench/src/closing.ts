@@ -1,13 +1,13 @@
 import { priceTypes, securityTypes, sides, type Position, type SecurityDetail } from '@varnel/web-client';
 import type { Quote } from './quote';
+import { isOf } from './records';
 import type { Draft } from './ticket';
 
 const number = (value: unknown) => (typeof value === 'number' ? value : Number(value ?? Number.NaN));
 
-/** The security of a position. A position has no symbol, only code and name. */
+/** The security of a position. */
 export function securityOf(position: Position, list: readonly SecurityDetail[]): SecurityDetail | undefined {
-  const [id, name] = [String(position.securityId), String(position.securityName)];
-  return list.find(({ securityId, displayName }) => securityId === id && displayName === name);
+  return list.find((security) => isOf(position, security));
 }
 
 /** Whether an order could close a part of the position now. */

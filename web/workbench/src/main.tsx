@@ -15,6 +15,7 @@ import { applyTheme, readTheme, themeKey } from './theme';
 import './theme.css';
 import './tables.css';
 import './panels.css';
+import './trade.css';
 import './desk.css'; // last: it has the rules for narrow windows
 
 applyTheme('system');

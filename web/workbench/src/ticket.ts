@@ -24,10 +24,13 @@ export const emptyDraft: Draft = {
 
 export type Direction = 'buy' | 'sell';
 
-/** Sides of futures first open and then close a position; other securities are bought and sold. */
+/**
+ * Sides of futures first open and then close a position; other securities are bought and sold. The after-hours sides are
+ * not offered: the terminal sets them for the after-hours price type.
+ */
 const sidesOf = {
-  buy: { future: [sides.buyOpen, sides.buyClose], other: [sides.buy, sides.afterHoursBuy] },
-  sell: { future: [sides.sellOpen, sides.sellClose], other: [sides.sell, sides.afterHoursSell] },
+  buy: { future: [sides.buyOpen, sides.buyClose], other: [sides.buy] },
+  sell: { future: [sides.sellOpen, sides.sellClose], other: [sides.sell] },
 } as const satisfies Record<Direction, Record<'future' | 'other', readonly string[]>>;
 
 const kindOf = (security: { securityType: string } | undefined) =>
@@ -35,19 +38,19 @@ const kindOf = (security: { securityType: string } | undefined) =>
 
 export function sideChoices(security: { securityType: string } | undefined): readonly string[] {
   const kind = kindOf(security);
-  return kind === 'future'
-    ? [...sidesOf.buy.future, ...sidesOf.sell.future]
-    : [sides.buy, sides.sell, sides.afterHoursBuy, sides.afterHoursSell];
+  return [...sidesOf.buy[kind], ...sidesOf.sell[kind]];
 }
 
-export function directionOf(side: string): Direction {
-  return Object.values(sidesOf.buy).some((list) => (list as readonly string[]).includes(side)) ? 'buy' : 'sell';
-}
+export const priceTypeChoices: readonly string[] = [priceTypes.limit, priceTypes.market, priceTypes.afterHours];
+
+const buying: readonly string[] = [sides.buy, sides.buyOpen, sides.buyClose, sides.afterHoursBuy];
+
+export const directionOf = (side: string): Direction => (buying.includes(side) ? 'buy' : 'sell');
 
 /** The side of this direction that fits the security. For a future, asking again switches from open to close. */
 export function sideFor(direction: Direction, security: { securityType: string } | undefined, current: string): string {
-  const [first, second] = sidesOf[direction][kindOf(security)];
-  return kindOf(security) === 'future' && current === first ? second : first;
+  const [first, second = first]: readonly string[] = sidesOf[direction][kindOf(security)];
+  return current === first ? second! : first!;
 }
 
 /** The side itself where the security has it, otherwise the side of the same direction that it has. */

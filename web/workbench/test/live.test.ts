@@ -1,6 +1,5 @@
 import type { Connection, Tick } from '@varnel/web-client';
 import { beforeEach, describe, expect, it } from 'vitest';
-import { LiveRecords } from '../src/live/LiveRecords';
 import { Refetch } from '../src/live/Refetch';
 import { TickFeed } from '../src/live/TickFeed';
 
@@ -12,66 +11,6 @@ const settle = () => new Promise<void>((resolve) => setTimeout(resolve));
 
 beforeEach(() => {
   frames = [];
-});
-
-describe('live records', () => {
-  interface Item {
-    id: string;
-    state: number;
-  }
-  let records: LiveRecords<Item>;
-  const item = (id: string | number, state = 0): Item => ({ id: String(id), state });
-  const shown = () => {
-    draw();
-    return records.current().map(({ id, state }) => `${id}:${state}`);
-  };
-
-  beforeEach(() => {
-    records = new LiveRecords<Item>(({ id }) => id, 5, schedule);
-  });
-
-  it('are shown as they were listed, newest first', () => {
-    records.load([item(3), item(2), item(1)]);
-    expect(shown()).toEqual(['3:0', '2:0', '1:0']);
-  });
-
-  it('keep their place when they change, and come first when they are new', () => {
-    records.load([item(2), item(1)]);
-    records.take([item(1, 7), item(3), item(4), item(3, 1)]);
-    expect(shown()).toEqual(['4:0', '3:1', '2:0', '1:7']);
-  });
-
-  it('are replaced by a new list', () => {
-    records.take([item(9)]);
-    records.load([item(1)]);
-    expect(shown()).toEqual(['1:0']);
-  });
-
-  it('keep the newest when there are too many', () => {
-    records.load([item(2), item(1)]);
-    records.take([item(3), item(4), item(5), item(6), item(1, 1)]);
-    expect(shown()).toEqual(['6:0', '5:0', '4:0', '3:0', '2:0']);
-  });
-
-  it('notify once for a burst of a thousand, and stay the same array until something changes', () => {
-    let drawings = 0;
-    records.watch(() => ++drawings);
-    const before = records.current();
-    for (let id = 0; id < 1000; ++id) records.take([item(id)]);
-    expect(records.current()).toBe(before);
-    draw();
-    expect(drawings).toBe(1);
-    expect(records.current()).toBe(records.current());
-    expect(shown()).toEqual(['999:0', '998:0', '997:0', '996:0', '995:0']);
-  });
-
-  it('do not notify a watcher that has stopped', () => {
-    let told = 0;
-    records.watch(() => ++told)();
-    records.take([item(1)]);
-    draw();
-    expect(told).toBe(0);
-  });
 });
 
 describe('asking again', () => {

@@ -1,6 +1,5 @@
 import type { Connection, PushEvent, PushListener, Tick } from '@varnel/web-client';
 import { useCallback, useEffect, useMemo, useRef, useSyncExternalStore } from 'react';
-import type { LiveRecords } from './LiveRecords';
 import { Refetch } from './Refetch';
 import type { TickFeed } from './TickFeed';
 
@@ -20,10 +19,6 @@ export function useRefetch(ask: () => Promise<unknown>): () => void {
     latest.current = ask;
   });
   return useMemo(() => new Refetch(() => latest.current()), []).trigger;
-}
-
-export function useLive<Item>(records: LiveRecords<Item>): readonly Item[] {
-  return useSyncExternalStore(records.watch, records.current);
 }
 
 /** The latest quote of a symbol. Renders again only when that quote changes. */
