@@ -43,4 +43,24 @@ export type {
 } from './streams/orders.js';
 export type { Update, Watch, WatchListener, WatchOptions } from './streams/watch.js';
 export type { Answer, Arguments, PushListener } from './types.js';
-export * from './vocabulary.js';
+export {
+  candleFields,
+  fundProperties,
+  klinePeriods,
+  orderStatuses,
+  priceTypes,
+  quoteFields,
+  securityTypes,
+  sides,
+  strategyLanguages,
+  strategyStatuses,
+} from './vocabulary.js';
+export type {
+  Candle,
+  Code,
+  SimulatorCandle,
+  SimulatorTick,
+  SimulatorVocabulary,
+  Tick,
+  Vocabulary,
+} from './vocabulary.js';

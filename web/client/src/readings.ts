@@ -1,7 +1,8 @@
 import * as records from './records.js';
 import * as securities from './securities.js';
-import { keysOf, list, nothing, object, oneOrZero, optional, text } from './shapes.js';
+import { keysOf, list, nothing, oneOrZero, optional, text } from './shapes.js';
 import type { Json, JsonSchema, Shape } from './shapes.js';
+import { candle, priceTypes, sides, tick } from './vocabulary.js';
 import type { Candle, SimulatorVocabulary, Tick, Vocabulary } from './vocabulary.js';
 
 /**
@@ -165,15 +166,16 @@ function parameter<T>(reading: Parameter<T>['reading'], wire: JsonSchema, write:
   return Object.assign(write, { reading, wire });
 }
 
-const textParameter = parameter('text', { type: 'string' }, (value: string) => {
-  if (typeof value !== 'string') throw new TypeError('must be a string');
-  return value;
-});
+const textParameter = (examples?: Readonly<Record<string, string>>) =>
+  parameter('text', { type: 'string', ...(examples && { examples: Object.values(examples) }) }, (value: string) => {
+    if (typeof value !== 'string') throw new TypeError('must be a string');
+    return value;
+  });
 
 export const parameters: { readonly [Name in keyof ArgumentTypes]: Parameter<ArgumentTypes[Name]> } = {
-  text: textParameter,
-  side: textParameter,
-  priceType: textParameter,
+  text: textParameter(),
+  side: textParameter(sides),
+  priceType: textParameter(priceTypes),
 
   /** The terminal reads a number beyond 32 bits as 0. */
   integer: parameter('integer', { type: 'integer', minimum: -largestInteger, maximum: largestInteger }, (value) => {
@@ -240,9 +242,6 @@ export const parameters: { readonly [Name in keyof ArgumentTypes]: Parameter<Arg
 
 // ---- Answers -------------------------------------------------------------------------------------------------------
 
-/** The terminal defines the fields of a quote: any object counts as one. */
-const tick = object as Shape<Partial<Tick>>;
-
 export const answers: { readonly [Name in keyof AnswerTypes]: Shape<AnswerTypes[Name]> } = {
   text,
   texts: list(text),
@@ -252,8 +251,7 @@ export const answers: { readonly [Name in keyof AnswerTypes]: Shape<AnswerTypes[
   securityEntries: list(securities.securityEntry),
   securityDetails: list(securities.securityDetail),
   tick,
-  /** The terminal defines the fields of a candle too. */
-  candles: list(object as Shape<Candle>),
+  candles: list(candle),
   entrustList: records.entrustList,
   executionList: records.executionList,
   positions: list(records.position),

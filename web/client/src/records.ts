@@ -238,6 +238,7 @@ const tradableQtyFields = {
   qty: text,
 };
 
+/** A tradable quantity. */
 export interface TradableQty extends Fields<typeof tradableQtyFields> {}
 
 export const tradableQty = record<TradableQty>('TradableQty', tradableQtyFields);
@@ -317,6 +318,7 @@ const strategyAnswerFields = {
   ExtField: json,
 };
 
+/** A strategy with its state. */
 export interface StrategyAnswer extends Fields<typeof strategyAnswerFields> {}
 
 export const placedOrder = record<PlacedOrder>('PlacedOrder', placedOrderFields);

@@ -10,6 +10,7 @@ const fundAccountFields = {
   fundAccountName: text,
 };
 
+/** A fund account. */
 export interface FundAccount extends Fields<typeof fundAccountFields> {}
 
 const securityEntryFields = {
@@ -21,6 +22,7 @@ const securityEntryFields = {
   spellName: text,
 };
 
+/** A security with its names. */
 export interface SecurityEntry extends Fields<typeof securityEntryFields> {}
 
 const securityDetailFields = {

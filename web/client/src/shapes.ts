@@ -8,7 +8,9 @@ export type JsonObject = { [key: string]: Json };
 
 /** The keywords of JSON Schema (draft 7) that are used here. */
 export interface JsonSchema {
+  /** The name of its type. */
   readonly title?: string;
+  readonly examples?: readonly Json[];
   readonly type?: 'object' | 'array' | 'string' | 'number' | 'integer' | 'boolean';
   readonly properties?: Readonly<Record<string, JsonSchema>>;
   readonly required?: readonly string[];
@@ -70,10 +72,15 @@ export const json = shape({}, (data): Json => {
   return data as Json;
 });
 
-export const object = shape({ type: 'object' }, (data): object => {
+function anObject(data: unknown): object {
   if (typeof data !== 'object' || data === null || Array.isArray(data)) throw new TypeError(' is no object');
   return data;
-});
+}
+
+/** An object with any keys. The title names its type. */
+export function object<T extends object>(title: string): Shape<T> {
+  return shape({ title, type: 'object' }, (data) => anObject(data) as T);
+}
 
 export function list<T>(item: Shape<T>): Shape<T[]> {
   return shape({ type: 'array', items: item.schema }, (data) => {
@@ -99,7 +106,7 @@ export function record<T>(title: string, fields: { readonly [Key in keyof T]-?: 
     required: checks.filter(([, field]) => !field.optional).map(([key]) => key),
   };
   return shape(schema, (data) => {
-    const source = object(data) as Record<string, unknown>;
+    const source = anObject(data) as Record<string, unknown>;
     for (const [key, check] of checks) {
       try {
         check(source[key]);

@@ -1,4 +1,4 @@
-import { list, number, text, type Fields } from './shapes.js';
+import { list, number, object, record, text, type Fields } from './shapes.js';
 
 /**
  * What a terminal defines: the fields of quotes and candles, and its codes. Give your terminal's vocabulary to `connect`:
@@ -39,9 +39,18 @@ export type Tick<V extends Vocabulary = SimulatorVocabulary> = V['tick'];
 /** A candle. Its fields are those of the terminal's vocabulary. */
 export type Candle<V extends Vocabulary = SimulatorVocabulary> = V['candle'];
 
+/** The terminal defines the fields of quotes and candles, so any object counts as one. */
+export const tick = object<Partial<Tick>>('Tick');
+export const candle = object<Candle>('Candle');
+
 // ---- Names and codes of the simulator. docs/vocabulary.md explains them, and a test compares the two. ---------------
 
-export const simulatorTickFields = {
+/** The names of the fields under themselves. */
+function namesOf<T extends object>(fields: T): { readonly [Key in keyof T]: Key } {
+  return Object.fromEntries(Object.keys(fields).map((key) => [key, key])) as { [Key in keyof T]: Key };
+}
+
+const simulatorTickFields = {
   /** The symbol, such as "609801.SH". */
   symbol: text,
   /** Exchange time of the last change, "yyyyMMddHHmmss". */
@@ -77,7 +86,12 @@ export const simulatorTickFields = {
 /** A quote of the simulator. The quote of a symbol that it does not know is an empty object. */
 export interface SimulatorTick extends Fields<typeof simulatorTickFields> {}
 
-export const simulatorCandleFields = {
+export const simulatorTick = record<SimulatorTick>('SimulatorTick', simulatorTickFields);
+
+/** Names of the fields of a quote. */
+export const quoteFields = namesOf(simulatorTickFields);
+
+const simulatorCandleFields = {
   /** The symbol, as asked for. */
   symbol: text,
   /** When the candle ends: "yyyyMMddHHmmss" for a minute, "yyyyMMdd" for a day. */
@@ -101,18 +115,10 @@ export const simulatorCandleFields = {
 /** A candle of the simulator. */
 export interface SimulatorCandle extends Fields<typeof simulatorCandleFields> {}
 
-/** Fields of a candle. */
-export const candleFields = {
-  symbol: 'symbol',
-  time: 'time',
-  open: 'open',
-  high: 'high',
-  low: 'low',
-  close: 'close',
-  volume: 'volume',
-  amount: 'amount',
-  clientMsgID: 'clientMsgID',
-} as const;
+export const simulatorCandle = record<SimulatorCandle>('SimulatorCandle', simulatorCandleFields);
+
+/** Names of the fields of a candle. */
+export const candleFields = namesOf(simulatorCandleFields);
 
 /** Period flags of getKLineData. Every text other than "1" means days. */
 export const klinePeriods = { minute: '1', day: '2' } as const;
@@ -122,25 +128,6 @@ export const fundProperties = { all: 0, stock: 1, futures: 2 } as const;
 
 /** Values of securityType, in filters and details. */
 export const securityTypes = { share: 'Share', fund: 'Fund', bond: 'Bond', future: 'Future' } as const;
-
-/** Fields of a quote. Prices and quantities of the five best levels are lists, best first. */
-export const quoteFields = {
-  symbol: 'symbol',
-  time: 'time',
-  previousClose: 'previousClose',
-  open: 'open',
-  high: 'high',
-  low: 'low',
-  last: 'last',
-  upperLimit: 'upperLimit',
-  lowerLimit: 'lowerLimit',
-  volume: 'volume',
-  amount: 'amount',
-  bidPrices: 'bidPrices',
-  bidQtys: 'bidQtys',
-  askPrices: 'askPrices',
-  askQtys: 'askQtys',
-} as const;
 
 /** Values of orderStatus in a filter, and of an order's status. */
 export const orderStatuses = {

@@ -1,5 +1,5 @@
 import { describe, expect, it } from 'vitest';
-import { methods, oneWayMethods, pushes, simulatorTickFields } from '../src/index.js';
+import { methods, oneWayMethods, pushes, quoteFields } from '../src/index.js';
 import { Editor } from './editor.js';
 
 const editor = new Editor(`
@@ -87,7 +87,7 @@ describe('an editor suggests', () => {
   it('the pushes by name, and the known codes', () => {
     expect(editor.completions("'¦tick'")).toEqual(expect.arrayContaining(Object.keys(pushes)));
     expect(editor.completions("'¦Filled'")).toEqual(expect.arrayContaining(['Reported', 'Filled', 'Cancelled']));
-    expect(editor.completions('tick.¦bidQtys')).toEqual(Object.keys(simulatorTickFields).sort());
+    expect(editor.completions('tick.¦bidQtys')).toEqual(Object.keys(quoteFields).sort());
   });
 });
 

@@ -1,7 +1,7 @@
 import { entrust, execution, asset, position } from '../records.js';
 import type { Asset, Entrust, Execution, Position } from '../records.js';
-import { list, object, type Shape } from '../shapes.js';
-import type { SimulatorVocabulary, Tick, Vocabulary } from '../vocabulary.js';
+import { list, type Shape } from '../shapes.js';
+import { tick, type SimulatorVocabulary, type Tick, type Vocabulary } from '../vocabulary.js';
 
 /** What a listener gets, by the name of the push. */
 export interface PushArguments<V extends Vocabulary = SimulatorVocabulary> {
@@ -30,7 +30,7 @@ export interface Push {
 /** Events without a call. docs/openrpc.json and the tables of the documents derive from this table. */
 export const pushes = {
   /** A quote of a symbol to which the page has subscribed. */
-  tick: { event: 'on_tickUpdate', json: object },
+  tick: { event: 'on_tickUpdate', json: tick },
   /** Orders that are new or have changed: a batch of 200 ms, each order once, with its last state. */
   orders: { event: 'on_entrustUpdate', json: list(entrust) },
   /** New executions: a batch of 200 ms. */
