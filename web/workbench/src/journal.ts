@@ -5,8 +5,10 @@ import {
   pushEvents,
   reservedEvents,
   unansweredCalls,
+  type BreakableBridge,
   type BridgeListener,
   type CallBridge,
+  type ConnectionState,
 } from '@varnel/web-client';
 import { BoundedList } from './boundedList';
 import { envelopeOf, type Envelope } from './envelope';
@@ -68,6 +70,10 @@ function asText(value: unknown): string {
       : String(value);
 }
 
+function canBreak(bridge: CallBridge): bridge is BreakableBridge {
+  return typeof (bridge as Partial<BreakableBridge>).onConnectionChange === 'function';
+}
+
 function replyOf(method: string): string {
   return method.replace(/_REQ$/, '_RES');
 }
@@ -124,6 +130,7 @@ export class Journal implements CallBridge {
   ) {
     this.called = new BoundedList(bounds.entries, bounds.bytes, (old) => old.kind === 'call' && this.forget(old));
     this.pushed = new BoundedList(bounds.entries, bounds.bytes);
+    if (canBreak(bridge)) this.onConnectionChange = (listener) => bridge.onConnectionChange(listener);
     knownEvents.forEach((name) => this.hear(name));
   }
 
@@ -172,6 +179,13 @@ export class Journal implements CallBridge {
     if (this.stale && !this.announced) this.renew();
     return this.shown;
   };
+
+  /** Passed on where the bridge has it: the client learns from it that the connection has ended. */
+  readonly onConnectionChange?: BreakableBridge['onConnectionChange'];
+
+  get connectionState(): ConnectionState {
+    return canBreak(this.bridge) ? this.bridge.connectionState : 'open';
+  }
 
   readonly watch = (watcher: () => void): (() => void) => {
     this.watchers.add(watcher);

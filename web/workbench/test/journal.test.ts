@@ -1,5 +1,5 @@
 import { beforeEach, describe, expect, it, vi } from 'vitest';
-import type { BridgeListener, CallBridge } from '@varnel/web-client';
+import type { BridgeListener, CallBridge, ConnectionChange } from '@varnel/web-client';
 import { envelopeOf } from '../src/envelope';
 import { Journal, type CallEntry, type EventEntry } from '../src/journal';
 import { CutText } from '../src/keptText';
@@ -50,6 +50,21 @@ function calls() {
 }
 
 describe('the journal', () => {
+  it('passes on what the bridge tells of its connection, if it tells', () => {
+    expect(journal.onConnectionChange).toBeUndefined();
+    const changes: ConnectionChange[] = [];
+    let tell: (change: ConnectionChange) => void = () => {};
+    const onConnectionChange = (listener: typeof tell) => {
+      tell = listener;
+      return () => {};
+    };
+    const breakable = new Journal(Object.assign(new FakeBridge(), { connectionState: 'closed', onConnectionChange }));
+    expect(breakable.connectionState).toBe('closed');
+    breakable.onConnectionChange!((change) => changes.push(change));
+    tell({ state: 'open' });
+    expect(changes).toEqual([{ state: 'open' }]);
+  });
+
   it('passes calls and events unchanged', () => {
     const heard: unknown[][] = [];
     const listener = (...args: unknown[]) => void heard.push(args);
