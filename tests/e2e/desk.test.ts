@@ -4,7 +4,6 @@ import { ask } from './support/ask';
 import { openDesk, openView } from './support/desk';
 import type { Frames } from './support/frames';
 import { fundAccounts, symbols } from './support/scenario';
-import { Simulator } from './support/simulator';
 import { expect, roots, test } from './support/test';
 
 test.use({ root: roots.workbench });
@@ -50,93 +49,6 @@ async function place(page: Page, frames: Frames, typed: Typed): Promise<string> 
   await expect(page.getByTestId('ticket-outcome')).toContainText('已受理');
   return page.getByTestId('ticket-outcome').locator('code').innerText();
 }
-
-test.describe('the watch list', { tag: '@page' }, () => {
-  const symbolsShown = (page: Page) => page.getByTestId('watch-table').locator('tbody tr td:first-child');
-
-  test.describe('at 20 times the speed', () => {
-    test.use({ options: ['--speed', '20'] });
-    test('shows pushed quotes', async ({ page }) => {
-      const frames = await openDesk(page);
-      const time = page.locator('tr[data-symbol="609801.SH"] td[data-key="time"]');
-      const [before, count] = [await time.innerText(), frames.received.length];
-      await expect(time).not.toHaveText(before);
-      await expect
-        .poll(() => frames.received.slice(count).filter(({ event }) => event === 'on_tickUpdate').length)
-        .toBeGreaterThan(10);
-      // A push causes no call.
-      expect(sent(frames, 'Data_getCurrentTick_REQ')).toHaveLength(await rows(page, 'watch-table').count());
-    });
-  });
-
-  test('survives a restart of the terminal', async ({ page, simulator, home, context }) => {
-    await openDesk(page);
-    const watch = page.getByTestId('watch');
-    const first = await symbolsShown(page).allInnerTexts();
-    await watch.getByLabel('证券标识').fill('NM2505.CF');
-    await watch.getByRole('button', { name: '加自选' }).click();
-    await watch.getByRole('button', { name: `移除 remove ${first[0]}` }).click();
-    const changed = [...first.slice(1), 'NM2505.CF'];
-    await expect(symbolsShown(page)).toHaveText(changed);
-    await page.reload();
-    await expect(symbolsShown(page)).toHaveText(changed);
-    await page.close();
-    await simulator.stop();
-
-    const again = new Simulator(['--port', '0', '--root', roots.workbench], home.program);
-    const later = await context.newPage();
-    await later.goto(await again.listening());
-    await expect(symbolsShown(later)).toHaveText(changed);
-    await expect(later.locator('tr[data-symbol="NM2505.CF"] td[data-key="last"]')).toHaveText(/\d/);
-    await later.close();
-    expect(await again.stop()).toEqual({ code: 0, signal: null });
-  });
-
-  test('cannot be changed before the saved list has been read', async ({ page }) => {
-    await page.addInitScript(() => {
-      // Holds back the reply with the saved list until the test releases it.
-      const told = WebSocket.prototype.addEventListener;
-      WebSocket.prototype.addEventListener = function (this: WebSocket, name: string, hear: (event: Event) => void) {
-        told.call(this, name, (event: Event) => {
-          const isList = name === 'message' && String((event as MessageEvent).data).includes('Data_getSetting_RES');
-          if (!isList || sessionStorage.getItem('held')) return hear(event);
-          sessionStorage.setItem('held', 'once');
-          window.addEventListener('release', () => hear(event));
-        });
-      } as typeof told;
-    });
-    await page.goto('/');
-    await page.waitForFunction(() => sessionStorage.getItem('held'));
-    const watch = page.getByTestId('watch');
-    await watch.getByLabel('证券标识').fill('NM2505.CF');
-    const add = watch.getByRole('button', { name: '加自选' });
-    await expect(add).toBeDisabled();
-    await watch.getByLabel('证券标识').press('Enter');
-    await page.evaluate(() => window.dispatchEvent(new Event('release')));
-    await expect(rows(page, 'watch-table')).not.toHaveCount(0);
-    const saved = await rows(page, 'watch-table').count();
-    await add.click();
-    await expect(rows(page, 'watch-table')).toHaveCount(saved + 1);
-    await page.reload();
-    await expect(rows(page, 'watch-table')).toHaveCount(saved + 1);
-  });
-
-  test('subscribes to its securities, and unsubscribes from one that is removed', async ({ page }) => {
-    const frames = await openDesk(page);
-    const shown = await symbolsShown(page).allInnerTexts();
-    expect(sent(frames, 'Sub_subscribe_REQ').map(({ args }) => args[1])).toEqual([shown.join(',')]);
-    await page.getByRole('button', { name: `移除 remove ${shown[1]}` }).click();
-    await expect.poll(() => sent(frames, 'UnSub_subscribe_REQ').map(({ args }) => args[1])).toEqual([shown[1]]);
-  });
-
-  test('selects the security of the chart and the ticket', async ({ page }) => {
-    await openDesk(page);
-    await page.getByTestId('watch-table').getByRole('button', { name: '009811.SZ', exact: true }).click();
-    await expect(page.getByTestId('kline-chart')).toContainText('009811.SZ');
-    await openView(page, '交易');
-    await expect(page.getByTestId('ticket').getByLabel('证券标识')).toHaveValue('009811.SZ');
-  });
-});
 
 test.describe('the ticket', { tag: '@page' }, () => {
   test('places an order after confirmation, and the order can be cancelled', async ({ page }) => {
@@ -347,57 +259,4 @@ test.describe('the blotter', { tag: '@page' }, () => {
     expect(texts.length).toBeGreaterThan(0);
     expect(texts.filter((text) => !['已报', '部分成交'].includes(text))).toEqual([]);
   });
-});
-
-test.describe('strategies', { tag: '@page' }, () => {
-  test('can be started, messaged, queried and stopped', async ({ page }) => {
-    const frames = await openDesk(page);
-    await openView(page, '策略');
-    await page.getByTestId('start-strategy').getByRole('button', { name: '启动' }).click();
-    const id = await page.getByTestId('start-outcome').locator('code').innerText();
-    await expect(cell(page, 'strategy-table', id, 'status')).toHaveText('Running');
-
-    const messages = page.getByTestId('custom-messages');
-    await messages.getByLabel('消息编号').fill(id);
-    await messages.getByRole('button', { name: '订阅' }).click();
-    await expect(page.getByTestId('custom-subscriptions')).toContainText(id);
-    await messages.getByLabel('消息 message').fill('hello');
-    await messages.getByRole('button', { name: '发送' }).click();
-    await expect(page.getByTestId('custom-log')).toContainText('hello');
-
-    const row = page.getByTestId('strategy-table').locator(`tr[data-id="${id}"]`);
-    await row.getByRole('button', { name: '查询' }).click();
-    await expect(page.getByTestId('strategy-outcome')).toContainText(`${id} Running`);
-    await row.getByRole('button', { name: '停止' }).click();
-    await expect(cell(page, 'strategy-table', id, 'status')).toHaveText('Stopped');
-    await expect(page.getByTestId('status-log').locator('li').first()).toHaveText(`${id} Stopped`);
-    // The page does not wait for replies to one-way calls.
-    await expect(page.getByTestId('entry').filter({ hasText: '尚无应答' })).toHaveCount(0);
-    expect(sent(frames, 'Vlx_sendCustomInfo_REQ')).toHaveLength(1);
-  });
-
-  test('show why a start was refused', async ({ page }) => {
-    const frames = await openDesk(page);
-    await openView(page, '策略');
-    const panel = page.getByTestId('start-strategy');
-    await panel.getByLabel('文件').fill('');
-    await panel.getByRole('button', { name: '启动' }).click();
-    await expect.poll(() => frames.replies('Vlx_startStrategy_RES')).toHaveLength(1);
-    const { msg } = frames.replies('Vlx_startStrategy_RES')[0]!;
-    await expect(page.getByTestId('start-outcome').getByRole('alert')).toHaveText(msg);
-    await panel.getByLabel('基本参数').fill('{');
-    await expect(panel.getByRole('button', { name: '启动' })).toBeDisabled();
-  });
-});
-
-test('the permission panel shows permissions and opens the menu', { tag: '@page' }, async ({ page, simulator }) => {
-  await openDesk(page);
-  const panel = page.getByTestId('permission');
-  await panel.getByRole('button', { name: '查询' }).click();
-  await expect(page.getByTestId('permission-answer')).toContainText('有权限 held (1)');
-  await panel.getByLabel('支持类型').fill('other');
-  await panel.getByRole('button', { name: '查询' }).click();
-  await expect(page.getByTestId('permission-answer')).toContainText('无权限 not held (0)');
-  await panel.getByRole('button', { name: '权限菜单' }).click();
-  await simulator.logged(/opens menu 1210/);
 });

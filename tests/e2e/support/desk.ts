@@ -15,6 +15,14 @@ export async function openDesk(page: Page): Promise<Frames> {
   return frames;
 }
 
+export const rows = (page: Page, table: string) => page.getByTestId(table).locator('tbody tr');
+
+/** The cell of a record by the record's identifier and the key of its column. */
+export const cell = (page: Page, table: string, id: string, key: string) =>
+  page.getByTestId(table).locator(`tr[data-id="${id}"] td[data-key="${key}"]`);
+
+export const sent = (frames: Frames, method: string) => frames.sent.filter(({ invoke }) => invoke === method);
+
 export const views = ['总览', '交易', '证券', '委托与成交', '资产与持仓', '策略'] as const;
 
 /** Opens a view and waits for the answers to its first calls. */

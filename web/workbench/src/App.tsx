@@ -46,7 +46,7 @@ export function App({ sdk, feed, journal, connection, strategyLog }: Props) {
               id: 'overview',
               title: t.overview,
               className: 'aside',
-              content: <Overview sdk={sdk} feed={feed} symbol={symbol} onSymbol={setSymbol} />,
+              content: <Overview sdk={sdk} symbol={symbol} onSymbol={setSymbol} />,
             },
             {
               id: 'trade',
@@ -58,7 +58,7 @@ export function App({ sdk, feed, journal, connection, strategyLog }: Props) {
               id: 'securities',
               title: t.securities,
               className: 'aside',
-              content: <SecuritiesView sdk={sdk} feed={feed} />,
+              content: <SecuritiesView sdk={sdk} />,
             },
             { id: 'orders', title: t.orders, content: <OrdersView sdk={sdk} /> },
             { id: 'holdings', title: t.holdings, content: <HoldingsView sdk={sdk} /> },

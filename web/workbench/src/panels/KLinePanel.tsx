@@ -6,8 +6,8 @@ import { useAnswer } from '../useAnswer';
 import { KLineTable } from './KLineTable';
 import { Outcome, Panel } from './Panel';
 
-/** The first chart: the past months of a security of the default scenario. */
-const opening = { symbol: '609801.SH', startTime: '20240701', stopTime: '', period: klinePeriods.day as string };
+/** The first chart: the past months of the first watched security. */
+const opening = { symbol: '', startTime: '20240701', stopTime: '', period: klinePeriods.day as string };
 
 interface Shown {
   title: string;
@@ -24,7 +24,6 @@ export function KLinePanel({ sdk, chosen }: Props) {
   const [query, setQuery] = useState(opening);
   const [answer, follow] = useAnswer<Shown>();
 
-  useEffect(() => ask(opening), [sdk]);
   useEffect(() => {
     if (chosen === '') return;
     const next = { ...query, symbol: chosen };
@@ -57,7 +56,7 @@ export function KLinePanel({ sdk, chosen }: Props) {
   return (
     <Panel title="K线" hint="K-lines" className="klines" testId="klines">
       <form className="fields" onSubmit={submit}>
-        {field('symbol', '证券代码', 'symbol', '609801.SH')}
+        {field('symbol', '证券代码', 'symbol', '')}
         {field('startTime', '开始', 'start', '最早 earliest')}
         {field('stopTime', '结束', 'stop', '最新 latest')}
         <label>

@@ -71,6 +71,7 @@ export function DataTable<Item>(props: Props<Item>) {
     state: { sorting, globalFilter: filter, columnVisibility: isShown },
     getRowId: idOf,
     globalFilterFn: containsText,
+    getColumnCanGlobalFilter: (column) => column.columnDef.enableGlobalFilter === true,
     getCoreRowModel: getCoreRowModel(),
     getFilteredRowModel: getFilteredRowModel(),
     getSortedRowModel: getSortedRowModel(),
