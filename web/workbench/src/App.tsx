@@ -15,6 +15,7 @@ import { StrategiesView } from './panels/StrategiesView';
 import { TradeView } from './panels/TradeView';
 import { useTexts } from './texts/useTexts';
 import { useTheme } from './theme';
+import { Split } from './ui/Split';
 import { Tabs } from './ui/Tabs';
 import { useAsk } from './useAsk';
 
@@ -37,43 +38,60 @@ export function App({ sdk, feed, journal, connection, strategyLog }: Props) {
     <div className="desk">
       <Header connection={connection} login={login.data} />
       <main className="panels">
-        <Tabs
-          label={t.views}
-          current={view}
-          onChange={setView}
-          tabs={[
+        <Split
+          id="desk"
+          parts={[
             {
-              id: 'overview',
-              title: t.overview,
-              className: 'aside',
-              content: <Overview sdk={sdk} symbol={symbol} onSymbol={setSymbol} />,
+              id: 'desk-view',
+              size: 69,
+              min: 480,
+              content: (
+                <Tabs
+                  label={t.views}
+                  current={view}
+                  onChange={setView}
+                  tabs={[
+                    {
+                      id: 'overview',
+                      title: t.overview,
+                      content: <Overview sdk={sdk} symbol={symbol} onSymbol={setSymbol} />,
+                    },
+                    {
+                      id: 'trade',
+                      title: t.trade,
+                      className: 'aside',
+                      content: <TradeView sdk={sdk} feed={feed} symbol={symbol} />,
+                    },
+                    {
+                      id: 'securities',
+                      title: t.securities,
+                      content: <SecuritiesView sdk={sdk} />,
+                    },
+                    { id: 'orders', title: t.orders, content: <OrdersView sdk={sdk} /> },
+                    { id: 'holdings', title: t.holdings, content: <HoldingsView sdk={sdk} /> },
+                    {
+                      id: 'strategies',
+                      title: t.strategies,
+                      content: <StrategiesView sdk={sdk} log={strategyLog} />,
+                    },
+                  ]}
+                />
+              ),
             },
             {
-              id: 'trade',
-              title: t.trade,
-              className: 'aside',
-              content: <TradeView sdk={sdk} feed={feed} symbol={symbol} />,
-            },
-            {
-              id: 'securities',
-              title: t.securities,
-              className: 'aside',
-              content: <SecuritiesView sdk={sdk} />,
-            },
-            { id: 'orders', title: t.orders, content: <OrdersView sdk={sdk} /> },
-            { id: 'holdings', title: t.holdings, content: <HoldingsView sdk={sdk} /> },
-            {
-              id: 'strategies',
-              title: t.strategies,
-              className: 'aside',
-              content: <StrategiesView sdk={sdk} log={strategyLog} />,
+              id: 'desk-calls',
+              size: 31,
+              min: 260,
+              className: 'column',
+              content: (
+                <>
+                  <InspectorPanel journal={journal} />
+                  <FreeCallForm bridge={journal} />
+                </>
+              ),
             },
           ]}
         />
-        <div className="column">
-          <InspectorPanel journal={journal} />
-          <FreeCallForm bridge={journal} />
-        </div>
       </main>
       <footer className="bar">
         <p>
