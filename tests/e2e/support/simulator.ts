@@ -40,9 +40,14 @@ export class Simulator {
   }
 
   /** Sends the signal and waits for the end. */
-  async stop(signal: 'SIGTERM' | 'SIGINT' = 'SIGTERM'): Promise<Ended> {
+  async stop(signal: 'SIGTERM' | 'SIGINT' | 'SIGKILL' = 'SIGTERM'): Promise<Ended> {
     this.child.kill(signal);
     return Promise.race([this.ended, this.stuck(`did not end on ${signal}`)]);
+  }
+
+  /** Lets the process stand still: it takes what is sent to it, and answers nothing. */
+  freeze(): void {
+    this.child.kill('SIGSTOP');
   }
 
   private printed(where: 'stdout' | 'stderr', pattern: RegExp): Promise<RegExpExecArray> {
