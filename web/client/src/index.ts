@@ -44,6 +44,15 @@ export type {
 export type { Update, Watch, WatchListener, WatchOptions } from './streams/watch.js';
 export type { Answer, Arguments, PushListener } from './types.js';
 export {
+  addAmounts,
+  compareAmounts,
+  displayText,
+  formatAmount,
+  rawNumber,
+  rawValue,
+  type AmountFormat,
+} from './values.js';
+export {
   candleFields,
   fundProperties,
   klinePeriods,

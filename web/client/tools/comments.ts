@@ -5,8 +5,8 @@ const folder = fileURLToPath(new URL('..', import.meta.url));
 
 export interface Comment {
   text: string;
-  /** What `@returns` says. */
-  returns: string;
+  /** What the terminal answers: what `@wire` says, or else `@returns`. */
+  answered: string;
 }
 
 /** Reads the comments of what src/index.ts exports. */
@@ -33,14 +33,28 @@ export class Comments {
     const symbol = path.reduce((parent, property) => this.property(parent, property), this.exported(name));
     const text = ts.displayPartsToString(symbol.getDocumentationComment(this.checker)).replace(/\s+/g, ' ');
     if (text === '') throw new Error(`${[name, ...path].join('.')} has no comment`);
-    const returns = symbol.getJsDocTags(this.checker).find((tag) => tag.name === 'returns');
-    return { text, returns: ts.displayPartsToString(returns?.text).replace(/\s+/g, ' ') };
+    const tags = new Map(symbol.getJsDocTags(this.checker).map((tag) => [tag.name, ts.displayPartsToString(tag.text)]));
+    return { text, answered: (tags.get('wire') ?? tags.get('returns') ?? '').replace(/\s+/g, ' ') };
+  }
+
+  /** The type of what a call's promise gives. */
+  resultOf(call: string): string {
+    const [signature] = this.checker
+      .getTypeOfSymbol(this.property(this.exported('Connection'), call))
+      .getCallSignatures();
+    const written = this.checker.typeToString(signature!.getReturnType());
+    return written
+      .replace(/^Promise<(.*)>$/, '$1')
+      .replace(/<(?:SimulatorVocabulary|V)>|Simulator(?=Tick|Candle)/g, '');
   }
 
   /** The type of a property of an exported interface, as its source has it, without the vocabulary. */
   typeOf(name: string, property: string): string {
     const declaration = this.property(this.exported(name), property).declarations![0] as ts.PropertySignature;
-    return declaration.type!.getText().replace(/<V>|\b\w+\.(?=[A-Z])/g, '');
+    return declaration
+      .type!.getText()
+      .replace(/V\['\w+'\]/g, 'string')
+      .replace(/<V>|readonly /g, '');
   }
 
   private exported(name: string): ts.Symbol {

@@ -69,10 +69,10 @@ export function openRpcDocument(comments: Comments): object {
     return [{ $ref: '#/components/contentDescriptors/uuid' }, ...own];
   }
 
-  function answered(call: Call): object {
+  function answeredCall(call: Call): object {
     const row: Method = methods[call];
     const answer = answers[row.answer];
-    const { text, returns } = comments.of('methods', call);
+    const { text, answered } = comments.of('methods', call);
     return {
       name: row.method,
       description: text,
@@ -85,7 +85,7 @@ export function openRpcDocument(comments: Comments): object {
       params: params('methods', call, row),
       result: {
         name: 'resultData',
-        description: returns || 'nothing',
+        description: answered || 'nothing',
         required: !answer.optional,
         schema: published(answer.schema),
       },
@@ -125,7 +125,7 @@ export function openRpcDocument(comments: Comments): object {
   }
 
   const calls = [
-    ...(Object.keys(methods) as Call[]).map(answered),
+    ...(Object.keys(methods) as Call[]).map(answeredCall),
     ...(Object.keys(oneWayMethods) as OneWayCall[]).map(oneWay),
   ];
   const events = (Object.keys(pushes) as PushName[]).map(push);

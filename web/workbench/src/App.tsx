@@ -4,7 +4,6 @@ import type { ConnectionWatch } from './bridge';
 import { Header } from './desk/Header';
 import type { Journal } from './journal';
 import type { StrategyLog } from './live/StrategyLog';
-import type { TickFeed } from './live/TickFeed';
 import { FreeCallForm } from './panels/FreeCallForm';
 import { HoldingsView } from './panels/HoldingsView';
 import { InspectorPanel } from './panels/InspectorPanel';
@@ -17,17 +16,17 @@ import { useTexts } from './texts/useTexts';
 import { useTheme } from './theme';
 import { Tabs } from './ui/Tabs';
 import { useAsk } from './useAsk';
+import { useClosing } from './useClosing';
 import type { Proposal } from './useTicket';
 
 interface Props {
   sdk: Connection;
-  feed: TickFeed;
   journal: Journal;
   connection: ConnectionWatch;
   strategyLog: StrategyLog;
 }
 
-export function App({ sdk, feed, journal, connection, strategyLog }: Props) {
+export function App({ sdk, journal, connection, strategyLog }: Props) {
   const t = useTexts();
   useTheme();
   const [view, setView] = useState('overview');
@@ -37,6 +36,13 @@ export function App({ sdk, feed, journal, connection, strategyLog }: Props) {
     setSymbol(chosen);
     setProposal({ symbol: chosen });
   }, []);
+  const close = useClosing(
+    sdk,
+    useCallback((order: Proposal) => {
+      setProposal(order);
+      setView('trade');
+    }, []),
+  );
   const login = useAsk(['login'], () => sdk.getLoginTrader());
 
   return (
@@ -52,17 +58,17 @@ export function App({ sdk, feed, journal, connection, strategyLog }: Props) {
               id: 'overview',
               title: t.overview,
               className: 'aside',
-              content: <Overview sdk={sdk} feed={feed} symbol={symbol} onSymbol={choose} />,
+              content: <Overview sdk={sdk} symbol={symbol} onSymbol={choose} />,
             },
             { id: 'trade', title: t.trade, content: <TradeView sdk={sdk} proposal={proposal} /> },
             {
               id: 'securities',
               title: t.securities,
               className: 'aside',
-              content: <SecuritiesView sdk={sdk} feed={feed} />,
+              content: <SecuritiesView sdk={sdk} />,
             },
             { id: 'orders', title: t.orders, content: <OrdersView sdk={sdk} /> },
-            { id: 'holdings', title: t.holdings, content: <HoldingsView sdk={sdk} /> },
+            { id: 'holdings', title: t.holdings, content: <HoldingsView sdk={sdk} onClose={close} /> },
             {
               id: 'strategies',
               title: t.strategies,

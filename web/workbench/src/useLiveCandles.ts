@@ -2,7 +2,7 @@ import type { Connection } from '@varnel/web-client';
 import { useEffect, useMemo, useState } from 'react';
 import { barOf, type Bar } from './candles';
 import { barsOf, candlesOf, withAnswer, withQuote } from './liveCandles';
-import { useQuote } from './live/useQuote';
+import { useQuote } from './live/useWatch';
 import { quoteOf } from './quote';
 
 export interface KLineQuery {
@@ -18,7 +18,7 @@ export interface KLineQuery {
  */
 export function useLiveCandles(sdk: Connection, query: KLineQuery, answered: readonly Bar[]): readonly Bar[] {
   const isFollowing = query.stopTime === '';
-  const quote = useQuote(sdk, isFollowing ? query.symbol : '');
+  const quote = useQuote(isFollowing ? query.symbol : '');
   const [candles, setCandles] = useState(() => candlesOf(query.period, answered));
   useEffect(() => setCandles(candlesOf(query.period, answered)), [query, answered]);
 

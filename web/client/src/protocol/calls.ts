@@ -21,7 +21,8 @@ export interface Method extends OneWayMethod {
 
 /**
  * The calls that a connection offers. Types, argument lists, answers, the description in docs/openrpc.json and the tables
- * of the documents derive from this table. What a comment says of the answer stands under `@returns`.
+ * of the documents derive from this table. What a call gives stands under `@returns`, and under
+ * `@wire` what the terminal answers, where that differs.
  */
 export const methods: typeof dataCalls & typeof tradeCalls = { ...dataCalls, ...tradeCalls };
 

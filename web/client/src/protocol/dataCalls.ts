@@ -107,10 +107,10 @@ export const dataCalls = {
   /** Subscribes the page to quotes: each change comes as the push `tick`. A second subscription changes nothing. */
   subscribe: { method: 'Sub_subscribe_REQ', parameters: { ...symbols }, answer: 'nothing' },
 
-  /** Ends subscriptions to quotes, for every part of the page. */
+  /** Ends subscriptions of the page to quotes. Watches of the client keep theirs. */
   unsubscribe: { method: 'UnSub_subscribe_REQ', parameters: { ...symbols }, answer: 'nothing' },
 
-  /** Ends all subscriptions of the page to quotes. */
+  /** Ends all subscriptions of the page to quotes. Watches of the client keep theirs. */
   unsubscribeAll: { method: 'UnSub_subscribeAll_REQ', parameters: {}, answer: 'nothing' },
 
   /**

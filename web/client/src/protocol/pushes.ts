@@ -37,7 +37,7 @@ export const pushes = {
   executions: { event: 'on_executionUpdate', json: list(execution) },
   /** A position that has changed. */
   position: { event: 'on_positionUpdate', json: position },
-  /** The money of a fund account has changed. Undefined when the terminal cannot tell of which account. */
+  /** The money of a fund account has changed. The summary is missing when the terminal cannot tell of which account. */
   asset: { event: 'on_AssetUpdate', json: asset, mayBeEmpty: true },
   /** The terminal has loaded its orders: ask again for the lists that you show. */
   ordersLoaded: { event: 'on_orderLoaded' },

@@ -126,7 +126,8 @@ export const tradeCalls = {
 
   /**
    * Places an order. **A repeated call is a second order**: after a call without an answer, look at the order list.
-   * @returns the arguments of the page and the order's number
+   * @returns what became of the order
+   * @wire the arguments of the page, and the order's number as `orderID`
    */
   insertOrder: {
     method: 'Trade_insertOrder_REQ',
@@ -150,7 +151,8 @@ export const tradeCalls = {
   /**
    * Places a list of orders. Each has its own outcome, and the call succeeds although some are refused. **A repeated call
    * places them all a second time.**
-   * @returns the orders with the values that the terminal accepted, and their outcomes
+   * @returns what became of each order, in their order
+   * @wire the orders with the values that the terminal accepted, each with its outcome
    */
   insertOrderList: {
     method: 'Trade_insertOrderList_REQ',

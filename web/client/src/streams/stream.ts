@@ -66,9 +66,9 @@ export class Stream<Item> implements Watch<Item> {
 
   /** Drops the oldest records beyond the limit. */
   limitTo(limit: number): void {
-    for (const id of this.records.keys()) {
-      if (this.records.size <= limit) return;
-      this.drop(id);
+    while (this.records.size > limit) {
+      const [oldest] = this.records.keys();
+      this.drop(oldest!);
     }
   }
 

@@ -1,7 +1,7 @@
 import type { Connection, Entrust } from '@varnel/web-client';
 import { createContext, useCallback, useContext, useMemo, useState } from 'react';
 import { cancelOrders, type Cancels } from '../cancelling';
-import type { Streamed } from '../live/useStream';
+import type { Watched } from '../live/useWatch';
 import { isOpen, orderIdOf } from '../records';
 import { cellColumn } from '../table/cellColumn';
 import { DataTable } from '../table/DataTable';
@@ -18,9 +18,9 @@ import { StreamState } from './StreamState';
 interface Props {
   sdk: Connection;
   /** All open orders, however many. */
-  open: Streamed<Entrust>;
+  open: Watched<Entrust>;
   /** The latest orders of all. */
-  latest: Streamed<Entrust>;
+  latest: Watched<Entrust>;
   /** Orders that the user is asked about before they are cancelled. */
   asked: readonly string[] | undefined;
   onAsk: (orderIds: readonly string[] | undefined) => void;

@@ -1,6 +1,6 @@
 import type { Execution } from '@varnel/web-client';
 import { useMemo } from 'react';
-import type { Streamed } from '../live/useStream';
+import type { Watched } from '../live/useWatch';
 import { executionIdOf } from '../records';
 import { cellColumn } from '../table/cellColumn';
 import { DataTable } from '../table/DataTable';
@@ -31,7 +31,7 @@ const extra = [
 ] as const satisfies readonly FieldKey[];
 
 /** The latest executions. */
-export function DealsTable({ executions }: { executions: Streamed<Execution> }) {
+export function DealsTable({ executions }: { executions: Watched<Execution> }) {
   const t = useTexts();
   const columns = useMemo<readonly Column<Execution>[]>(
     () => [

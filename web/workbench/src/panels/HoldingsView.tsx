@@ -1,96 +1,73 @@
-import { assetKeys, positionKeys, type Asset, type Connection, type Position } from '@varnel/web-client';
-import { useMemo, useState, type FormEvent } from 'react';
-import { numberOf, toneOf, useFormats, type Formats } from '../formats';
-import { usePush, useRefetch } from '../live/hooks';
+import { positionId, type Asset, type Connection, type Position } from '@varnel/web-client';
+import { useCallback, useMemo, useState, type FormEvent } from 'react';
+import { useFormats } from '../formats';
+import { assetColumns, positionColumns, symbolsOf } from '../holdings';
+import { useFreshFigures } from '../live/useFreshFigures';
+import { useWatch, type StartWatch } from '../live/useWatch';
 import { DataTable } from '../table/DataTable';
 import type { Column } from '../table/types';
-import type { Texts } from '../texts';
 import { useTexts } from '../texts/useTexts';
-import { useAnswer } from '../useAnswer';
 import { useFundAccounts } from '../useFundAccounts';
+import { useSame } from '../useSame';
+import { useSecurities } from '../useSecurities';
 import { AccountSelect } from './AccountSelect';
 import { Outcome, Panel } from './Panel';
-import { useEffect } from 'react';
-import type { FundAccount } from '@varnel/web-client';
 
-const rates: ReadonlySet<string> = new Set(['riseDownRate', 'profitRate']);
-const profits: ReadonlySet<string> = new Set([
-  'profit',
-  'profitRate',
-  'riseDownRate',
-  'floatingProfit',
-  'closePosProfitDate',
-  'closePosProfitTrade',
-]);
-const names: ReadonlySet<string> = new Set([
-  'fundAccount',
-  'fundAccountName',
-  'securityAccount',
-  'securityName',
-  'securityId',
-  'exchange',
-]);
-const allPositionKeys = [...positionKeys, 'stockInterest'] as const;
-
-function plain(value: unknown): string | number | null {
-  return typeof value === 'string' || typeof value === 'number' ? value : value == null ? null : String(value);
-}
-
-function positionColumns(t: Texts, formats: Formats): readonly Column<Position>[] {
-  return allPositionKeys.map((key) => ({
-    key,
-    title: t.field(key),
-    kind: names.has(key) ? 'text' : 'number',
-    value: (position) => plain(position[key]),
-    write: (position) => (rates.has(key) ? formats.rate : formats.value)(position[key]),
-    ...(profits.has(key) && { tone: (position: Position) => toneOf(position[key]) }),
-  }));
-}
-
-function assetColumns(t: Texts, formats: Formats): readonly Column<Asset>[] {
-  return assetKeys.map((key) => ({
-    key,
-    title: t.field(key),
-    kind: names.has(key) ? 'text' : 'number',
-    value: (asset) => plain(names.has(key) ? asset[key] : numberOf(asset[key])),
-    write: (asset) => (names.has(key) ? asset[key] : formats.money(asset[key])),
-    ...(profits.has(key) && { tone: (asset: Asset) => toneOf(asset[key]) }),
-  }));
+interface Props {
+  sdk: Connection;
+  /** Prepares an order that closes the position. Without it there is no button for that. */
+  onClose?: (position: Position) => void;
 }
 
 const idOfAsset = ({ fundAccount }: Asset) => fundAccount;
-const idOfPosition = ({ fundAccount, securityAccount, exchange, securityId, currentQty }: Position) =>
-  [fundAccount, securityAccount, exchange, securityId, Number(currentQty) < 0 ? 'short' : 'long'].join(' ');
 
-/** Assets and positions of the accounts. */
-export function HoldingsView({ sdk }: { sdk: Connection }) {
+/** Assets and positions of the accounts. Profit and loss follow the prices. */
+export function HoldingsView({ sdk, onClose }: Props) {
   const t = useTexts();
   const formats = useFormats();
   const accounts = useFundAccounts(sdk);
   const [query, setQuery] = useState({ fundAccount: '', symbol: '' });
-  const [assets, followAssets] = useAnswer<Asset[]>();
-  const [positions, followPositions] = useAnswer<Position[]>();
   const [asked, setAsked] = useState(query);
+  const all = useMemo(() => accounts.data?.map(({ fundAccount }) => fundAccount), [accounts.data]);
+  const fundAccounts = useMemo(() => (asked.fundAccount === '' ? all : [asked.fundAccount]), [asked.fundAccount, all]);
+  const { symbol } = asked;
 
-  async function ask(known: readonly FundAccount[], { fundAccount, symbol }: typeof query) {
-    const all = known.map((each) => each.fundAccount);
-    if (all.length === 0) return;
-    const fundAccounts = fundAccount === '' ? all : [fundAccount];
-    const answers = [sdk.getAsset({ fundAccounts }), sdk.getPositionList({ fundAccounts, symbol })] as const;
-    followAssets(answers[0]);
-    followPositions(answers[1]);
-    await Promise.allSettled(answers);
-  }
+  const startAssets = useCallback<StartWatch<Asset>>(
+    (listener) => sdk.watchAssets({ fundAccounts: fundAccounts! }, listener),
+    [sdk, fundAccounts],
+  );
+  const startPositions = useCallback<StartWatch<Position>>(
+    (listener) => sdk.watchPositions({ fundAccounts: fundAccounts!, symbol }, listener),
+    [sdk, fundAccounts, symbol],
+  );
+  const assets = useWatch(fundAccounts && startAssets);
+  const positions = useWatch(fundAccounts && startPositions);
 
-  useEffect(() => void ask(accounts.data ?? [], asked), [accounts.data, asked]);
-
-  // A closed position leaves the list, and prices move, so ask for the whole list again.
-  const refetch = useRefetch(() => ask(accounts.data ?? [], asked));
-  usePush(sdk, 'on_AssetUpdate', refetch);
-  usePush(sdk, 'on_positionUpdate', refetch);
+  const securities = useSecurities(sdk);
+  const held = useSame(symbolsOf(positions.items, securities.data ?? []));
+  const freshPositions = useFreshFigures(positions.items, positionId, held, () =>
+    sdk.getPositionList({ fundAccounts: fundAccounts!, symbol }),
+  );
+  const freshAssets = useFreshFigures(assets.items, idOfAsset, held, () =>
+    sdk.getAsset({ fundAccounts: fundAccounts! }),
+  );
 
   const shownAssets = useMemo(() => assetColumns(t, formats), [t, formats]);
-  const shownPositions = useMemo(() => positionColumns(t, formats), [t, formats]);
+  const shownPositions = useMemo<readonly Column<Position>[]>(() => {
+    const columns = positionColumns(t, formats);
+    if (!onClose) return columns;
+    const write = (position: Position) => (
+      <button
+        type="button"
+        className="link"
+        aria-label={t.closePositionOf(String(position.securityName))}
+        onClick={() => onClose(position)}
+      >
+        {t.closePosition}
+      </button>
+    );
+    return [...columns, { key: 'actions', title: t.actions, kind: 'control', width: 8, value: () => null, write }];
+  }, [t, formats, onClose]);
 
   function submit(event: FormEvent) {
     event.preventDefault();
@@ -100,7 +77,21 @@ export function HoldingsView({ sdk }: { sdk: Connection }) {
   return (
     <>
       <Panel title={t.assets} className="assets" testId="assets">
-        <form className="fields" onSubmit={submit}>
+        <Outcome of={{ data: assets.isReady || undefined, error: accounts.error ?? assets.error, waiting: true }}>
+          {() => (
+            <DataTable
+              name="assets"
+              label={t.assets}
+              columns={shownAssets}
+              items={freshAssets}
+              idOf={idOfAsset}
+              testId="asset-table"
+            />
+          )}
+        </Outcome>
+      </Panel>
+      <Panel title={t.positions} className="fill" testId="positions">
+        <form className="fields compact" onSubmit={submit}>
           <AccountSelect
             accounts={accounts}
             all={t.all}
@@ -118,30 +109,14 @@ export function HoldingsView({ sdk }: { sdk: Connection }) {
           </label>
           <button type="submit">{t.ask}</button>
         </form>
-        <Outcome of={assets}>
-          {(list) => (
-            <DataTable
-              name="assets"
-              label={t.assets}
-              columns={shownAssets}
-              items={list}
-              idOf={idOfAsset}
-              busy={assets.waiting}
-              testId="asset-table"
-            />
-          )}
-        </Outcome>
-      </Panel>
-      <Panel title={t.positions} className="fill" testId="positions">
-        <Outcome of={positions}>
-          {(list) => (
+        <Outcome of={{ data: positions.isReady || undefined, error: positions.error, waiting: true }}>
+          {() => (
             <DataTable
               name="positions"
               label={t.positions}
               columns={shownPositions}
-              items={list}
-              idOf={idOfPosition}
-              busy={positions.waiting}
+              items={freshPositions}
+              idOf={positionId}
               testId="position-table"
             />
           )}

@@ -1,8 +1,8 @@
-import type { Connection, Entrust } from '@varnel/web-client';
+import type { Entrust } from '@varnel/web-client';
 import { useMemo, useRef, useState, type KeyboardEvent } from 'react';
 import { useFormats } from '../formats';
 import { ladderOf, type Rung } from '../ladder';
-import { useQuote } from '../live/useQuote';
+import { useQuote } from '../live/useWatch';
 import { isOf } from '../records';
 import { quoteOf } from '../quote';
 import { valueOf } from '../table/cellColumn';
@@ -14,7 +14,6 @@ import { Panel } from './Panel';
 import { StepField } from './StepField';
 
 interface Props {
-  sdk: Connection;
   ticket: Ticket;
   /** Open orders of all accounts and securities. Those of the ticket's account and security are shown. */
   openOrders: readonly Entrust[];
@@ -31,7 +30,7 @@ const moves: Readonly<Record<string, [rows: number, columns: number]>> = {
  * The five levels of the ticket's security. A press on a level fills in side and price. With one-click sending, which is
  * off until the user turns it on, it sends an order of the shown quantity.
  */
-export function LadderPanel({ sdk, ticket, openOrders }: Props) {
+export function LadderPanel({ ticket, openOrders }: Props) {
   const t = useTexts();
   const formats = useFormats();
   const { security, draft } = ticket;
@@ -40,7 +39,7 @@ export function LadderPanel({ sdk, ticket, openOrders }: Props) {
   const [current, setCurrent] = useState<[row: number, column: number]>([4, 0]); // the one that Tab reaches
   const table = useRef<HTMLTableElement>(null);
 
-  const tick = useQuote(sdk, security?.symbol ?? '');
+  const tick = useQuote(security?.symbol ?? '');
   const own = useMemo(
     () =>
       security

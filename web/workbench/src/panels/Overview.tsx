@@ -1,5 +1,4 @@
 import type { Connection } from '@varnel/web-client';
-import type { TickFeed } from '../live/TickFeed';
 import { useWatchList } from '../useWatchList';
 import { AccountsPanel } from './AccountsPanel';
 import { KLinePanel } from './KLinePanel';
@@ -10,14 +9,13 @@ import { WatchPanel } from './WatchPanel';
 
 interface Props {
   sdk: Connection;
-  feed: TickFeed;
   /** The symbol that the user has chosen, or empty. */
   symbol: string;
   onSymbol: (symbol: string) => void;
 }
 
 /** The login on the left, quotes and candles on the right. */
-export function Overview({ sdk, feed, symbol, onSymbol }: Props) {
+export function Overview({ sdk, symbol, onSymbol }: Props) {
   const watchList = useWatchList(sdk);
   return (
     <>
@@ -28,7 +26,7 @@ export function Overview({ sdk, feed, symbol, onSymbol }: Props) {
         <StationPanel sdk={sdk} />
       </div>
       <div className="column">
-        <WatchPanel sdk={sdk} feed={feed} list={watchList} chosen={symbol} onChoose={onSymbol} />
+        <WatchPanel sdk={sdk} list={watchList} chosen={symbol} onChoose={onSymbol} />
         <KLinePanel sdk={sdk} chosen={symbol || (watchList.symbols[0] ?? '')} />
       </div>
     </>

@@ -1,15 +1,13 @@
-import type { Connection } from '@varnel/web-client';
+import type { Tick } from '@varnel/web-client';
+import { useCallback } from 'react';
+import { useSdk } from '../desk/DeskContext';
 import { toneOf, useFormats } from '../formats';
-import { useTick } from '../live/hooks';
-import type { TickFeed } from '../live/TickFeed';
+import { useWatch, type StartWatch } from '../live/useWatch';
 import { clockOf, quoteOf, type Level, type Quote } from '../quote';
 import { useTexts } from '../texts/useTexts';
-import { useAsk } from '../useAsk';
 import { Outcome, Panel } from './Panel';
 
 interface Props {
-  sdk: Connection;
-  feed: TickFeed;
   symbol: string;
   /** Decimals of the security's prices. */
   precision: number;
@@ -27,24 +25,22 @@ const figureKeys = [
   'amount',
 ] as const satisfies (keyof Quote['figures'])[];
 
-export function QuotePanel({ sdk, feed, symbol, precision }: Props) {
+export function QuotePanel({ symbol, precision }: Props) {
   const t = useTexts();
-  const quote = useAsk(['tick', symbol], () => sdk.getCurrentTick({ symbol }), { enabled: symbol !== '' });
-  const live = useTick(feed, symbol);
-  const tools = (
-    <div className="tools">
-      <strong className="figure">{symbol}</strong>
-      <button type="button" className="plain" disabled={!symbol} onClick={quote.again}>
-        {t.refresh}
-      </button>
-    </div>
-  );
+  const sdk = useSdk();
+  const start = useCallback<StartWatch<Tick>>((listener) => sdk.watchQuotes([symbol], listener), [sdk, symbol]);
+  const { items, isReady, error } = useWatch(symbol === '' ? undefined : start);
+  const tick = items.find((each) => each.symbol === symbol);
   return (
-    <Panel title={t.quote} tools={tools} testId="quote">
+    <Panel title={t.quote} tools={<strong className="figure">{symbol}</strong>} testId="quote">
       {symbol === '' ? (
         <p className="quiet">{t.chooseSecurity}</p>
+      ) : isReady && !tick ? (
+        <p className="quiet">{t.noQuote}</p>
       ) : (
-        <Outcome of={quote}>{(tick) => <Levels quote={quoteOf(live ?? tick)} precision={precision} />}</Outcome>
+        <Outcome of={{ data: tick, error, waiting: true }}>
+          {(quoted) => <Levels quote={quoteOf(quoted)} precision={precision} />}
+        </Outcome>
       )}
     </Panel>
   );

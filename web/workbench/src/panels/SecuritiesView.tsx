@@ -1,6 +1,5 @@
 import type { Connection } from '@varnel/web-client';
 import { useState } from 'react';
-import type { TickFeed } from '../live/TickFeed';
 import { useAsk } from '../useAsk';
 import { useFundAccounts } from '../useFundAccounts';
 import { QuotePanel } from './QuotePanel';
@@ -9,7 +8,7 @@ import { SecurityPanel } from './SecurityPanel';
 import { TradableQtyPanel } from './TradableQtyPanel';
 
 /** A list of securities, and the details of the chosen one. */
-export function SecuritiesView({ sdk, feed }: { sdk: Connection; feed: TickFeed }) {
+export function SecuritiesView({ sdk }: { sdk: Connection }) {
   const accounts = useFundAccounts(sdk);
   const [symbol, setSymbol] = useState('');
   const enabled = symbol !== '';
@@ -26,7 +25,7 @@ export function SecuritiesView({ sdk, feed }: { sdk: Connection; feed: TickFeed 
         <SecurityListPanel sdk={sdk} chosen={symbol} onChoose={setSymbol} />
       </div>
       <div className="column">
-        <QuotePanel sdk={sdk} feed={feed} symbol={symbol} precision={security.data?.precision ?? 2} />
+        <QuotePanel symbol={symbol} precision={security.data?.precision ?? 2} />
         <SecurityPanel detail={security} />
         <TradableQtyPanel
           sdk={sdk}

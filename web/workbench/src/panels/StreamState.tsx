@@ -1,6 +1,6 @@
 import type { ReactNode } from 'react';
 import { reasonOf } from '../errors';
-import type { Streamed } from '../live/useStream';
+import type { Watched } from '../live/useWatch';
 import { useTexts } from '../texts/useTexts';
 
 /** Shows what a stream has, or why it has nothing yet. */
@@ -8,7 +8,7 @@ export function StreamState({
   of: { isReady, error },
   children,
 }: {
-  of: Pick<Streamed<unknown>, 'isReady' | 'error'>;
+  of: Pick<Watched<unknown>, 'isReady' | 'error'>;
   children: ReactNode;
 }) {
   const t = useTexts();

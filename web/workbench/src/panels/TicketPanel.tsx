@@ -1,6 +1,6 @@
 import type { Connection, FundAccount, SecurityDetail } from '@varnel/web-client';
 import { useEffect, useRef, type FormEvent } from 'react';
-import { useQuote } from '../live/useQuote';
+import { useQuote } from '../live/useWatch';
 import { quoteOf } from '../quote';
 import { useTexts } from '../texts/useTexts';
 import { directionOf, isMarket, priceTypeChoices, sideChoices, steppedPrice, steppedQty } from '../ticket';
@@ -27,7 +27,7 @@ interface Props {
 export function TicketPanel({ sdk, ticket, accounts, securities }: Props) {
   const t = useTexts();
   const { draft, security, change, reviewed, command } = ticket;
-  const quote = quoteOf(useQuote(sdk, security?.symbol ?? '') ?? {});
+  const quote = quoteOf(useQuote(security?.symbol ?? '') ?? {});
   const atMarket = isMarket(draft);
   const price = atMarket ? '0' : draft.price;
   const { fundAccount, symbol, orderSide, priceType, tag } = draft;

@@ -1,11 +1,12 @@
 import type { Connection, Entrust, Execution, Position } from '@varnel/web-client';
 import { useCallback, useMemo, useRef, useState } from 'react';
 import { useHotKeys } from '../hotkeys';
-import { useStream, type OpenStream } from '../live/useStream';
+import { useWatch, type StartWatch, type Watched } from '../live/useWatch';
 import { newestFirst, openStatuses, orderIdOf } from '../records';
 import { useTexts } from '../texts/useTexts';
 import { sideFor, type Direction } from '../ticket';
 import { Tabs } from '../ui/Tabs';
+import { useClosing } from '../useClosing';
 import { useFundAccounts } from '../useFundAccounts';
 import { useSecurities } from '../useSecurities';
 import { useTicket, type Proposal } from '../useTicket';
@@ -15,7 +16,7 @@ import { DealsTable } from './DealsPanel';
 import { HotKeysDialog } from './HotKeysDialog';
 import { LadderPanel } from './LadderPanel';
 import { Panel } from './Panel';
-import { PositionsTable, useClosing } from './PositionsTable';
+import { PositionsTable } from './PositionsTable';
 import { TicketPanel } from './TicketPanel';
 
 interface Props {
@@ -25,6 +26,11 @@ interface Props {
 }
 
 const latestCount = 500;
+
+function useNewestFirst<Row extends Entrust | Execution>(start: StartWatch<Row>): Watched<Row> {
+  const watched = useWatch(start);
+  return useMemo(() => ({ ...watched, items: newestFirst(watched.items) }), [watched]);
+}
 
 /** Order entry and ladder on the left; orders, positions and executions on the right. */
 export function TradeView({ sdk, proposal: proposed }: Props) {
@@ -42,33 +48,24 @@ export function TradeView({ sdk, proposal: proposed }: Props) {
   const [side, setSide] = useState('positions');
   const view = useRef<HTMLDivElement>(null);
 
-  const open = useStream<Entrust>(
-    useCallback<OpenStream<Entrust>>(
-      (listener, signal) => sdk.watchOrders({ filter: { orderStatus: [...openStatuses] } }, listener, { signal }),
+  const open = useNewestFirst(
+    useCallback<StartWatch<Entrust>>(
+      (listener) => sdk.watchOrders({ filter: { orderStatus: [...openStatuses] } }, listener),
       [sdk],
     ),
-    newestFirst,
   );
-  const latest = useStream<Entrust>(
-    useCallback<OpenStream<Entrust>>(
-      (listener, signal) => sdk.watchOrders({ limit: latestCount }, listener, { signal }),
-      [sdk],
-    ),
-    newestFirst,
+  const latest = useNewestFirst(
+    useCallback<StartWatch<Entrust>>((listener) => sdk.watchOrders({ limit: latestCount }, listener), [sdk]),
   );
-  const executions = useStream<Execution>(
-    useCallback<OpenStream<Execution>>(
-      (listener, signal) => sdk.watchExecutions({ limit: latestCount }, listener, { signal }),
-      [sdk],
-    ),
-    newestFirst,
+  const executions = useNewestFirst(
+    useCallback<StartWatch<Execution>>((listener) => sdk.watchExecutions({ limit: latestCount }, listener), [sdk]),
   );
   const fundAccounts = useMemo(() => (accounts.data ?? []).map(({ fundAccount }) => fundAccount), [accounts.data]);
-  const openPositions = useCallback<OpenStream<Position>>(
-    (listener, signal) => sdk.watchPositions({ fundAccounts }, listener, { signal }),
+  const startPositions = useCallback<StartWatch<Position>>(
+    (listener) => sdk.watchPositions({ fundAccounts }, listener),
     [sdk, fundAccounts],
   );
-  const positions = useStream<Position>(fundAccounts.length > 0 ? openPositions : undefined);
+  const positions = useWatch(fundAccounts.length > 0 ? startPositions : undefined);
 
   const ticket = useTicket({
     sdk,
@@ -90,7 +87,7 @@ export function TradeView({ sdk, proposal: proposed }: Props) {
     },
     [focus],
   );
-  const close = useClosing(sdk, securities.data, prepare);
+  const close = useClosing(sdk, prepare);
 
   const take = (direction: Direction) => () =>
     ticket.change({ orderSide: sideFor(direction, ticket.security, ticket.draft.orderSide) });
@@ -121,7 +118,7 @@ export function TradeView({ sdk, proposal: proposed }: Props) {
     <div className="trade" ref={view}>
       <div className="column entry">
         <TicketPanel sdk={sdk} ticket={ticket} accounts={accounts} securities={securities} />
-        <LadderPanel sdk={sdk} ticket={ticket} openOrders={open.items} />
+        <LadderPanel ticket={ticket} openOrders={open.items} />
       </div>
       <div className="column">
         <BlotterPanel sdk={sdk} open={open} latest={latest} asked={asked} onAsk={setAsked} />

@@ -1,8 +1,7 @@
 import type { Connection, SecurityDetail, Tick } from '@varnel/web-client';
 import { useMemo, useRef, useState, type FormEvent } from 'react';
 import { useFormats, toneOf, type Formats } from '../formats';
-import type { TickFeed } from '../live/TickFeed';
-import { useQuotes } from '../live/useQuotes';
+import { useQuotes } from '../live/useWatch';
 import { clockOf, quoteOf, type Quote } from '../quote';
 import { DataTable } from '../table/DataTable';
 import type { Column } from '../table/types';
@@ -14,7 +13,6 @@ import { Outcome, Panel } from './Panel';
 
 interface Props {
   sdk: Connection;
-  feed: TickFeed;
   list: WatchList;
   chosen: string;
   onChoose: (symbol: string) => void;
@@ -28,11 +26,11 @@ interface Watched {
 }
 
 /** Securities with their live quotes. The terminal keeps the list for the login. */
-export function WatchPanel({ sdk, feed, list, chosen, onChoose }: Props) {
+export function WatchPanel({ sdk, list, chosen, onChoose }: Props) {
   const t = useTexts();
   const formats = useFormats();
   const [typed, setTyped] = useState('');
-  const items = useWatched(list.symbols, useDetails(sdk, list.symbols), useQuotes(feed, list.symbols));
+  const items = useWatched(list.symbols, useDetails(sdk, list.symbols), useQuotes(list.symbols));
 
   const { remove } = list;
   const columns = useMemo(() => columnsOf(t, formats, onChoose, remove), [t, formats, onChoose, remove]);
@@ -156,13 +154,14 @@ function columnsOf(
 function useWatched(
   symbols: readonly string[],
   details: ReadonlyMap<string, SecurityDetail>,
-  ticks: ReadonlyMap<string, Tick>,
+  ticks: readonly Tick[],
 ): readonly Watched[] {
   const before = useRef(new Map<string, Watched>());
   return useMemo(() => {
+    const bySymbol = new Map(ticks.map((tick) => [tick.symbol, tick]));
     const items = symbols.map((symbol) => {
       const old = before.current.get(symbol);
-      const [detail, tick] = [details.get(symbol), ticks.get(symbol)];
+      const [detail, tick] = [details.get(symbol), bySymbol.get(symbol)];
       return old && old.detail === detail && old.tick === tick
         ? old
         : { symbol, detail, tick, quote: quoteOf(tick ?? {}) };

@@ -4,6 +4,7 @@ import { withParts, type TextTable } from './table';
 export const common = {
   title: ['模拟工作台', 'Varnel Workbench'],
   cannotStart: ['模拟工作台无法启动', 'The workbench cannot start'],
+  noBridge: ['此页面没有连接终端的接口。', 'The page has no bridge to a terminal.'],
   openFromSimulator: ['请从模拟终端打开此页面。', 'Open this page from the simulator.'],
   simulation: ['模拟环境 · 非真实行情与交易', 'Simulation · no real quotes, no real trading'],
   loginTrader: ['登录交易员', 'Login trader'],

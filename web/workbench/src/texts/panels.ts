@@ -74,6 +74,7 @@ export const panels = {
     (found: number, all: number) => `${found} of ${all} securities`,
   ),
   quote: ['行情', 'Quote'],
+  noQuote: ['无行情', 'There is no quote'],
   securityDetails: ['证券详情', 'Security details'],
   chooseSecurity: ['请在左侧选择证券', 'Choose a security from the list'],
 
@@ -85,9 +86,10 @@ export const panels = {
 
   assets: ['资产', 'Assets'],
   positions: ['持仓', 'Positions'],
-  positionCount: withParts(
-    (count: number) => `${count} 条持仓`,
-    (count: number) => (count === 1 ? '1 position' : `${count} positions`),
+  closePosition: ['平仓', 'Close'],
+  closePositionOf: withParts(
+    (name: string) => `平仓 ${name}`,
+    (name: string) => `Close the position in ${name}`,
   ),
 
   startStrategy: ['启动策略', 'Start a strategy'],
