@@ -1,10 +1,9 @@
 import type { Connection } from '@varnel/web-client';
-import { useState } from 'react';
+import { useCallback, useState } from 'react';
 import type { ConnectionWatch } from './bridge';
 import { Header } from './desk/Header';
 import type { Journal } from './journal';
 import type { StrategyLog } from './live/StrategyLog';
-import type { TickFeed } from './live/TickFeed';
 import { FreeCallForm } from './panels/FreeCallForm';
 import { HoldingsView } from './panels/HoldingsView';
 import { InspectorPanel } from './panels/InspectorPanel';
@@ -18,20 +17,33 @@ import { useTheme } from './theme';
 import { Split } from './ui/Split';
 import { Tabs } from './ui/Tabs';
 import { useAsk } from './useAsk';
+import { useClosing } from './useClosing';
+import type { Proposal } from './useTicket';
 
 interface Props {
   sdk: Connection;
-  feed: TickFeed;
   journal: Journal;
   connection: ConnectionWatch;
   strategyLog: StrategyLog;
 }
 
-export function App({ sdk, feed, journal, connection, strategyLog }: Props) {
+export function App({ sdk, journal, connection, strategyLog }: Props) {
   const t = useTexts();
   useTheme();
   const [view, setView] = useState('overview');
   const [symbol, setSymbol] = useState('');
+  const [proposal, setProposal] = useState<Proposal>(); // for the order ticket
+  const choose = useCallback((chosen: string) => {
+    setSymbol(chosen);
+    setProposal({ symbol: chosen });
+  }, []);
+  const close = useClosing(
+    sdk,
+    useCallback((order: Proposal) => {
+      setProposal(order);
+      setView('trade');
+    }, []),
+  );
   const login = useAsk(['login'], () => sdk.getLoginTrader());
 
   return (
@@ -54,13 +66,12 @@ export function App({ sdk, feed, journal, connection, strategyLog }: Props) {
                     {
                       id: 'overview',
                       title: t.overview,
-                      content: <Overview sdk={sdk} symbol={symbol} onSymbol={setSymbol} />,
+                      content: <Overview sdk={sdk} symbol={symbol} onSymbol={choose} />,
                     },
                     {
                       id: 'trade',
                       title: t.trade,
-                      className: 'aside',
-                      content: <TradeView sdk={sdk} feed={feed} symbol={symbol} />,
+                      content: <TradeView sdk={sdk} proposal={proposal} />,
                     },
                     {
                       id: 'securities',
@@ -68,7 +79,7 @@ export function App({ sdk, feed, journal, connection, strategyLog }: Props) {
                       content: <SecuritiesView sdk={sdk} />,
                     },
                     { id: 'orders', title: t.orders, content: <OrdersView sdk={sdk} /> },
-                    { id: 'holdings', title: t.holdings, content: <HoldingsView sdk={sdk} /> },
+                    { id: 'holdings', title: t.holdings, content: <HoldingsView sdk={sdk} onClose={close} /> },
                     {
                       id: 'strategies',
                       title: t.strategies,

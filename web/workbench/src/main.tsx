@@ -2,11 +2,10 @@ import { connect, NoBridgeError } from '@varnel/web-client';
 import { StrictMode } from 'react';
 import { createRoot } from 'react-dom/client';
 import { App } from './App';
-import { ConnectionWatch, loadBridge, tellingByEvents, throughJournal } from './bridge';
+import { ConnectionWatch, loadBridge } from './bridge';
 import { Providers, queries } from './desk/Providers';
 import { Journal } from './journal';
 import { StrategyLog } from './live/StrategyLog';
-import { TickFeed } from './live/TickFeed';
 import { SettingsStore } from './settings/SettingsStore';
 import { readSetting } from './settings/useSetting';
 import { textsOf } from './texts';
@@ -16,6 +15,7 @@ import { layoutKey } from './ui/Split';
 import './theme.css';
 import './tables.css';
 import './panels.css';
+import './trade.css';
 import './desk.css'; // last: it has the rules for narrow windows
 
 applyTheme('system');
@@ -25,9 +25,8 @@ const root = createRoot(document.getElementById('desk')!);
 const patienceMs = 500;
 
 try {
-  const bridge = tellingByEvents(await loadBridge(), window);
-  const journal = new Journal(bridge);
-  const sdk = connect(throughJournal(journal, bridge));
+  const journal = new Journal(await loadBridge());
+  const sdk = connect(journal);
   const connection = new ConnectionWatch(sdk);
   const settings = new SettingsStore(sdk);
   window.addEventListener('pagehide', () => settings.flush());
@@ -47,13 +46,7 @@ try {
   root.render(
     <StrictMode>
       <Providers desk={{ sdk, settings }}>
-        <App
-          sdk={sdk}
-          feed={new TickFeed(sdk)}
-          journal={journal}
-          connection={connection}
-          strategyLog={new StrategyLog(sdk)}
-        />
+        <App sdk={sdk} journal={journal} connection={connection} strategyLog={new StrategyLog(sdk)} />
       </Providers>
     </StrictMode>,
   );
