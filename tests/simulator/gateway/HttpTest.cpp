@@ -1,10 +1,10 @@
 #include "Await.h"
 #include "gateway/Gateway.h"
-#include "gateway/HttpConnection.h"
 
 #include <QDir>
 #include <QEventLoop>
 #include <QFile>
+#include <QHostAddress>
 #include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -164,7 +164,7 @@ TEST_F(HttpTest, AnInvalidRequestIs400)
 
 TEST_F(HttpTest, AHeadThatIsTooLongIs431)
 {
-    const QByteArray endless = "GET / HTTP/1.1\r\nX: " + QByteArray(HttpConnection::kMaxHead, 'x');
+    const QByteArray endless = "GET / HTTP/1.1\r\nX: " + QByteArray(GatewayServer::kMaxHead, 'x');
     EXPECT_EQ(431, status(exchange(served, endless)));
 }
 
