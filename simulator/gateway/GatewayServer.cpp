@@ -25,6 +25,8 @@ using Acceptor = net::basic_socket_acceptor<Tcp, net::io_context::executor_type>
 using Clock = std::chrono::steady_clock;
 using Field = http::field;
 
+constexpr std::size_t kMaxHead = GatewayServer::kMaxHead;
+
 constexpr quint16 kHttpPort = 80; // an origin does not contain this port
 
 /// For pages to agree to the end of their connections when the server stops.
@@ -64,7 +66,7 @@ class HttpSession final : public Connection, public std::enable_shared_from_this
 public:
     HttpSession(Socket &&socket, Shared &shared) : m_socket(std::move(socket)), m_shared(shared)
     {
-        m_parser.header_limit(GatewayServer::kMaxHead);
+        m_parser.header_limit(kMaxHead);
         m_parser.body_limit(std::numeric_limits<std::uint64_t>::max()); // no body is ever read
     }
 
@@ -72,10 +74,11 @@ public:
     {
         m_shared.connections.insert(shared_from_this());
         startDeadline();
-        http::async_read_header(m_socket, m_buffer, m_parser, [self = shared_from_this()](Error error, std::size_t) {
-            if (!self->m_isAnswering)
-                self->decide(error);
-        });
+        http::async_read_header(m_socket, m_buffer, m_parser,
+                                [self = shared_from_this()](Error error, std::size_t size) {
+                                    if (!self->m_isAnswering)
+                                        self->decide(error, size);
+                                });
     }
 
     void stop() override { end(); }
@@ -94,10 +97,11 @@ private:
         });
     }
 
-    void decide(Error error)
+    void decide(Error error, std::size_t headSize)
     {
         const Request &request = m_parser.get();
-        if (error == http::error::header_limit || error == http::error::buffer_overflow)
+        // The parser's own limit holds for what it has not parsed yet, so that a head of twice the length can pass it.
+        if (error == http::error::header_limit || error == http::error::buffer_overflow || headSize > kMaxHead)
             answer({431});
         else if (error == http::error::end_of_stream || error == http::error::partial_message)
             end(); // the client has closed the connection
@@ -200,7 +204,7 @@ private:
     Socket m_socket;
     Shared &m_shared;
     net::steady_timer m_deadline{m_shared.context};
-    beast::flat_buffer m_buffer{GatewayServer::kMaxHead};
+    beast::flat_buffer m_buffer{kMaxHead};
     http::request_parser<http::empty_body> m_parser;
     bool m_isAnswering = false;
     QByteArray m_body;
