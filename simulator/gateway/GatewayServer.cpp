@@ -149,8 +149,9 @@ private:
     void answer(const HttpReply &reply)
     {
         m_isAnswering = true;
-        m_socket.cancel(); // the reading of the head, if its time is up
-        startDeadline();   // again, for a client that does not read the answer
+        Error ignored;
+        m_socket.cancel(ignored); // the reading of the head, if its time is up
+        startDeadline();          // again, for a client that does not read the answer
         m_reply.result(unsigned(reply.status));
         const bool isFile = m_reply.result() == http::status::ok;
         m_body = isFile
@@ -248,6 +249,7 @@ public:
             connection->stop();
     }
 
+    quint16 port = 0; ///< constant once the server listens
     Acceptor acceptor{context};
     net::steady_timer pause{context};
     net::executor_work_guard<net::io_context::executor_type> work{context.get_executor()};
@@ -281,7 +283,8 @@ QString GatewayServer::listen(quint16 port)
     if (error)
         return QString::fromLocal8Bit(error.message().c_str());
 
-    const QByteArray suffix = this->port() == kHttpPort ? QByteArray() : ':' + QByteArray::number(this->port());
+    d->port = d->acceptor.local_endpoint(error).port();
+    const QByteArray suffix = d->port == kHttpPort ? QByteArray() : ':' + QByteArray::number(d->port);
     d->allowedOrigins.insert("http://127.0.0.1" + suffix);
     d->allowedOrigins.insert("http://localhost" + suffix);
     d->accept();
@@ -294,8 +297,7 @@ QString GatewayServer::listen(quint16 port)
 
 quint16 GatewayServer::port() const
 {
-    Error error;
-    return d->acceptor.local_endpoint(error).port();
+    return d->port;
 }
 
 void GatewayServer::stop()

@@ -62,6 +62,7 @@ private:
 
 namespace {
 
+/// A page as other threads see it.
 class Handle final : public PageSocket {
 public:
     Handle(std::weak_ptr<PageSession> page, int number, PageQueue &queue, net::io_context::executor_type executor)
@@ -73,8 +74,8 @@ public:
     void send(const QCefEvent &event) override { m_queue.add(m_page, event); }
     void close(int code, const QString &reason) override { m_queue.add(m_page, PageClose{code, reason}); }
 
-    /// Before the call is told. False when nothing more may be read for now.
-    bool tells(const CallFrame &call) { return m_unhandled.fetch_add(call.size) + call.size < kMaxUnhandled; }
+    /// Counts a call that waits from now on. False when nothing more may be read for the time being.
+    bool count(const CallFrame &call) { return m_unhandled.fetch_add(call.size) + call.size < kMaxUnhandled; }
 
     void handled(const CallFrame &call) override
     {
@@ -177,7 +178,7 @@ void PageSession::take(const CallFrame &call)
     m_frame.clear();
     if (m_frame.capacity() > kKeptBuffer)
         m_frame.shrink_to_fit();
-    const bool mayRead = m_handle->tells(call);
+    const bool mayRead = m_handle->count(call);
     m_listener({PageNews::Called, m_handle, call});
     // Nothing more is read after a frame that is no call. Its page is closed when the calls before have been answered.
     if (call.closeCode == 0 && mayRead)
