@@ -7,76 +7,149 @@
 //
 // Only here, not in the terminal:
 //   CallBridge.connectionState                      "connecting", "open" or "closed"
+//   CallBridge.onConnectionChange(listener)         calls listener({state, code, reason, willReconnect}) at each change,
+//                                                   until the function that it returns is called
 //   window event "callbridge:open"                  the connection is open
 //   window event "callbridge:close"                 it has ended; event.detail is {code, reason}
 //
 // Calls made before the connection is open are sent, in order, when it opens. After its end nothing is sent, and nothing
 // is repeated: a call may be an order, and a repeated order is a second order. To connect again a page reloads itself.
-(() => {
+//
+// Made by `npm run build:bridge -w web/client` from web/client/bridge. Do not edit it here.
+(function () {
   'use strict';
 
-  if (window.CallBridge) return;
-
-  const listeners = new Map(); // event name -> Set of listeners
-  let state = 'connecting';
-  let queue = [];
-
-  // Connects to the server of this file, also when the page comes from another server.
-  const source = document.currentScript ? document.currentScript.src : location.href;
-  const address = new URL('/view', source);
-  address.protocol = 'ws:';
-  const socket = new WebSocket(address);
-
-  socket.addEventListener('open', () => {
-    state = 'open';
-    for (const frame of queue) socket.send(frame);
-    queue = [];
-    window.dispatchEvent(new CustomEvent('callbridge:open'));
-  });
-
-  socket.addEventListener('close', ({ code, reason }) => {
-    state = 'closed';
-    queue = [];
-    window.dispatchEvent(new CustomEvent('callbridge:close', { detail: { code, reason } }));
-  });
-
-  socket.addEventListener('message', ({ data }) => {
-    const { event, args } = JSON.parse(data);
-    for (const listener of [...(listeners.get(event) || [])]) {
-      try {
-        listener(...args);
-      } catch (error) {
-        // Reported as an uncaught error; the other listeners still receive the event.
-        setTimeout(() => {
-          throw error;
-        });
-      }
+  /** A listener that throws does not stop the others. Its error becomes an uncaught one. */
+  function callSafely(task) {
+    try {
+      task();
+    } catch (error) {
+      setTimeout(() => {
+        throw error;
+      });
     }
-  });
+  }
+  /** Listeners of one kind. A function that is added twice is called twice. */
+  class Listeners {
+    constructor() {
+      this.all = new Set();
+      this.add = (listener) => {
+        const own = { listener };
+        this.all.add(own);
+        return () => void this.all.delete(own);
+      };
+    }
+    tell(event) {
+      for (const own of [...this.all]) if (this.all.has(own)) callSafely(() => own.listener(event));
+    }
+    clear() {
+      this.all.clear();
+    }
+  }
 
-  window.CallBridge = Object.freeze({
+  /** Where the simulator at this address takes WebSockets. */
+  function viewOf(url) {
+    const address = new URL('/view', url);
+    address.protocol = address.protocol === 'https:' ? 'wss:' : 'ws:';
+    return address.href;
+  }
+  /** The simulator's call bridge over one WebSocket. */
+  class SocketBridge {
+    constructor() {
+      this.listeners = new Map();
+      this.changes = new Listeners();
+      this.state = 'connecting';
+      this.onConnectionChange = this.changes.add;
+    }
+    get connectionState() {
+      return this.state;
+    }
     invokeMethod(method, ...args) {
       const frame = JSON.stringify({ invoke: String(method), args });
-      if (state === 'open') socket.send(frame);
-      else if (state === 'connecting') queue.push(frame);
-      else console.warn(`CallBridge: ${method} was not sent: the connection has ended`);
-    },
-
+      if (this.state === 'open') this.send(frame);
+      else this.sendLater(method, frame);
+    }
     addEventListener(name, listener) {
       if (typeof listener !== 'function') throw new TypeError('the listener must be a function');
-      if (!listeners.has(name)) listeners.set(name, new Set());
-      listeners.get(name).add(listener);
-    },
-
+      const ofName = this.listeners.get(name) ?? new Set();
+      this.listeners.set(name, ofName.add(listener));
+    }
     removeEventListener(name, listener) {
-      const ofName = listeners.get(name);
-      if (ofName && ofName.delete(listener) && ofName.size === 0) listeners.delete(name);
-    },
+      const ofName = this.listeners.get(name);
+      if (ofName?.delete(listener) && ofName.size === 0) this.listeners.delete(name);
+    }
+    use(socket) {
+      this.socket = socket;
+      socket.onopen = () => this.change({ state: 'open' });
+      socket.onmessage = ({ data }) => this.dispatch(String(data));
+      socket.onerror = () => {}; // the close follows, with its code
+      socket.onclose = ({ code, reason }) => this.ended(code, reason);
+    }
+    send(frame) {
+      this.socket.send(frame);
+    }
+    /** Lets go of the socket: nothing is heard from it any more. */
+    leave() {
+      const { socket } = this;
+      if (!socket) return;
+      socket.onopen = socket.onmessage = socket.onclose = null;
+      socket.close();
+    }
+    /** The connection has ended, or an attempt to connect has failed. */
+    ended(code, reason) {
+      this.change({ state: 'closed', code, reason, willReconnect: false });
+    }
+    /** A call was made while the connection is not open. */
+    sendLater(method, _frame) {
+      throw new Error(`${method} was not sent: the connection is not open`);
+    }
+    change(change) {
+      this.state = change.state;
+      this.changes.tell(change);
+    }
+    dispatch(frame) {
+      const { event, args } = JSON.parse(frame);
+      for (const listener of [...(this.listeners.get(event) ?? [])]) callSafely(() => listener(...args));
+    }
+  }
 
-    get connectionState() {
-      return state;
-    },
-  });
-
-  console.info('CallBridge: this is a simulated terminal. No order leaves this machine.');
+  /**
+   * The bridge of a page that loads `bridge.js`. Calls made before the connection is open are sent, in order, when it opens.
+   * After its end nothing is sent.
+   */
+  class PageBridge extends SocketBridge {
+    constructor(address) {
+      super();
+      this.queue = [];
+      this.onConnectionChange(({ state, code, reason }) => {
+        const queued = this.queue;
+        this.queue = [];
+        if (state === 'open') {
+          for (const frame of queued) this.send(frame);
+          window.dispatchEvent(new CustomEvent('callbridge:open'));
+        } else window.dispatchEvent(new CustomEvent('callbridge:close', { detail: { code, reason } }));
+      });
+      this.use(new WebSocket(address));
+    }
+    sendLater(method, frame) {
+      if (this.connectionState === 'connecting') this.queue.push(frame);
+      else console.warn(`CallBridge: ${method} was not sent: the connection has ended`);
+    }
+  }
+  function install() {
+    // Connects to the server of this file, also when the page comes from another server.
+    const script = document.currentScript;
+    const bridge = new PageBridge(viewOf(script ? script.src : location.href));
+    window.CallBridge = Object.freeze({
+      invokeMethod: (method, ...args) => bridge.invokeMethod(method, ...args),
+      addEventListener: (name, listener) => bridge.addEventListener(name, listener),
+      removeEventListener: (name, listener) => bridge.removeEventListener(name, listener),
+      onConnectionChange: bridge.onConnectionChange,
+      get connectionState() {
+        return bridge.connectionState;
+      },
+    });
+    console.info('CallBridge: this is a simulated terminal. No order leaves this machine.');
+  }
+  if (!window.CallBridge) install();
 })();

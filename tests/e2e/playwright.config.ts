@@ -13,6 +13,8 @@ export default defineConfig({
   expect: { timeout: 30_000 },
   use: {
     viewport: { width: 1280, height: 800 },
+    // The desk is Chinese here; tests of English say so themselves.
+    locale: 'zh-CN',
     screenshot: 'only-on-failure',
     launchOptions: {
       executablePath: process.env.VARNEL_CHROMIUM ?? '/usr/bin/chromium',

@@ -8,12 +8,19 @@ export const entry = (page: Page, kind: 'call' | 'event' | 'connection', name: s
 export async function openDesk(page: Page): Promise<Frames> {
   const frames = new Frames(page);
   await page.goto('/');
-  await expect(page.getByTestId('connection')).toHaveText('已连接 connected');
+  await expect(page.getByTestId('connection')).toHaveText('已连接');
   await expect(page.getByTestId('kline-table').locator('tbody tr')).not.toHaveCount(0);
-  await expect(page.getByLabel('只看未应答')).toBeVisible();
-  await expect(page.getByTestId('entry').filter({ hasText: '尚无应答' })).toHaveCount(0);
+  await expect(page.getByTestId('unanswered')).toHaveText('0');
   return frames;
 }
+
+export const rows = (page: Page, table: string) => page.getByTestId(table).locator('tbody tr');
+
+/** The cell of a record by the record's identifier and the key of its column. */
+export const cell = (page: Page, table: string, id: string, key: string) =>
+  page.getByTestId(table).locator(`tr[data-id="${id}"] td[data-key="${key}"]`);
+
+export const sent = (frames: Frames, method: string) => frames.sent.filter(({ invoke }) => invoke === method);
 
 export const views = ['总览', '交易', '证券', '委托与成交', '资产与持仓', '策略'] as const;
 
@@ -22,5 +29,5 @@ export async function openView(page: Page, view: (typeof views)[number]): Promis
   await page.getByRole('tab', { name: view }).click();
   // There are no strategies before one is started.
   if (view !== '策略') await expect(page.getByRole('tabpanel', { name: view }).locator('tbody tr')).not.toHaveCount(0);
-  await expect(page.getByTestId('entry').filter({ hasText: '尚无应答' })).toHaveCount(0);
+  await expect(page.getByTestId('unanswered')).toHaveText('0');
 }

@@ -40,9 +40,18 @@ export class Simulator {
   }
 
   /** Sends the signal and waits for the end. */
-  async stop(signal: 'SIGTERM' | 'SIGINT' = 'SIGTERM'): Promise<Ended> {
+  async stop(signal: 'SIGTERM' | 'SIGINT' | 'SIGKILL' = 'SIGTERM'): Promise<Ended> {
     this.child.kill(signal);
     return Promise.race([this.ended, this.stuck(`did not end on ${signal}`)]);
+  }
+
+  /** Lets the process stand still: connections stay open, and nothing is answered. `thaw` lets it go on. */
+  freeze(): void {
+    this.child.kill('SIGSTOP');
+  }
+
+  thaw(): void {
+    this.child.kill('SIGCONT');
   }
 
   private printed(where: 'stdout' | 'stderr', pattern: RegExp): Promise<RegExpExecArray> {

@@ -3,6 +3,7 @@ import { fileURLToPath } from 'node:url';
 import { EventRecorder } from './eventRecorder';
 import { Home } from './home';
 import { Simulator } from './simulator';
+import { watchTraffic, wrongFrames } from './traffic';
 
 export { expect };
 
@@ -31,6 +32,8 @@ interface Fixtures {
   recorder: EventRecorder;
   secondRecorder: EventRecorder;
   thirdRecorder: EventRecorder;
+  /** Fails the test when a page and its simulator exchange what docs/openrpc.json does not describe. */
+  traffic: void;
 }
 
 /** Chromium takes long to make a page, so bare pages serve all tests of a worker, one after the other. */
@@ -57,6 +60,19 @@ export const test = base.extend<Fixtures, { keptPages: KeptPages }>({
   options: [[], { option: true }],
 
   // Playwright reads the fixtures that are needed from the pattern: none.
+  traffic: [
+    async ({}, use) => {
+      wrongFrames.length = 0;
+      await use();
+      expect(wrongFrames, 'frames that docs/openrpc.json does not describe').toEqual([]);
+    },
+    { auto: true },
+  ],
+  context: async ({ context }, use) => {
+    watchTraffic(context);
+    await use(context);
+  },
+
   home: async ({}, use) => {
     const home = new Home();
     await use(home);
@@ -85,6 +101,7 @@ export const test = base.extend<Fixtures, { keptPages: KeptPages }>({
   keptPages: [
     async ({ browser }, use) => {
       const context = await browser.newContext();
+      watchTraffic(context);
       await use({ context, bare: await context.newPage(), recorders: [] });
       await context.close();
     },

@@ -1,4 +1,4 @@
-/** Base of all errors of a call that has been sent. */
+/** Base of all errors of a call. */
 export class CallError extends Error {
   override readonly name: string = 'CallError'; // spelt out: bundlers shorten class names
 
@@ -46,9 +46,10 @@ export class TimeoutError extends CallError {
   constructor(
     method: string,
     uuid: string,
+    /** How long the call waited, in milliseconds. */
     readonly timeoutMs: number,
   ) {
-    super(method, uuid, `no answer within ${timeoutMs} ms`);
+    super(method, uuid, noAnswerWithin(timeoutMs));
   }
 }
 
@@ -66,25 +67,66 @@ export class UnexpectedReplyError extends CallError {
   }
 }
 
-/** The connection was closed while the call waited, or before it was made. */
+/** The connection ended while a question waited for its answer. */
 export class ClosedError extends CallError {
   override readonly name = 'ClosedError';
 
   constructor(method: string, uuid: string) {
-    super(method, uuid, 'the connection is closed');
+    super(method, uuid, connectionEnded);
   }
 }
 
 /**
- * No answer came to an order, a cancel or a strategy call before the time-out or the close of the connection. The
- * terminal may have carried the call out, so look at its lists before you send anything again.
+ * The call was not sent, so the terminal knows nothing of it: the connection is closed, it did not open in time, or the
+ * bridge threw (`cause` is what it threw).
+ */
+export class NotSentError extends CallError {
+  override readonly name = 'NotSentError';
+
+  constructor(
+    method: string,
+    uuid: string,
+    reason: string,
+    readonly cause?: unknown,
+  ) {
+    super(method, uuid, `not sent: ${reason}`);
+  }
+}
+
+/**
+ * An order, a cancel or a strategy call was sent, and no answer came: the time ran out, the connection ended, or the page
+ * stopped waiting. The terminal may have carried the call out, so look at its lists before you send anything again.
  */
 export class OutcomeUnknownError extends CallError {
   override readonly name = 'OutcomeUnknownError';
 
-  constructor(readonly cause: TimeoutError | ClosedError) {
-    const because =
-      cause instanceof TimeoutError ? `no answer within ${cause.timeoutMs} ms` : 'the connection is closed';
-    super(cause.method, cause.uuid, `outcome unknown: ${because}`);
+  constructor(
+    method: string,
+    uuid: string,
+    /** A TimeoutError, a ClosedError, or the reason of the page's signal. */
+    readonly cause: unknown,
+  ) {
+    super(method, uuid, `outcome unknown: ${whyUnknown(cause)}`);
   }
+}
+
+/** The page has no bridge: it was opened neither in the terminal nor with the simulator's script. */
+export class NoBridgeError extends Error {
+  override readonly name = 'NoBridgeError';
+
+  constructor() {
+    super('There is no window.CallBridge here: open this page in the terminal, or use connectSimulator().');
+  }
+}
+
+const connectionEnded = 'the connection is closed';
+
+function noAnswerWithin(timeoutMs: number): string {
+  return `no answer within ${timeoutMs} ms`;
+}
+
+function whyUnknown(cause: unknown): string {
+  if (cause instanceof TimeoutError) return noAnswerWithin(cause.timeoutMs);
+  if (cause instanceof ClosedError) return connectionEnded;
+  return 'the page stopped waiting';
 }

@@ -1,64 +1,43 @@
+import { methods, oneWayMethods, type Call, type OneWayCall } from './protocol/calls.js';
+import { pushes, type PushEvent } from './protocol/pushes.js';
+
 /**
- * Every name of the page protocol. A test compares these tables with the library's own constants, name by name.
+ * Every name of the page protocol, from the tables of calls and pushes. A test compares them with the library's own
+ * constants, name by name.
  */
 
-/** Calls that the terminal answers: method name and the event that carries the reply. */
-export const answeredCalls = {
-  Data_getToken_REQ: 'Data_getToken_RES',
-  Data_getSymbolDetail_REQ: 'Data_getSymbolDetail_RES',
-  Data_getCurrentTick_REQ: 'Data_getCurrentTick_RES',
-  Data_getFundAccountList_REQ: 'Data_getFundAccountList_RES',
-  Data_getTraderList_REQ: 'Data_getTraderList_RES',
-  Data_getLoginTrader_REQ: 'Data_getLoginTrader_RES',
-  Data_getSymbolList_REQ: 'Data_getSymbolList_RES',
-  Data_getSymbolListWithDetail_REQ: 'Data_getSymbolListWithDetail_RES',
-  Data_getEntrustList_REQ: 'Data_getEntrustList_RES',
-  Data_getExecutionList_REQ: 'Data_getExecutionList_RES',
-  Data_getPositionList_REQ: 'Data_getPositionList_RES',
-  Data_getAsset_REQ: 'Data_getAsset_RES',
-  Data_getTradableQty_REQ: 'Data_getTradableQty_RES',
-  Data_getSetting_REQ: 'Data_getSetting_RES',
-  Data_saveSetting_REQ: 'Data_saveSetting_RES',
-  Data_getPermission_REQ: 'Data_getPermission_RES',
-  Data_openPermissionMenu_REQ: 'Data_openPermissionMenu_RES',
-  Data_getUpsDownsAnalysis_REQ: 'Data_getUpsDownsAnalysis_RES',
-  Data_getKLineData_REQ: 'Data_getKLineData_RES',
-  Data_getOPStation_REQ: 'Data_getOPStation_RES',
-  Trade_insertOrder_REQ: 'Trade_insertOrder_RES',
-  Trade_insertOrderList_REQ: 'Trade_insertOrderList_RES',
-  Trade_reqCancelOrder_REQ: 'Trade_reqCancelOrder_RES',
-  Sub_subscribe_REQ: 'Sub_subscribe_RES',
-  UnSub_subscribe_REQ: 'UnSub_subscribe_RES',
-  UnSub_subscribeAll_REQ: 'UnSub_subscribeAll_RES',
-  Vlx_startStrategy_REQ: 'Vlx_startStrategy_RES',
-  Vlx_stopStrategy_REQ: 'Vlx_stopStrategy_RES',
-  Vlx_queryStrategyStatus_REQ: 'Vlx_queryStrategyStatus_RES',
-} as const;
+/** The event that carries the reply to a method. */
+export type ReplyTo<M extends string> = M extends `${infer Name}_REQ` ? `${Name}_RES` : never;
 
-/** Calls without an answer: nobody handles the buffer calls. The reply names here are reserved and never sent. */
-export const unansweredCalls = {
-  Data_getBuffer_REQ: 'Data_getBuffer_RES',
-  Data_saveBuffer_REQ: 'Data_saveBuffer_RES',
-  Vlx_sendCustomInfo_REQ: 'Vlx_sendCustomInfo_RES',
-  Vlx_subStrategyMsg_REQ: 'Vlx_subStrategyMsg_RES',
-} as const;
+export function replyTo<M extends string>(method: M): ReplyTo<M> {
+  return method.replace(/_REQ$/, '_RES') as ReplyTo<M>;
+}
+
+function withReplies<M extends string>(names: readonly M[]): { readonly [Name in M]: ReplyTo<Name> } {
+  return Object.fromEntries(names.map((name) => [name, replyTo(name)])) as { [Name in M]: ReplyTo<Name> };
+}
+
+const methodsOf = <M extends string>(table: Readonly<Record<string, { method: M }>>): M[] =>
+  Object.values(table).map(({ method }) => method);
+
+/** Calls that nobody handles. */
+export const unhandledCalls = ['Data_getBuffer_REQ', 'Data_saveBuffer_REQ'] as const;
+
+export type AnsweredCall = (typeof methods)[Call]['method'];
+export type UnansweredCall = (typeof oneWayMethods)[OneWayCall]['method'] | (typeof unhandledCalls)[number];
+export type MethodName = AnsweredCall | UnansweredCall;
+export type ReplyEvent = ReplyTo<AnsweredCall>;
+
+/** Calls that the terminal answers: method name and the event that carries the reply. */
+export const answeredCalls = withReplies<AnsweredCall>(methodsOf(methods));
+
+/** Calls without an answer. The reply names here are reserved and never sent. */
+export const unansweredCalls = withReplies<UnansweredCall>([...methodsOf(oneWayMethods), ...unhandledCalls]);
 
 /** Events without a call. */
-export const pushEvents = [
-  'on_tickUpdate',
-  'on_AssetUpdate',
-  'on_entrustUpdate',
-  'on_executionUpdate',
-  'on_positionUpdate',
-  'on_orderLoaded',
-  'on_vlxRcvCustomInfo',
-  'on_vlxStrategyStatusUpdate',
-] as const;
+export const pushEvents: readonly PushEvent[] = Object.values(pushes).map(({ event }) => event);
 
 /** Reserved names, never sent. */
 export const reservedEvents = ['on_callError', 'Notify_WebReady'] as const;
 
-export type AnsweredCall = keyof typeof answeredCalls;
-export type MethodName = AnsweredCall | keyof typeof unansweredCalls;
-export type ReplyEvent = (typeof answeredCalls)[AnsweredCall];
-export type PushEvent = (typeof pushEvents)[number];
+export type { PushEvent };

@@ -1,43 +1,26 @@
 import type { BridgeListener, CallBridge } from './bridge.js';
-import type { PushEvent } from './protocol.js';
-import * as records from './records.js';
-import { list, text, type Shape } from './shapes.js';
+import { pushes, type Push, type PushEvent, type PushName } from './protocol/pushes.js';
+import { callSafely } from './safely.js';
+import { text } from './shapes.js';
+import type { PushListener } from './types.js';
+
+export type { PushListener } from './types.js';
+
+/** The table's rows by name and by event. */
+const rows = new Map<string, Push>(
+  Object.entries<Push>(pushes).flatMap(([name, push]) => [
+    [name, push],
+    [push.event, push],
+  ]),
+);
 
 /** Turns the arguments of a push into those of the listener. Throws when they have an unexpected form. */
-type Reader = (args: readonly unknown[]) => readonly unknown[];
-
-function json<T>(shape: Shape<T>) {
-  return ([data]: readonly unknown[]): [T] => {
-    const read: unknown = JSON.parse(text(data));
-    return [shape(read)];
-  };
+function read({ json, texts = [], mayBeEmpty }: Push, args: readonly unknown[]): readonly unknown[] {
+  if (!json) return texts.map((_, index) => text(args[index]));
+  const [data] = args;
+  if (mayBeEmpty && (data === '' || data === '{}')) return [undefined];
+  return [json(JSON.parse(text(data)))];
 }
-
-function texts([first, second]: readonly unknown[]): [string, string] {
-  return [text(first), text(second)];
-}
-
-/** An empty text or object means that an account changed, and the terminal cannot tell which. */
-function asset([data]: readonly unknown[]): [records.Asset | undefined] {
-  if (data === '' || data === '{}') return [undefined];
-  return json(records.asset)([data]);
-}
-
-/** All pushes. The types of listeners derive from this table. */
-export const pushes = {
-  on_tickUpdate: json(records.tick),
-  on_AssetUpdate: asset,
-  on_entrustUpdate: json(list(records.entrust)),
-  on_executionUpdate: json(list(records.execution)),
-  on_positionUpdate: json(records.position),
-  on_orderLoaded: (): [] => [],
-  /** Custom-message identifier and message. */
-  on_vlxRcvCustomInfo: texts,
-  /** Strategy identifier and status. */
-  on_vlxStrategyStatusUpdate: texts,
-} as const satisfies Record<PushEvent, Reader>;
-
-export type PushListener<P extends PushEvent> = (...args: ReturnType<(typeof pushes)[P]>) => void;
 
 export type OnUnreadable = (event: PushEvent, args: readonly unknown[], reason: Error) => void;
 
@@ -47,7 +30,7 @@ function reportToConsole(event: PushEvent, args: readonly unknown[], reason: Err
 
 /** Listens to a push of the bridge while it has listeners here, and reads each push once for all of them. */
 export class PushHub {
-  private readonly listening = new Map<PushEvent, { listeners: Set<BridgeListener>; onPush: BridgeListener }>();
+  private readonly listening = new Map<Push, { listeners: Set<BridgeListener>; onPush: BridgeListener }>();
   private closed = false;
 
   constructor(
@@ -56,8 +39,9 @@ export class PushHub {
   ) {}
 
   /** A function that is added twice is called twice for each push. */
-  readonly on = <P extends PushEvent>(push: P, listener: PushListener<P>): (() => void) => {
-    if (!Object.prototype.hasOwnProperty.call(pushes, push)) throw new TypeError(`on: there is no push "${push}"`);
+  readonly on = <P extends PushName | PushEvent>(name: P, listener: PushListener<P>): (() => void) => {
+    const push = rows.get(name);
+    if (!push) throw new TypeError(`on: there is no push "${name}"`);
     if (this.closed) return () => {};
     const own: BridgeListener = (...args) => (listener as BridgeListener)(...args);
     const { listeners } = this.listening.get(push) ?? this.start(push);
@@ -75,37 +59,26 @@ export class PushHub {
     }
   }
 
-  private start(push: PushEvent) {
+  private start(push: Push) {
     const listeners = new Set<BridgeListener>();
     const onPush: BridgeListener = (...args) => {
-      let read: readonly unknown[];
+      let values: readonly unknown[];
       try {
-        read = pushes[push](args);
+        values = read(push, args);
       } catch (error) {
-        this.onUnreadable(push, args, error as Error);
+        this.onUnreadable(push.event as PushEvent, args, error as Error);
         return;
       }
-      for (const listener of [...listeners]) if (listeners.has(listener)) callSafely(() => listener(...read));
+      for (const listener of [...listeners]) if (listeners.has(listener)) callSafely(() => listener(...values));
     };
     const started = { listeners, onPush };
     this.listening.set(push, started);
-    this.bridge.addEventListener(push, onPush);
+    this.bridge.addEventListener(push.event, onPush);
     return started;
   }
 
-  private stop(push: PushEvent): void {
-    this.bridge.removeEventListener(push, this.listening.get(push)!.onPush);
+  private stop(push: Push): void {
+    this.bridge.removeEventListener(push.event, this.listening.get(push)!.onPush);
     this.listening.delete(push);
-  }
-}
-
-/** A listener that throws does not stop the others. Its error becomes an uncaught one. */
-function callSafely(task: () => void): void {
-  try {
-    task();
-  } catch (error) {
-    setTimeout(() => {
-      throw error;
-    });
   }
 }

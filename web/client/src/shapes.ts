@@ -1,53 +1,89 @@
 /**
  * Building blocks that check an answer before a page gets it as its type. A shape returns the data unchanged, or throws a
- * TypeError that names the place of the wrong value.
+ * TypeError that names the place of the wrong value. Each shape has a JSON Schema that says the same.
  */
 
 export type Json = null | boolean | number | string | Json[] | { [key: string]: Json };
 export type JsonObject = { [key: string]: Json };
 
-export type Shape<T> = (data: unknown) => T;
+/** The keywords of JSON Schema (draft 7) that are used here. */
+export interface JsonSchema {
+  /** The name of its type. */
+  readonly title?: string;
+  readonly examples?: readonly Json[];
+  readonly type?: 'object' | 'array' | 'string' | 'number' | 'integer' | 'boolean';
+  readonly properties?: Readonly<Record<string, JsonSchema>>;
+  readonly required?: readonly string[];
+  readonly additionalProperties?: false;
+  readonly items?: JsonSchema;
+  readonly enum?: readonly Json[];
+  readonly minimum?: number;
+  readonly maximum?: number;
+  readonly minLength?: number;
+  /** Of a text that holds JSON: "application/json", and the schema of what it holds. */
+  readonly contentMediaType?: string;
+  readonly contentSchema?: JsonSchema;
+}
+
+export interface Shape<T> {
+  (data: unknown): T;
+  readonly schema: JsonSchema;
+  /** The value may be missing. */
+  readonly optional?: true;
+}
+
+/** What the shapes of a record's fields promise. The comments of the fields stay with them. */
+export type Fields<Shapes> = { [Key in keyof Shapes]: Shapes[Key] extends Shape<infer T> ? T : never };
+
+function shape<T>(schema: JsonSchema, check: (data: unknown) => T): Shape<T> {
+  return Object.assign(check, { schema });
+}
 
 function within(place: string, error: unknown): TypeError {
   return new TypeError(place + (error as Error).message);
 }
 
-export function text(data: unknown): string {
+export const text = shape({ type: 'string' }, (data): string => {
   if (typeof data !== 'string') throw new TypeError(' is no text');
   return data;
-}
+});
 
-export function number(data: unknown): number {
+export const number = shape({ type: 'number' }, (data): number => {
   if (typeof data !== 'number') throw new TypeError(' is no number');
   return data;
-}
+});
 
-export function flag(data: unknown): boolean {
+export const flag = shape({ type: 'boolean' }, (data): boolean => {
   if (typeof data !== 'boolean') throw new TypeError(' is neither true nor false');
   return data;
-}
+});
 
-export function oneOrZero(data: unknown): 0 | 1 {
+export const oneOrZero = shape({ enum: [0, 1] }, (data): 0 | 1 => {
   if (data !== 0 && data !== 1) throw new TypeError(' is neither 1 nor 0');
+  return data;
+});
+
+/** For replies that carry no data. */
+export const nothing: Shape<void> = Object.assign(() => {}, { schema: {}, optional: true } as const);
+
+/** Any value, null included, but not undefined. */
+export const json = shape({}, (data): Json => {
+  if (data === undefined) throw new TypeError(' is missing');
+  return data as Json;
+});
+
+function anObject(data: unknown): object {
+  if (typeof data !== 'object' || data === null || Array.isArray(data)) throw new TypeError(' is no object');
   return data;
 }
 
-/** For replies that carry no data. */
-export function nothing(): void {}
-
-/** Any value, null included, but not undefined. */
-export function json(data: unknown): Json {
-  if (data === undefined) throw new TypeError(' is missing');
-  return data as Json;
-}
-
-export function object(data: unknown): JsonObject {
-  if (typeof data !== 'object' || data === null || Array.isArray(data)) throw new TypeError(' is no object');
-  return data as JsonObject;
+/** An object with any keys. The title names its type. */
+export function object<T extends object>(title: string): Shape<T> {
+  return shape({ title, type: 'object' }, (data) => anObject(data) as T);
 }
 
 export function list<T>(item: Shape<T>): Shape<T[]> {
-  return (data) => {
+  return shape({ type: 'array', items: item.schema }, (data) => {
     if (!Array.isArray(data)) throw new TypeError(' is no list');
     data.forEach((entry, index) => {
       try {
@@ -57,14 +93,20 @@ export function list<T>(item: Shape<T>): Shape<T[]> {
       }
     });
     return data as T[];
-  };
+  });
 }
 
-/** An object with these keys at least. */
-export function record<T extends Record<string, unknown>>(shapes: { [Key in keyof T]: Shape<T[Key]> }): Shape<T> {
-  const checks = Object.entries<Shape<unknown>>(shapes);
-  return (data) => {
-    const source = object(data);
+/** An object with these keys at least. The title names its type. */
+export function record<T>(title: string, fields: { readonly [Key in keyof T]-?: Shape<unknown> }): Shape<T> {
+  const checks = Object.entries<Shape<unknown>>(fields);
+  const schema: JsonSchema = {
+    title,
+    type: 'object',
+    properties: Object.fromEntries(checks.map(([key, field]) => [key, field.schema])),
+    required: checks.filter(([, field]) => !field.optional).map(([key]) => key),
+  };
+  return shape(schema, (data) => {
+    const source = anObject(data) as Record<string, unknown>;
     for (const [key, check] of checks) {
       try {
         check(source[key]);
@@ -73,14 +115,15 @@ export function record<T extends Record<string, unknown>>(shapes: { [Key in keyo
       }
     }
     return source as T;
-  };
+  });
 }
 
-/** The same shape under each of the keys. */
-export function shapesOf<Key extends string, T>(keys: readonly Key[], shape: Shape<T>) {
-  return Object.fromEntries(keys.map((key) => [key, shape])) as Record<Key, Shape<T>>;
+export function optional<T>(wanted: Shape<T>): Shape<T | undefined> {
+  const check = (data: unknown) => (data === undefined ? undefined : wanted(data));
+  return Object.assign(check, { schema: wanted.schema, optional: true } as const);
 }
 
-export function optional<T>(shape: Shape<T>): Shape<T | undefined> {
-  return (data) => (data === undefined ? undefined : shape(data));
+/** The keys of an object in their order. */
+export function keysOf<T extends object>(fields: T): readonly (keyof T & string)[] {
+  return Object.keys(fields) as (keyof T & string)[];
 }

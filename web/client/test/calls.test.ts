@@ -1,5 +1,5 @@
 import { afterEach, beforeEach, describe, expect, it, vi } from 'vitest';
-import { connect, oneWayMethods, type Call, type Connection } from '../src/index.js';
+import { connect, methods, oneWayMethods, type Call, type Connection } from '../src/index.js';
 import { FakeBridge } from './fakeBridge.js';
 import {
   filter,
@@ -31,8 +31,14 @@ afterEach(() => {
   vi.useRealTimers();
 });
 
-/** Every call: what the page passes, what the terminal gets after the identifier, an answer. */
-const table: [Call, Record<string, unknown> | undefined, string, unknown[], string, unknown][] = [
+const accepted = { ...line, orderID: '1', code: '0', msg: '' };
+const refused = { ...line, orderID: '2', code: '-1', msg: 'no' };
+
+/**
+ * Every call: what the page passes, what the terminal gets after the identifier, an answer, and what the page gets if
+ * that is not the answer itself.
+ */
+const table: [Call, Record<string, unknown> | undefined, string, unknown[], string, unknown, unknown?][] = [
   ['getToken', undefined, 'Data_getToken_REQ', [], 'Data_getToken_RES', 'T'],
   ['getLoginTrader', undefined, 'Data_getLoginTrader_REQ', [], 'Data_getLoginTrader_RES', 'trader'],
   ['getTraderList', {}, 'Data_getTraderList_REQ', [], 'Data_getTraderList_RES', ['a', 'b']],
@@ -140,6 +146,7 @@ const table: [Call, Record<string, unknown> | undefined, string, unknown[], stri
     ['f', 's', 'X', 'Buy', 'Limit', '1.50', '100', 'tag'],
     'Trade_insertOrder_RES',
     placed,
+    { outcome: 'accepted', orderID: 'O1', order: placed },
   ],
   [
     'insertOrderList',
@@ -147,7 +154,11 @@ const table: [Call, Record<string, unknown> | undefined, string, unknown[], stri
     'Trade_insertOrderList_REQ',
     ['f', 'tag', JSON.stringify([line, line])],
     'Trade_insertOrderList_RES',
-    [{ ...line, orderID: '1', code: '-1', msg: 'no' }],
+    [accepted, refused],
+    [
+      { outcome: 'accepted', orderID: '1', order: accepted },
+      { outcome: 'refused', reason: 'no', orderID: '2', order: refused },
+    ],
   ],
   [
     'cancelOrders',
@@ -182,19 +193,16 @@ const table: [Call, Record<string, unknown> | undefined, string, unknown[], stri
 describe('every call', () => {
   it.each(table)(
     '%s sends its arguments in order and gets its answer',
-    async (call, values, method, args, event, data) => {
+    async (call, values, method, args, event, data, result = data) => {
       const answer = (sdk[call] as (values: unknown) => Promise<unknown>)(values);
       expect(bridge.calls).toEqual([{ method, args: [bridge.uuid(0), ...args] }]);
       bridge.reply(event, bridge.uuid(0), data);
-      expect(await answer).toEqual(data);
+      expect(await answer).toEqual(result);
     },
   );
 
   it('is in the table above', () => {
-    expect(table.map(([call]) => call).sort()).toEqual(
-      Object.keys(sdk)
-        .filter((name) => !['close', 'on', ...Object.keys(oneWayMethods)].includes(name))
-        .sort(),
-    );
+    expect(table.map(([call]) => call).sort()).toEqual(Object.keys(methods).sort());
+    expect(Object.keys(sdk)).toEqual(expect.arrayContaining([...Object.keys(methods), ...Object.keys(oneWayMethods)]));
   });
 });

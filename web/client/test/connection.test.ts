@@ -4,6 +4,7 @@ import {
   ClosedError,
   connect,
   FailedCallError,
+  NotSentError,
   RejectedCallError,
   TimeoutError,
   UnexpectedReplyError,
@@ -236,11 +237,14 @@ describe('failures', () => {
     expect((error as Error).name).toBe('RejectedCallError');
   });
 
-  it('of the bridge itself reject the call', async () => {
+  it('of the bridge itself mean that the call was not sent', async () => {
+    const cause = new Error('no terminal');
     bridge.answerAtOnce = () => {
-      throw new Error('no terminal');
+      throw cause;
     };
-    await expect(sdk.getToken()).rejects.toThrow('no terminal');
+    const answer = sdk.getToken();
+    await expect(answer).rejects.toBeInstanceOf(NotSentError);
+    await expect(answer).rejects.toMatchObject({ cause, method: 'Data_getToken_REQ' });
   });
 });
 
@@ -249,7 +253,8 @@ describe('close', () => {
     const waiting = sdk.getToken();
     sdk.close();
     await expect(waiting).rejects.toBeInstanceOf(ClosedError);
-    await expect(sdk.getToken()).rejects.toBeInstanceOf(ClosedError);
+    await expect(sdk.getToken()).rejects.toBeInstanceOf(NotSentError);
+    expect(sdk.state).toBe('closed');
     expect(bridge.calls).toHaveLength(1);
     expect([...bridge.listeners.values()].every((set) => set.size === 0)).toBe(true);
   });

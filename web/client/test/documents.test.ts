@@ -2,7 +2,13 @@ import { existsSync, readdirSync, readFileSync } from 'node:fs';
 import { describe, expect, it } from 'vitest';
 
 const root = new URL('../../../', import.meta.url);
-const documents = ['README.md', 'CONTRIBUTING.md', 'CHANGELOG.md', 'web/client/README.md'].concat(
+const documents = [
+  'README.md',
+  'CONTRIBUTING.md',
+  'CHANGELOG.md',
+  'web/client/README.md',
+  'web/workbench/README.md',
+].concat(
   readdirSync(new URL('docs/', root))
     .filter((name) => name.endsWith('.md'))
     .map((name) => `docs/${name}`),

@@ -1,14 +1,16 @@
 import { afterEach, beforeEach, describe, expect, it, vi } from 'vitest';
 import {
   assetKeys,
-  ClosedError,
   connect,
   entrustKeys,
   executionKeys,
+  NotSentError,
   positionKeys,
+  pushes,
   pushEvents,
   type Connection,
   type PushEvent,
+  type PushName,
 } from '../src/index.js';
 import { FakeBridge } from './fakeBridge.js';
 
@@ -34,7 +36,7 @@ const execution = cells(executionKeys);
 const position = { ...Object.fromEntries(positionKeys.map((key) => [key, null])), stockInterest: 0 };
 const asset = Object.fromEntries(assetKeys.map((key) => [key, '0.00']));
 
-function hear(push: PushEvent): unknown[][] {
+function hear(push: PushEvent | PushName): unknown[][] {
   const heard: unknown[][] = [];
   sdk.on(push, (...args: unknown[]) => void heard.push(args));
   return heard;
@@ -159,10 +161,10 @@ describe('listening', () => {
 });
 
 describe('calls without reply', () => {
-  it('are sent without waiting for a reply', () => {
-    expect(sdk.sendCustomInfo({ message: 'm', customMsgID: 'id' })).toBeUndefined();
-    sdk.subStrategyMsg({ customMsgID: 'id', subscribed: true });
-    sdk.subStrategyMsg({ customMsgID: 'id', subscribed: false });
+  it('are sent without waiting for a reply', async () => {
+    await sdk.sendCustomInfo({ message: 'm', customMsgID: 'id' });
+    await sdk.subStrategyMsg({ customMsgID: 'id', subscribed: true });
+    await sdk.subStrategyMsg({ customMsgID: 'id', subscribed: false });
     expect(bridge.calls.map(({ method, args: [, ...args] }) => [method, ...args])).toEqual([
       ['Vlx_sendCustomInfo_REQ', 'id', 'm'],
       ['Vlx_subStrategyMsg_REQ', 'id', '1'],
@@ -173,15 +175,31 @@ describe('calls without reply', () => {
     expect([...bridge.listeners.keys()].filter((event) => event.includes('CustomInfo'))).toEqual([]);
   });
 
-  it('with unusable arguments are not sent', () => {
-    expect(() => sdk.sendCustomInfo({ customMsgID: 'id', message: 1 as never })).toThrow('message must be a string');
-    expect(() => sdk.subStrategyMsg({ customMsgID: 'id', subscribed: '1' as never })).toThrow('subscribed must be');
+  it('with unusable arguments are not sent', async () => {
+    const unusable = [
+      sdk.sendCustomInfo({ customMsgID: 'id', message: 1 as never }),
+      sdk.subStrategyMsg({ customMsgID: 'id', subscribed: '1' as never }),
+    ];
+    await expect(unusable[0]).rejects.toThrow('message must be a string');
+    await expect(unusable[1]).rejects.toThrow('subscribed must be');
     expect(bridge.calls).toEqual([]);
   });
 
-  it('are not sent after the close', () => {
+  it('are not sent after the close', async () => {
     sdk.close();
-    expect(() => sdk.sendCustomInfo({ customMsgID: 'id', message: '' })).toThrow(ClosedError);
+    await expect(sdk.sendCustomInfo({ customMsgID: 'id', message: '' })).rejects.toThrow(NotSentError);
     expect(bridge.calls).toEqual([]);
+  });
+});
+
+describe('the name of a push', () => {
+  it.each(Object.entries(pushes))('%s stands for its event', (name, { event }) => {
+    const [args, expected] = table.find(([push]) => push === event)!.slice(1) as [unknown[], unknown[]];
+    const heard = hear(name as PushName);
+    const heardByEvent = hear(event);
+    bridge.emit(event, ...args);
+    expect(heard).toEqual([expected]);
+    expect(heardByEvent).toEqual([expected]);
+    expect(bridge.listeners.get(event)!.size).toBe(1);
   });
 });

@@ -40,9 +40,9 @@ function figure(value: Json | undefined): number {
   return typeof value === 'number' || (typeof value === 'string' && value.trim() !== '') ? Number(value) : Number.NaN;
 }
 
-export function barOf(candle: Candle): Bar {
+export function barOf(candle: Partial<Candle>): Bar {
   const time = String(candle[candleFields.time]);
-  const number = (field: string) => figure(candle[field]);
+  const number = (field: keyof Candle) => figure(candle[field]);
   return {
     time,
     seconds: secondsOf(time),

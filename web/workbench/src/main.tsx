@@ -3,12 +3,21 @@ import { StrictMode } from 'react';
 import { createRoot } from 'react-dom/client';
 import { App } from './App';
 import { ConnectionWatch, loadBridge } from './bridge';
+import { Providers } from './desk/Providers';
 import { Journal } from './journal';
-import { TickFeed } from './live/TickFeed';
+import { StrategyLog } from './live/StrategyLog';
+import { SettingsStore } from './settings/SettingsStore';
+import { readSetting } from './settings/useSetting';
+import { textsOf } from './texts';
+import { languageKey, preferredLanguage } from './texts/useTexts';
+import { applyTheme, readTheme, themeKey } from './theme';
 import './theme.css';
+import './tables.css';
 import './panels.css';
+import './trade.css';
 import './desk.css'; // last: it has the rules for narrow windows
 
+applyTheme('system');
 const root = createRoot(document.getElementById('desk')!);
 
 // The connection may open as soon as the bridge is loaded, so listen before that.
@@ -18,22 +27,35 @@ let note = (...event: [string, ...unknown[]]): void => {
 };
 const connection = new ConnectionWatch(window, (...event) => note(...event));
 
+/** The desk appears in its language and theme at once, unless the terminal takes longer than this to tell them. */
+const patienceMs = 500;
+
 try {
   const journal = new Journal(await loadBridge());
   note = (...event) => journal.noteConnection(...event);
   early.forEach((event) => note(...event));
   const sdk = connect(journal);
+  const settings = new SettingsStore(sdk);
+  window.addEventListener('pagehide', () => settings.flush());
+
+  const look = Promise.all([languageKey, themeKey].map((key) => settings.setting(key).read()));
+  await Promise.race([look, new Promise((resolve) => setTimeout(resolve, patienceMs))]);
+  applyTheme(readSetting(settings.setting(themeKey).current().text, readTheme, 'system'));
+
   root.render(
     <StrictMode>
-      <App sdk={sdk} feed={new TickFeed(sdk)} journal={journal} connection={connection} />
+      <Providers desk={{ sdk, settings }}>
+        <App sdk={sdk} journal={journal} connection={connection} strategyLog={new StrategyLog(sdk)} />
+      </Providers>
     </StrictMode>,
   );
 } catch (error) {
+  const t = textsOf(preferredLanguage());
   root.render(
     <main className="halt" role="alert">
-      <h1>模拟工作台无法启动</h1>
-      <p>The workbench cannot start: {(error as Error).message}.</p>
-      <p>请从模拟终端打开此页面。Open this page from the simulator.</p>
+      <h1>{t.cannotStart}</h1>
+      <p>{(error as Error).message}</p>
+      <p>{t.openFromSimulator}</p>
     </main>,
   );
 }

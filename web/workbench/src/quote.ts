@@ -29,7 +29,7 @@ function levels(prices: Json | undefined, qtys: Json | undefined): Level[] {
   return prices.map((price, at) => ({ price: number(price), qty: number(qtys[at]) })).filter(({ qty }) => qty > 0);
 }
 
-export function quoteOf(tick: Tick): Quote {
+export function quoteOf(tick: Partial<Tick>): Quote {
   const field = (name: keyof typeof quoteFields) => tick[quoteFields[name]];
   const figure = (name: keyof typeof quoteFields) => number(field(name));
   return {

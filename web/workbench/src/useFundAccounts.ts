@@ -1,10 +1,8 @@
 import { fundProperties, type Connection, type FundAccount } from '@varnel/web-client';
-import { useEffect } from 'react';
-import { useAnswer, type Answered } from './useAnswer';
+import type { Answered } from './useAnswer';
+import { useAsk } from './useAsk';
 
-/** All fund accounts of the login. */
-export function useFundAccounts(sdk: Connection): Answered<FundAccount[]> {
-  const [accounts, follow] = useAnswer<FundAccount[]>();
-  useEffect(() => follow(sdk.getFundAccountList({ fundProp: fundProperties.all })), [sdk, follow]);
-  return accounts;
+/** The fund accounts of the login with a property. */
+export function useFundAccounts(sdk: Connection, fundProp: number = fundProperties.all): Answered<FundAccount[]> {
+  return useAsk(['accounts', fundProp], () => sdk.getFundAccountList({ fundProp }));
 }

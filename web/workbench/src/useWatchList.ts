@@ -1,14 +1,16 @@
 import type { Connection } from '@varnel/web-client';
-import { useCallback, useEffect, useState } from 'react';
+import { useCallback, useMemo, useRef } from 'react';
 import { commaParts } from './freeCall';
-import { useAnswer, type Answered } from './useAnswer';
-import { readWatchList, watchListKey, withoutRepeats, writeWatchList } from './watchList';
+import { useSetting } from './settings/useSetting';
+import type { Answered } from './useAnswer';
+import { useSecurities } from './useSecurities';
+import { firstWatched, readWatchList, watchListKey, withoutRepeats } from './watchList';
 
 export interface WatchList {
   symbols: readonly string[];
-  /** State of the call that reads the saved list. */
-  answer: Answered<unknown>;
-  /** Whether the saved list has been read. A change before that would overwrite it. */
+  /** What went wrong with the saved list, or whether it is still read. */
+  answer: Answered<readonly string[]>;
+  /** Whether the list is known. A change before that would lose it. */
   isKnown: boolean;
   /** Adds one symbol, or several with commas. */
   add: (typed: string) => void;
@@ -19,27 +21,37 @@ const nothing: readonly string[] = [];
 
 /** The watch list. The terminal's settings keep it over a restart. */
 export function useWatchList(sdk: Connection): WatchList {
-  const [answer, follow] = useAnswer<readonly string[]>();
-  const [changed, setChanged] = useState<readonly string[]>();
-  const [failure, setFailure] = useState<Error>();
-  const symbols = changed ?? answer.data ?? nothing;
+  const [saved, change, { isKnown, error }] = useSetting<readonly string[] | undefined>(
+    watchListKey,
+    readWatchList,
+    undefined,
+  );
+  const isFirst = isKnown && saved === undefined;
+  const securities = useSecurities(sdk, isFirst);
+  const first = useMemo(() => (securities.data ? firstWatched(securities.data) : undefined), [securities.data]);
+  const symbols = saved ?? (isFirst ? first : undefined);
 
-  useEffect(() => follow(sdk.getSetting({ key: watchListKey }).then(readWatchList)), [sdk, follow]);
-
-  const change = useCallback(
-    (after: readonly string[]) => {
-      setChanged(after);
-      sdk
-        .saveSetting({ key: watchListKey, value: writeWatchList(after) })
-        .then(() => setFailure(undefined), setFailure);
-    },
-    [sdk],
+  const shown = useRef(symbols);
+  shown.current = symbols;
+  const changeTo = useCallback(
+    (after: (before: readonly string[]) => readonly string[]) =>
+      change((before) => after(before ?? shown.current ?? nothing)),
+    [change],
+  );
+  const add = useCallback(
+    (typed: string) =>
+      changeTo((before) => withoutRepeats([...before, ...commaParts(typed).filter((symbol) => symbol !== '')])),
+    [changeTo],
+  );
+  const remove = useCallback(
+    (symbol: string) => changeTo((before) => before.filter((each) => each !== symbol)),
+    [changeTo],
   );
   return {
-    symbols,
-    isKnown: answer.data !== undefined,
-    answer: failure ? { ...answer, error: failure } : answer,
-    add: (typed) => change(withoutRepeats([...symbols, ...commaParts(typed).filter((symbol) => symbol !== '')])),
-    remove: (symbol) => change(symbols.filter((each) => each !== symbol)),
+    symbols: symbols ?? nothing,
+    isKnown: symbols !== undefined,
+    answer: { data: symbols, error: error ?? securities.error, waiting: symbols === undefined },
+    add,
+    remove,
   };
 }

@@ -1,29 +1,26 @@
+import type { SecurityDetail } from '@varnel/web-client';
+
 /** The key under which the terminal keeps the desk's watch list. */
 export const watchListKey = 'workbench.watchList';
 
-/** The list before the first change: securities of the default scenario. */
-export const firstWatched: readonly string[] = [
-  '609801.SH',
-  '609802.SH',
-  '009811.SZ',
-  '519821.SH',
-  '119831.SH',
-  'YL2503.CF',
-];
+const firstOfEachType = 2;
 
-/** Reads the saved list. An empty or unreadable text gives the first list. */
-export function readWatchList(text: string): readonly string[] {
-  try {
-    const saved: unknown = JSON.parse(text);
-    if (Array.isArray(saved) && saved.every((symbol) => typeof symbol === 'string')) return withoutRepeats(saved);
-  } catch {
-    // falls back below
-  }
-  return firstWatched;
+/** The list before the first change: the first securities of each type that the terminal lists. */
+export function firstWatched(securities: readonly SecurityDetail[]): readonly string[] {
+  const counts = new Map<string, number>();
+  const chosen = securities.filter(({ securityType }) => {
+    const count = (counts.get(securityType) ?? 0) + 1;
+    counts.set(securityType, count);
+    return count <= firstOfEachType;
+  });
+  return chosen.map(({ symbol }) => symbol);
 }
 
-export function writeWatchList(symbols: readonly string[]): string {
-  return JSON.stringify(symbols);
+/** The saved list. */
+export function readWatchList(saved: unknown): readonly string[] | undefined {
+  return Array.isArray(saved) && saved.every((symbol) => typeof symbol === 'string')
+    ? withoutRepeats(saved)
+    : undefined;
 }
 
 export function withoutRepeats(symbols: readonly string[]): readonly string[] {

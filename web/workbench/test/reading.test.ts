@@ -1,12 +1,13 @@
+import type { SecurityDetail } from '@varnel/web-client';
 import { describe, expect, it } from 'vitest';
 import { barOf, drawable, readableTime, secondsOf } from '../src/candles';
 import { readBasket } from '../src/basket';
-import { valueOf } from '../src/cellColumns';
 import { commaParts, layOut, readArguments, readJson } from '../src/freeCall';
 import { withLine, type LogLine } from '../src/log';
 import { clockOf, quoteOf } from '../src/quote';
-import { rate, toneOf, wholeNumber, written } from '../src/values';
-import { firstWatched, readWatchList, writeWatchList } from '../src/watchList';
+import { formatsOf, toneOf } from '../src/formats';
+import { valueOf } from '../src/table/cellColumn';
+import { firstWatched, readWatchList } from '../src/watchList';
 
 describe('arguments typed by hand', () => {
   it.each([
@@ -16,8 +17,12 @@ describe('arguments typed by hand', () => {
     expect(readArguments(text)).toEqual({ ok: true, args });
   });
 
-  it.each(['', '[', '"u1"', '{}', 'null', '7', '["u1",]'])('"%s" is refused with a reason', (text) => {
+  it.each(['', '[', '["u1",]'])('"%s" is refused with a reason', (text) => {
     expect(readArguments(text)).toEqual({ ok: false, reason: expect.stringMatching(/\S/) });
+  });
+
+  it.each(['"u1"', '{}', 'null', '7'])('"%s" is no array', (text) => {
+    expect(readArguments(text)).toEqual({ ok: false });
   });
 });
 
@@ -56,15 +61,22 @@ describe('the value of a cell', () => {
 
 describe('a watch list', () => {
   it.each([[[]], [['609801.SH', 'yl2503.cf']]])('%j is read as it was written', (symbols) => {
-    expect(readWatchList(writeWatchList(symbols))).toEqual(symbols);
+    expect(readWatchList(symbols)).toEqual(symbols);
   });
 
   it('has each symbol once; spelling and case make a difference', () => {
-    expect(readWatchList('["a","A","a"]')).toEqual(['a', 'A']);
+    expect(readWatchList(['a', 'A', 'a'])).toEqual(['a', 'A']);
   });
 
-  it.each(['', '[', '{}', 'null', '[1]', '"a"'])('that reads "%s" is the first one', (text) => {
-    expect(readWatchList(text)).toEqual(firstWatched);
+  it.each([undefined, {}, null, [1], 'a'])('cannot be read from %j', (saved) => {
+    expect(readWatchList(saved)).toBeUndefined();
+  });
+
+  it('begins with the first two securities of each type', () => {
+    const types = ['Share', 'Fund', 'Share', 'Share', 'Fund', 'Fund', 'Bond'];
+    const securities = types.map((securityType, at) => ({ securityType, symbol: `${at}` }) as SecurityDetail);
+    expect(firstWatched(securities)).toEqual(['0', '1', '2', '4', '6']);
+    expect(firstWatched([])).toEqual([]);
   });
 });
 
@@ -86,7 +98,7 @@ describe('a basket', () => {
   it.each(['609801.SH', '609801.SH,Buy', ',Buy,100', '609801.SH,,100', '609801.SH,Buy,,1', 'a,Buy,1,2,3'])(
     'with the line "%s" is refused, and the line is named',
     (line) => {
-      expect(readBasket(`609801.SH,Buy,100\n${line}`)).toEqual({ ok: false, reason: expect.stringMatching(/第 2 行/) });
+      expect(readBasket(`609801.SH,Buy,100\n${line}`)).toEqual({ ok: false, line: 2 });
     },
   );
 });
@@ -215,7 +227,9 @@ describe('quotes', () => {
   });
 });
 
-describe('values', () => {
+describe.each(['zh', 'en'] as const)('values in %s', (language) => {
+  const formats = formatsOf(language);
+
   it.each([
     [null, '—'],
     [undefined, '—'],
@@ -226,21 +240,46 @@ describe('values', () => {
     [true, 'true'],
     [[1], '[1]'],
   ])('%j is written %s', (value, text) => {
-    expect(written(value)).toBe(text);
+    expect(formats.value(value)).toBe(text);
   });
 
   it.each([
-    [0.0123, '1.23%'],
+    [0.0123, '+1.23%'],
     [-1, '-100.00%'],
+    [0, '0.00%'],
     [null, '—'],
   ])('%j is the rate %s', (value, text) => {
-    expect(rate(value)).toBe(text);
+    expect(formats.rate(value)).toBe(text);
   });
 
-  it('that are not numbers stay unchanged', () => {
-    expect([wholeNumber(1234.4), wholeNumber(Number.NaN)]).toEqual(['1,234', '—']);
+  it.each([
+    ['2757088.91', '2,757,088.91'],
+    ['-0.5', '-0.50'],
+    [3, '3.00'],
+    ['no number', 'no number'],
+    ['', ''],
+    [null, '—'],
+  ])('%j is the amount %s', (value, text) => {
+    expect(formats.money(value)).toBe(text);
   });
 
+  it.each([
+    [12.5, 2, '12.50'],
+    [12345.6789, 3, '12345.679'],
+    [0, 2, '—'],
+    [Number.NaN, 2, '—'],
+    [undefined, 2, '—'],
+    [1, -1, '1'],
+  ])('%j with %i decimals is the price %s', (value, precision, text) => {
+    expect(formats.price(value, precision)).toBe(text);
+  });
+
+  it('that are not numbers are missing', () => {
+    expect([formats.whole(1234.4), formats.whole(Number.NaN)]).toEqual(['1,234', '—']);
+  });
+});
+
+describe('tones', () => {
   it.each([
     [1, 'up'],
     [-0.01, 'down'],

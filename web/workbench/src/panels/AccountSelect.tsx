@@ -1,4 +1,5 @@
 import type { FundAccount } from '@varnel/web-client';
+import { useTexts } from '../texts/useTexts';
 import type { Answered } from '../useAnswer';
 
 interface Props {
@@ -10,9 +11,10 @@ interface Props {
 }
 
 export function AccountSelect({ accounts, value, all, onChange }: Props) {
+  const t = useTexts();
   return (
     <label>
-      资产账号 <small>account</small>
+      {t.account}
       <select value={value} onChange={(event) => onChange(event.target.value)}>
         {all !== undefined && <option value="">{all}</option>}
         {(accounts.data ?? []).map(({ fundAccount, fundAccountName }) => (

@@ -1,17 +1,14 @@
 import type { Connection } from '@varnel/web-client';
 import { useState, type FormEvent } from 'react';
-import { usePush } from '../live/hooks';
-import { withLine, type LogLine } from '../log';
-import { LogPanel } from './LogPanel';
+import { useTexts } from '../texts/useTexts';
 import { Panel } from './Panel';
 
 /** Messages between page and strategies, under a custom-message identifier. */
 export function CustomMessagePanel({ sdk }: { sdk: Connection }) {
+  const t = useTexts();
   const [customMsgID, setCustomMsgID] = useState('');
   const [message, setMessage] = useState('');
   const [subscribed, setSubscribed] = useState<readonly string[]>([]);
-  const [log, setLog] = useState<readonly LogLine[]>([]);
-  usePush(sdk, 'on_vlxRcvCustomInfo', (id, text) => setLog((before) => withLine(before, `${id}：${text}`)));
 
   function send(event: FormEvent) {
     event.preventDefault();
@@ -25,52 +22,49 @@ export function CustomMessagePanel({ sdk }: { sdk: Connection }) {
   }
 
   return (
-    <>
-      <Panel title="自定义消息" hint="Custom messages" testId="custom-messages">
-        <form className="fields" onSubmit={send}>
-          <label>
-            消息编号 <small>identifier</small>
-            <input
-              value={customMsgID}
-              spellCheck={false}
-              onChange={(event) => setCustomMsgID(event.target.value.trim())}
-            />
-          </label>
-          <button
-            type="button"
-            className="plain"
-            disabled={customMsgID === ''}
-            onClick={() => subscribe(customMsgID, true)}
-          >
-            订阅 Subscribe
-          </button>
-          <label className="wide">
-            消息 <small>message</small>
-            <input value={message} spellCheck={false} onChange={(event) => setMessage(event.target.value)} />
-          </label>
-          <button type="submit" disabled={customMsgID === ''}>
-            发送 Send
-          </button>
-        </form>
-        {subscribed.length > 0 && (
-          <ul className="tags" aria-label="已订阅 subscribed" data-testid="custom-subscriptions">
-            {subscribed.map((id) => (
-              <li key={id}>
-                {id}{' '}
-                <button
-                  type="button"
-                  className="link"
-                  aria-label={`退订 unsubscribe ${id}`}
-                  onClick={() => subscribe(id, false)}
-                >
-                  ✕
-                </button>
-              </li>
-            ))}
-          </ul>
-        )}
-      </Panel>
-      <LogPanel title="收到的消息" hint="Received" log={log} testId="custom-log" />
-    </>
+    <Panel title={t.customMessages} testId="custom-messages">
+      <form className="fields" onSubmit={send}>
+        <label>
+          {t.messageId}
+          <input
+            value={customMsgID}
+            spellCheck={false}
+            onChange={(event) => setCustomMsgID(event.target.value.trim())}
+          />
+        </label>
+        <button
+          type="button"
+          className="plain"
+          disabled={customMsgID === ''}
+          onClick={() => subscribe(customMsgID, true)}
+        >
+          {t.subscribe}
+        </button>
+        <label className="wide">
+          {t.message}
+          <input value={message} spellCheck={false} onChange={(event) => setMessage(event.target.value)} />
+        </label>
+        <button type="submit" disabled={customMsgID === ''}>
+          {t.send}
+        </button>
+      </form>
+      {subscribed.length > 0 && (
+        <ul className="tags" aria-label={t.subscribed} data-testid="custom-subscriptions">
+          {subscribed.map((id) => (
+            <li key={id}>
+              {id}{' '}
+              <button
+                type="button"
+                className="link"
+                aria-label={t.unsubscribeFrom(id)}
+                onClick={() => subscribe(id, false)}
+              >
+                ✕
+              </button>
+            </li>
+          ))}
+        </ul>
+      )}
+    </Panel>
   );
 }

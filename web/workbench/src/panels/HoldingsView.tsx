@@ -1,69 +1,73 @@
-import {
-  assetKeys,
-  positionKeys,
-  type Asset,
-  type Connection,
-  type FundAccount,
-  type Position,
-} from '@varnel/web-client';
-import { useEffect, useState, type FormEvent } from 'react';
-import { usePush, useRefetch } from '../live/hooks';
-import { RecordTable, type Column } from '../RecordTable';
-import { useAnswer } from '../useAnswer';
+import { positionId, type Asset, type Connection, type Position } from '@varnel/web-client';
+import { useCallback, useMemo, useState, type FormEvent } from 'react';
+import { useFormats } from '../formats';
+import { assetColumns, positionColumns, symbolsOf } from '../holdings';
+import { useFreshFigures } from '../live/useFreshFigures';
+import { useWatch, type StartWatch } from '../live/useWatch';
+import { DataTable } from '../table/DataTable';
+import type { Column } from '../table/types';
+import { useTexts } from '../texts/useTexts';
 import { useFundAccounts } from '../useFundAccounts';
-import { rate, toneOf, written } from '../values';
+import { useSame } from '../useSame';
+import { useSecurities } from '../useSecurities';
 import { AccountSelect } from './AccountSelect';
 import { Outcome, Panel } from './Panel';
 
-const rates: ReadonlySet<string> = new Set(['riseDownRate', 'profitRate']);
-const profits: ReadonlySet<string> = new Set([
-  'profit',
-  'profitRate',
-  'riseDownRate',
-  'floatingProfit',
-  'closePosProfitDate',
-  'closePosProfitTrade',
-]);
+interface Props {
+  sdk: Connection;
+  /** Prepares an order that closes the position. Without it there is no button for that. */
+  onClose?: (position: Position) => void;
+}
 
-const positionColumns = [...positionKeys, 'stockInterest' as const].map((key): Column<Position> => ({
-  key,
-  write: (position) => (rates.has(key) ? rate : written)(position[key]),
-  isFigure: (position) => typeof position[key] === 'number',
-  ...(profits.has(key) && { tone: (position) => toneOf(position[key]) }),
-}));
+const idOfAsset = ({ fundAccount }: Asset) => fundAccount;
 
-const assetColumns = assetKeys.map((key): Column<Asset> => ({
-  key,
-  write: (asset) => asset[key],
-  isFigure: () => key !== 'fundAccount' && key !== 'fundAccountName',
-  ...(profits.has(key) && { tone: (asset) => toneOf(asset[key]) }),
-}));
-
-/** Assets and positions of the accounts. */
-export function HoldingsView({ sdk }: { sdk: Connection }) {
+/** Assets and positions of the accounts. Profit and loss follow the prices. */
+export function HoldingsView({ sdk, onClose }: Props) {
+  const t = useTexts();
+  const formats = useFormats();
   const accounts = useFundAccounts(sdk);
   const [query, setQuery] = useState({ fundAccount: '', symbol: '' });
-  const [assets, followAssets] = useAnswer<Asset[]>();
-  const [positions, followPositions] = useAnswer<Position[]>();
-
   const [asked, setAsked] = useState(query);
+  const all = useMemo(() => accounts.data?.map(({ fundAccount }) => fundAccount), [accounts.data]);
+  const fundAccounts = useMemo(() => (asked.fundAccount === '' ? all : [asked.fundAccount]), [asked.fundAccount, all]);
+  const { symbol } = asked;
 
-  async function ask(known: readonly FundAccount[], { fundAccount, symbol }: typeof query) {
-    const all = known.map((each) => each.fundAccount);
-    if (all.length === 0) return;
-    const fundAccounts = fundAccount === '' ? all : [fundAccount];
-    const answers = [sdk.getAsset({ fundAccounts }), sdk.getPositionList({ fundAccounts, symbol })] as const;
-    followAssets(answers[0]);
-    followPositions(answers[1]);
-    await Promise.allSettled(answers);
-  }
+  const startAssets = useCallback<StartWatch<Asset>>(
+    (listener) => sdk.watchAssets({ fundAccounts: fundAccounts! }, listener),
+    [sdk, fundAccounts],
+  );
+  const startPositions = useCallback<StartWatch<Position>>(
+    (listener) => sdk.watchPositions({ fundAccounts: fundAccounts!, symbol }, listener),
+    [sdk, fundAccounts, symbol],
+  );
+  const assets = useWatch(fundAccounts && startAssets);
+  const positions = useWatch(fundAccounts && startPositions);
 
-  useEffect(() => void ask(accounts.data ?? [], asked), [accounts.data, asked]);
+  const securities = useSecurities(sdk);
+  const held = useSame(symbolsOf(positions.items, securities.data ?? []));
+  const freshPositions = useFreshFigures(positions.items, positionId, held, () =>
+    sdk.getPositionList({ fundAccounts: fundAccounts!, symbol }),
+  );
+  const freshAssets = useFreshFigures(assets.items, idOfAsset, held, () =>
+    sdk.getAsset({ fundAccounts: fundAccounts! }),
+  );
 
-  // A closed position leaves the list, and prices move, so ask for the whole list again.
-  const refetch = useRefetch(() => ask(accounts.data ?? [], asked));
-  usePush(sdk, 'on_AssetUpdate', refetch);
-  usePush(sdk, 'on_positionUpdate', refetch);
+  const shownAssets = useMemo(() => assetColumns(t, formats), [t, formats]);
+  const shownPositions = useMemo<readonly Column<Position>[]>(() => {
+    const columns = positionColumns(t, formats);
+    if (!onClose) return columns;
+    const write = (position: Position) => (
+      <button
+        type="button"
+        className="link"
+        aria-label={t.closePositionOf(String(position.securityName))}
+        onClick={() => onClose(position)}
+      >
+        {t.closePosition}
+      </button>
+    );
+    return [...columns, { key: 'actions', title: t.actions, kind: 'control', width: 8, value: () => null, write }];
+  }, [t, formats, onClose]);
 
   function submit(event: FormEvent) {
     event.preventDefault();
@@ -72,52 +76,49 @@ export function HoldingsView({ sdk }: { sdk: Connection }) {
 
   return (
     <>
-      <Panel title="资产" hint="Assets" className="assets" testId="assets">
-        <form className="fields" onSubmit={submit}>
-          <AccountSelect
-            accounts={accounts}
-            all="全部 all"
-            value={query.fundAccount}
-            onChange={(fundAccount) => setQuery({ ...query, fundAccount })}
-          />
-          <label>
-            证券标识 <small>symbol</small>
-            <input
-              value={query.symbol}
-              placeholder="全部 any"
-              spellCheck={false}
-              onChange={(event) => setQuery({ ...query, symbol: event.target.value.trim() })}
-            />
-          </label>
-          <button type="submit">查询 Ask</button>
-        </form>
-        <Outcome of={assets}>
-          {(list) => (
-            <RecordTable
-              label="资产 assets"
-              columns={assetColumns}
-              items={list}
-              busy={assets.waiting}
+      <Panel title={t.assets} className="assets" testId="assets">
+        <Outcome of={{ data: assets.isReady || undefined, error: accounts.error ?? assets.error, waiting: true }}>
+          {() => (
+            <DataTable
+              name="assets"
+              label={t.assets}
+              columns={shownAssets}
+              items={freshAssets}
+              idOf={idOfAsset}
               testId="asset-table"
             />
           )}
         </Outcome>
       </Panel>
-      <Panel title="持仓" hint="Positions" className="fill" testId="positions">
-        <Outcome of={positions}>
-          {(list) => (
-            <>
-              <p className="quiet">
-                {list.length} 条 <small>positions</small>
-              </p>
-              <RecordTable
-                label="持仓 positions"
-                columns={positionColumns}
-                items={list}
-                busy={positions.waiting}
-                testId="position-table"
-              />
-            </>
+      <Panel title={t.positions} className="fill" testId="positions">
+        <form className="fields compact" onSubmit={submit}>
+          <AccountSelect
+            accounts={accounts}
+            all={t.all}
+            value={query.fundAccount}
+            onChange={(fundAccount) => setQuery({ ...query, fundAccount })}
+          />
+          <label>
+            {t.symbol}
+            <input
+              value={query.symbol}
+              placeholder={t.any}
+              spellCheck={false}
+              onChange={(event) => setQuery({ ...query, symbol: event.target.value.trim() })}
+            />
+          </label>
+          <button type="submit">{t.ask}</button>
+        </form>
+        <Outcome of={{ data: positions.isReady || undefined, error: positions.error, waiting: true }}>
+          {() => (
+            <DataTable
+              name="positions"
+              label={t.positions}
+              columns={shownPositions}
+              items={freshPositions}
+              idOf={positionId}
+              testId="position-table"
+            />
           )}
         </Outcome>
       </Panel>

@@ -1,20 +1,21 @@
 import type { LogLine } from '../log';
+import { useTexts } from '../texts/useTexts';
 import { Panel } from './Panel';
 
 interface Props {
   title: string;
-  hint: string;
   log: readonly LogLine[];
   testId: string;
 }
 
-export function LogPanel({ title, hint, log, testId }: Props) {
+export function LogPanel({ title, log, testId }: Props) {
+  const t = useTexts();
   return (
-    <Panel title={title} hint={hint} className="fill" testId={testId}>
+    <Panel title={title} className="fill" testId={testId}>
       {log.length === 0 ? (
-        <p className="quiet">暂无 nothing yet</p>
+        <p className="quiet">{t.nothingYet}</p>
       ) : (
-        <ol className="scroll log" tabIndex={0} aria-label={`${title} ${hint}，新的在前 newest first`}>
+        <ol className="scroll log" tabIndex={0} aria-label={t.newestFirst(title)}>
           {log.map(({ id, text }) => (
             <li key={id}>{text}</li>
           ))}

@@ -1,42 +1,35 @@
-import type { Answered } from '../useAnswer';
+import type { Connection } from '@varnel/web-client';
+import { useTexts } from '../texts/useTexts';
+import { useAsk } from '../useAsk';
 import { Outcome, Panel } from './Panel';
 
-interface Props {
-  login: Answered<string>;
-  token: Answered<string>;
-  traders: Answered<string[]>;
-  onRefresh: () => void;
-}
-
-export function LoginPanel({ login, token, traders, onRefresh }: Props) {
+export function LoginPanel({ sdk }: { sdk: Connection }) {
+  const t = useTexts();
+  const login = useAsk(['login'], () => sdk.getLoginTrader());
+  const token = useAsk(['token'], () => sdk.getToken());
+  const traders = useAsk(['traders'], () => sdk.getTraderList());
   const refresh = (
-    <button type="button" className="plain" onClick={onRefresh}>
-      刷新 Refresh
+    <button type="button" className="plain" onClick={() => [login, token, traders].forEach(({ again }) => again())}>
+      {t.refresh}
     </button>
   );
   return (
-    <Panel title="登录" hint="Login" tools={refresh} testId="login">
+    <Panel title={t.login} tools={refresh} testId="login">
       <dl>
-        <dt>
-          登录交易员 <small>login trader</small>
-        </dt>
+        <dt>{t.loginTrader}</dt>
         <dd data-testid="login-trader">
           <Outcome of={login}>{(account) => account}</Outcome>
         </dd>
-        <dt>
-          令牌 <small>token</small>
-        </dt>
+        <dt>{t.token}</dt>
         <dd data-testid="token">
           <Outcome of={token}>{(text) => <code>{text}</code>}</Outcome>
         </dd>
-        <dt>
-          交易员 <small>traders</small>
-        </dt>
+        <dt>{t.traders}</dt>
         <dd>
           <Outcome of={traders}>
             {(ids) =>
               ids.length === 0 ? (
-                <p className="quiet">无 none</p>
+                <p className="quiet">{t.none}</p>
               ) : (
                 <ul className="tags" data-testid="traders">
                   {ids.map((id) => (

@@ -1,5 +1,6 @@
 import type { Connection } from '@varnel/web-client';
 import { useState, type FormEvent } from 'react';
+import { useTexts } from '../texts/useTexts';
 import { useAnswer } from '../useAnswer';
 import { useFundAccounts } from '../useFundAccounts';
 import { AccountSelect } from './AccountSelect';
@@ -7,6 +8,7 @@ import { Outcome, Panel } from './Panel';
 
 /** Whether an account may use a support type of algorithms. */
 export function PermissionPanel({ sdk }: { sdk: Connection }) {
+  const t = useTexts();
   const accounts = useFundAccounts(sdk);
   const [chosen, setChosen] = useState<string>();
   const [supportType, setSupportType] = useState('KFZ;SNB');
@@ -27,30 +29,30 @@ export function PermissionPanel({ sdk }: { sdk: Connection }) {
       disabled={menu.waiting}
       onClick={() => followMenu(sdk.openPermissionMenu())}
     >
-      权限菜单 Open menu
+      {t.openMenu}
     </button>
   );
   return (
-    <Panel title="算法权限" hint="Permission" tools={open} testId="permission">
+    <Panel title={t.permission} tools={open} testId="permission">
       <form className="fields" onSubmit={ask}>
         <AccountSelect accounts={accounts} value={fundAccount} onChange={setChosen} />
         <label>
-          支持类型 <small>support type</small>
+          {t.supportType}
           <input value={supportType} spellCheck={false} onChange={(event) => setSupportType(event.target.value)} />
         </label>
-        <button type="submit">查询 Ask</button>
+        <button type="submit">{t.ask}</button>
       </form>
       {(permission.data || permission.error) && (
         <Outcome of={permission}>
           {({ held, of }) => (
             <output className="block" data-testid="permission-answer">
-              {of}：{held === 1 ? '有权限 held (1)' : '无权限 not held (0)'}
+              {held === 1 ? t.permissionHeld(of) : t.permissionNotHeld(of)}
             </output>
           )}
         </Outcome>
       )}
       {menu.error && <Outcome of={menu}>{() => null}</Outcome>}
-      {menu.data !== undefined && <p className="quiet">已请终端打开权限菜单 the terminal was asked</p>}
+      {menu.data !== undefined && <p className="quiet">{t.menuAsked}</p>}
     </Panel>
   );
 }

@@ -1,7 +1,6 @@
-import type { Connection, SecurityDetail, Tick } from '@varnel/web-client';
-import type { TickFeed } from '../live/TickFeed';
-import { useCallback, useState } from 'react';
-import { useAnswer } from '../useAnswer';
+import type { Connection } from '@varnel/web-client';
+import { useState } from 'react';
+import { useAsk } from '../useAsk';
 import { useFundAccounts } from '../useFundAccounts';
 import { QuotePanel } from './QuotePanel';
 import { SecurityListPanel } from './SecurityListPanel';
@@ -9,40 +8,30 @@ import { SecurityPanel } from './SecurityPanel';
 import { TradableQtyPanel } from './TradableQtyPanel';
 
 /** A list of securities, and the details of the chosen one. */
-export function SecuritiesView({ sdk, feed }: { sdk: Connection; feed: TickFeed }) {
+export function SecuritiesView({ sdk }: { sdk: Connection }) {
   const accounts = useFundAccounts(sdk);
   const [symbol, setSymbol] = useState('');
-  const [detail, followDetail] = useAnswer<SecurityDetail | undefined>();
-  const [quote, followQuote] = useAnswer<Tick>();
-
-  const choose = useCallback(
-    (chosen: string) => {
-      setSymbol(chosen);
-      followDetail(sdk.getSymbolDetail({ symbols: [chosen] }).then(([only]) => only));
-      followQuote(sdk.getCurrentTick({ symbol: chosen }));
-    },
-    [sdk, followDetail, followQuote],
+  const enabled = symbol !== '';
+  const detail = useAsk(
+    ['securityDetails', symbol],
+    () => sdk.getSymbolDetail({ symbols: [symbol] }).then(([only]) => only ?? null),
+    { enabled },
   );
+  const security = { ...detail, data: detail.data ?? undefined };
 
   return (
     <>
       <div className="column">
-        <SecurityListPanel sdk={sdk} chosen={symbol} onChoose={choose} />
+        <SecurityListPanel sdk={sdk} chosen={symbol} onChoose={setSymbol} />
       </div>
       <div className="column">
-        <QuotePanel
-          symbol={symbol}
-          quote={quote}
-          feed={feed}
-          precision={detail.data?.precision ?? 2}
-          onRefresh={() => followQuote(sdk.getCurrentTick({ symbol }))}
-        />
-        <SecurityPanel detail={detail} />
+        <QuotePanel symbol={symbol} precision={security.data?.precision ?? 2} />
+        <SecurityPanel detail={security} />
         <TradableQtyPanel
           sdk={sdk}
           symbol={symbol}
-          exchange={detail.data?.exchange ?? ''}
-          securityType={detail.data?.securityType ?? ''}
+          exchange={security.data?.exchange ?? ''}
+          securityType={security.data?.securityType ?? ''}
           accounts={accounts}
         />
       </div>

@@ -1,7 +1,11 @@
 import { securityTypes, type Connection, type SecurityClass, type SecurityEntry } from '@varnel/web-client';
-import { useEffect, useMemo, useState, type FormEvent } from 'react';
+import { useMemo, useState, type FormEvent } from 'react';
 import { commaParts } from '../freeCall';
-import { useAnswer } from '../useAnswer';
+import { DataTable } from '../table/DataTable';
+import type { Column } from '../table/types';
+import type { Texts } from '../texts';
+import { useTexts } from '../texts/useTexts';
+import { useAsk } from '../useAsk';
 import { Outcome, Panel } from './Panel';
 
 interface Props {
@@ -9,13 +13,6 @@ interface Props {
   chosen: string;
   onChoose: (symbol: string) => void;
 }
-
-const typeNames = {
-  [securityTypes.share]: '股票',
-  [securityTypes.fund]: '基金',
-  [securityTypes.bond]: '债券',
-  [securityTypes.future]: '期货',
-};
 
 const anyClass = { securityType: '', securitySubType: '', securityPost: '' };
 
@@ -25,33 +22,46 @@ function classes({ securityType, securitySubType, securityPost }: typeof anyClas
   return [{ securityType, securitySubType: commaParts(securitySubType), securityPost: commaParts(securityPost) }];
 }
 
-/** Whether the typed text matches the security. */
-function matches({ symbol, displayName, spellName }: SecurityEntry, typed: string): boolean {
-  return [symbol, displayName, spellName].some((text) => text.toUpperCase().includes(typed));
+const symbolOf = ({ symbol }: SecurityEntry) => symbol;
+
+function columnsOf(t: Texts, onChoose: (symbol: string) => void): readonly Column<SecurityEntry>[] {
+  return [
+    {
+      key: 'symbol',
+      title: t.symbol,
+      kind: 'text',
+      width: 11,
+      value: symbolOf,
+      write: ({ symbol }) => (
+        <button type="button" className="link" onClick={() => onChoose(symbol)}>
+          {symbol}
+        </button>
+      ),
+    },
+    { key: 'displayName', title: t.name, kind: 'text', value: ({ displayName }) => displayName },
+    { key: 'spellName', title: t.field('spellName'), kind: 'text', value: ({ spellName }) => spellName },
+  ];
 }
 
 export function SecurityListPanel({ sdk, chosen, onChoose }: Props) {
+  const t = useTexts();
   const [wanted, setWanted] = useState(anyClass);
-  const [typed, setTyped] = useState('');
-  const [list, follow] = useAnswer<SecurityEntry[]>();
-  useEffect(() => follow(sdk.getSymbolList({ symbolFilter: [] })), [sdk, follow]);
-
-  const found = useMemo(() => {
-    const sought = typed.trim().toUpperCase();
-    return (list.data ?? []).filter((entry) => matches(entry, sought));
-  }, [list.data, typed]);
+  const [asked, setAsked] = useState(anyClass);
+  const list = useAsk(['securities', asked], () => sdk.getSymbolList({ symbolFilter: classes(asked) }));
+  const columns = useMemo(() => columnsOf(t, onChoose), [t, onChoose]);
 
   function ask(event: FormEvent) {
     event.preventDefault();
-    follow(sdk.getSymbolList({ symbolFilter: classes(wanted) }));
+    if (wanted === asked) list.again();
+    else setAsked(wanted);
   }
 
-  const field = (name: 'securitySubType' | 'securityPost', text: string, hint: string) => (
+  const field = (name: 'securitySubType' | 'securityPost', text: string) => (
     <label>
-      {text} <small>{hint}</small>
+      {text}
       <input
         value={wanted[name]}
-        placeholder="全部 any"
+        placeholder={t.any}
         spellCheck={false}
         onChange={(event) => setWanted({ ...wanted, [name]: event.target.value.trim() })}
       />
@@ -59,67 +69,38 @@ export function SecurityListPanel({ sdk, chosen, onChoose }: Props) {
   );
 
   return (
-    <Panel title="证券" hint="Securities" className="fill" testId="securities">
+    <Panel title={t.securityList} className="fill" testId="securities">
       <form className="fields" onSubmit={ask}>
         <label>
-          类别 <small>type</small>
+          {t.securityType}
           <select
             value={wanted.securityType}
             onChange={(event) => setWanted({ ...wanted, securityType: event.target.value })}
           >
-            <option value="">全部 all</option>
-            {Object.entries(typeNames).map(([value, name]) => (
-              <option key={value} value={value}>
-                {name} {value}
+            <option value="">{t.all}</option>
+            {Object.values(securityTypes).map((type) => (
+              <option key={type} value={type}>
+                {t.code('securityType', type)}
               </option>
             ))}
           </select>
         </label>
-        {field('securitySubType', '子类别', 'sub-types')}
-        {field('securityPost', '板块', 'boards')}
-        <button type="submit">查询 Ask</button>
+        {field('securitySubType', t.securitySubTypes)}
+        {field('securityPost', t.securityPosts)}
+        <button type="submit">{t.ask}</button>
       </form>
-      <label className="inline search">
-        查找 <small>find</small>
-        <input
-          type="search"
-          value={typed}
-          placeholder="代码、名称、拼音 code, name, spelling"
-          spellCheck={false}
-          onChange={(event) => setTyped(event.target.value)}
-        />
-      </label>
       <Outcome of={list}>
         {(all) => (
-          <>
-            <p className="quiet" data-testid="securities-found">
-              {found.length} / {all.length} 只 <small>securities</small>
-            </p>
-            <div className="scroll">
-              <table aria-busy={list.waiting} data-testid="security-list">
-                <thead>
-                  <tr>
-                    <th scope="col">标识</th>
-                    <th scope="col">名称</th>
-                    <th scope="col">拼音</th>
-                  </tr>
-                </thead>
-                <tbody>
-                  {found.map((entry) => (
-                    <tr key={entry.symbol} aria-current={entry.symbol === chosen || undefined}>
-                      <td>
-                        <button type="button" className="link number" onClick={() => onChoose(entry.symbol)}>
-                          {entry.symbol}
-                        </button>
-                      </td>
-                      <td>{entry.displayName}</td>
-                      <td className="name">{entry.spellName}</td>
-                    </tr>
-                  ))}
-                </tbody>
-              </table>
-            </div>
-          </>
+          <DataTable
+            name="securities"
+            label={t.securityList}
+            columns={columns}
+            items={all}
+            idOf={symbolOf}
+            busy={list.waiting}
+            testId="security-list"
+            chosenId={chosen}
+          />
         )}
       </Outcome>
     </Panel>

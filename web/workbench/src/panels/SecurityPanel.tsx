@@ -1,7 +1,7 @@
 import type { SecurityDetail } from '@varnel/web-client';
-import { fieldNames } from '../columns';
+import { useFormats } from '../formats';
+import { useTexts } from '../texts/useTexts';
 import type { Answered } from '../useAnswer';
-import { written } from '../values';
 import { Outcome, Panel } from './Panel';
 
 const shown = [
@@ -24,21 +24,28 @@ const shown = [
 ] as const satisfies (keyof SecurityDetail)[];
 
 export function SecurityPanel({ detail }: { detail: Answered<SecurityDetail | undefined> }) {
+  const t = useTexts();
+  const formats = useFormats();
+  const write = (security: SecurityDetail, key: (typeof shown)[number]) => {
+    const value = security[key];
+    if (typeof value === 'boolean') return value ? t.yes : t.no;
+    return key === 'securityType' ? t.code('securityType', security[key]) : formats.value(value);
+  };
   return (
-    <Panel title="证券详情" hint="Details" testId="security-detail">
+    <Panel title={t.securityDetails} testId="security-detail">
       <Outcome of={detail}>
-        {(security) => (
-          <dl className="details">
-            {shown.map((key) => (
-              <div key={key} data-key={key}>
-                <dt title={key}>{fieldNames[key]}</dt>
-                <dd>
-                  {typeof security?.[key] === 'boolean' ? (security[key] ? '是' : '否') : written(security?.[key])}
-                </dd>
-              </div>
-            ))}
-          </dl>
-        )}
+        {(security) =>
+          security && (
+            <dl className="details">
+              {shown.map((key) => (
+                <div key={key} data-key={key}>
+                  <dt title={key}>{t.field(key)}</dt>
+                  <dd>{write(security, key)}</dd>
+                </div>
+              ))}
+            </dl>
+          )
+        }
       </Outcome>
     </Panel>
   );

@@ -1,6 +1,7 @@
 import { strategyLanguages, type Connection, type Json, type StrategyAnswer } from '@varnel/web-client';
 import { useState, type FormEvent } from 'react';
 import { commaParts, readJson } from '../freeCall';
+import { useTexts } from '../texts/useTexts';
 import { useCommand } from '../useCommand';
 import { useFundAccounts } from '../useFundAccounts';
 import { CommandOutcome } from './CommandOutcome';
@@ -19,8 +20,16 @@ const opening = {
   extension: '""',
 };
 
+/** What programmers call the languages, in any language. */
+const languageNames: Readonly<Record<keyof typeof strategyLanguages, string>> = {
+  python: 'Python',
+  cpp: 'C++',
+  javascript: 'JavaScript',
+};
+
 /** Starts a strategy. The platform checks and reads the parameters. */
 export function StartStrategyPanel({ sdk, onStarted }: Props) {
+  const t = useTexts();
   const accounts = useFundAccounts(sdk);
   const [form, setForm] = useState(opening);
   const [command, run] = useCommand<StrategyAnswer>();
@@ -43,9 +52,9 @@ export function StartStrategyPanel({ sdk, onStarted }: Props) {
     });
   }
 
-  const field = (name: Exclude<keyof typeof opening, 'language'>, text: string, hint: string, placeholder = '') => (
+  const field = (name: Exclude<keyof typeof opening, 'language'>, title: string, placeholder = '') => (
     <label className="wide">
-      {text} <small>{hint}</small>
+      {title}
       <input
         value={form[name]}
         placeholder={placeholder}
@@ -56,31 +65,31 @@ export function StartStrategyPanel({ sdk, onStarted }: Props) {
     </label>
   );
   return (
-    <Panel title="启动策略" hint="Start a strategy" testId="start-strategy">
+    <Panel title={t.startStrategy} testId="start-strategy">
       <form className="fields" onSubmit={start}>
-        {field('filePath', '文件', 'file path')}
+        {field('filePath', t.strategyFile)}
         <label>
-          语言 <small>language</small>
+          {t.programmingLanguage}
           <select value={form.language} onChange={(event) => setForm({ ...form, language: event.target.value })}>
-            {Object.entries(strategyLanguages).map(([name, number]) => (
-              <option key={name} value={number}>
-                {number} {name}
+            {Object.entries(languageNames).map(([code, name]) => (
+              <option key={code} value={strategyLanguages[code as keyof typeof languageNames]}>
+                {name}
               </option>
             ))}
           </select>
         </label>
-        {field('fundAccounts', '资产账号', 'accounts, with commas', first)}
-        {field('basicParam', '基本参数', 'basic parameters, JSON')}
-        {field('extension', '扩展', 'extension, JSON')}
+        {field('fundAccounts', t.accountsWithCommas, first)}
+        {field('basicParam', t.basicParameters)}
+        {field('extension', t.extension)}
         <button type="submit" disabled={!isWhole || command.phase === 'busy'}>
-          {command.phase === 'busy' ? '启动中…' : '启动 Start'}
+          {command.phase === 'busy' ? t.starting : t.start}
         </button>
       </form>
       <div className="outcome" data-testid="start-outcome">
         <CommandOutcome command={command}>
           {({ strategyID, ExtField }) => (
             <p>
-              已启动 started <code>{strategyID}</code> <small>{layOutShort(ExtField)}</small>
+              {t.started} <code>{strategyID}</code> <small>{layOutShort(ExtField)}</small>
             </p>
           )}
         </CommandOutcome>

@@ -1,37 +1,44 @@
 import type { Connection } from '@varnel/web-client';
-import { useEffect, useState, type FormEvent } from 'react';
-import { useAnswer } from '../useAnswer';
+import { useState, type FormEvent } from 'react';
+import { useTexts } from '../texts/useTexts';
+import { useAsk } from '../useAsk';
 import { Outcome, Panel } from './Panel';
 
-export function StationPanel({ sdk }: { sdk: Connection }) {
-  const [first, setFirst] = useState('');
-  const [second, setSecond] = useState('');
-  const [station, follow] = useAnswer<string>();
+const noInputs = { first: '', second: '' };
 
-  useEffect(() => follow(sdk.getOPStation({ first: '', second: '' })), [sdk, follow]);
+export function StationPanel({ sdk }: { sdk: Connection }) {
+  const t = useTexts();
+  const [inputs, setInputs] = useState(noInputs);
+  const [asked, setAsked] = useState(noInputs);
+  const station = useAsk(['station', asked], () => sdk.getOPStation(asked));
 
   function ask(event: FormEvent) {
     event.preventDefault();
-    follow(sdk.getOPStation({ first, second }));
+    if (inputs === asked) station.again();
+    else setAsked(inputs);
   }
 
+  const field = (name: keyof typeof inputs, title: string) => (
+    <label>
+      {title}
+      <input
+        value={inputs[name]}
+        spellCheck={false}
+        onChange={(event) => setInputs({ ...inputs, [name]: event.target.value })}
+      />
+    </label>
+  );
   return (
-    <Panel title="操作站点" hint="Operator station" testId="station">
+    <Panel title={t.station} testId="station">
       <form className="fields" onSubmit={ask}>
-        <label>
-          站点信息一 <small>first</small>
-          <input value={first} onChange={(event) => setFirst(event.target.value)} spellCheck={false} />
-        </label>
-        <label>
-          站点信息二 <small>second</small>
-          <input value={second} onChange={(event) => setSecond(event.target.value)} spellCheck={false} />
-        </label>
-        <button type="submit">查询 Ask</button>
+        {field('first', t.stationFirst)}
+        {field('second', t.stationSecond)}
+        <button type="submit">{t.ask}</button>
       </form>
       <Outcome of={station}>
         {(text) => (
           <output className="block" data-testid="station-answer">
-            {text === '' ? '（空 empty）' : text}
+            {text === '' ? t.emptyText : text}
           </output>
         )}
       </Outcome>

@@ -1,33 +1,27 @@
 import type { Connection } from '@varnel/web-client';
-import { useState } from 'react';
-import { usePush } from '../live/hooks';
-import { withLine, type LogLine } from '../log';
+import { useCallback, useSyncExternalStore } from 'react';
+import type { StrategyLog } from '../live/StrategyLog';
+import { useTexts } from '../texts/useTexts';
 import { CustomMessagePanel } from './CustomMessagePanel';
 import { LogPanel } from './LogPanel';
 import { StartStrategyPanel } from './StartStrategyPanel';
-import { StrategyListPanel, type StrategyState } from './StrategyListPanel';
+import { StrategyListPanel } from './StrategyListPanel';
 
 /** The strategies of the terminal's platform that this page has received a status of. */
-export function StrategiesView({ sdk }: { sdk: Connection }) {
-  const [states, setStates] = useState<ReadonlyMap<string, StrategyState>>(new Map());
-  const [log, setLog] = useState<readonly LogLine[]>([]);
-
-  const note = (strategyID: string, status: string) =>
-    setStates((before) => new Map([...before, [strategyID, { strategyID, status }]]));
-  usePush(sdk, 'on_vlxStrategyStatusUpdate', (strategyID, status) => {
-    note(strategyID, status);
-    setLog((before) => withLine(before, `${strategyID} ${status}`));
-  });
-
+export function StrategiesView({ sdk, log }: { sdk: Connection; log: StrategyLog }) {
+  const t = useTexts();
+  const { statuses, statusLines, messageLines } = useSyncExternalStore(log.watch, log.current);
+  const note = useCallback((strategyID: string, status: string) => log.note(strategyID, status), [log]);
   return (
     <>
       <div className="column">
         <StartStrategyPanel sdk={sdk} onStarted={note} />
         <CustomMessagePanel sdk={sdk} />
+        <LogPanel title={t.receivedMessages} log={messageLines} testId="custom-log" />
       </div>
       <div className="column">
-        <StrategyListPanel sdk={sdk} states={[...states.values()]} onStatus={note} />
-        <LogPanel title="状态记录" hint="Status log" log={log} testId="status-log" />
+        <StrategyListPanel sdk={sdk} statuses={statuses} onStatus={note} />
+        <LogPanel title={t.statusLog} log={statusLines} testId="status-log" />
       </div>
     </>
   );

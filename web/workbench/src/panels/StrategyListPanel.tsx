@@ -1,22 +1,20 @@
 import type { Connection, StrategyAnswer } from '@varnel/web-client';
 import { useState } from 'react';
+import { useTexts } from '../texts/useTexts';
 import { useCommand } from '../useCommand';
 import { CommandOutcome } from './CommandOutcome';
 import { Panel } from './Panel';
 
-export interface StrategyState {
-  strategyID: string;
-  status: string;
-}
-
 interface Props {
   sdk: Connection;
-  states: readonly StrategyState[];
+  /** The latest status of each strategy by its number. */
+  statuses: ReadonlyMap<string, string>;
   onStatus: (strategyID: string, status: string) => void;
 }
 
 /** Strategies that this page has started or received a status of. Others can be typed in. */
-export function StrategyListPanel({ sdk, states, onStatus }: Props) {
+export function StrategyListPanel({ sdk, statuses, onStatus }: Props) {
+  const t = useTexts();
   const [named, setNamed] = useState('');
   const [command, run] = useCommand<StrategyAnswer>();
   const busy = command.phase === 'busy';
@@ -27,52 +25,54 @@ export function StrategyListPanel({ sdk, states, onStatus }: Props) {
       onStatus(answer.strategyID, String(answer.strategyStatus));
       return answer;
     });
+  const button = (call: 'stopStrategy' | 'queryStrategyStatus', strategyID: string, disabled: boolean) => {
+    const title = call === 'stopStrategy' ? t.stop : t.ask;
+    return (
+      <button
+        type="button"
+        className="plain"
+        aria-label={strategyID === '' ? title : `${title} ${strategyID}`}
+        disabled={busy || disabled}
+        onClick={() => ask(call, strategyID)}
+      >
+        {title}
+      </button>
+    );
+  };
   const buttons = (strategyID: string, disabled: boolean) => (
     <span className="inline">
-      <button
-        type="button"
-        className="plain"
-        disabled={busy || disabled}
-        onClick={() => ask('queryStrategyStatus', strategyID)}
-      >
-        查询 Ask
-      </button>
-      <button
-        type="button"
-        className="plain"
-        disabled={busy || disabled}
-        onClick={() => ask('stopStrategy', strategyID)}
-      >
-        停止 Stop
-      </button>
+      {button('queryStrategyStatus', strategyID, disabled)}
+      {button('stopStrategy', strategyID, disabled)}
     </span>
   );
 
   return (
-    <Panel title="策略" hint="Strategies" testId="strategies">
+    <Panel title={t.strategyList} testId="strategies">
       <div className="tools">
         <label className="inline">
-          策略编号 <small>identifier</small>
+          {t.strategyId}
           <input value={named} spellCheck={false} onChange={(event) => setNamed(event.target.value.trim())} />
         </label>
         {buttons(named, named === '')}
       </div>
-      {states.length === 0 ? (
-        <p className="quiet">尚无策略 none yet</p>
+      {statuses.size === 0 ? (
+        <p className="quiet">{t.noStrategies}</p>
       ) : (
         <table data-testid="strategy-table">
           <thead>
             <tr>
-              <th scope="col">编号</th>
-              <th scope="col">状态</th>
-              <th scope="col">操作</th>
+              <th scope="col">{t.strategyId}</th>
+              <th scope="col">{t.status}</th>
+              <th scope="col">{t.actions}</th>
             </tr>
           </thead>
           <tbody>
-            {states.map(({ strategyID, status }) => (
+            {[...statuses].map(([strategyID, status]) => (
               <tr key={strategyID} data-id={strategyID}>
-                <td className="number">{strategyID}</td>
-                <td data-key="status">{status}</td>
+                <td className="figure">{strategyID}</td>
+                <td data-key="status" data-status={status}>
+                  {t.code('strategyStatus', status)}
+                </td>
                 <td>{buttons(strategyID, false)}</td>
               </tr>
             ))}
@@ -83,7 +83,7 @@ export function StrategyListPanel({ sdk, states, onStatus }: Props) {
         <CommandOutcome command={command}>
           {({ strategyID, strategyStatus }) => (
             <p>
-              <code>{strategyID}</code> {String(strategyStatus)}
+              <code>{strategyID}</code> {t.code('strategyStatus', String(strategyStatus))}
             </p>
           )}
         </CommandOutcome>

@@ -1,6 +1,14 @@
-import { priceTypes, securityTypes, type Connection, type FundAccount, type TradableQty } from '@varnel/web-client';
+import {
+  priceTypes,
+  securityTypes,
+  sides,
+  type Connection,
+  type FundAccount,
+  type TradableQty,
+} from '@varnel/web-client';
 import { useEffect, useState, type FormEvent } from 'react';
-import { futureSideNames, priceTypeNames, sideNames } from '../orders';
+import type { CodeKind } from '../texts';
+import { useTexts } from '../texts/useTexts';
 import { useAnswer, type Answered } from '../useAnswer';
 import { AccountSelect } from './AccountSelect';
 import { Outcome, Panel } from './Panel';
@@ -13,15 +21,19 @@ interface Props {
   accounts: Answered<FundAccount[]>;
 }
 
+// Futures have sides to open and close, other securities to buy and sell.
+const futureSides: readonly string[] = [sides.buyOpen, sides.sellOpen, sides.buyClose, sides.sellClose];
+const otherSides: readonly string[] = [sides.buy, sides.sell, sides.afterHoursBuy, sides.afterHoursSell];
+
 export function TradableQtyPanel({ sdk, symbol, exchange, securityType, accounts }: Props) {
+  const t = useTexts();
   const [order, setOrder] = useState({ side: '', priceType: priceTypes.limit as string, price: '' });
   const [fundAccount, setFundAccount] = useState<string>();
   const [qty, follow] = useAnswer<TradableQty | { qty?: never }>();
   const account = fundAccount ?? accounts.data?.[0]?.fundAccount ?? '';
 
-  // Futures have sides to open and close, other securities to buy and sell.
-  const sideChoices = securityType === securityTypes.future ? futureSideNames : sideNames;
-  const side = order.side in sideChoices ? order.side : Object.keys(sideChoices)[0]!;
+  const sideChoices = securityType === securityTypes.future ? futureSides : otherSides;
+  const side = sideChoices.includes(order.side) ? order.side : sideChoices[0]!;
 
   // The answer for one security must not show beside another.
   const [askedFor, setAskedFor] = useState('');
@@ -40,16 +52,16 @@ export function TradableQtyPanel({ sdk, symbol, exchange, securityType, accounts
   const choice = (
     name: 'side' | 'priceType',
     value: string,
-    text: string,
-    hint: string,
-    names: Readonly<Record<string, string>>,
+    title: string,
+    kind: CodeKind,
+    choices: readonly string[],
   ) => (
     <label>
-      {text} <small>{hint}</small>
+      {title}
       <select value={value} onChange={(event) => setOrder({ ...order, [name]: event.target.value })}>
-        {Object.entries(names).map(([value, shown]) => (
-          <option key={value} value={value}>
-            {shown}
+        {choices.map((code) => (
+          <option key={code} value={code}>
+            {t.code(kind, code)}
           </option>
         ))}
       </select>
@@ -57,13 +69,13 @@ export function TradableQtyPanel({ sdk, symbol, exchange, securityType, accounts
   );
 
   return (
-    <Panel title="可交易量" hint="Tradable quantity" testId="tradable">
+    <Panel title={t.tradableQuantity} testId="tradable">
       <form className="fields" onSubmit={ask}>
         <AccountSelect accounts={accounts} value={account} onChange={setFundAccount} />
-        {choice('side', side, '买卖', 'side', sideChoices)}
-        {choice('priceType', order.priceType, '价格类型', 'price type', priceTypeNames)}
+        {choice('side', side, t.side, 'side', sideChoices)}
+        {choice('priceType', order.priceType, t.priceType, 'priceType', Object.values(priceTypes))}
         <label>
-          价格 <small>price</small>
+          {t.price}
           <input
             value={order.price}
             inputMode="decimal"
@@ -72,14 +84,14 @@ export function TradableQtyPanel({ sdk, symbol, exchange, securityType, accounts
           />
         </label>
         <button type="submit" disabled={!symbol}>
-          查询 Ask
+          {t.ask}
         </button>
       </form>
       {askedFor === symbol && symbol !== '' && (
         <Outcome of={qty}>
           {({ qty: most }) => (
             <output className="block" data-testid="tradable-answer">
-              {most === undefined ? '无此账号 no such account' : most === '' ? '不可交易 not to be traded so' : most}
+              {most === undefined ? t.noSuchAccount : most === '' ? t.notTradable : most}
             </output>
           )}
         </Outcome>

@@ -1,135 +1,172 @@
-import type { Connection, SecurityDetail } from '@varnel/web-client';
-import { useEffect, useState, type FormEvent } from 'react';
-import { useTick } from '../live/hooks';
-import type { TickFeed } from '../live/TickFeed';
-import { clockOf, quoteOf } from '../quote';
-import { rate, toneOf } from '../values';
+import type { Connection, SecurityDetail, Tick } from '@varnel/web-client';
+import { useMemo, useRef, useState, type FormEvent } from 'react';
+import { useFormats, toneOf, type Formats } from '../formats';
+import { useQuotes } from '../live/useWatch';
+import { clockOf, quoteOf, type Quote } from '../quote';
+import { DataTable } from '../table/DataTable';
+import type { Column } from '../table/types';
+import type { Texts } from '../texts';
+import { useTexts } from '../texts/useTexts';
+import { useDetails } from '../useSecurities';
 import type { WatchList } from '../useWatchList';
 import { Outcome, Panel } from './Panel';
 
 interface Props {
   sdk: Connection;
-  feed: TickFeed;
   list: WatchList;
   chosen: string;
   onChoose: (symbol: string) => void;
 }
 
-const titles = ['标识', '名称', '最新', '涨跌幅', '买一', '卖一', '时间', ''];
+interface Watched {
+  symbol: string;
+  detail: SecurityDetail | undefined;
+  tick: Tick | undefined;
+  quote: Quote;
+}
 
 /** Securities with their live quotes. The terminal keeps the list for the login. */
-export function WatchPanel({ sdk, feed, list, chosen, onChoose }: Props) {
+export function WatchPanel({ sdk, list, chosen, onChoose }: Props) {
+  const t = useTexts();
+  const formats = useFormats();
   const [typed, setTyped] = useState('');
-  const details = useDetails(sdk, list.symbols);
+  const items = useWatched(list.symbols, useDetails(sdk, list.symbols), useQuotes(list.symbols));
+
+  const { remove } = list;
+  const columns = useMemo(() => columnsOf(t, formats, onChoose, remove), [t, formats, onChoose, remove]);
 
   function add(event: FormEvent) {
     event.preventDefault();
-    if (typed !== '') list.add(typed);
+    if (typed === '' || !list.isKnown) return;
+    list.add(typed);
     setTyped('');
   }
 
   const tools = (
     <form className="tools" onSubmit={add}>
       <label className="inline">
-        证券标识 <small>symbol</small>
+        {t.symbol}
         <input value={typed} size={10} spellCheck={false} onChange={(event) => setTyped(event.target.value.trim())} />
       </label>
       <button type="submit" className="plain" disabled={!list.isKnown}>
-        加自选 Add
+        {t.addToWatchList}
       </button>
     </form>
   );
   return (
-    <Panel title="自选" hint="Watch list" tools={tools} className="watch" testId="watch">
-      <Outcome of={list.answer}>
-        {() => (
-          <div className="scroll" tabIndex={0} role="region" aria-label="自选行情 watched quotes">
-            <table className="records" data-testid="watch-table">
-              <thead>
-                <tr>
-                  {titles.map((title, place) => (
-                    <th key={place} scope="col" className={place > 1 ? 'number' : ''}>
-                      {title}
-                    </th>
-                  ))}
-                </tr>
-              </thead>
-              <tbody>
-                {list.symbols.map((symbol) => (
-                  <Row
-                    key={symbol}
-                    symbol={symbol}
-                    detail={details.get(symbol)}
-                    feed={feed}
-                    isChosen={symbol === chosen}
-                    onChoose={onChoose}
-                    onRemove={list.remove}
-                  />
-                ))}
-              </tbody>
-            </table>
-          </div>
-        )}
-      </Outcome>
+    <Panel title={t.watchList} className="watch" testId="watch">
+      {list.answer.error && <Outcome of={list.answer}>{() => null}</Outcome>}
+      <DataTable
+        name="watch"
+        label={t.watchList}
+        columns={columns}
+        items={items}
+        idOf={symbolOf}
+        testId="watch-table"
+        chosenId={chosen}
+        tools={tools}
+        empty={list.isKnown ? t.watchListEmpty : t.waiting}
+      />
     </Panel>
   );
 }
 
-interface RowProps {
-  symbol: string;
-  detail: SecurityDetail | undefined;
-  feed: TickFeed;
-  isChosen: boolean;
-  onChoose: (symbol: string) => void;
-  onRemove: (symbol: string) => void;
-}
+const symbolOf = ({ symbol }: Watched) => symbol;
 
-/** Renders again only when its own quote changes. */
-function Row({ symbol, detail, feed, isChosen, onChoose, onRemove }: RowProps) {
-  const { time, previousClose, figures, bids, asks } = quoteOf(useTick(feed, symbol) ?? {});
-  const price = (value: number | undefined) => (value ? value.toFixed(detail?.precision ?? 2) : '—');
-  const change = (figures.last - previousClose) / previousClose;
-  const tone = toneOf(figures.last - previousClose);
-  const cells: [key: string, text: string, tone: string][] = [
-    ['last', price(figures.last), tone],
-    ['change', Number.isFinite(change) ? rate(change) : '—', tone],
-    ['bid', price(bids[0]?.price), ''],
-    ['ask', price(asks[0]?.price), ''],
-    ['time', clockOf(time) || '—', ''],
-  ];
-  return (
-    <tr data-symbol={symbol} aria-current={isChosen || undefined}>
-      <td>
-        <button type="button" className="link number" onClick={() => onChoose(symbol)}>
+function columnsOf(
+  t: Texts,
+  formats: Formats,
+  onChoose: (symbol: string) => void,
+  onRemove: (symbol: string) => void,
+): readonly Column<Watched>[] {
+  const rise = ({ quote: { figures, previousClose } }: Watched) => toneOf(figures.last - previousClose);
+  const price = (key: string, title: string, of: (quote: Quote) => number | undefined): Column<Watched> => ({
+    key,
+    title,
+    kind: 'number',
+    value: ({ quote }) => of(quote),
+    write: ({ quote, detail }) => formats.price(of(quote), detail?.precision ?? 2),
+  });
+  const change = ({ quote: { figures, previousClose } }: Watched) => (figures.last - previousClose) / previousClose;
+  return [
+    {
+      key: 'symbol',
+      title: t.symbol,
+      kind: 'text',
+      width: 11,
+      value: symbolOf,
+      write: ({ symbol }) => (
+        <button type="button" className="link" onClick={() => onChoose(symbol)}>
           {symbol}
         </button>
-      </td>
-      <td>{detail?.displayName || '—'}</td>
-      {cells.map(([key, text, cellTone]) => (
-        <td key={key} data-key={key} className={`number ${cellTone}`}>
-          {text}
-        </td>
-      ))}
-      <td className="number">
-        <button type="button" className="link" aria-label={`移除 remove ${symbol}`} onClick={() => onRemove(symbol)}>
+      ),
+    },
+    { key: 'name', title: t.name, kind: 'text', value: ({ detail }) => detail?.displayName || null },
+    { ...price('last', t.last, ({ figures }) => figures.last), tone: rise, isMarked: true },
+    {
+      key: 'change',
+      title: t.change,
+      kind: 'number',
+      value: (watched) => (Number.isFinite(change(watched)) ? change(watched) : null),
+      write: (watched) => (Number.isFinite(change(watched)) ? formats.rate(change(watched)) : formats.value(null)),
+      tone: rise,
+    },
+    price('bid', t.bid, ({ bids }) => bids[0]?.price),
+    price('ask', t.asked, ({ asks }) => asks[0]?.price),
+    { ...price('high', t.high, ({ figures }) => figures.high), isExtra: true },
+    { ...price('low', t.low, ({ figures }) => figures.low), isExtra: true },
+    {
+      key: 'volume',
+      title: t.volume,
+      kind: 'number',
+      isExtra: true,
+      value: ({ quote }) => quote.figures.volume,
+      write: ({ quote }) => formats.whole(quote.figures.volume),
+    },
+    {
+      key: 'time',
+      title: t.time,
+      kind: 'number',
+      value: ({ quote }) => quote.time,
+      write: ({ quote }) => clockOf(quote.time) || formats.value(null),
+    },
+    {
+      key: 'actions',
+      title: '',
+      kind: 'control',
+      width: 3,
+      value: () => null,
+      write: ({ symbol }) => (
+        <button
+          type="button"
+          className="link"
+          aria-label={t.removeFromWatchList(symbol)}
+          onClick={() => onRemove(symbol)}
+        >
           ✕
         </button>
-      </td>
-    </tr>
-  );
+      ),
+    },
+  ];
 }
 
-/** Names and decimals of the watched securities, asked for when the list changes. */
-function useDetails(sdk: Connection, symbols: readonly string[]): ReadonlyMap<string, SecurityDetail> {
-  const [details, setDetails] = useState<ReadonlyMap<string, SecurityDetail>>(new Map());
-  useEffect(() => {
-    const missing = symbols.filter((symbol) => !details.has(symbol));
-    if (missing.length === 0) return;
-    sdk.getSymbolDetail({ symbols: missing }).then(
-      (list) =>
-        setDetails((before) => new Map([...before, ...list.map((each, place) => [missing[place]!, each] as const)])),
-      () => {}, // the rows then show symbols without names
-    );
-  }, [sdk, symbols]);
-  return details;
+/** The rows. A security whose quote has not changed stays the same object, so that its row is not drawn again. */
+function useWatched(
+  symbols: readonly string[],
+  details: ReadonlyMap<string, SecurityDetail>,
+  ticks: readonly Tick[],
+): readonly Watched[] {
+  const before = useRef(new Map<string, Watched>());
+  return useMemo(() => {
+    const bySymbol = new Map(ticks.map((tick) => [tick.symbol, tick]));
+    const items = symbols.map((symbol) => {
+      const old = before.current.get(symbol);
+      const [detail, tick] = [details.get(symbol), bySymbol.get(symbol)];
+      return old && old.detail === detail && old.tick === tick
+        ? old
+        : { symbol, detail, tick, quote: quoteOf(tick ?? {}) };
+    });
+    before.current = new Map(items.map((item) => [item.symbol, item]));
+    return items;
+  }, [symbols, details, ticks]);
 }

@@ -1,0 +1,41 @@
+import { useRef } from 'react';
+import { missing } from '../formats';
+import type { Column } from './types';
+import { textWidth } from './widths';
+
+/** Texts are looked at in so many rows. A longer text further down is cut, and its tooltip shows it whole. */
+const sampled = 200;
+const longest = 40;
+/** Characters beside the title: the arrow of the order. */
+const titleExtra = 2;
+
+/**
+ * The widths of columns in characters. They grow with the texts and never shrink while the table is there, so that
+ * columns do not move back and forth with the figures.
+ */
+export function useColumnWidths<Item>(
+  columns: readonly Column<Item>[],
+  items: readonly Item[],
+  write: (column: Column<Item>, item: Item) => unknown,
+): readonly number[] {
+  const grown = useRef(new Map<string, number>());
+  const seen = useRef<{ columns: unknown; items: unknown }>(undefined);
+  if (seen.current?.columns !== columns) grown.current.clear(); // another language has other titles
+  if (seen.current?.columns !== columns || seen.current.items !== items) {
+    seen.current = { columns, items };
+    const sample = items.length > sampled ? items.slice(0, sampled) : items;
+    for (const column of columns) {
+      let width = Math.max(
+        grown.current.get(column.key) ?? 0,
+        textWidth(column.title) + (column.kind === 'control' ? 0 : titleExtra),
+      );
+      if (column.width === undefined)
+        for (const item of sample) {
+          const shown = write(column, item);
+          width = Math.max(width, textWidth(typeof shown === 'string' ? shown : missing) + (column.isMarked ? 2 : 0));
+        }
+      grown.current.set(column.key, Math.min(width, longest));
+    }
+  }
+  return columns.map(({ key, width }) => width ?? grown.current.get(key)!);
+}

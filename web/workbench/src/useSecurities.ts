@@ -1,0 +1,19 @@
+import type { Connection, SecurityDetail } from '@varnel/web-client';
+import { useMemo } from 'react';
+import type { Answered } from './useAnswer';
+import { useAsk } from './useAsk';
+
+/** All securities of the terminal with their details. The list is long, so it is asked for only where it is needed. */
+export function useSecurities(sdk: Connection, enabled = true): Answered<SecurityDetail[]> {
+  return useAsk(['securities', 'details'], () => sdk.getSymbolListWithDetail({ symbolFilter: [] }), { enabled });
+}
+
+const none: ReadonlyMap<string, SecurityDetail> = new Map();
+
+/** The details of some securities by symbol, as far as they are known. The terminal knows no others. */
+export function useDetails(sdk: Connection, symbols: readonly string[]): ReadonlyMap<string, SecurityDetail> {
+  const { data } = useAsk(['securityDetails', ...symbols], () => sdk.getSymbolDetail({ symbols: [...symbols] }), {
+    enabled: symbols.length > 0,
+  });
+  return useMemo(() => (data ? new Map(data.map((detail) => [detail.symbol, detail])) : none), [data]);
+}
