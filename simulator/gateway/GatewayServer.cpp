@@ -304,10 +304,14 @@ void GatewayServer::stop()
 {
     if (!d->thread.joinable())
         return;
-    net::post(d->context, [this] {
+    // The time for the pages counts from when they are told: before that the thread may be busy with a long answer.
+    std::promise<void> told;
+    net::post(d->context, [this, &told] {
         d->closeAll();
         d->work.reset();
+        told.set_value();
     });
+    told.get_future().wait();
     if (d->allClosed.get_future().wait_for(kStopDeadline) != std::future_status::ready)
         d->context.stop();
     d->thread.join();
