@@ -10,8 +10,7 @@ export async function openDesk(page: Page): Promise<Frames> {
   await page.goto('/');
   await expect(page.getByTestId('connection')).toHaveText('已连接');
   await expect(page.getByTestId('kline-table').locator('tbody tr')).not.toHaveCount(0);
-  await expect(page.getByLabel('只看未应答')).toBeVisible();
-  await expect(page.getByTestId('entry').filter({ hasText: '尚无应答' })).toHaveCount(0);
+  await expect(page.getByTestId('unanswered')).toHaveText('0');
   return frames;
 }
 
@@ -30,5 +29,5 @@ export async function openView(page: Page, view: (typeof views)[number]): Promis
   await page.getByRole('tab', { name: view }).click();
   // There are no strategies before one is started.
   if (view !== '策略') await expect(page.getByRole('tabpanel', { name: view }).locator('tbody tr')).not.toHaveCount(0);
-  await expect(page.getByTestId('entry').filter({ hasText: '尚无应答' })).toHaveCount(0);
+  await expect(page.getByTestId('unanswered')).toHaveText('0');
 }

@@ -45,9 +45,13 @@ export class Simulator {
     return Promise.race([this.ended, this.stuck(`did not end on ${signal}`)]);
   }
 
-  /** Lets the process stand still: it takes what is sent to it, and answers nothing. */
+  /** Lets the process stand still: connections stay open, and nothing is answered. `thaw` lets it go on. */
   freeze(): void {
     this.child.kill('SIGSTOP');
+  }
+
+  thaw(): void {
+    this.child.kill('SIGCONT');
   }
 
   private printed(where: 'stdout' | 'stderr', pattern: RegExp): Promise<RegExpExecArray> {

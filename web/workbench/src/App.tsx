@@ -1,10 +1,9 @@
 import type { Connection } from '@varnel/web-client';
-import { useState } from 'react';
+import { useCallback, useState } from 'react';
 import type { ConnectionWatch } from './bridge';
 import { Header } from './desk/Header';
 import type { Journal } from './journal';
 import type { StrategyLog } from './live/StrategyLog';
-import type { TickFeed } from './live/TickFeed';
 import { FreeCallForm } from './panels/FreeCallForm';
 import { HoldingsView } from './panels/HoldingsView';
 import { InspectorPanel } from './panels/InspectorPanel';
@@ -17,20 +16,25 @@ import { useTexts } from './texts/useTexts';
 import { useTheme } from './theme';
 import { Tabs } from './ui/Tabs';
 import { useAsk } from './useAsk';
+import type { Proposal } from './useTicket';
 
 interface Props {
   sdk: Connection;
-  feed: TickFeed;
   journal: Journal;
   connection: ConnectionWatch;
   strategyLog: StrategyLog;
 }
 
-export function App({ sdk, feed, journal, connection, strategyLog }: Props) {
+export function App({ sdk, journal, connection, strategyLog }: Props) {
   const t = useTexts();
   useTheme();
   const [view, setView] = useState('overview');
   const [symbol, setSymbol] = useState('');
+  const [proposal, setProposal] = useState<Proposal>(); // for the order ticket
+  const choose = useCallback((chosen: string) => {
+    setSymbol(chosen);
+    setProposal({ symbol: chosen });
+  }, []);
   const login = useAsk(['login'], () => sdk.getLoginTrader());
 
   return (
@@ -46,14 +50,9 @@ export function App({ sdk, feed, journal, connection, strategyLog }: Props) {
               id: 'overview',
               title: t.overview,
               className: 'aside',
-              content: <Overview sdk={sdk} symbol={symbol} onSymbol={setSymbol} />,
+              content: <Overview sdk={sdk} symbol={symbol} onSymbol={choose} />,
             },
-            {
-              id: 'trade',
-              title: t.trade,
-              className: 'aside',
-              content: <TradeView sdk={sdk} feed={feed} symbol={symbol} />,
-            },
+            { id: 'trade', title: t.trade, content: <TradeView sdk={sdk} proposal={proposal} /> },
             {
               id: 'securities',
               title: t.securities,

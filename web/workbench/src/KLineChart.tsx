@@ -9,14 +9,13 @@ import {
 } from 'lightweight-charts';
 import { useEffect, useRef, useState } from 'react';
 import { drawable, type Bar } from './candles';
-import { direction, figures } from './figures';
-
-// The legend has room for one line, so only the table shows the turnover.
-const legendFigures = figures.filter(({ hint }) => hint !== 'amount');
-
-// In China red is up.
-const up = '#e5575c';
-const down = '#35a97c';
+import { chartColours, type ChartColours } from './chartColours';
+import { direction, useFigures } from './figures';
+import { useFormats } from './formats';
+import { firstChange } from './liveCandles';
+import { locales } from './texts';
+import { useTexts } from './texts/useTexts';
+import { useTheme } from './theme';
 
 interface Series {
   chart: IChartApi;
@@ -27,28 +26,32 @@ interface Series {
 function build(container: HTMLElement): Series {
   const chart = createChart(container, {
     autoSize: true,
-    layout: {
-      background: { color: 'transparent' },
-      textColor: '#9fb0c3',
-      fontSize: 11,
-      attributionLogo: true,
-    },
-    grid: { vertLines: { color: '#1d2937' }, horzLines: { color: '#1d2937' } },
-    rightPriceScale: { borderColor: '#2a3848' },
-    timeScale: { borderColor: '#2a3848', secondsVisible: false },
-    localization: { locale: 'zh-CN', dateFormat: 'yyyy-MM-dd' },
+    layout: { background: { color: 'transparent' }, fontSize: 11, attributionLogo: true },
+    timeScale: { secondsVisible: false },
   });
-  const candles = chart.addSeries(CandlestickSeries, {
-    upColor: up,
-    downColor: down,
-    wickUpColor: up,
-    wickDownColor: down,
-    borderVisible: false,
-  });
+  const candles = chart.addSeries(CandlestickSeries, { borderVisible: true });
   candles.priceScale().applyOptions({ scaleMargins: { top: 0.06, bottom: 0.26 } });
   const volumes = chart.addSeries(HistogramSeries, { priceScaleId: 'volume', priceFormat: { type: 'volume' } });
   volumes.priceScale().applyOptions({ scaleMargins: { top: 0.8, bottom: 0 } });
   return { chart, candles, volumes };
+}
+
+/** Rising candles are hollow and falling ones filled, so that nobody needs the colours. */
+function colour({ chart, candles }: Series, { text, line, ground, up, down }: ChartColours): void {
+  chart.applyOptions({
+    layout: { textColor: text },
+    grid: { vertLines: { color: line }, horzLines: { color: line } },
+    rightPriceScale: { borderColor: line },
+    timeScale: { borderColor: line },
+  });
+  candles.applyOptions({
+    upColor: ground,
+    downColor: down,
+    borderUpColor: up,
+    borderDownColor: down,
+    wickUpColor: up,
+    wickDownColor: down,
+  });
 }
 
 /** Decimals that the prices need, up to four. */
@@ -60,16 +63,37 @@ function decimals(bars: readonly Bar[]): number {
   return 4;
 }
 
-export function KLineChart({ title, bars }: { title: string; bars: readonly Bar[] }) {
+/** Changes of more bars than these are drawn as new data. */
+const updatedAtMost = 10;
+
+const timeOf = ({ seconds }: Bar) => seconds as UTCTimestamp;
+
+interface Props {
+  title: string;
+  bars: readonly Bar[];
+}
+
+/** A chart that follows its bars: where only the latest ones have changed, only those are drawn anew. */
+export function KLineChart({ title, bars }: Props) {
+  const t = useTexts();
+  const { whole } = useFormats();
+  const figures = useFigures();
+  const theme = useTheme();
   const container = useRef<HTMLDivElement>(null);
   const [series, setSeries] = useState<Series>();
-  const [drawn, setDrawn] = useState(0);
-  const [pointed, setPointed] = useState<number>(); // index of the candle under the pointer
-  const legend = bars[pointed ?? bars.length - 1];
+  const drawn = useRef<{ bars: readonly Bar[]; title: string; series: Series | undefined }>({
+    bars: [],
+    title: '',
+    series: undefined,
+  });
+  const [count, setCount] = useState(0);
+  const [pointed, setPointed] = useState<number>(); // seconds of the candle under the pointer
+  const legend = bars.find(({ seconds }) => seconds === pointed) ?? bars[bars.length - 1];
 
   useEffect(() => {
     const built = build(container.current!);
     setSeries(built);
+    built.chart.subscribeCrosshairMove(({ time }: MouseEventParams) => setPointed(time as number | undefined));
     return () => {
       setSeries(undefined);
       built.chart.remove();
@@ -78,53 +102,65 @@ export function KLineChart({ title, bars }: { title: string; bars: readonly Bar[
 
   useEffect(() => {
     if (!series) return;
-    const shown = drawable(bars);
-    const time = ({ seconds }: Bar) => seconds as UTCTimestamp;
-    const precision = decimals(shown);
-    const intraday = shown.some((bar, index) => index > 0 && bar.seconds - shown[index - 1]!.seconds < 86_400);
-    series.candles.applyOptions({ priceFormat: { type: 'price', precision, minMove: 10 ** -precision } });
-    series.chart.applyOptions({ timeScale: { timeVisible: intraday } });
-    series.candles.setData(shown.map((bar) => ({ ...bar, time: time(bar) })));
-    series.volumes.setData(
-      shown.map((bar) => ({
-        time: time(bar),
-        value: bar.volume,
-        color: bar.close >= bar.open ? `${up}66` : `${down}66`,
-      })),
-    );
-    // The chart opens with the latest hundred candles; dragging shows the rest.
-    series.chart.timeScale().setVisibleLogicalRange({ from: Math.max(0, shown.length - 100), to: shown.length + 2 });
-    setDrawn(series.candles.data().length);
+    colour(series, chartColours(container.current!));
+    drawn.current = { bars: [], title: '', series: undefined }; // volumes have their colours in the data
+  }, [series, theme]);
 
-    const places = new Map(bars.map((bar, index) => [bar.seconds, index]));
-    const point = ({ time }: MouseEventParams) => setPointed(places.get(time as UTCTimestamp));
-    series.chart.subscribeCrosshairMove(point);
-    return () => {
-      setPointed(undefined);
-      series.chart.unsubscribeCrosshairMove(point);
-    };
-  }, [series, bars]);
+  useEffect(() => {
+    series?.chart.applyOptions({ localization: { locale: locales[t.language], dateFormat: 'yyyy-MM-dd' } });
+  }, [series, t]);
+
+  useEffect(() => {
+    if (!series) return;
+    const { up, down } = chartColours(container.current!);
+    const volume = (bar: Bar) => ({
+      time: timeOf(bar),
+      value: bar.volume,
+      color: `${bar.close >= bar.open ? up : down}66`,
+    });
+    const shown = drawable(bars);
+    const before = drawn.current;
+    const at = before.series === series && before.title === title ? firstChange(before.bars, shown) : 0;
+    drawn.current = { bars: shown, title, series };
+    setCount(shown.length);
+
+    if (at > 0 && shown.length >= before.bars.length && shown.length - at <= updatedAtMost) {
+      for (const bar of shown.slice(at)) {
+        const isOld = bar.seconds < (before.bars.at(-1)?.seconds ?? 0);
+        series.candles.update({ ...bar, time: timeOf(bar) }, isOld);
+        series.volumes.update(volume(bar), isOld);
+      }
+      return;
+    }
+    const precision = decimals(shown);
+    const isIntraday = shown.some((bar, index) => index > 0 && bar.seconds - shown[index - 1]!.seconds < 86_400);
+    series.candles.applyOptions({ priceFormat: { type: 'price', precision, minMove: 10 ** -precision } });
+    series.chart.applyOptions({ timeScale: { timeVisible: isIntraday } });
+    series.candles.setData(shown.map((bar) => ({ ...bar, time: timeOf(bar) })));
+    series.volumes.setData(shown.map(volume));
+    // The chart opens with the latest hundred candles; dragging shows the rest.
+    if (at === 0)
+      series.chart.timeScale().setVisibleLogicalRange({ from: Math.max(0, shown.length - 100), to: shown.length + 2 });
+  }, [series, bars, title, theme]);
 
   return (
-    <figure className="chart" data-testid="kline-chart" data-candles={drawn}>
+    <figure className="chart" data-testid="kline-chart" data-candles={count}>
       <figcaption>
-        <strong>{title}</strong> {drawn} 根K线 <small>candles</small>
+        <strong>{title}</strong> <span className="quiet">{t.candles(whole(count))}</span>
         {legend && (
           <p className="legend" data-testid="legend">
-            {legendFigures.map(({ name, hint, write }) => (
-              <span key={hint} title={hint}>
-                <small>{name}</small>{' '}
-                <span className={`number ${hint === 'close' ? direction(legend) : ''}`}>{write(legend)}</span>
-              </span>
-            ))}
+            {figures
+              .filter(({ key }) => key !== 'amount') // the legend has room for one line
+              .map(({ key, name, write }) => (
+                <span key={key} data-key={key}>
+                  <small>{name}</small>{' '}
+                  <span className={`number ${key === 'close' ? direction(legend) : ''}`}>{write(legend)}</span>
+                </span>
+              ))}
           </p>
         )}
       </figcaption>
-      <div
-        ref={container}
-        role="img"
-        aria-label={`${title}，${drawn} 根K线，明细见下表 the table below has the figures`}
-      />
+      <div ref={container} role="img" aria-label={t.chartDescription(title, whole(count))} />
     </figure>
   );
 }

@@ -1,27 +1,38 @@
+import { useMemo } from 'react';
 import { readableTime, type Bar } from './candles';
+import { missing } from './formats';
+import { locales } from './texts';
+import { useTexts } from './texts/useTexts';
 
-const whole = new Intl.NumberFormat('zh-CN', { maximumFractionDigits: 0 });
-const price = new Intl.NumberFormat('zh-CN', {
-  minimumFractionDigits: 2,
-  maximumFractionDigits: 4,
-  useGrouping: false,
-});
-const tenThousands = new Intl.NumberFormat('zh-CN', { minimumFractionDigits: 2, maximumFractionDigits: 2 });
-
-const written = (format: Intl.NumberFormat, value: number) => (Number.isFinite(value) ? format.format(value) : '—');
+export interface Figure {
+  key: 'time' | 'open' | 'high' | 'low' | 'close' | 'volume' | 'amount';
+  name: string;
+  write: (bar: Bar) => string;
+}
 
 /** Names and formats of the figures of a candle, in display order. */
-export const figures: readonly { name: string; hint: string; write: (bar: Bar) => string }[] = [
-  { name: '时间', hint: 'time', write: readableTime },
-  { name: '开盘', hint: 'open', write: (bar) => written(price, bar.open) },
-  { name: '最高', hint: 'high', write: (bar) => written(price, bar.high) },
-  { name: '最低', hint: 'low', write: (bar) => written(price, bar.low) },
-  { name: '收盘', hint: 'close', write: (bar) => written(price, bar.close) },
-  { name: '成交量', hint: 'volume', write: (bar) => written(whole, bar.volume) },
-  { name: '成交额/万', hint: 'amount', write: (bar) => written(tenThousands, bar.amount / 10_000) },
-];
+export function useFigures(): readonly Figure[] {
+  const t = useTexts();
+  return useMemo(() => {
+    const format = (options: Intl.NumberFormatOptions) => {
+      const number = new Intl.NumberFormat(locales[t.language], options);
+      return (value: number) => (Number.isFinite(value) ? number.format(value) : missing);
+    };
+    const price = format({ minimumFractionDigits: 2, maximumFractionDigits: 4, useGrouping: false });
+    const whole = format({ maximumFractionDigits: 0 });
+    return [
+      { key: 'time', name: t.time, write: readableTime },
+      { key: 'open', name: t.open, write: (bar) => price(bar.open) },
+      { key: 'high', name: t.high, write: (bar) => price(bar.high) },
+      { key: 'low', name: t.low, write: (bar) => price(bar.low) },
+      { key: 'close', name: t.closePrice, write: (bar) => price(bar.close) },
+      { key: 'volume', name: t.candleVolume, write: (bar) => whole(bar.volume) },
+      { key: 'amount', name: t.candleAmount, write: (bar) => whole(bar.amount) },
+    ];
+  }, [t]);
+}
 
-/** Class of a figure's colour: red and green as theme.css has them. */
+/** Class of a figure's colour: see theme.css. */
 export function direction({ open, close }: Bar): 'up' | 'down' | '' {
   return close > open ? 'up' : close < open ? 'down' : '';
 }

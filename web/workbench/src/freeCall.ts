@@ -1,6 +1,7 @@
 import type { Json } from '@varnel/web-client';
 
-export type ReadArguments = { ok: true; args: unknown[] } | { ok: false; reason: string };
+/** Without a reason the text is JSON, but no array. */
+export type ReadArguments = { ok: true; args: unknown[] } | { ok: false; reason?: string };
 
 export type ReadJson = { ok: true; value: Json } | { ok: false };
 
@@ -18,15 +19,14 @@ export function readArguments(text: string): ReadArguments {
   try {
     value = JSON.parse(text);
   } catch (error) {
-    return { ok: false, reason: `不是 JSON：${(error as Error).message}` };
+    return { ok: false, reason: (error as Error).message };
   }
-  return Array.isArray(value) ? { ok: true, args: value } : { ok: false, reason: '须为数组，例如 ["u1", 1]' };
+  return Array.isArray(value) ? { ok: true, args: value } : { ok: false };
 }
 
 /** Formats a text that holds JSON; other texts stay unchanged. */
 export function layOut(value: unknown): string {
   if (typeof value !== 'string') return JSON.stringify(value, null, 2) ?? String(value);
-  if (value === '') return '""（空应答 empty reply）';
   try {
     return JSON.stringify(JSON.parse(value), null, 2);
   } catch {

@@ -5,9 +5,14 @@ import {
   pushEvents,
   reservedEvents,
   unansweredCalls,
+  type BreakableBridge,
   type BridgeListener,
   type CallBridge,
+  type ConnectionState,
 } from '@varnel/web-client';
+import { BoundedList } from './boundedList';
+import { envelopeOf, type Envelope } from './envelope';
+import { bytesOf, kept } from './keptText';
 
 interface EntryBase {
   id: number;
@@ -65,19 +70,53 @@ function asText(value: unknown): string {
       : String(value);
 }
 
+function canBreak(bridge: CallBridge): bridge is BreakableBridge {
+  return typeof (bridge as Partial<BreakableBridge>).onConnectionChange === 'function';
+}
+
 function replyOf(method: string): string {
   return method.replace(/_REQ$/, '_RES');
 }
 
+/** What the journal shows at a moment. */
+export interface Snapshot {
+  /** The latest entries, oldest first. */
+  entries: readonly Entry[];
+  /** Calls of the entries that wait for their answer. */
+  unanswered: number;
+  /** All calls and events since the journal began or was cleared, also those that are no longer kept. */
+  total: number;
+  /** Bytes of the texts that are kept. */
+  bytes: number;
+}
+
+export interface Bounds {
+  /** Entries of each kind: pushes are one kind, everything else is the other. */
+  entries: number;
+  /** Bytes of the texts of each kind. */
+  bytes: number;
+  /** Characters of a text. Longer ones are cut. */
+  text: number;
+}
+
+const usualBounds: Bounds = { entries: 1000, bytes: 4 * 2 ** 20, text: 2 ** 16 };
+
+const bytesOfEntry = 300; // without its texts
+
+/** Events come in bursts; the page is told of them at most four times a second. */
+const fourTimesASecond = (task: () => void) => void setTimeout(task, 250);
+
 /**
  * Records every call and every event between page and bridge, in order, and changes none of them. It keeps only the
- * latest entries. Pushes have a limit of their own, so that quotes do not displace the calls.
+ * latest entries. Pushes have bounds of their own, so that quotes do not displace the calls.
  */
 export class Journal implements CallBridge {
-  private list: Entry[] = []; // all but pushes
-  private pushes: Entry[] = [];
-  private shown: readonly Entry[] = [];
+  private readonly called: BoundedList<Entry>; // all but pushes
+  private readonly pushed: BoundedList<Entry>;
+  private shown: Snapshot = { entries: [], unanswered: 0, total: 0, bytes: 0 };
+  private stale = false; // whether something changed since `shown`
   private nextId = 1;
+  private total = 0;
   private readonly started = new Map<CallEntry, number>();
   private readonly unanswered = new Map<string, Set<CallEntry>>(); // by reply event, oldest first
   private readonly heard = new Set<string>();
@@ -86,10 +125,12 @@ export class Journal implements CallBridge {
 
   constructor(
     private readonly bridge: CallBridge,
-    private readonly limit = 500,
-    /** Events come in bursts; the page renders at most once for each frame. */
-    private readonly schedule: (task: () => void) => void = (task) => requestAnimationFrame(task),
+    private readonly bounds = usualBounds,
+    private readonly schedule: (task: () => void) => void = fourTimesASecond,
   ) {
+    this.called = new BoundedList(bounds.entries, bounds.bytes, (old) => old.kind === 'call' && this.forget(old));
+    this.pushed = new BoundedList(bounds.entries, bounds.bytes);
+    if (canBreak(bridge)) this.onConnectionChange = (listener) => bridge.onConnectionChange(listener);
     knownEvents.forEach((name) => this.hear(name));
   }
 
@@ -125,15 +166,26 @@ export class Journal implements CallBridge {
   }
 
   clear(): void {
-    this.list = [];
-    this.pushes = [];
+    this.called.clear();
+    this.pushed.clear();
     this.started.clear();
     this.unanswered.clear();
+    this.total = 0;
     this.changed();
   }
 
-  /** The entries, oldest first; the same array until something changes. */
-  readonly entries = (): readonly Entry[] => this.shown;
+  /** The same object until the watchers are told. Nothing is made while nobody watches or asks. */
+  readonly current = (): Snapshot => {
+    if (this.stale && !this.announced) this.renew();
+    return this.shown;
+  };
+
+  /** Passed on where the bridge has it: the client learns from it that the connection has ended. */
+  readonly onConnectionChange?: BreakableBridge['onConnectionChange'];
+
+  get connectionState(): ConnectionState {
+    return canBreak(this.bridge) ? this.bridge.connectionState : 'open';
+  }
 
   readonly watch = (watcher: () => void): (() => void) => {
     this.watchers.add(watcher);
@@ -141,7 +193,7 @@ export class Journal implements CallBridge {
   };
 
   private stamp(name: string, args: readonly unknown[]): EntryBase {
-    return { id: this.nextId++, at: new Date(), name, args };
+    return { id: this.nextId++, at: new Date(), name, args: args.map((arg) => kept(arg, this.bounds.text)) };
   }
 
   private hear(event: string): void {
@@ -152,7 +204,7 @@ export class Journal implements CallBridge {
 
   private onEvent(name: string, args: unknown[]): void {
     const entry: EventEntry = { ...this.stamp(name, args), kind: 'event', isPush: pushes.has(name) };
-    const reply = entry.isPush ? undefined : envelope(args[0]); // a push answers no call, and may be large
+    const reply = entry.isPush ? undefined : envelopeOf(args[0]); // a push answers no call
     const call = this.callAnsweredBy(name, args, reply);
     if (call) {
       const afterMs = performance.now() - this.started.get(call)!;
@@ -177,36 +229,30 @@ export class Journal implements CallBridge {
   }
 
   private add(entry: Entry): void {
-    const list = entry.kind === 'event' && entry.isPush ? this.pushes : this.list;
-    list.push(entry);
-    if (list.length >= 2 * this.limit) {
-      for (const old of list.splice(0, list.length - this.limit)) if (old.kind === 'call') this.forget(old);
-    }
+    const list = entry.kind === 'event' && entry.isPush ? this.pushed : this.called;
+    list.push(
+      entry,
+      entry.args.reduce((sum: number, arg) => sum + bytesOf(arg), bytesOfEntry),
+    );
+    this.total += 1;
     this.changed();
   }
 
   private changed(): void {
-    if (this.announced) return;
+    this.stale = true;
+    if (this.announced || this.watchers.size === 0) return;
     this.announced = true;
     this.schedule(() => {
       this.announced = false;
-      const latest = [...this.list.slice(-this.limit), ...this.pushes.slice(-this.limit)];
-      this.shown = latest.sort((one, other) => one.id - other.id);
+      this.renew();
       this.watchers.forEach((watcher) => watcher());
     });
   }
-}
 
-interface Envelope {
-  code?: unknown;
-  uuid?: unknown;
-}
-
-function envelope(reply: unknown): Envelope | undefined {
-  if (typeof reply !== 'string') return undefined;
-  try {
-    return (JSON.parse(reply) as Envelope | null) ?? undefined;
-  } catch {
-    return undefined;
+  private renew(): void {
+    this.stale = false;
+    const entries = [...this.called.items, ...this.pushed.items].sort((one, other) => one.id - other.id);
+    const bytes = this.called.bytes + this.pushed.bytes;
+    this.shown = { entries, unanswered: this.started.size, total: this.total, bytes };
   }
 }

@@ -6,7 +6,6 @@ import { ConnectionWatch, loadBridge } from './bridge';
 import { Providers } from './desk/Providers';
 import { Journal } from './journal';
 import { StrategyLog } from './live/StrategyLog';
-import { TickFeed } from './live/TickFeed';
 import { SettingsStore } from './settings/SettingsStore';
 import { readSetting } from './settings/useSetting';
 import { textsOf } from './texts';
@@ -15,6 +14,7 @@ import { applyTheme, readTheme, themeKey } from './theme';
 import './theme.css';
 import './tables.css';
 import './panels.css';
+import './trade.css';
 import './desk.css'; // last: it has the rules for narrow windows
 
 applyTheme('system');
@@ -45,13 +45,7 @@ try {
   root.render(
     <StrictMode>
       <Providers desk={{ sdk, settings }}>
-        <App
-          sdk={sdk}
-          feed={new TickFeed(sdk)}
-          journal={journal}
-          connection={connection}
-          strategyLog={new StrategyLog(sdk)}
-        />
+        <App sdk={sdk} journal={journal} connection={connection} strategyLog={new StrategyLog(sdk)} />
       </Providers>
     </StrictMode>,
   );

@@ -1,8 +1,6 @@
-import type { Connection, PushEvent, PushListener, Tick } from '@varnel/web-client';
-import { useCallback, useEffect, useMemo, useRef, useSyncExternalStore } from 'react';
-import type { LiveRecords } from './LiveRecords';
+import type { Connection, PushEvent, PushListener } from '@varnel/web-client';
+import { useEffect, useMemo, useRef } from 'react';
 import { Refetch } from './Refetch';
-import type { TickFeed } from './TickFeed';
 
 /** Listens to a push while the component is mounted, with the listener of the latest rendering. */
 export function usePush<P extends PushEvent>(sdk: Connection, push: P, listener: PushListener<P>): void {
@@ -20,17 +18,4 @@ export function useRefetch(ask: () => Promise<unknown>): () => void {
     latest.current = ask;
   });
   return useMemo(() => new Refetch(() => latest.current()), []).trigger;
-}
-
-export function useLive<Item>(records: LiveRecords<Item>): readonly Item[] {
-  return useSyncExternalStore(records.watch, records.current);
-}
-
-/** The latest quote of a symbol. Renders again only when that quote changes. */
-export function useTick(feed: TickFeed, symbol: string): Partial<Tick> | undefined {
-  useEffect(() => (symbol === '' ? undefined : feed.subscribe([symbol])), [feed, symbol]);
-  return useSyncExternalStore(
-    feed.watch,
-    useCallback(() => feed.tick(symbol), [feed, symbol]),
-  );
 }

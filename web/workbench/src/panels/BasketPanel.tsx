@@ -1,23 +1,40 @@
-import type { Connection, OrderOutcome } from '@varnel/web-client';
+import type { Connection, FundAccount, OrderOutcome } from '@varnel/web-client';
 import { useState, type FormEvent } from 'react';
 import { readBasket, type BasketLine } from '../basket';
+import { useTexts } from '../texts/useTexts';
+import { tagMaker } from '../ticket';
+import type { Answered } from '../useAnswer';
 import { useCommand } from '../useCommand';
-import { useFundAccounts } from '../useFundAccounts';
 import { AccountSelect } from './AccountSelect';
-import { CommandOutcome, PlacedOutcome, Unknown } from './CommandOutcome';
+import { CommandOutcome } from './CommandOutcome';
 import { Confirm } from './Confirm';
-import { Panel } from './Panel';
+import { LookUp } from './OrderOutcomeView';
+
+const newTag = tagMaker();
+
+interface Props {
+  sdk: Connection;
+  accounts: Answered<FundAccount[]>;
+}
+
+interface Sent {
+  fundAccount: string;
+  orderTag: string;
+  lines: readonly BasketLine[];
+  outcomes: readonly OrderOutcome[];
+}
 
 /** Several orders of an account in one call. */
-export function BasketPanel({ sdk }: { sdk: Connection }) {
-  const accounts = useFundAccounts(sdk);
+export function BasketPanel({ sdk, accounts }: Props) {
+  const t = useTexts();
   const [chosen, setChosen] = useState<string>();
   const [text, setText] = useState('');
   const [confirming, setConfirming] = useState<readonly BasketLine[]>();
-  const [command, run, reset] = useCommand<OrderOutcome[]>();
+  const [command, run, reset] = useCommand<Sent>();
   const fundAccount = chosen ?? accounts.data?.[0]?.fundAccount ?? '';
   const read = readBasket(text);
   const count = read.ok ? read.lines.length : 0;
+  const isBusy = command.phase === 'busy';
 
   function edit(after: string) {
     setText(after);
@@ -27,7 +44,7 @@ export function BasketPanel({ sdk }: { sdk: Connection }) {
 
   function askBack(event: FormEvent) {
     event.preventDefault();
-    if (read.ok && count > 0 && command.phase !== 'busy') setConfirming(read.lines);
+    if (read.ok && count > 0 && !isBusy) setConfirming(read.lines);
   }
 
   function place(lines: readonly BasketLine[]) {
@@ -37,12 +54,14 @@ export function BasketPanel({ sdk }: { sdk: Connection }) {
       const details = await sdk.getSymbolDetail({ symbols });
       const exchanges = new Map(details.map(({ exchange }, place) => [symbols[place]!, exchange]));
       const orders = lines.map((line) => ({ ...line, exchange: exchanges.get(line.symbol) ?? '' }));
-      return sdk.insertOrderList({ fundAccount, orderTag: 'basket', orders });
+      const orderTag = newTag('basket');
+      const outcomes = await sdk.insertOrderList({ fundAccount, orderTag, orders });
+      return { fundAccount, orderTag, lines, outcomes };
     });
   }
 
   return (
-    <Panel title="篮子" hint="Basket" testId="basket">
+    <div data-testid="basket" className="basket">
       <form className="fields" onSubmit={askBack}>
         <AccountSelect
           accounts={accounts}
@@ -53,54 +72,66 @@ export function BasketPanel({ sdk }: { sdk: Connection }) {
           }}
         />
         <label className="wide">
-          委托 <small>a line each: symbol, side, quantity, price; no price: market</small>
+          {t.basketOrders}
           <textarea
-            rows={3}
+            rows={4}
+            name="basket"
             value={text}
-            placeholder="609801.SH,Buy,100,18.30"
+            placeholder="609001.SH,Buy,100,13.30"
             spellCheck={false}
             aria-invalid={!read.ok}
             onChange={(event) => edit(event.target.value)}
           />
         </label>
-        <button type="submit" disabled={count === 0 || confirming !== undefined || command.phase === 'busy'}>
-          {command.phase === 'busy' ? '发送中…' : `发送篮子 Place ${count}`}
+        <button type="submit" disabled={count === 0 || confirming !== undefined || isBusy}>
+          {isBusy ? t.sending : t.placeBasket(count)}
         </button>
         <p className="problem" role="status">
-          {read.ok ? '' : read.reason}
+          {read.ok ? '' : t.basketLine(read.line)}
         </p>
       </form>
       {confirming && (
         <Confirm
-          question={`${fundAccount} 篮子 ${confirming.length} 笔 orders`}
+          question={t.basketQuestion(fundAccount, confirming.length)}
           onYes={() => place(confirming)}
           onNo={() => setConfirming(undefined)}
         />
       )}
       <div className="outcome" data-testid="basket-outcome">
-        <CommandOutcome command={command}>{(orders) => <Outcomes orders={orders} />}</CommandOutcome>
+        <CommandOutcome command={command}>{(sent) => <Outcomes sdk={sdk} sent={sent} />}</CommandOutcome>
       </div>
-    </Panel>
+    </div>
   );
 }
 
-function Outcomes({ orders }: { orders: readonly OrderOutcome[] }) {
-  if (orders.some(({ outcome }) => outcome === 'unknown')) return <Unknown />;
-  const refused = orders.filter(({ outcome }) => outcome !== 'accepted');
+function Outcomes({ sdk, sent: { fundAccount, orderTag, lines, outcomes } }: { sdk: Connection; sent: Sent }) {
+  const t = useTexts();
+  const count = (kind: OrderOutcome['outcome']) => outcomes.filter(({ outcome }) => outcome === kind).length;
+  const unknown = count('unknown');
+  const refused = outcomes.flatMap((outcome, at) => {
+    if (outcome.outcome === 'refused') return [{ line: lines[at], reason: outcome.reason, orderID: outcome.orderID }];
+    if (outcome.outcome !== 'refusedWithoutReason') return [];
+    return [{ line: lines[at], reason: t.refusedWithoutReason, orderID: undefined }];
+  });
   return (
     <>
-      <p>
-        已受理 {orders.length - refused.length}，被拒 {refused.length} <small>accepted, refused</small>
-      </p>
+      {unknown < outcomes.length && <p role="status">{t.basketOutcome(count('accepted'), refused.length)}</p>}
       {refused.length > 0 && (
         <ul className="reasons">
-          {refused.slice(0, 20).map((order, place) => (
-            <li key={place}>
-              {order.outcome === 'refused' && order.order?.symbol}
-              <PlacedOutcome order={order} />
+          {refused.slice(0, 20).map(({ line, reason, orderID }, place) => (
+            <li key={place} className="problem">
+              {line?.symbol} {orderID} {reason}
             </li>
           ))}
         </ul>
+      )}
+      {unknown > 0 && (
+        <>
+          <p className="problem" role="alert">
+            {t.outcomeUnknownOf(unknown)}
+          </p>
+          <LookUp sdk={sdk} orderTag={orderTag} fundAccount={fundAccount} />
+        </>
       )}
     </>
   );

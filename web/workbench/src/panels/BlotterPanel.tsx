@@ -1,135 +1,204 @@
-import { orderStatuses, type CancelledOrder, type Connection, type Entrust } from '@varnel/web-client';
-import { useEffect, useMemo, useState } from 'react';
-import { cellColumn, valueOf } from '../cellColumns';
-import { useLive, usePush } from '../live/hooks';
-import { LiveRecords } from '../live/LiveRecords';
-import { RecordTable, type Column } from '../RecordTable';
+import type { Connection, Entrust } from '@varnel/web-client';
+import { createContext, useCallback, useContext, useMemo, useState } from 'react';
+import { cancelOrders, type Cancels } from '../cancelling';
+import type { Watched } from '../live/useWatch';
+import { isOpen, orderIdOf } from '../records';
+import { cellColumn } from '../table/cellColumn';
+import { DataTable } from '../table/DataTable';
+import type { Column } from '../table/types';
+import type { FieldKey } from '../texts';
+import { useTexts } from '../texts/useTexts';
 import { useCommand } from '../useCommand';
-import { useAnswer } from '../useAnswer';
+import { CancelDialog } from './CancelDialog';
+import { CancelOutcome } from './CancelOutcome';
 import { CommandOutcome } from './CommandOutcome';
-import { Outcome, Panel } from './Panel';
+import { Panel } from './Panel';
+import { StreamState } from './StreamState';
 
-const shownAtMost = 200;
+interface Props {
+  sdk: Connection;
+  /** All open orders, however many. */
+  open: Watched<Entrust>;
+  /** The latest orders of all. */
+  latest: Watched<Entrust>;
+  /** Orders that the user is asked about before they are cancelled. */
+  asked: readonly string[] | undefined;
+  onAsk: (orderIds: readonly string[] | undefined) => void;
+}
 
-const columns = (
-  [
-    'entrustTime',
-    'securityId',
-    'securityName',
-    'side',
-    'status',
-    'price',
-    'entrustQty',
-    'dealQty',
-    'remark',
-    'fundAccount',
-    'orderSource',
-    'orderId',
-  ] as const
-).map(cellColumn) as readonly Column<Entrust>[];
+const shown = [
+  'entrustTime',
+  'securityId',
+  'securityName',
+  'side',
+  'status',
+  'price',
+  'entrustQty',
+  'dealQty',
+  'leaveQty',
+  'fundAccount',
+  'remark',
+  'orderSource',
+  'orderId',
+] as const satisfies readonly FieldKey[];
+const extra = [
+  'sideUnion',
+  'priceType',
+  'dealPrice',
+  'entrustAmount',
+  'dealAmount',
+  'fundAccountName',
+  'exchangeOrderId',
+  'traderName',
+  'instanceID',
+] as const satisfies readonly FieldKey[];
 
-const open: ReadonlySet<string> = new Set([orderStatuses.reported, orderStatuses.partlyFilled]);
-const idOf = ({ orderId }: Entrust) => valueOf(orderId);
-const isOpen = ({ status }: Entrust) => open.has(valueOf(status));
+interface Picks {
+  picked: ReadonlySet<string>;
+  isBusy: boolean;
+  pick: (id: string, on: boolean) => void;
+  cancel: (id: string) => void;
+}
 
-/** The latest orders, updated by pushes. Open orders can be cancelled. */
-export function BlotterPanel({ sdk }: { sdk: Connection }) {
-  const records = useMemo(() => new LiveRecords<Entrust>(idOf, shownAtMost), []);
-  const orders = useLive(records);
-  const [listed, follow] = useAnswer<number>();
-  const [openOnly, setOpenOnly] = useState(false);
+/** The cells of a row take the picks from here, so that the columns stay the same when they change. */
+const PicksContext = createContext<Picks>({ picked: new Set(), isBusy: false, pick: () => {}, cancel: () => {} });
+
+/** All open orders, or the latest of all. Open ones can be cancelled one by one, picked, or all together. */
+export function BlotterPanel({ sdk, open, latest, asked, onAsk }: Props) {
+  const t = useTexts();
+  const [isOpenOnly, setOpenOnly] = useState(true);
   const [picked, setPicked] = useState<ReadonlySet<string>>(new Set());
-  const [command, run] = useCommand<CancelledOrder[]>();
+  const [command, run] = useCommand<Cancels>();
+  const isBusy = command.phase === 'busy';
 
-  const load = () =>
-    follow(
-      sdk.getEntrustList({ filter: {}, start: 0, count: shownAtMost }).then(({ totalSize, entrustInfoList }) => {
-        records.load(entrustInfoList);
-        return totalSize;
+  const openById = useMemo(() => new Map(open.items.map((order) => [orderIdOf(order), order])), [open.items]);
+  const cancellable = useMemo(() => [...picked].filter((id) => openById.has(id)), [picked, openById]);
+
+  const cancel = useCallback(
+    (orderIds: readonly string[]) => {
+      run(() => cancelOrders(sdk, orderIds));
+      const gone = new Set(orderIds);
+      setPicked((before) => new Set([...before].filter((id) => !gone.has(id))));
+    },
+    [run, sdk],
+  );
+
+  const pick = useCallback(
+    (id: string, on: boolean) =>
+      setPicked((before) => {
+        const after = new Set(before);
+        if (on) after.add(id);
+        else after.delete(id);
+        return after;
       }),
-    );
-  useEffect(load, [sdk, records]);
-  usePush(sdk, 'on_orderLoaded', load);
-  usePush(sdk, 'on_entrustUpdate', (batch) => records.take(batch));
+    [],
+  );
 
-  const shown = openOnly ? orders.filter(isOpen) : orders;
-  const cancellable = orders.filter((order) => isOpen(order) && picked.has(idOf(order))).map(idOf);
-  const busy = command.phase === 'busy';
+  const columns = useMemo<readonly Column<Entrust>[]>(
+    () => [
+      {
+        key: 'cancel',
+        title: t.cancelShort,
+        kind: 'control',
+        width: 9,
+        value: () => '',
+        write: (order) => isOpen(order) && <OrderControls id={orderIdOf(order)} />,
+      },
+      ...shown.map((key) => cellColumn<Entrust>(key, t)),
+      ...extra.map((key) => ({ ...cellColumn<Entrust>(key, t), isExtra: true })),
+    ],
+    [t],
+  );
 
-  function cancel(orderIds: readonly string[]) {
-    run(() => sdk.cancelOrders({ orderIds }));
-    setPicked(new Set());
-  }
-
-  function pick(id: string, on: boolean) {
-    const after = new Set(picked);
-    if (on) after.add(id);
-    else after.delete(id);
-    setPicked(after);
-  }
-
+  const picks = useMemo<Picks>(
+    () => ({ picked, isBusy, pick, cancel: (id) => cancel([id]) }),
+    [picked, isBusy, pick, cancel],
+  );
+  const askedOrders = useMemo(() => asked?.flatMap((id) => openById.get(id) ?? []), [asked, openById]);
+  const source = isOpenOnly ? open : latest;
+  const lists = [
+    { on: true, title: t.openOrders },
+    { on: false, title: t.latestOrders },
+  ];
   const tools = (
     <div className="tools">
-      <label className="inline">
-        <input type="checkbox" checked={openOnly} onChange={(event) => setOpenOnly(event.target.checked)} />
-        只看可撤 <small>open</small>
-      </label>
-      <button type="button" disabled={busy || cancellable.length === 0} onClick={() => cancel(cancellable)}>
-        撤所选 Cancel {cancellable.length}
+      <span role="radiogroup" aria-label={t.blotter} className="inline">
+        {lists.map(({ on, title }) => (
+          <label key={title} className="inline">
+            <input type="radio" name="blotter-list" checked={isOpenOnly === on} onChange={() => setOpenOnly(on)} />
+            {title}
+          </label>
+        ))}
+      </span>
+      <button
+        type="button"
+        data-testid="cancel-picked"
+        disabled={isBusy || cancellable.length === 0}
+        onClick={() => onAsk(cancellable)}
+      >
+        {t.cancelPicked(cancellable.length)}
+      </button>
+      <button
+        type="button"
+        data-testid="cancel-all"
+        disabled={isBusy || open.items.length === 0}
+        onClick={() => onAsk(open.items.map(orderIdOf))}
+      >
+        {t.cancelAll(open.items.length)}
       </button>
     </div>
   );
   return (
-    <Panel title="最近委托" hint="Latest orders" tools={tools} className="fill" testId="blotter">
+    <Panel title={t.blotter} tools={tools} className="fill" testId="blotter">
       <div className="outcome" data-testid="cancel-outcome">
-        <CommandOutcome command={command}>
-          {(answers) => {
-            const failed = answers.filter(({ code }) => code !== '0');
-            return failed.length === 0 ? (
-              <p className="quiet">已撤 {answers.length} 笔 cancelled</p>
-            ) : (
-              <p className="problem" role="alert">
-                {failed.map(({ orderId, msg }) => `${String(orderId)} ${String(msg)}`).join('；')}
-              </p>
-            );
-          }}
-        </CommandOutcome>
+        <CommandOutcome command={command}>{(cancels) => <CancelOutcome cancels={cancels} />}</CommandOutcome>
       </div>
-      <Outcome of={listed}>
-        {() => (
-          <RecordTable
-            label="最近委托 latest orders"
+      <StreamState of={source}>
+        <PicksContext value={picks}>
+          <DataTable
+            name="blotter"
+            label={isOpenOnly ? t.openOrders : t.latestOrders}
             columns={columns}
-            items={shown}
-            busy={listed.waiting}
+            items={source.items}
+            idOf={orderIdOf}
             testId="blotter-table"
-            idOf={idOf}
-            lead={{
-              title: <span aria-label="撤单 cancel">撤单</span>,
-              write: (order) =>
-                isOpen(order) && (
-                  <span className="inline">
-                    <input
-                      type="checkbox"
-                      aria-label={`选择 pick ${idOf(order)}`}
-                      checked={picked.has(idOf(order))}
-                      onChange={(event) => pick(idOf(order), event.target.checked)}
-                    />
-                    <button
-                      type="button"
-                      className="link"
-                      aria-label={`撤单 cancel ${idOf(order)}`}
-                      disabled={busy}
-                      onClick={() => cancel([idOf(order)])}
-                    >
-                      撤
-                    </button>
-                  </span>
-                ),
-            }}
+            empty={isOpenOnly ? t.noOpenOrders : undefined}
           />
-        )}
-      </Outcome>
+        </PicksContext>
+      </StreamState>
+      <CancelDialog
+        // Orders that were filled or cancelled meanwhile are left out.
+        orders={askedOrders}
+        onYes={(orderIds) => {
+          onAsk(undefined);
+          cancel(orderIds);
+        }}
+        onNo={() => onAsk(undefined)}
+      />
     </Panel>
+  );
+}
+
+function OrderControls({ id }: { id: string }) {
+  const t = useTexts();
+  const { picked, isBusy, pick, cancel } = useContext(PicksContext);
+  return (
+    <span className="inline">
+      <input
+        type="checkbox"
+        aria-label={t.pick(id)}
+        checked={picked.has(id)}
+        onChange={(event) => pick(id, event.target.checked)}
+      />
+      <button
+        type="button"
+        className="link"
+        aria-label={t.cancelOrder(id)}
+        disabled={isBusy}
+        onClick={() => cancel(id)}
+      >
+        {t.cancelShort}
+      </button>
+    </span>
   );
 }

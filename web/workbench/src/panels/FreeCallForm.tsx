@@ -1,12 +1,14 @@
 import { answeredCalls, unansweredCalls, type CallBridge } from '@varnel/web-client';
 import { useId, useState, type FormEvent } from 'react';
 import { readArguments } from '../freeCall';
+import { useTexts } from '../texts/useTexts';
 import { Panel } from './Panel';
 
 const methodNames = [...Object.keys(answeredCalls), ...Object.keys(unansweredCalls)];
 
 /** Sends any call with any arguments, without the client's checks. */
 export function FreeCallForm({ bridge }: { bridge: CallBridge }) {
+  const t = useTexts();
   const [method, setMethod] = useState('Data_getFundAccountList_REQ');
   const [text, setText] = useState('["u1", 1]');
   const read = readArguments(text);
@@ -18,10 +20,10 @@ export function FreeCallForm({ bridge }: { bridge: CallBridge }) {
   }
 
   return (
-    <Panel title="自由调用" hint="Call anything" testId="free-call">
+    <Panel title={t.freeCall} testId="free-call">
       <form className="fields" onSubmit={send}>
         <label className="wide">
-          方法 <small>method</small>
+          {t.method}
           <input
             list={listId}
             value={method}
@@ -36,7 +38,7 @@ export function FreeCallForm({ bridge }: { bridge: CallBridge }) {
           </datalist>
         </label>
         <label className="wide">
-          参数 <small>arguments, a JSON array; the first is the call identifier</small>
+          {t.arguments}
           <textarea
             rows={2}
             value={text}
@@ -47,10 +49,10 @@ export function FreeCallForm({ bridge }: { bridge: CallBridge }) {
           />
         </label>
         <button type="submit" disabled={!read.ok}>
-          发送 Send
+          {t.send}
         </button>
         <p id={problemId} className="problem" role="status">
-          {read.ok ? '' : read.reason}
+          {read.ok ? '' : read.reason === undefined ? t.notArray : t.notJson(read.reason)}
         </p>
       </form>
     </Panel>

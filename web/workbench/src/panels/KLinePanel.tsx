@@ -1,18 +1,12 @@
-import { klinePeriods, type Candle, type Connection } from '@varnel/web-client';
-import { useEffect, useMemo, useState, type FormEvent } from 'react';
-import { barOf } from '../candles';
+import { klinePeriods, type Connection } from '@varnel/web-client';
+import { useCallback, useEffect, useRef, useState, type FormEvent } from 'react';
+import { barOf, type Bar } from '../candles';
 import { KLineChart } from '../KLineChart';
+import { useLiveCandles, type KLineQuery } from '../useLiveCandles';
+import { useTexts } from '../texts/useTexts';
 import { useAnswer } from '../useAnswer';
 import { KLineTable } from './KLineTable';
 import { Outcome, Panel } from './Panel';
-
-/** The first chart: the past months of the first watched security. */
-const opening = { symbol: '', startTime: '20240701', stopTime: '', period: klinePeriods.day as string };
-
-interface Shown {
-  title: string;
-  candles: Candle[];
-}
 
 interface Props {
   sdk: Connection;
@@ -20,31 +14,41 @@ interface Props {
   chosen: string;
 }
 
+interface Shown {
+  query: KLineQuery;
+  bars: readonly Bar[];
+}
+
+/** Candles of a security as chart and table. They follow the market when the range has no end. */
 export function KLinePanel({ sdk, chosen }: Props) {
-  const [query, setQuery] = useState(opening);
+  const t = useTexts();
+  const [query, setQuery] = useState<KLineQuery>({ symbol: '', startTime: '', stopTime: '', period: klinePeriods.day });
   const [answer, follow] = useAnswer<Shown>();
 
+  const ask = useCallback(
+    (asked: KLineQuery) => follow(sdk.getKLineData(asked).then((list) => ({ query: asked, bars: list.map(barOf) }))),
+    [sdk, follow],
+  );
+
+  const shownFor = useRef(''); // a view that is shown again keeps its chart
   useEffect(() => {
-    if (chosen === '') return;
+    if (chosen === '' || chosen === shownFor.current) return;
+    shownFor.current = chosen;
     const next = { ...query, symbol: chosen };
     setQuery(next);
     ask(next);
   }, [chosen]);
-
-  function ask(asked: typeof opening) {
-    const title = `${asked.symbol} ${asked.period === klinePeriods.minute ? '分钟线' : '日线'}`;
-    follow(sdk.getKLineData(asked).then((candles) => ({ title, candles })));
-  }
 
   function submit(event: FormEvent) {
     event.preventDefault();
     ask(query);
   }
 
-  const field = (name: 'symbol' | 'startTime' | 'stopTime', text: string, hint: string, placeholder: string) => (
+  const field = (name: 'symbol' | 'startTime' | 'stopTime', text: string, placeholder: string) => (
     <label>
-      {text} <small>{hint}</small>
+      {text}
       <input
+        name={name}
         value={query[name]}
         placeholder={placeholder}
         spellCheck={false}
@@ -54,27 +58,35 @@ export function KLinePanel({ sdk, chosen }: Props) {
   );
 
   return (
-    <Panel title="K线" hint="K-lines" className="klines" testId="klines">
+    <Panel title={t.klines} className="klines" testId="klines">
       <form className="fields" onSubmit={submit}>
-        {field('symbol', '证券代码', 'symbol', '')}
-        {field('startTime', '开始', 'start', '最早 earliest')}
-        {field('stopTime', '结束', 'stop', '最新 latest')}
+        {field('symbol', t.symbol, '')}
+        {field('startTime', t.rangeStart, t.earliest)}
+        {field('stopTime', t.rangeStop, t.latest)}
         <label>
-          周期 <small>period</small>
-          <select value={query.period} onChange={(event) => setQuery({ ...query, period: event.target.value })}>
-            <option value={klinePeriods.minute}>1 分钟 minute</option>
-            <option value={klinePeriods.day}>2 日 day</option>
+          {t.period}
+          <select
+            name="period"
+            value={query.period}
+            onChange={(event) => setQuery({ ...query, period: event.target.value })}
+          >
+            <option value={klinePeriods.minute}>{t.periodMinute}</option>
+            <option value={klinePeriods.day}>{t.periodDay}</option>
           </select>
         </label>
-        <button type="submit">{answer.waiting ? '查询中…' : '查询 Ask'}</button>
+        <button type="submit" disabled={query.symbol === ''}>
+          {t.ask}
+        </button>
       </form>
-      <Outcome of={answer}>{(shown) => <Bars {...shown} />}</Outcome>
+      <Outcome of={answer}>{(shown) => <Bars sdk={sdk} shown={shown} />}</Outcome>
     </Panel>
   );
 }
 
-function Bars({ title, candles }: Shown) {
-  const bars = useMemo(() => candles.map(barOf), [candles]);
+function Bars({ sdk, shown: { query, bars: answered } }: { sdk: Connection; shown: Shown }) {
+  const t = useTexts();
+  const bars = useLiveCandles(sdk, query, answered);
+  const title = query.period === klinePeriods.minute ? t.klineOfMinutes(query.symbol) : t.klineOfDays(query.symbol);
   return (
     <>
       <KLineChart title={title} bars={bars} />

@@ -1,33 +1,37 @@
-import { memo } from 'react';
+import { useMemo } from 'react';
 import type { Bar } from '../candles';
-import { direction, figures } from '../figures';
+import { direction, useFigures } from '../figures';
+import { DataTable } from '../table/DataTable';
+import type { Column } from '../table/types';
+import { useTexts } from '../texts/useTexts';
+
+const idOf = ({ time }: Bar) => time;
 
 /** Newest first, as traders read it. */
-export const KLineTable = memo(function KLineTable({ title, bars }: { title: string; bars: readonly Bar[] }) {
-  return (
-    <div className="scroll" tabIndex={0} role="region" aria-label={`${title} 明细 table`}>
-      <table data-testid="kline-table">
-        <thead>
-          <tr>
-            {figures.map(({ name, hint }) => (
-              <th key={hint} scope="col" title={hint} className="number">
-                {name}
-              </th>
-            ))}
-          </tr>
-        </thead>
-        <tbody>
-          {[...bars].reverse().map((bar, index) => (
-            <tr key={index} className={direction(bar)}>
-              {figures.map(({ hint, write }) => (
-                <td key={hint} className="number">
-                  {write(bar)}
-                </td>
-              ))}
-            </tr>
-          ))}
-        </tbody>
-      </table>
-    </div>
+export function KLineTable({ title, bars }: { title: string; bars: readonly Bar[] }) {
+  const t = useTexts();
+  const figures = useFigures();
+  const columns = useMemo<readonly Column<Bar>[]>(
+    () =>
+      figures.map(({ key, name, write }) => ({
+        key,
+        title: name,
+        kind: key === 'time' ? ('text' as const) : ('number' as const),
+        value: (bar) => bar[key],
+        write,
+        ...(key === 'close' && { tone: direction, isMarked: true }),
+      })),
+    [figures],
   );
-});
+  const newestFirst = useMemo(() => [...bars].reverse(), [bars]);
+  return (
+    <DataTable
+      name="klines"
+      label={t.klineTable(title)}
+      columns={columns}
+      items={newestFirst}
+      idOf={idOf}
+      testId="kline-table"
+    />
+  );
+}

@@ -1,24 +1,29 @@
-import { entrustKeys, executionKeys, type Connection, type OrderFilter } from '@varnel/web-client';
-import { useEffect, useState, type FormEvent } from 'react';
-import { cellColumn, type CellRow } from '../cellColumns';
+import {
+  entrustKeys,
+  executionKeys,
+  orderStatuses,
+  type Connection,
+  type Entrust,
+  type Execution,
+  type OrderFilter,
+} from '@varnel/web-client';
+import { useEffect, useMemo, useState, type FormEvent } from 'react';
 import { commaParts } from '../freeCall';
 import { usePush, useRefetch } from '../live/hooks';
-import { statusNames } from '../orders';
+import { executionIdOf, orderIdOf } from '../records';
 import { Pager } from '../Pager';
-import { RecordTable, type Column } from '../RecordTable';
+import { cellColumn } from '../table/cellColumn';
+import { DataTable } from '../table/DataTable';
+import { useTexts } from '../texts/useTexts';
 import { useAnswer } from '../useAnswer';
+import { useAsk } from '../useAsk';
 import { useFundAccounts } from '../useFundAccounts';
 import { AccountSelect } from './AccountSelect';
 import { Outcome, Panel } from './Panel';
 
 type Kind = 'orders' | 'executions';
 
-const kinds: Record<Kind, { name: string; hint: string; columns: readonly Column<CellRow>[] }> = {
-  orders: { name: '委托', hint: 'Orders', columns: entrustKeys.map(cellColumn) },
-  executions: { name: '成交', hint: 'Executions', columns: executionKeys.map(cellColumn) },
-};
-
-const counts = [20, 50, 100];
+const counts = [100, 500, 2000];
 
 const anything = { fundAccount: '', symbol: '', trader: '', orderStatus: '', orderSource: '', instanceID: '' };
 
@@ -35,29 +40,28 @@ interface Query {
   count: number;
 }
 
-interface Shown extends Query {
-  total: number;
-  rows: readonly CellRow[];
-}
+type Shown = Query & { total: number } & (
+    { kind: 'orders'; rows: readonly Entrust[] } | { kind: 'executions'; rows: readonly Execution[] }
+  );
 
 async function fetchPage(sdk: Connection, query: Query): Promise<Shown> {
   if (query.kind === 'orders') {
     const { totalSize, entrustInfoList } = await sdk.getEntrustList(query);
-    return { ...query, total: totalSize, rows: entrustInfoList };
+    return { ...query, kind: 'orders', total: totalSize, rows: entrustInfoList };
   }
   const { totalSize, executionInfoList } = await sdk.getExecutionList(query);
-  return { ...query, total: totalSize, rows: executionInfoList };
+  return { ...query, kind: 'executions', total: totalSize, rows: executionInfoList };
 }
 
 /** The day's orders or executions, a page at a time. */
 export function OrdersView({ sdk }: { sdk: Connection }) {
+  const t = useTexts();
   const accounts = useFundAccounts(sdk);
-  const [traders, followTraders] = useAnswer<string[]>();
+  const traders = useAsk(['traders'], () => sdk.getTraderList());
   const [conditions, setConditions] = useState(anything);
   const [query, setQuery] = useState<Query>({ kind: 'orders', filter: {}, start: 0, count: counts[0]! });
   const [shown, follow] = useAnswer<Shown>();
 
-  useEffect(() => followTraders(sdk.getTraderList()), [sdk, followTraders]);
   useEffect(() => follow(fetchPage(sdk, query)), [sdk, follow, query]);
 
   // A changed record may belong to another page or no longer match the conditions. Only the terminal knows.
@@ -76,22 +80,23 @@ export function OrdersView({ sdk }: { sdk: Connection }) {
   }
 
   const set = (name: keyof typeof anything) => (value: string) => setConditions({ ...conditions, [name]: value });
-  const field = (name: keyof typeof anything, text: string, hint: string) => (
+  const field = (name: keyof typeof anything, text: string) => (
     <label>
-      {text} <small>{hint}</small>
+      {text}
       <input
+        name={name}
         value={conditions[name]}
-        placeholder="全部 any"
+        placeholder={t.any}
         spellCheck={false}
         onChange={(event) => set(name)(event.target.value)}
       />
     </label>
   );
-  const choice = (name: keyof typeof anything, text: string, hint: string, options: [string, string][]) => (
+  const choice = (name: keyof typeof anything, text: string, options: readonly [string, string][]) => (
     <label>
-      {text} <small>{hint}</small>
-      <select value={conditions[name]} onChange={(event) => set(name)(event.target.value)}>
-        <option value="">全部 all</option>
+      {text}
+      <select name={name} value={conditions[name]} onChange={(event) => set(name)(event.target.value)}>
+        <option value="">{t.all}</option>
         {options.map(([value, shownAs]) => (
           <option key={value} value={value}>
             {shownAs}
@@ -100,45 +105,49 @@ export function OrdersView({ sdk }: { sdk: Connection }) {
       </select>
     </label>
   );
+  const kinds: [Kind, string][] = [
+    ['orders', t.ordersOnly],
+    ['executions', t.executions],
+  ];
 
   const tools = (
-    <div className="tools" role="radiogroup" aria-label="委托或成交 orders or executions">
-      {(Object.keys(kinds) as Kind[]).map((kind) => (
+    <div className="tools" role="radiogroup" aria-label={t.orders}>
+      {kinds.map(([kind, name]) => (
         <label key={kind} className="inline">
           <input
             type="radio"
             name="kind"
+            value={kind}
             checked={query.kind === kind}
             onChange={() => setQuery({ ...query, kind, start: 0 })}
           />
-          {kinds[kind].name} <small>{kinds[kind].hint}</small>
+          {name}
         </label>
       ))}
     </div>
   );
 
   return (
-    <Panel title="委托与成交" hint="Orders and executions" tools={tools} className="fill" testId="orders">
+    <Panel title={t.orders} tools={tools} className="fill" testId="orders">
       <form className="fields" onSubmit={ask}>
-        <AccountSelect
-          accounts={accounts}
-          all="全部 all"
-          value={conditions.fundAccount}
-          onChange={set('fundAccount')}
-        />
-        {field('symbol', '证券标识', 'symbols')}
+        <AccountSelect accounts={accounts} all={t.all} value={conditions.fundAccount} onChange={set('fundAccount')} />
+        {field('symbol', t.symbol)}
         {choice(
           'trader',
-          '交易员',
-          'trader',
+          t.trader,
           (traders.data ?? []).map((trader) => [trader, trader]),
         )}
-        {choice('orderStatus', '状态', 'status', Object.entries(statusNames))}
-        {field('orderSource', '来源', 'source')}
-        {field('instanceID', '策略实例', 'instance')}
+        {choice(
+          'orderStatus',
+          t.field('status'),
+          Object.values(orderStatuses).map((status) => [status, t.code('status', status)]),
+        )}
+        {field('orderSource', t.source)}
+        {field('instanceID', t.instance)}
         <label>
-          每页 <small>rows</small>
+          {t.rowsPerPage}
           <select
+            name="count"
             value={query.count}
             onChange={(event) => setQuery({ ...query, count: Number(event.target.value), start: 0 })}
           >
@@ -147,28 +156,58 @@ export function OrdersView({ sdk }: { sdk: Connection }) {
             ))}
           </select>
         </label>
-        <button type="submit">查询 Ask</button>
+        <button type="submit">{t.ask}</button>
       </form>
       <Outcome of={shown}>
-        {({ kind, start, count, total, rows }) => (
+        {(page) => (
           <>
             <Pager
-              start={start}
-              size={rows.length}
-              total={total}
-              count={count}
+              start={page.start}
+              size={page.rows.length}
+              total={page.total}
+              count={page.count}
               onTurn={(to) => setQuery({ ...query, start: to })}
             />
-            <RecordTable
-              label={`${kinds[kind].name} ${kinds[kind].hint}`}
-              columns={kinds[kind].columns}
-              items={rows}
-              busy={shown.waiting}
-              testId="order-table"
-            />
+            {page.kind === 'orders' ? (
+              <OrderRows rows={page.rows} busy={shown.waiting} />
+            ) : (
+              <ExecutionRows rows={page.rows} busy={shown.waiting} />
+            )}
           </>
         )}
       </Outcome>
     </Panel>
+  );
+}
+
+function OrderRows({ rows, busy }: { rows: readonly Entrust[]; busy: boolean }) {
+  const t = useTexts();
+  const columns = useMemo(() => entrustKeys.map((key) => cellColumn<Entrust>(key, t)), [t]);
+  return (
+    <DataTable
+      name="orders"
+      label={t.ordersOnly}
+      columns={columns}
+      items={rows}
+      idOf={orderIdOf}
+      busy={busy}
+      testId="order-table"
+    />
+  );
+}
+
+function ExecutionRows({ rows, busy }: { rows: readonly Execution[]; busy: boolean }) {
+  const t = useTexts();
+  const columns = useMemo(() => executionKeys.map((key) => cellColumn<Execution>(key, t)), [t]);
+  return (
+    <DataTable
+      name="executions"
+      label={t.executions}
+      columns={columns}
+      items={rows}
+      idOf={executionIdOf}
+      busy={busy}
+      testId="order-table"
+    />
   );
 }

@@ -1,156 +1,159 @@
-import { priceTypes, securityTypes, type Connection, type OrderOutcome, type SecurityDetail } from '@varnel/web-client';
-import { useEffect, useState, type FormEvent } from 'react';
-import type { TickFeed } from '../live/TickFeed';
-import { futureSideNames, priceTypeNames, sideNames } from '../orders';
-import { useCommand } from '../useCommand';
-import { useAnswer } from '../useAnswer';
-import { useDelayed } from '../useDelayed';
-import { useFundAccounts } from '../useFundAccounts';
+import type { Connection, FundAccount, SecurityDetail } from '@varnel/web-client';
+import { useEffect, useRef, type FormEvent } from 'react';
+import { useQuote } from '../live/useWatch';
+import { quoteOf } from '../quote';
+import { useTexts } from '../texts/useTexts';
+import { directionOf, isMarket, priceTypeChoices, sideChoices, steppedPrice, steppedQty } from '../ticket';
+import type { Answered } from '../useAnswer';
+import type { Ticket } from '../useTicket';
 import { useTradable } from '../useTradable';
 import { AccountSelect } from './AccountSelect';
-import { CommandOutcome, PlacedOutcome } from './CommandOutcome';
+import { CommandOutcome } from './CommandOutcome';
 import { Confirm } from './Confirm';
+import { OrderOutcomeView } from './OrderOutcomeView';
 import { Panel } from './Panel';
+import { StepField } from './StepField';
+import { SymbolField } from './SymbolField';
 import { TicketPrices } from './TicketPrices';
 
 interface Props {
   sdk: Connection;
-  feed: TickFeed;
-  /** The symbol chosen in another panel, or empty. */
-  suggested: string;
+  ticket: Ticket;
+  accounts: Answered<FundAccount[]>;
+  securities: Answered<readonly SecurityDetail[]>;
 }
 
-const empty = { orderSide: '', priceType: priceTypes.limit as string, price: '', qty: '', orderTag: 'manual' };
+/** Enters one order: fill in, review, confirm, send once. */
+export function TicketPanel({ sdk, ticket, accounts, securities }: Props) {
+  const t = useTexts();
+  const { draft, security, change, reviewed, command } = ticket;
+  const quote = quoteOf(useQuote(security?.symbol ?? '') ?? {});
+  const atMarket = isMarket(draft);
+  const price = atMarket ? '0' : draft.price;
+  const { fundAccount, symbol, orderSide, priceType, tag } = draft;
+  const most = useTradable(
+    sdk,
+    security && { fundAccount, symbol, exchange: security.exchange, side: orderSide, priceType, price, tag },
+  );
 
-/** Enters one order: fill in, confirm, send once. */
-export function TicketPanel({ sdk, feed, suggested }: Props) {
-  const accounts = useFundAccounts(sdk);
-  const [chosen, setChosen] = useState<string>();
-  const [symbol, setSymbol] = useState(suggested);
-  const [form, setForm] = useState(empty);
-  const [confirming, setConfirming] = useState(false);
-  const [detail, followDetail] = useAnswer<SecurityDetail | undefined>();
-  const [command, run, reset] = useCommand<OrderOutcome>();
+  const best = directionOf(orderSide) === 'buy' ? quote.asks[0] : quote.bids[0];
+  const start = best?.price ?? quote.figures.last;
+  const isBusy = command.phase === 'busy';
 
-  const settled = useDelayed(symbol); // no call for each key
+  // After the confirmation the focus goes back to where the order was entered.
+  const submit = useRef<HTMLButtonElement>(null);
+  const wasReviewed = useRef(false);
   useEffect(() => {
-    if (settled !== '') followDetail(sdk.getSymbolDetail({ symbols: [settled] }).then(([only]) => only));
-  }, [sdk, followDetail, settled]);
-  const security = detail.data?.symbol === symbol ? detail.data : undefined;
+    if (wasReviewed.current && !reviewed && document.activeElement === document.body) submit.current?.focus();
+    wasReviewed.current = reviewed !== undefined;
+  }, [reviewed]);
 
-  const fundAccount = chosen ?? accounts.data?.[0]?.fundAccount ?? '';
-  const choices = security?.securityType === securityTypes.future ? futureSideNames : sideNames;
-  const orderSide = form.orderSide in choices ? form.orderSide : Object.keys(choices)[0]!;
-  const isMarket = form.priceType === priceTypes.market;
-  const price = isMarket ? '0' : form.price;
-  const order = { ...form, fundAccount, symbol, exchange: security?.exchange ?? '', orderSide, price };
-  const isWhole = symbol !== '' && security !== undefined && fundAccount !== '' && price !== '' && form.qty !== '';
-  const { exchange, priceType, orderTag: tag } = order;
-  const asked = { fundAccount, symbol, exchange, side: orderSide, priceType, price, tag };
-  const most = useTradable(sdk, security ? asked : undefined);
-
-  const change = (part: Partial<typeof empty>) => {
-    setForm({ ...form, ...part });
-    setConfirming(false);
-    reset();
-  };
-  useEffect(() => {
-    if (suggested === '') return;
-    setSymbol(suggested);
-    change({});
-  }, [suggested]);
-  const askBack = (event: FormEvent) => {
+  function review(event: FormEvent) {
     event.preventDefault();
-    if (isWhole && command.phase !== 'busy') setConfirming(true);
-  };
-  const place = () => {
-    setConfirming(false);
-    run(() => sdk.insertOrder(order));
-  };
-
-  const choice = (name: 'orderSide' | 'priceType', value: string, text: string, names: typeof sideNames) => (
-    <label>
-      {text} <small>{name === 'orderSide' ? 'side' : 'price type'}</small>
-      <select value={value} onChange={(event) => change({ [name]: event.target.value })}>
-        {Object.entries(names).map(([code, shown]) => (
-          <option key={code} value={code}>
-            {shown}
-          </option>
-        ))}
-      </select>
-    </label>
-  );
-  const field = (name: 'price' | 'qty' | 'orderTag', text: string, hint: string, value: string, disabled = false) => (
-    <label>
-      {text} <small>{hint}</small>
-      <input
-        value={value}
-        disabled={disabled}
-        inputMode={name === 'orderTag' ? 'text' : 'decimal'}
-        spellCheck={false}
-        onChange={(event) => change({ [name]: event.target.value.trim() })}
-      />
-    </label>
-  );
+    ticket.review();
+  }
 
   return (
-    <Panel title="下单" hint="Order ticket" testId="ticket">
-      <form className="fields" onSubmit={askBack}>
+    <Panel title={t.ticket} className={`ticket ${directionOf(orderSide)}`} testId="ticket">
+      <form className="fields" onSubmit={review}>
         <AccountSelect
           accounts={accounts}
           value={fundAccount}
-          onChange={(account) => {
-            setChosen(account);
-            change({});
-          }}
+          onChange={(account) => change({ fundAccount: account })}
         />
-        <label>
-          证券标识 <small>symbol</small>
-          <input
-            value={symbol}
-            spellCheck={false}
-            onChange={(event) => {
-              setSymbol(event.target.value.trim());
-              change({});
-            }}
-          />
-        </label>
+        <SymbolField
+          value={symbol}
+          securities={securities.data ?? []}
+          onChange={(typed) => change({ symbol: typed })}
+        />
         <TicketPrices
-          feed={feed}
-          symbol={security ? symbol : ''}
-          name={security?.displayName ?? ''}
+          quote={quote}
+          name={security?.displayName ?? (symbol !== '' && securities.data ? t.noSuchSecurity : '')}
           precision={security?.precision ?? 2}
           onPrice={(text) => change({ price: text })}
         />
-        {choice('orderSide', orderSide, '买卖', choices)}
-        {choice('priceType', form.priceType, '价格类型', priceTypeNames)}
-        {field('price', '价格', 'price', isMarket ? '市价' : form.price, isMarket)}
-        {field('qty', '数量', 'quantity', form.qty)}
-        {field('orderTag', '标签', 'tag', form.orderTag)}
-        <p className="quiet wide">
-          可交易量 <small>tradable</small>{' '}
+        <fieldset className="sides wide">
+          <legend>{t.side}</legend>
+          {sideChoices(security).map((side) => (
+            <label key={side} className={`side ${directionOf(side)} ${side === orderSide ? 'chosen' : ''}`}>
+              <input
+                type="radio"
+                name="orderSide"
+                value={side}
+                checked={side === orderSide}
+                onChange={() => change({ orderSide: side })}
+              />
+              {t.code('side', side)}
+            </label>
+          ))}
+        </fieldset>
+        <label>
+          {t.priceType}
+          <select name="priceType" value={priceType} onChange={(event) => change({ priceType: event.target.value })}>
+            {priceTypeChoices.map((code) => (
+              <option key={code} value={code}>
+                {t.code('priceType', code)}
+              </option>
+            ))}
+          </select>
+        </label>
+        <StepField
+          name="price"
+          label={t.price}
+          value={atMarket ? t.marketPrice : draft.price}
+          disabled={atMarket}
+          onChange={(text) => change({ price: text })}
+          stepped={(ticks) => (security ? steppedPrice(draft.price, ticks, security, start) : draft.price)}
+        />
+        <StepField
+          name="qty"
+          label={t.quantity}
+          value={draft.qty}
+          onChange={(text) => change({ qty: text })}
+          stepped={(steps) => (security ? steppedQty(draft.qty, steps, security) : draft.qty)}
+        />
+        <label>
+          {t.tag}
+          <input
+            name="tag"
+            value={tag}
+            placeholder={t.ownTag}
+            autoComplete="off"
+            spellCheck={false}
+            onChange={(event) => change({ tag: event.target.value.trim() })}
+          />
+        </label>
+        <p className="quiet tradable">
+          {t.tradable}{' '}
           <output className="number" data-testid="ticket-tradable">
             {most}
           </output>
         </p>
-        <button type="submit" disabled={!isWhole || confirming || command.phase === 'busy'}>
-          {command.phase === 'busy' ? '发送中…' : '下单 Place'}
+        <button type="submit" ref={submit} disabled={!ticket.isComplete || reviewed !== undefined || isBusy}>
+          {isBusy ? t.sending : t.review}
         </button>
       </form>
-      {confirming && (
+      {reviewed && (
         <Confirm
           question={
             <>
-              {fundAccount} <strong>{choices[orderSide]}</strong> {symbol} {security?.displayName}{' '}
-              {priceTypeNames[form.priceType]} {isMarket ? '' : price} × {form.qty} <small>{form.orderTag}</small>
+              {reviewed.fundAccount}{' '}
+              <strong className={directionOf(reviewed.orderSide)}>{t.code('side', reviewed.orderSide)}</strong>{' '}
+              {reviewed.symbol} {security?.displayName} {t.code('priceType', reviewed.priceType)}{' '}
+              <span className="number">
+                {isMarket(reviewed) ? '' : reviewed.price} × {reviewed.qty}
+              </span>{' '}
+              <small>{reviewed.orderTag}</small>
             </>
           }
-          onYes={place}
-          onNo={() => setConfirming(false)}
+          onYes={ticket.confirm}
+          onNo={ticket.back}
         />
       )}
       <div className="outcome" data-testid="ticket-outcome">
-        <CommandOutcome command={command}>{(order) => <PlacedOutcome order={order} />}</CommandOutcome>
+        <CommandOutcome command={command}>
+          {(outcome) => <OrderOutcomeView sdk={sdk} outcome={outcome} fundAccount={fundAccount} />}
+        </CommandOutcome>
       </div>
     </Panel>
   );

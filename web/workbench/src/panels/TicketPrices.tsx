@@ -1,38 +1,43 @@
-import { useTick } from '../live/hooks';
-import type { TickFeed } from '../live/TickFeed';
-import { quoteOf } from '../quote';
+import { useFormats } from '../formats';
+import type { Quote } from '../quote';
+import { useTexts } from '../texts/useTexts';
 
 interface Props {
-  feed: TickFeed;
-  symbol: string;
+  quote: Quote;
   name: string;
   precision: number;
   onPrice: (text: string) => void;
 }
 
-/** The current prices. A click copies one to the ticket. */
-export function TicketPrices({ feed, symbol, name, precision, onPrice }: Props) {
-  const { figures, bids, asks } = quoteOf(useTick(feed, symbol) ?? {});
+/** The current prices. A press copies one to the ticket. */
+export function TicketPrices({ quote: { figures, bids, asks }, name, precision, onPrice }: Props) {
+  const t = useTexts();
+  const { price } = useFormats();
   const prices: [string, number | undefined][] = [
-    ['买一', bids[0]?.price],
-    ['最新', figures.last],
-    ['卖一', asks[0]?.price],
+    [t.bid, bids[0]?.price],
+    [t.last, figures.last],
+    [t.asked, asks[0]?.price],
   ];
   return (
-    <p className="prices wide">
+    <div className="prices wide" role="group" aria-label={t.pricesNow}>
       <strong>{name || '—'}</strong>
       {prices.map(([title, value]) => (
         <span key={title}>
           <small>{title}</small>{' '}
           {value ? (
-            <button type="button" className="link number" onClick={() => onPrice(value.toFixed(precision))}>
-              {value.toFixed(precision)}
+            <button
+              type="button"
+              className="link number"
+              aria-label={t.takePrice(title, price(value, precision))}
+              onClick={() => onPrice(value.toFixed(precision))}
+            >
+              {price(value, precision)}
             </button>
           ) : (
             '—'
           )}
         </span>
       ))}
-    </p>
+    </div>
   );
 }

@@ -1,28 +1,154 @@
-import type { Connection } from '@varnel/web-client';
-import type { TickFeed } from '../live/TickFeed';
+import type { Connection, Entrust, Execution, Position } from '@varnel/web-client';
+import { useCallback, useMemo, useRef, useState } from 'react';
+import { useHotKeys } from '../hotkeys';
+import { useWatch, type StartWatch } from '../live/useWatch';
+import { newestFirst, openStatuses, orderIdOf } from '../records';
+import { useTexts } from '../texts/useTexts';
+import { sideFor, type Direction } from '../ticket';
+import { Tabs } from '../ui/Tabs';
+import { useFundAccounts } from '../useFundAccounts';
+import { useSecurities } from '../useSecurities';
+import { useTicket, type Proposal } from '../useTicket';
 import { BasketPanel } from './BasketPanel';
 import { BlotterPanel } from './BlotterPanel';
-import { DealsPanel } from './DealsPanel';
+import { DealsTable } from './DealsPanel';
+import { HotKeysDialog } from './HotKeysDialog';
+import { LadderPanel } from './LadderPanel';
+import { Panel } from './Panel';
+import { PositionsTable, useClosing } from './PositionsTable';
 import { TicketPanel } from './TicketPanel';
 
 interface Props {
   sdk: Connection;
-  feed: TickFeed;
-  symbol: string;
+  /** What another view has chosen for the ticket; each new object is filled in once. */
+  proposal: Proposal | undefined;
 }
 
-/** Order entry on the left, orders on the right. */
-export function TradeView({ sdk, feed, symbol }: Props) {
+const latestCount = 500;
+
+/** Order entry and ladder on the left; orders, positions and executions on the right. */
+export function TradeView({ sdk, proposal: proposed }: Props) {
+  const t = useTexts();
+  const accounts = useFundAccounts(sdk);
+  const securities = useSecurities(sdk);
+  const bySymbol = useMemo(
+    () => new Map((securities.data ?? []).map((security) => [security.symbol, security])),
+    [securities.data],
+  );
+  const [own, setOwn] = useState<Proposal>();
+  const [asked, setAsked] = useState<readonly string[]>();
+  const [isHelping, setHelping] = useState(false);
+  const [notice, setNotice] = useState('');
+  const [side, setSide] = useState('positions');
+  const view = useRef<HTMLDivElement>(null);
+
+  const open = useWatch<Entrust>(
+    useCallback<StartWatch<Entrust>>(
+      (listener) => sdk.watchOrders({ filter: { orderStatus: [...openStatuses] } }, listener),
+      [sdk],
+    ),
+    newestFirst,
+  );
+  const latest = useWatch<Entrust>(
+    useCallback<StartWatch<Entrust>>((listener) => sdk.watchOrders({ limit: latestCount }, listener), [sdk]),
+    newestFirst,
+  );
+  const executions = useWatch<Execution>(
+    useCallback<StartWatch<Execution>>((listener) => sdk.watchExecutions({ limit: latestCount }, listener), [sdk]),
+    newestFirst,
+  );
+  const fundAccounts = useMemo(() => (accounts.data ?? []).map(({ fundAccount }) => fundAccount), [accounts.data]);
+  const openPositions = useCallback<StartWatch<Position>>(
+    (listener) => sdk.watchPositions({ fundAccounts }, listener),
+    [sdk, fundAccounts],
+  );
+  const positions = useWatch<Position>(fundAccounts.length > 0 ? openPositions : undefined);
+
+  const ticket = useTicket({
+    sdk,
+    firstAccount: fundAccounts[0] ?? '',
+    securities: bySymbol,
+    proposal: own ?? proposed,
+  });
+
+  const focus = useCallback((selector: string) => {
+    const field = view.current?.querySelector<HTMLElement>(selector);
+    field?.focus();
+    if (field instanceof HTMLInputElement) field.select();
+  }, []);
+
+  const prepare = useCallback(
+    (order: Proposal) => {
+      setOwn(order);
+      focus('[data-testid="ticket"] button[type="submit"]');
+    },
+    [focus],
+  );
+  const close = useClosing(sdk, securities.data, prepare);
+
+  const take = (direction: Direction) => () =>
+    ticket.change({ orderSide: sideFor(direction, ticket.security, ticket.draft.orderSide) });
+  const openIds = () => open.items.map(orderIdOf);
+  useHotKeys({
+    ticket: () => focus('[name="symbol"]'),
+    buy: take('buy'),
+    sell: take('sell'),
+    price: () => focus('[name="price"]'),
+    qty: () => focus('[name="qty"]'),
+    ladder: () => focus('[data-testid="ladder"] tbody button[tabindex="0"]'),
+    blotter: () => focus('[data-testid="blotter"] .scroll'),
+    cancelLast: () => {
+      const ids = new Set(openIds());
+      const last = ticket.placed.filter((id) => ids.has(id)).at(-1);
+      setNotice(last ? '' : t.noOwnOpenOrder);
+      if (last) setAsked([last]);
+    },
+    cancelAll: () => {
+      const ids = openIds();
+      setNotice(ids.length > 0 ? '' : t.noOpenOrders);
+      if (ids.length > 0) setAsked(ids);
+    },
+    help: () => setHelping(true),
+  });
+
   return (
-    <>
-      <div className="column">
-        <TicketPanel sdk={sdk} feed={feed} suggested={symbol} />
-        <BasketPanel sdk={sdk} />
+    <div className="trade" ref={view}>
+      <div className="column entry">
+        <TicketPanel sdk={sdk} ticket={ticket} accounts={accounts} securities={securities} />
+        <LadderPanel ticket={ticket} openOrders={open.items} />
       </div>
       <div className="column">
-        <BlotterPanel sdk={sdk} />
-        <DealsPanel sdk={sdk} />
+        <BlotterPanel sdk={sdk} open={open} latest={latest} asked={asked} onAsk={setAsked} />
+        <p className="notice" role="status" data-testid="notice">
+          {notice}
+        </p>
+        <Panel
+          title={t.book}
+          className="fill"
+          testId="book"
+          tools={
+            <button type="button" className="plain" onClick={() => setHelping(true)}>
+              {t.hotKeys}
+            </button>
+          }
+        >
+          <Tabs
+            label={t.book}
+            current={side}
+            onChange={setSide}
+            tabs={[
+              {
+                id: 'positions',
+                title: t.positions,
+                content: <PositionsTable positions={positions} onClose={close} />,
+              },
+              { id: 'deals', title: t.executions, content: <DealsTable executions={executions} /> },
+              { id: 'basket', title: t.basket, content: <BasketPanel sdk={sdk} accounts={accounts} /> },
+            ]}
+          />
+        </Panel>
       </div>
-    </>
+      <HotKeysDialog open={isHelping} onClose={() => setHelping(false)} />
+    </div>
   );
 }

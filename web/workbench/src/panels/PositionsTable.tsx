@@ -1,0 +1,102 @@
+import { positionId, type Connection, type Position, type SecurityDetail } from '@varnel/web-client';
+import { useCallback, useMemo } from 'react';
+import { closingOrder, isClosable, securityOf } from '../closing';
+import { toneOf, useFormats } from '../formats';
+import type { Watched } from '../live/useWatch';
+import { quoteOf } from '../quote';
+import { DataTable } from '../table/DataTable';
+import type { Column } from '../table/types';
+import { useTexts } from '../texts/useTexts';
+import type { Proposal } from '../useTicket';
+import { StreamState } from './StreamState';
+
+interface Props {
+  positions: Watched<Position>;
+  onClose: (position: Position) => void;
+}
+
+/** A small list of the positions, each of which can be closed. */
+export function PositionsTable({ positions, onClose }: Props) {
+  const t = useTexts();
+  const formats = useFormats();
+  const columns = useMemo<readonly Column<Position>[]>(() => {
+    const text = (key: 'fundAccount' | 'securityId' | 'securityName'): Column<Position> => ({
+      key,
+      title: t.field(key),
+      kind: 'text',
+      value: (position) => String(position[key] ?? ''),
+    });
+    const figure = (key: 'currentQty' | 'tradableQty' | 'costPrice' | 'lastPrice' | 'profit'): Column<Position> => ({
+      key,
+      title: t.field(key),
+      kind: 'number',
+      value: (position) => position[key] as number,
+      ...(key === 'profit' && {
+        write: (position: Position) => formats.money(position.profit),
+        tone: (position: Position) => toneOf(position.profit),
+      }),
+    });
+    return [
+      {
+        key: 'close',
+        title: t.closePosition,
+        kind: 'control',
+        width: 6,
+        value: () => '',
+        write: (position) =>
+          isClosable(position) && (
+            <button
+              type="button"
+              className="link"
+              aria-label={t.closePositionOf(`${String(position.securityName)} ${String(position.fundAccount)}`)}
+              onClick={() => onClose(position)}
+            >
+              {t.closePosition}
+            </button>
+          ),
+      },
+      text('securityId'),
+      text('securityName'),
+      figure('currentQty'),
+      figure('tradableQty'),
+      figure('costPrice'),
+      figure('lastPrice'),
+      figure('profit'),
+      text('fundAccount'),
+    ];
+  }, [t, formats, onClose]);
+
+  return (
+    <StreamState of={positions}>
+      <DataTable
+        name="tradePositions"
+        label={t.positions}
+        columns={columns}
+        items={positions.items}
+        idOf={positionId}
+        testId="trade-positions"
+      />
+    </StreamState>
+  );
+}
+
+/** Prepares the order that closes a position, at the current quote. */
+export function useClosing(
+  sdk: Connection,
+  securities: readonly SecurityDetail[] | undefined,
+  onPrepared: (order: Proposal) => void,
+): (position: Position) => void {
+  return useCallback(
+    (position) => {
+      const security = securities && securityOf(position, securities);
+      if (!security) return;
+      const prepare = (quote: ReturnType<typeof quoteOf>) => onPrepared(closingOrder(position, security, quote));
+      // Without a quote the user types the price.
+      sdk.getCurrentTick({ symbol: security.symbol }).then(
+        (tick) => prepare(quoteOf(tick)),
+        () => prepare(quoteOf({})),
+      );
+    },
+    [sdk, securities, onPrepared],
+  );
+}

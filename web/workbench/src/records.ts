@@ -1,0 +1,48 @@
+import {
+  orderStatuses,
+  type Cell,
+  type Entrust,
+  type Execution,
+  type Position,
+  type SecurityDetail,
+} from '@varnel/web-client';
+import { valueOf } from './table/cellColumn';
+import type { Texts } from './texts';
+
+type Row = Entrust | Execution;
+
+export const orderIdOf = ({ orderId }: Row) => valueOf(orderId);
+export const executionIdOf = ({ execId }: Execution) => valueOf(execId);
+
+/** The states in which an order can still be filled or cancelled. */
+export const openStatuses: readonly string[] = [orderStatuses.reported, orderStatuses.partlyFilled];
+
+export const isOpen = ({ status }: Pick<Entrust, 'status'>) => openStatuses.includes(valueOf(status));
+
+/** The status in the language of the desk: the terminal's own text in Chinese. */
+export function statusText({ status }: Entrust, t: Texts): string {
+  return t.language === 'zh' ? String(status.displayRole) : t.code('status', valueOf(status));
+}
+
+const timeOf = (record: Row) => valueOf('dealTime' in record ? record.dealTime : record.entrustTime);
+
+/** The newest records first. Of the same time those that came later stand before. */
+export function newestFirst<Item extends Row>(records: ReadonlyMap<string, Item>): readonly Item[] {
+  const timed = [...records.values()].reverse().map((record) => ({ record, time: timeOf(record) }));
+  timed.sort((one, other) => (one.time < other.time ? 1 : one.time > other.time ? -1 : 0));
+  return timed.map(({ record }) => record);
+}
+
+/** Whether a record is of this security. Records have no symbol, only code and name. */
+export function isOf(
+  record: Row | Position,
+  { securityId, displayName }: Pick<SecurityDetail, 'securityId' | 'displayName'>,
+): boolean {
+  return shown(record.securityId) === securityId && shown(record.securityName) === displayName;
+}
+
+/** Orders and executions have a pair for each field, positions a plain value. */
+function shown(field: Cell | Position['securityId']): string {
+  const isPair = typeof field === 'object' && field !== null && 'displayRole' in field;
+  return String(isPair ? field.displayRole : field);
+}
