@@ -5,9 +5,9 @@ export const entry = (page: Page, kind: 'call' | 'event' | 'connection', name: s
   page.getByTestId('entry').and(page.locator(`[data-kind="${kind}"][data-name="${name}"]`));
 
 /** Opens the desk and waits for the answers to its first calls. */
-export async function openDesk(page: Page): Promise<Frames> {
+export async function openDesk(page: Page, address = '/'): Promise<Frames> {
   const frames = new Frames(page);
-  await page.goto('/');
+  await page.goto(address);
   await expect(page.getByTestId('connection')).toHaveText('已连接');
   await expect(page.getByTestId('kline-table').locator('tbody tr')).not.toHaveCount(0);
   await expect(page.getByTestId('unanswered')).toHaveText('0');

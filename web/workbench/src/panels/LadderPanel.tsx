@@ -5,6 +5,7 @@ import { ladderOf, type Rung } from '../ladder';
 import { useQuote } from '../live/useWatch';
 import { isOf } from '../records';
 import { quoteOf } from '../quote';
+import { valueOf } from '../table/cellColumn';
 import { useTexts } from '../texts/useTexts';
 import { sideFor, steppedQty, type Direction } from '../ticket';
 import { Switch } from '../ui/Switch';
@@ -14,7 +15,7 @@ import { StepField } from './StepField';
 
 interface Props {
   ticket: Ticket;
-  /** Open orders of all securities. */
+  /** Open orders of all accounts and securities. Those of the ticket's account and security are shown. */
   openOrders: readonly Entrust[];
 }
 
@@ -40,8 +41,11 @@ export function LadderPanel({ ticket, openOrders }: Props) {
 
   const tick = useQuote(security?.symbol ?? '');
   const own = useMemo(
-    () => (security ? openOrders.filter((order) => isOf(order, security)) : []),
-    [openOrders, security],
+    () =>
+      security
+        ? openOrders.filter((order) => valueOf(order.fundAccount) === draft.fundAccount && isOf(order, security))
+        : [],
+    [openOrders, security, draft.fundAccount],
   );
   const precision = security?.precision ?? 2;
   const { rungs, elsewhere } = useMemo(() => ladderOf(quoteOf(tick ?? {}), own, precision), [tick, own, precision]);
@@ -142,10 +146,10 @@ function RungRow({ rung, price, reached, onReach, onTake }: RungProps) {
       <button
         type="button"
         tabIndex={reached === column ? 0 : -1}
-        aria-label={direction === 'buy' ? t.buyAt(price) : t.sellAt(price)}
         onFocus={() => onReach(column)}
         onClick={() => onTake(direction, rung.price)}
       >
+        <span className="unseen">{direction === 'buy' ? t.buyAt(price) : t.sellAt(price)}</span>
         {own > 0 && (
           <mark data-testid={`own-${direction}`} title={t.ownAt(whole(own), price)}>
             {whole(own)}

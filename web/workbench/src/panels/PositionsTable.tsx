@@ -1,13 +1,11 @@
-import { positionId, type Connection, type Position, type SecurityDetail } from '@varnel/web-client';
-import { useCallback, useMemo } from 'react';
-import { closingOrder, isClosable, securityOf } from '../closing';
+import { positionId, type Position } from '@varnel/web-client';
+import { useMemo } from 'react';
+import { isClosable } from '../closing';
 import { toneOf, useFormats } from '../formats';
 import type { Watched } from '../live/useWatch';
-import { quoteOf } from '../quote';
 import { DataTable } from '../table/DataTable';
 import type { Column } from '../table/types';
 import { useTexts } from '../texts/useTexts';
-import type { Proposal } from '../useTicket';
 import { StreamState } from './StreamState';
 
 interface Props {
@@ -77,26 +75,5 @@ export function PositionsTable({ positions, onClose }: Props) {
         testId="trade-positions"
       />
     </StreamState>
-  );
-}
-
-/** Prepares the order that closes a position, at the current quote. */
-export function useClosing(
-  sdk: Connection,
-  securities: readonly SecurityDetail[] | undefined,
-  onPrepared: (order: Proposal) => void,
-): (position: Position) => void {
-  return useCallback(
-    (position) => {
-      const security = securities && securityOf(position, securities);
-      if (!security) return;
-      const prepare = (quote: ReturnType<typeof quoteOf>) => onPrepared(closingOrder(position, security, quote));
-      // Without a quote the user types the price.
-      sdk.getCurrentTick({ symbol: security.symbol }).then(
-        (tick) => prepare(quoteOf(tick)),
-        () => prepare(quoteOf({})),
-      );
-    },
-    [sdk, securities, onPrepared],
   );
 }

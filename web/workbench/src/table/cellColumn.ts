@@ -39,9 +39,7 @@ export function cellColumn<Row extends CellRow>(key: CellKey & keyof Row & strin
     if (text === null || text === undefined) return missing;
     // The terminal's own texts are Chinese.
     if (!kind || t.language === 'zh') return typeof text === 'object' ? JSON.stringify(text) : String(text);
-    const code = valueOf(row[key]);
-    const name = t.code(kind, code);
-    return name === code ? String(text) : name;
+    return t.code(kind, valueOf(row[key]), String(text));
   };
   return {
     key,

@@ -22,8 +22,8 @@ export interface Texts extends InOneLanguage<Merged> {
   readonly language: Language;
   /** The name of a field of the terminal's records. */
   field(key: FieldKey): string;
-  /** The name of a code; a code without a name stays as it is. */
-  code(kind: CodeKind, code: string): string;
+  /** The name of a code. A code without a name stays as it is, or is called `otherwise`. */
+  code(kind: CodeKind, code: string, otherwise?: string): string;
 }
 
 function inLanguage<Table extends TextTable>(table: Table, at: number): InOneLanguage<Table> {
@@ -38,7 +38,8 @@ function textsIn(language: Language): Texts {
     ...inLanguage(trading, at),
     language,
     field: (key) => fields[key][at]!,
-    code: (kind, code) => (codes[kind] as Readonly<Record<string, readonly string[]>>)[code]?.[at] ?? code,
+    code: (kind, code, otherwise = code) =>
+      (codes[kind] as Readonly<Record<string, readonly string[]>>)[code]?.[at] ?? otherwise,
   };
 }
 
