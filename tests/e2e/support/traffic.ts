@@ -26,6 +26,7 @@ const clientUuid = /^(?:[0-9a-f]{32}|[0-9a-f-]{36})-\d+$/;
 export function watchTraffic(context: BrowserContext): void {
   context.on('page', (page) =>
     page.on('websocket', (socket) => {
+      if (new URL(socket.url()).pathname !== '/view') return; // of the page's own server, not of the simulator
       socket.on('framesent', ({ payload }) => {
         const { invoke, args } = JSON.parse(String(payload)) as Sent;
         if (!clientUuid.test(String(args[0]))) return;

@@ -23,7 +23,7 @@ import type { Terminal } from './streams/terminal.js';
 import type { Watch, WatchListener, WatchOptions } from './streams/watch.js';
 import { Subscriptions } from './subscriptions.js';
 import type { Calls as CallFunctions, OneWayCalls } from './types.js';
-import type { SimulatorVocabulary, Tick, Vocabulary } from './vocabulary.js';
+import { quoteFields, type SimulatorVocabulary, type Tick, type Vocabulary } from './vocabulary.js';
 
 export interface ConnectOptions {
   /** How long a call waits for connection and answer together, in milliseconds. 10,000 unless you say otherwise. */
@@ -32,6 +32,8 @@ export interface ConnectOptions {
   onUnpaired?: (event: string, reply: unknown) => void;
   /** Called for every push of an unexpected form. Without it such pushes go to the console. */
   onUnreadable?: OnUnreadable;
+  /** Field of a quote that has its symbol, for `watchQuotes`. "symbol" unless your terminal names it otherwise. */
+  symbolField?: string;
   /** Called when a watch could not subscribe, or could not have its list. Without it such errors go to the console. */
   onWatchError?: (error: unknown) => void;
 }
@@ -116,7 +118,7 @@ export function connect<V extends Vocabulary = SimulatorVocabulary>(
   const subscriptions = new Subscriptions(calls, link, onError);
   const hub = new PushHub(bridge, options.onUnreadable);
   const terminal: Terminal = { calls, link, on: hub.on, subscriptions, opened, closed, ended, onError };
-  const quotes = new Quotes(terminal);
+  const quotes = new Quotes(terminal, options.symbolField ?? quoteFields.symbol);
   const { subscribe, unsubscribe, unsubscribeAll, subStrategyMsg } = subscriptions;
   const plainCalls = (Object.keys(methods) as Call[]).map((call) => [
     call,

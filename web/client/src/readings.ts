@@ -150,7 +150,7 @@ function entriesSchema(title: string, entries: Readonly<Record<string, Expected>
 }
 
 function jsonText(contentSchema: JsonSchema): JsonSchema {
-  return { type: 'string', contentMediaType: 'application/json', contentSchema };
+  return { type: 'string', description: 'JSON as a text.', contentMediaType: 'application/json', contentSchema };
 }
 
 /** Turns an argument into what travels. */
@@ -185,7 +185,7 @@ export const parameters: { readonly [Name in keyof ArgumentTypes]: Parameter<Arg
   }),
 
   /** Travels as one text with commas. The terminal would read an empty list as one empty entry. */
-  commaList: parameter('list', { type: 'string' }, (value) => {
+  commaList: parameter('list', { type: 'string', description: 'The entries with commas between them.' }, (value) => {
     if (!isTexts(value)) throw new TypeError('must be a list of strings');
     if (value.length === 0) throw new RangeError('must not be empty');
     if (value.some((entry) => entry.includes(','))) throw new RangeError('must have no comma in an entry');
@@ -234,10 +234,14 @@ export const parameters: { readonly [Name in keyof ArgumentTypes]: Parameter<Arg
   }),
 
   /** "1" subscribes; any other text ends the subscription. */
-  subscription: parameter('text', { type: 'string', enum: ['1', '0'] }, (value) => {
-    if (typeof value !== 'boolean') throw new TypeError('must be true or false');
-    return value ? '1' : '0';
-  }),
+  subscription: parameter(
+    'text',
+    { type: 'string', description: 'True is "1", false is "0".', enum: ['1', '0'] },
+    (value) => {
+      if (typeof value !== 'boolean') throw new TypeError('must be true or false');
+      return value ? '1' : '0';
+    },
+  ),
 };
 
 // ---- Answers -------------------------------------------------------------------------------------------------------

@@ -10,6 +10,7 @@ export type JsonObject = { [key: string]: Json };
 export interface JsonSchema {
   /** The name of its type. */
   readonly title?: string;
+  readonly description?: string;
   readonly examples?: readonly Json[];
   readonly type?: 'object' | 'array' | 'string' | 'number' | 'integer' | 'boolean';
   readonly properties?: Readonly<Record<string, JsonSchema>>;

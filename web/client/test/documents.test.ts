@@ -8,6 +8,7 @@ const documents = [
   'CHANGELOG.md',
   'web/client/README.md',
   'web/workbench/README.md',
+  'examples/page/README.md',
 ].concat(
   readdirSync(new URL('docs/', root))
     .filter((name) => name.endsWith('.md'))

@@ -5,7 +5,7 @@ const folder = fileURLToPath(new URL('..', import.meta.url));
 const pagePath = `${folder}page.ts`;
 
 /** The declarations of the package, as `npm run build` writes them, by path. */
-function declarations(): { files: Map<string, string>; options: ts.CompilerOptions } {
+function makeDeclarations(): { files: ReadonlyMap<string, string>; options: ts.CompilerOptions } {
   const read = ts.readConfigFile(`${folder}tsconfig.build.json`, (path) => ts.sys.readFile(path));
   const { options, fileNames } = ts.parseJsonConfigFileContent(read.config, ts.sys, folder);
   const files = new Map<string, string>();
@@ -13,6 +13,12 @@ function declarations(): { files: Map<string, string>; options: ts.CompilerOptio
   program.emit(undefined, (path, text) => files.set(path, text));
   return { files, options };
 }
+
+let made: ReturnType<typeof makeDeclarations> | undefined;
+const declarations = () => (made ??= makeDeclarations());
+
+/** All editors share the files that they have read. */
+const registry = ts.createDocumentRegistry();
 
 /** What an editor shows at a place of a page. */
 export interface Shown {
@@ -38,12 +44,12 @@ export class Editor {
 
   /** `¦` marks places in the page: the first character of a name, or where a name is to be completed. */
   constructor(private readonly page: string) {
-    const { files, options } = declarations();
-    files.set(pagePath, page.replace(/¦/g, ''));
+    const { files: declared, options } = declarations();
+    const files = new Map([...declared, [pagePath, page.replace(/¦/g, '')]]);
     const host: ts.LanguageServiceHost = {
       getCompilationSettings: () => ({ ...options, noEmit: true, declaration: false }),
       getScriptFileNames: () => [pagePath],
-      getScriptVersion: () => '1',
+      getScriptVersion: (path) => (path === pagePath ? page : ''),
       getScriptSnapshot: (path) => {
         const text = files.get(path) ?? ts.sys.readFile(path);
         return text === undefined ? undefined : ts.ScriptSnapshot.fromString(text);
@@ -53,7 +59,7 @@ export class Editor {
       fileExists: (path) => files.has(path) || ts.sys.fileExists(path),
       readFile: (path) => files.get(path) ?? ts.sys.readFile(path),
     };
-    this.service = ts.createLanguageService(host);
+    this.service = ts.createLanguageService(host, registry);
   }
 
   /** Errors of the page, without the places. */

@@ -1,6 +1,7 @@
 import { describe, expect, it } from 'vitest';
 import { methods, oneWayMethods, pushes, quoteFields } from '../src/index.js';
 import { Editor } from './editor.js';
+import { readDocument } from './markdown.js';
 
 const editor = new Editor(`
   import { connect, type Vocabulary } from './dist/index.js';
@@ -93,4 +94,9 @@ describe('an editor suggests', () => {
 
 it("a vocabulary of one's own refuses other codes, and that of the simulator accepts them", () => {
   expect(editor.errors()).toEqual([`Type '"Buy"' is not assignable to type '"B" | "S"'.`]);
+});
+
+it('the vocabulary of the documents compiles', () => {
+  const code = /```ts\n([^]*?)```/.exec(readDocument('vocabulary.md'))![1]!;
+  expect(new Editor(code.replace('@varnel/web-client', './dist/index.js')).errors()).toEqual([]);
 });

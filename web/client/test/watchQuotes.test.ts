@@ -1,5 +1,13 @@
 import { afterEach, beforeEach, describe, expect, it, vi } from 'vitest';
-import { connect, FailedCallError, NotSentError, type Connection, type Tick, type Update } from '../src/index.js';
+import {
+  connect,
+  FailedCallError,
+  NotSentError,
+  type Connection,
+  type Tick,
+  type Update,
+  type Vocabulary,
+} from '../src/index.js';
 import { ScriptedBridge } from '../src/testing/index.js';
 
 let bridge: ScriptedBridge;
@@ -46,6 +54,16 @@ describe('a watch of quotes', () => {
       ['a', tick('a', 2)],
       ['b', tick('b', 1)],
     ]);
+  });
+
+  it('finds the symbol in the field that the terminal has for it', async () => {
+    const own = connect<Vocabulary & { tick: { code: string } }>(bridge, { symbolField: 'code' });
+    const watch = own.watchQuotes(['a']);
+    await watch.ready;
+    bridge.push('tick', { code: 'a' } as never);
+    bridge.push('tick', { symbol: 'a' } as never);
+    expect(watch.items.get('a')).toEqual({ code: 'a' });
+    own.close();
   });
 
   it('has no snapshot of a symbol whose tick came earlier', async () => {

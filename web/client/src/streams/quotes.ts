@@ -27,7 +27,11 @@ export class Quotes {
   private stopListening = () => {};
   private settling = false;
 
-  constructor(private readonly terminal: Terminal) {
+  constructor(
+    private readonly terminal: Terminal,
+    /** Field of a quote that has its symbol. */
+    private readonly symbolField: string,
+  ) {
     terminal.opened.add(() => this.askForMissing());
     terminal.closed.add(() => {
       for (const quoted of this.quoted.values()) {
@@ -121,7 +125,7 @@ export class Quotes {
   }
 
   private take(tick: Tick): void {
-    const symbol = String(tick.symbol);
+    const symbol = String((tick as Readonly<Record<string, unknown>>)[this.symbolField]);
     const quoted = this.quoted.get(symbol);
     if (!quoted) return; // subscribed by the page itself, or sent before the subscription ended
     quoted.tick = tick;
