@@ -48,6 +48,7 @@ export function TradeView({ sdk, proposal: proposed }: Props) {
       (listener) => sdk.watchOrders({ filter: { orderStatus: [...openStatuses] } }, listener),
       [sdk],
     ),
+    newestFirst,
   );
   const latest = useWatch<Entrust>(
     useCallback<StartWatch<Entrust>>((listener) => sdk.watchOrders({ limit: latestCount }, listener), [sdk]),
