@@ -57,6 +57,7 @@ test.describe('the views', { tag: '@page' }, () => {
     await expect(page.getByRole('tabpanel', { name: '交易' })).toBeVisible();
     await expect(page.getByRole('tabpanel', { name: '总览' })).toBeHidden();
     await page.keyboard.press('ArrowLeft');
+    await expect(page.getByRole('tab', { name: '总览' })).toBeFocused();
     await page.keyboard.press('ArrowLeft');
     await expect(page.getByRole('tab', { name: '策略' })).toHaveAttribute('aria-selected', 'true');
     await page.keyboard.press('Home');

@@ -43,7 +43,7 @@ test.describe('the desk', () => {
       Data_getFundAccountList: 1,
       Data_getOPStation: 1,
       Data_getKLineData: 1,
-      Data_getSetting: 4, // language, theme, the watch list and its columns
+      Data_getSetting: 5, // language, theme, layout, the watch list and its columns
       Data_getSymbolListWithDetail: 1, // the first watch list is made of these
       Data_getSymbolDetail: 1,
       Data_getCurrentTick: watched,

@@ -45,7 +45,7 @@ export class Simulator {
     return Promise.race([this.ended, this.stuck(`did not end on ${signal}`)]);
   }
 
-  /** Lets the process stand still: connections stay open, and nothing is answered. `thaw` lets it go on. */
+  /** Lets the process stand still: it takes what is sent to it, and answers nothing until `thaw`. */
   freeze(): void {
     this.child.kill('SIGSTOP');
   }

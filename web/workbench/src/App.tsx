@@ -14,6 +14,7 @@ import { StrategiesView } from './panels/StrategiesView';
 import { TradeView } from './panels/TradeView';
 import { useTexts } from './texts/useTexts';
 import { useTheme } from './theme';
+import { Split } from './ui/Split';
 import { Tabs } from './ui/Tabs';
 import { useAsk } from './useAsk';
 import { useClosing } from './useClosing';
@@ -49,38 +50,59 @@ export function App({ sdk, journal, connection, strategyLog }: Props) {
     <div className="desk">
       <Header connection={connection} login={login.data} />
       <main className="panels">
-        <Tabs
-          label={t.views}
-          current={view}
-          onChange={setView}
-          tabs={[
+        <Split
+          id="desk"
+          parts={[
             {
-              id: 'overview',
-              title: t.overview,
-              className: 'aside',
-              content: <Overview sdk={sdk} symbol={symbol} onSymbol={choose} />,
+              id: 'desk-view',
+              size: 69,
+              min: 480,
+              content: (
+                <Tabs
+                  label={t.views}
+                  current={view}
+                  onChange={setView}
+                  tabs={[
+                    {
+                      id: 'overview',
+                      title: t.overview,
+                      content: <Overview sdk={sdk} symbol={symbol} onSymbol={choose} />,
+                    },
+                    {
+                      id: 'trade',
+                      title: t.trade,
+                      content: <TradeView sdk={sdk} proposal={proposal} />,
+                    },
+                    {
+                      id: 'securities',
+                      title: t.securities,
+                      content: <SecuritiesView sdk={sdk} />,
+                    },
+                    { id: 'orders', title: t.orders, content: <OrdersView sdk={sdk} /> },
+                    { id: 'holdings', title: t.holdings, content: <HoldingsView sdk={sdk} onClose={close} /> },
+                    {
+                      id: 'strategies',
+                      title: t.strategies,
+                      content: <StrategiesView sdk={sdk} log={strategyLog} />,
+                    },
+                  ]}
+                />
+              ),
             },
-            { id: 'trade', title: t.trade, content: <TradeView sdk={sdk} proposal={proposal} /> },
             {
-              id: 'securities',
-              title: t.securities,
-              className: 'aside',
-              content: <SecuritiesView sdk={sdk} />,
-            },
-            { id: 'orders', title: t.orders, content: <OrdersView sdk={sdk} /> },
-            { id: 'holdings', title: t.holdings, content: <HoldingsView sdk={sdk} onClose={close} /> },
-            {
-              id: 'strategies',
-              title: t.strategies,
-              className: 'aside',
-              content: <StrategiesView sdk={sdk} log={strategyLog} />,
+              id: 'desk-calls',
+              size: 31,
+              min: 260,
+              className: 'column',
+              content: (
+                <>
+                  <InspectorPanel journal={journal} />
+                  <FreeCallForm bridge={journal} />
+                </>
+              ),
             },
           ]}
         />
-        <div className="column">
-          <InspectorPanel journal={journal} />
-          <FreeCallForm bridge={journal} />
-        </div>
       </main>
       <footer className="bar">
         <p>

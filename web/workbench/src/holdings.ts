@@ -12,6 +12,17 @@ const profits: ReadonlySet<string> = new Set([
   'closePosProfitDate',
   'closePosProfitTrade',
 ]);
+const amounts: ReadonlySet<string> = new Set([
+  'cost',
+  'costCNY',
+  'marketValue',
+  'marketValueCNY',
+  'totalCost',
+  'profit',
+  'stockInterest',
+]);
+/** A cost price is a mean, so it has more decimals than a price. */
+const costDecimals = 4;
 const names: ReadonlySet<string> = new Set([
   'fundAccount',
   'fundAccountName',
@@ -38,6 +49,8 @@ const firstPositionKeys = [
 ] as const;
 const allPositionKeys = [...new Set([...firstPositionKeys, ...positionKeys, 'stockInterest' as const])];
 
+type PositionKey = (typeof allPositionKeys)[number];
+
 const firstAssetKeys = [
   'fundAccount',
   'fundAccountName',
@@ -54,13 +67,21 @@ function plain(value: unknown): string | number | null {
   return typeof value === 'string' || typeof value === 'number' ? value : value == null ? null : String(value);
 }
 
-export function positionColumns(t: Texts, formats: Formats): readonly Column<Position>[] {
+export function positionColumns(t: Texts, formats: Formats, find: FindSecurity): readonly Column<Position>[] {
+  const write = (position: Position, key: PositionKey) => {
+    const value = position[key];
+    if (rates.has(key)) return formats.rate(value);
+    if (amounts.has(key)) return formats.money(value);
+    if (key === 'costPrice') return formats.price(Number(value), costDecimals);
+    const precision = key === 'lastPrice' ? find(position)?.precision : undefined;
+    return precision === undefined ? formats.value(value) : formats.price(Number(value), precision);
+  };
   return allPositionKeys.map((key) => ({
     key,
     title: t.field(key),
     kind: names.has(key) ? 'text' : 'number',
     value: (position) => plain(position[key]),
-    write: (position) => (rates.has(key) ? formats.rate : formats.value)(position[key]),
+    write: (position) => write(position, key),
     isExtra: !(firstPositionKeys as readonly string[]).includes(key),
     ...(profits.has(key) && { tone: (position: Position) => toneOf(position[key]) }),
   }));
@@ -78,14 +99,17 @@ export function assetColumns(t: Texts, formats: Formats): readonly Column<Asset>
   }));
 }
 
-/** A position has neither symbol nor the exchange's code, but code and name together name one security. */
-const nameOf = (securityId: unknown, name: unknown) => `${String(securityId)} ${String(name)}`;
+export type FindSecurity = (position: Position) => SecurityDetail | undefined;
 
-/** The symbols of the positions that the terminal lists, in ascending order. */
-export function symbolsOf(positions: readonly Position[], securities: readonly SecurityDetail[]): readonly string[] {
-  const held = new Set(positions.map(({ securityId, securityName }) => nameOf(securityId, securityName)));
-  return securities
-    .filter(({ securityId, displayName }) => held.has(nameOf(securityId, displayName)))
-    .map(({ symbol }) => symbol)
-    .sort();
+/** Finds the security of a position, which has no symbol: its code and name together name one security. */
+export function finder(securities: readonly SecurityDetail[]): FindSecurity {
+  const nameOf = (securityId: unknown, name: unknown) => `${String(securityId)} ${String(name)}`;
+  const byName = new Map(securities.map((detail) => [nameOf(detail.securityId, detail.displayName), detail]));
+  return ({ securityId, securityName }) => byName.get(nameOf(securityId, securityName));
+}
+
+/** The symbols of the positions that the terminal lists, each once, in ascending order. */
+export function symbolsOf(positions: readonly Position[], find: FindSecurity): readonly string[] {
+  const symbols = positions.map((position) => find(position)?.symbol);
+  return [...new Set(symbols.filter((symbol) => symbol !== undefined))].sort();
 }

@@ -1,9 +1,9 @@
-import { connect } from '@varnel/web-client';
+import { connect, NoBridgeError } from '@varnel/web-client';
 import { StrictMode } from 'react';
 import { createRoot } from 'react-dom/client';
 import { App } from './App';
 import { ConnectionWatch, loadBridge } from './bridge';
-import { Providers } from './desk/Providers';
+import { Providers, queries } from './desk/Providers';
 import { Journal } from './journal';
 import { StrategyLog } from './live/StrategyLog';
 import { SettingsStore } from './settings/SettingsStore';
@@ -11,6 +11,7 @@ import { readSetting } from './settings/useSetting';
 import { textsOf } from './texts';
 import { languageKey, preferredLanguage } from './texts/useTexts';
 import { applyTheme, readTheme, themeKey } from './theme';
+import { layoutKey } from './ui/Split';
 import './theme.css';
 import './tables.css';
 import './panels.css';
@@ -20,25 +21,25 @@ import './desk.css'; // last: it has the rules for narrow windows
 applyTheme('system');
 const root = createRoot(document.getElementById('desk')!);
 
-// The connection may open as soon as the bridge is loaded, so listen before that.
-const early: [string, ...unknown[]][] = [];
-let note = (...event: [string, ...unknown[]]): void => {
-  early.push(event);
-};
-const connection = new ConnectionWatch(window, (...event) => note(...event));
-
-/** The desk appears in its language and theme at once, unless the terminal takes longer than this to tell them. */
+/** The desk appears in its language, theme and sizes at once, unless the terminal takes longer than this to tell them. */
 const patienceMs = 500;
 
 try {
   const journal = new Journal(await loadBridge());
-  note = (...event) => journal.noteConnection(...event);
-  early.forEach((event) => note(...event));
   const sdk = connect(journal);
+  const connection = new ConnectionWatch(sdk);
   const settings = new SettingsStore(sdk);
   window.addEventListener('pagehide', () => settings.flush());
 
-  const look = Promise.all([languageKey, themeKey].map((key) => settings.setting(key).read()));
+  if (sdk.state === 'open') journal.noteConnection('open');
+  sdk.onOpen(({ again }) => {
+    journal.noteConnection('open');
+    settings.retry();
+    if (again) void queries.invalidateQueries(); // answers of the connection before may be out of date
+  });
+  sdk.onClose(({ code, reason }) => journal.noteConnection('close', code, reason));
+
+  const look = Promise.all([languageKey, themeKey, layoutKey].map((key) => settings.setting(key).read()));
   await Promise.race([look, new Promise((resolve) => setTimeout(resolve, patienceMs))]);
   applyTheme(readSetting(settings.setting(themeKey).current().text, readTheme, 'system'));
 
@@ -54,7 +55,7 @@ try {
   root.render(
     <main className="halt" role="alert">
       <h1>{t.cannotStart}</h1>
-      <p>{(error as Error).message}</p>
+      <p>{error instanceof NoBridgeError ? t.noBridge : (error as Error).message}</p>
       <p>{t.openFromSimulator}</p>
     </main>,
   );

@@ -27,8 +27,8 @@ export function statusText({ status }: Entrust, t: Texts): string {
 const timeOf = (record: Row) => valueOf('dealTime' in record ? record.dealTime : record.entrustTime);
 
 /** The newest records first. Of the same time those that came later stand before. */
-export function newestFirst<Item extends Row>(records: ReadonlyMap<string, Item>): readonly Item[] {
-  const timed = [...records.values()].reverse().map((record) => ({ record, time: timeOf(record) }));
+export function newestFirst<Item extends Row>(records: readonly Item[]): readonly Item[] {
+  const timed = [...records].reverse().map((record) => ({ record, time: timeOf(record) }));
   timed.sort((one, other) => (one.time < other.time ? 1 : one.time > other.time ? -1 : 0));
   return timed.map(({ record }) => record);
 }

@@ -7,7 +7,12 @@ import { themes, useThemeSetting, type Theme } from '../theme';
 
 function ConnectionLamp({ state }: { state: ConnectionState }) {
   const t = useTexts();
-  const phases = { connecting: t.connecting, open: t.connected, closed: t.disconnected };
+  const phases = {
+    connecting: t.connecting,
+    open: t.connected,
+    reconnecting: t.reconnecting,
+    closed: t.disconnected,
+  };
   return (
     <p className={`lamp ${state.phase}`} role="status" data-testid="connection" data-state={state.phase}>
       {phases[state.phase]}

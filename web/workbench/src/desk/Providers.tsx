@@ -5,7 +5,8 @@ import { locales, textsOf } from '../texts';
 import { languageKey, preferredLanguage, readLanguage, TextsContext } from '../texts/useTexts';
 import { DeskContext, type Desk } from './DeskContext';
 
-const queries = new QueryClient({
+/** The answers that panels share. */
+export const queries = new QueryClient({
   defaultOptions: {
     queries: {
       // The bridge is no network: it works without one. A call is never repeated by itself.

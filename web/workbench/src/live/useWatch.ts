@@ -4,7 +4,7 @@ import { useSdk } from '../desk/DeskContext';
 import { nextFrame } from './frame';
 
 export interface Watched<Item> {
-  /** In the order of `arrange`; the same array until something changes. */
+  /** In the order of the watch, which is oldest first for orders and executions; the same array until something changes. */
   items: readonly Item[];
   /** Whether the first snapshot has come. */
   isReady: boolean;
@@ -15,21 +15,13 @@ export interface Watched<Item> {
 /** Starts a watch of the client with the given listener. */
 export type StartWatch<Item> = (listener: (update: Update<Item>) => void) => Watch<Item>;
 
-/** The order of the watch. */
-function oldestFirst<Item>(items: ReadonlyMap<string, Item>): readonly Item[] {
-  return [...items.values()];
-}
-
 const nothing: Watched<never> = { items: [], isReady: false, error: undefined };
 
 /**
  * The records of a watch, which lives as long as the component is shown. A burst of updates is drawn once, with the next
- * frame. `start` and `arrange` must stay the same from one rendering to the next; without `start` nothing is watched.
+ * frame. `start` must stay the same from one rendering to the next (`useCallback`); without it nothing is watched.
  */
-export function useWatch<Item>(
-  start: StartWatch<Item> | undefined,
-  arrange: (items: ReadonlyMap<string, Item>) => readonly Item[] = oldestFirst,
-): Watched<Item> {
+export function useWatch<Item>(start: StartWatch<Item> | undefined): Watched<Item> {
   const [watched, setWatched] = useState<Watched<Item>>(nothing);
   const startedWith = useRef(start);
 
@@ -44,7 +36,7 @@ export function useWatch<Item>(
     const draw = () => {
       isAnnounced = false;
       if (isOver) return;
-      const items = arrange(watch.items);
+      const items = [...watch.items.values()];
       setWatched((before) => {
         // A view that is shown again keeps what it had until all of it is there again.
         if (!isSettled && items.length < before.items.length) return before;
@@ -71,7 +63,7 @@ export function useWatch<Item>(
       isOver = true;
       watch.stop();
     };
-  }, [start, arrange]);
+  }, [start]);
   return watched;
 }
 

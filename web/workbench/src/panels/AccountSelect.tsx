@@ -7,13 +7,15 @@ interface Props {
   value: string;
   /** Label of the option for all accounts. Without it the user must choose an account. */
   all?: string;
+  /** Puts the label beside the choice, not above it. */
+  isInline?: boolean;
   onChange: (fundAccount: string) => void;
 }
 
-export function AccountSelect({ accounts, value, all, onChange }: Props) {
+export function AccountSelect({ accounts, value, all, isInline, onChange }: Props) {
   const t = useTexts();
   return (
-    <label>
+    <label className={isInline ? 'inline' : undefined}>
       {t.account}
       <select value={value} onChange={(event) => onChange(event.target.value)}>
         {all !== undefined && <option value="">{all}</option>}

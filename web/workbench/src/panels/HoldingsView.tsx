@@ -1,12 +1,13 @@
 import { positionId, type Asset, type Connection, type Position } from '@varnel/web-client';
 import { useCallback, useMemo, useState, type FormEvent } from 'react';
 import { useFormats } from '../formats';
-import { assetColumns, positionColumns, symbolsOf } from '../holdings';
+import { assetColumns, finder, positionColumns, symbolsOf } from '../holdings';
 import { useFreshFigures } from '../live/useFreshFigures';
 import { useWatch, type StartWatch } from '../live/useWatch';
 import { DataTable } from '../table/DataTable';
 import type { Column } from '../table/types';
 import { useTexts } from '../texts/useTexts';
+import { Split } from '../ui/Split';
 import { useFundAccounts } from '../useFundAccounts';
 import { useSame } from '../useSame';
 import { useSecurities } from '../useSecurities';
@@ -44,7 +45,8 @@ export function HoldingsView({ sdk, onClose }: Props) {
   const positions = useWatch(fundAccounts && startPositions);
 
   const securities = useSecurities(sdk);
-  const held = useSame(symbolsOf(positions.items, securities.data ?? []));
+  const find = useMemo(() => finder(securities.data ?? []), [securities.data]);
+  const held = useSame(symbolsOf(positions.items, find));
   const freshPositions = useFreshFigures(positions.items, positionId, held, () =>
     sdk.getPositionList({ fundAccounts: fundAccounts!, symbol }),
   );
@@ -54,7 +56,7 @@ export function HoldingsView({ sdk, onClose }: Props) {
 
   const shownAssets = useMemo(() => assetColumns(t, formats), [t, formats]);
   const shownPositions = useMemo<readonly Column<Position>[]>(() => {
-    const columns = positionColumns(t, formats);
+    const columns = positionColumns(t, formats, find);
     if (!onClose) return columns;
     const write = (position: Position) => (
       <button
@@ -67,61 +69,84 @@ export function HoldingsView({ sdk, onClose }: Props) {
       </button>
     );
     return [...columns, { key: 'actions', title: t.actions, kind: 'control', width: 8, value: () => null, write }];
-  }, [t, formats, onClose]);
+  }, [t, formats, find, onClose]);
 
   function submit(event: FormEvent) {
     event.preventDefault();
     setAsked({ ...query });
   }
 
+  const choice = (
+    <form className="tools" onSubmit={submit}>
+      <AccountSelect
+        accounts={accounts}
+        all={t.all}
+        isInline
+        value={query.fundAccount}
+        onChange={(fundAccount) => setQuery({ ...query, fundAccount })}
+      />
+      <label className="inline">
+        {t.symbol}
+        <input
+          value={query.symbol}
+          size={10}
+          placeholder={t.any}
+          spellCheck={false}
+          onChange={(event) => setQuery({ ...query, symbol: event.target.value.trim() })}
+        />
+      </label>
+      <button type="submit">{t.ask}</button>
+    </form>
+  );
   return (
-    <>
-      <Panel title={t.assets} className="assets" testId="assets">
-        <Outcome of={{ data: assets.isReady || undefined, error: accounts.error ?? assets.error, waiting: true }}>
-          {() => (
-            <DataTable
-              name="assets"
-              label={t.assets}
-              columns={shownAssets}
-              items={freshAssets}
-              idOf={idOfAsset}
-              testId="asset-table"
-            />
-          )}
-        </Outcome>
-      </Panel>
-      <Panel title={t.positions} className="fill" testId="positions">
-        <form className="fields compact" onSubmit={submit}>
-          <AccountSelect
-            accounts={accounts}
-            all={t.all}
-            value={query.fundAccount}
-            onChange={(fundAccount) => setQuery({ ...query, fundAccount })}
-          />
-          <label>
-            {t.symbol}
-            <input
-              value={query.symbol}
-              placeholder={t.any}
-              spellCheck={false}
-              onChange={(event) => setQuery({ ...query, symbol: event.target.value.trim() })}
-            />
-          </label>
-          <button type="submit">{t.ask}</button>
-        </form>
-        <Outcome of={{ data: positions.isReady || undefined, error: positions.error, waiting: true }}>
-          {() => (
-            <DataTable
-              name="positions"
-              label={t.positions}
-              columns={shownPositions}
-              items={freshPositions}
-              idOf={positionId}
-              testId="position-table"
-            />
-          )}
-        </Outcome>
-      </Panel>
-    </>
+    <Split
+      id="holdings"
+      isVertical
+      parts={[
+        {
+          id: 'holdings-assets',
+          size: 30,
+          min: 110,
+          content: (
+            <Panel title={t.assets} className="assets" testId="assets">
+              <Outcome of={{ data: assets.isReady || undefined, error: accounts.error ?? assets.error, waiting: true }}>
+                {() => (
+                  <DataTable
+                    name="assets"
+                    label={t.assets}
+                    columns={shownAssets}
+                    items={freshAssets}
+                    idOf={idOfAsset}
+                    testId="asset-table"
+                  />
+                )}
+              </Outcome>
+            </Panel>
+          ),
+        },
+        {
+          id: 'holdings-positions',
+          size: 70,
+          min: 200,
+          content: (
+            <Panel title={t.positions} className="fill" testId="positions">
+              <Outcome of={{ data: positions.isReady || undefined, error: positions.error, waiting: true }}>
+                {() => (
+                  <DataTable
+                    name="positions"
+                    label={t.positions}
+                    columns={shownPositions}
+                    items={freshPositions}
+                    idOf={positionId}
+                    testId="position-table"
+                    tools={choice}
+                  />
+                )}
+              </Outcome>
+            </Panel>
+          ),
+        },
+      ]}
+    />
   );
 }

@@ -1,4 +1,5 @@
 import type { Connection } from '@varnel/web-client';
+import { Split } from '../ui/Split';
 import { useWatchList } from '../useWatchList';
 import { AccountsPanel } from './AccountsPanel';
 import { KLinePanel } from './KLinePanel';
@@ -18,17 +19,49 @@ interface Props {
 export function Overview({ sdk, symbol, onSymbol }: Props) {
   const watchList = useWatchList(sdk);
   return (
-    <>
-      <div className="column">
-        <LoginPanel sdk={sdk} />
-        <AccountsPanel sdk={sdk} />
-        <PermissionPanel sdk={sdk} />
-        <StationPanel sdk={sdk} />
-      </div>
-      <div className="column">
-        <WatchPanel sdk={sdk} list={watchList} chosen={symbol} onChoose={onSymbol} />
-        <KLinePanel sdk={sdk} chosen={symbol || (watchList.symbols[0] ?? '')} />
-      </div>
-    </>
+    <Split
+      id="overview"
+      parts={[
+        {
+          id: 'overview-login',
+          size: 31,
+          min: 220,
+          className: 'column',
+          content: (
+            <>
+              <LoginPanel sdk={sdk} />
+              <AccountsPanel sdk={sdk} />
+              <PermissionPanel sdk={sdk} />
+              <StationPanel sdk={sdk} />
+            </>
+          ),
+        },
+        {
+          id: 'overview-market',
+          size: 69,
+          min: 360,
+          content: (
+            <Split
+              id="market"
+              isVertical
+              parts={[
+                {
+                  id: 'market-watch',
+                  size: 41,
+                  min: 120,
+                  content: <WatchPanel sdk={sdk} list={watchList} chosen={symbol} onChoose={onSymbol} />,
+                },
+                {
+                  id: 'market-klines',
+                  size: 59,
+                  min: 240,
+                  content: <KLinePanel sdk={sdk} chosen={symbol || (watchList.symbols[0] ?? '')} />,
+                },
+              ]}
+            />
+          ),
+        },
+      ]}
+    />
   );
 }

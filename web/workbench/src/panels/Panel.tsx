@@ -5,27 +5,18 @@ import type { Answered } from '../useAnswer';
 
 interface Props {
   title: string;
-  hint?: string;
   tools?: ReactNode;
   className?: string;
   testId?: string;
   children: ReactNode;
 }
 
-export function Panel({ title, hint, tools, className = '', testId, children }: Props) {
+export function Panel({ title, tools, className = '', testId, children }: Props) {
   const id = useId();
   return (
     <section className={`panel ${className}`} aria-labelledby={id} data-testid={testId}>
       <header>
-        <h2 id={id}>
-          {title}
-          {hint && (
-            <>
-              {' '}
-              <small>{hint}</small>
-            </>
-          )}
-        </h2>
+        <h2 id={id}>{title}</h2>
         {tools}
       </header>
       {children}

@@ -1,5 +1,6 @@
 import type { Connection } from '@varnel/web-client';
 import { useState } from 'react';
+import { Split } from '../ui/Split';
 import { useAsk } from '../useAsk';
 import { useFundAccounts } from '../useFundAccounts';
 import { QuotePanel } from './QuotePanel';
@@ -20,21 +21,35 @@ export function SecuritiesView({ sdk }: { sdk: Connection }) {
   const security = { ...detail, data: detail.data ?? undefined };
 
   return (
-    <>
-      <div className="column">
-        <SecurityListPanel sdk={sdk} chosen={symbol} onChoose={setSymbol} />
-      </div>
-      <div className="column">
-        <QuotePanel symbol={symbol} precision={security.data?.precision ?? 2} />
-        <SecurityPanel detail={security} />
-        <TradableQtyPanel
-          sdk={sdk}
-          symbol={symbol}
-          exchange={security.data?.exchange ?? ''}
-          securityType={security.data?.securityType ?? ''}
-          accounts={accounts}
-        />
-      </div>
-    </>
+    <Split
+      id="securities"
+      parts={[
+        {
+          id: 'securities-list',
+          size: 36,
+          min: 260,
+          content: <SecurityListPanel sdk={sdk} chosen={symbol} onChoose={setSymbol} />,
+        },
+        {
+          id: 'securities-detail',
+          size: 64,
+          min: 320,
+          className: 'column',
+          content: (
+            <>
+              <QuotePanel symbol={symbol} precision={security.data?.precision ?? 2} />
+              <SecurityPanel detail={security} />
+              <TradableQtyPanel
+                sdk={sdk}
+                symbol={symbol}
+                exchange={security.data?.exchange ?? ''}
+                securityType={security.data?.securityType ?? ''}
+                accounts={accounts}
+              />
+            </>
+          ),
+        },
+      ]}
+    />
   );
 }

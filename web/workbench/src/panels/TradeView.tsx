@@ -1,7 +1,7 @@
 import type { Connection, Entrust, Execution, Position } from '@varnel/web-client';
 import { useCallback, useMemo, useRef, useState } from 'react';
 import { useHotKeys } from '../hotkeys';
-import { useWatch, type StartWatch } from '../live/useWatch';
+import { useWatch, type StartWatch, type Watched } from '../live/useWatch';
 import { newestFirst, openStatuses, orderIdOf } from '../records';
 import { useTexts } from '../texts/useTexts';
 import { sideFor, type Direction } from '../ticket';
@@ -27,6 +27,11 @@ interface Props {
 
 const latestCount = 500;
 
+function useNewestFirst<Row extends Entrust | Execution>(start: StartWatch<Row>): Watched<Row> {
+  const watched = useWatch(start);
+  return useMemo(() => ({ ...watched, items: newestFirst(watched.items) }), [watched]);
+}
+
 /** Order entry and ladder on the left; orders, positions and executions on the right. */
 export function TradeView({ sdk, proposal: proposed }: Props) {
   const t = useTexts();
@@ -43,27 +48,24 @@ export function TradeView({ sdk, proposal: proposed }: Props) {
   const [side, setSide] = useState('positions');
   const view = useRef<HTMLDivElement>(null);
 
-  const open = useWatch<Entrust>(
+  const open = useNewestFirst(
     useCallback<StartWatch<Entrust>>(
       (listener) => sdk.watchOrders({ filter: { orderStatus: [...openStatuses] } }, listener),
       [sdk],
     ),
-    newestFirst,
   );
-  const latest = useWatch<Entrust>(
+  const latest = useNewestFirst(
     useCallback<StartWatch<Entrust>>((listener) => sdk.watchOrders({ limit: latestCount }, listener), [sdk]),
-    newestFirst,
   );
-  const executions = useWatch<Execution>(
+  const executions = useNewestFirst(
     useCallback<StartWatch<Execution>>((listener) => sdk.watchExecutions({ limit: latestCount }, listener), [sdk]),
-    newestFirst,
   );
   const fundAccounts = useMemo(() => (accounts.data ?? []).map(({ fundAccount }) => fundAccount), [accounts.data]);
-  const openPositions = useCallback<StartWatch<Position>>(
+  const startPositions = useCallback<StartWatch<Position>>(
     (listener) => sdk.watchPositions({ fundAccounts }, listener),
     [sdk, fundAccounts],
   );
-  const positions = useWatch<Position>(fundAccounts.length > 0 ? openPositions : undefined);
+  const positions = useWatch(fundAccounts.length > 0 ? startPositions : undefined);
 
   const ticket = useTicket({
     sdk,
