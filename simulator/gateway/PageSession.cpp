@@ -22,7 +22,7 @@ constexpr std::chrono::seconds kCloseDeadline(2);
 constexpr qint64 kMaxUnhandled = CallFrame::kMaxSize;
 
 /// A longer buffer is given back after use.
-constexpr std::size_t kKeptBuffer = 64 * 1024;
+constexpr std::size_t kKeptBuffer = std::size_t{64} * 1024;
 
 constexpr int kGoingAway = 1001;
 
