@@ -82,9 +82,10 @@ step() {
 # ---- What must be installed ----------------------------------------------------------------------------------------
 
 # What each group of work needs: a package, and after the colon the command that stands for it. Libraries and fonts have
-# no command: dpkg is asked. Every preset configures the tests, so GoogleTest is needed to build anything.
+# no command: dpkg is asked. Every preset configures the tests, so GoogleTest and Qt's WebSockets, which are clients in
+# tests, are needed to build anything.
 declare -A packages=(
-    [build]='g++:g++ cmake:cmake ninja-build:ninja ccache:ccache qtbase5-dev libqt5websockets5-dev libgtest-dev libgmock-dev'
+    [build]='g++:g++ cmake:cmake ninja-build:ninja ccache:ccache libboost-dev qtbase5-dev libqt5websockets5-dev libgtest-dev libgmock-dev'
     [web]='nodejs:node npm:npm'
     [test]='binutils:nm pkg-config:pkg-config abigail-tools:abidiff dpkg-dev:dpkg-shlibdeps'
     [tsan]='qtbase5-private-dev'

@@ -1,5 +1,5 @@
-// The baseline of the browser benchmark: a WebSocket that does nothing but answer. It serves as the simulator's gateway
-// does, with the same Qt classes on the same event loop, so that what differs is the work behind the socket.
+// The baseline of the browser benchmark: a WebSocket that does nothing but answer, by Qt's own classes, on the event
+// loop of its only thread.
 //
 // The first frame of a connection is its sample, a frame that the simulator sent. At /echo every later frame is
 // answered with the sample; at /push it is sent over and over, as fast as the socket takes it.

@@ -1,8 +1,34 @@
 #include "gateway/EventFrame.h"
 
 #include "common/JsonWriter.h"
+#include "common/WebConstants.h"
 
-QString sim::eventFrame(const QCefEvent &event)
+using namespace WebConstants;
+
+namespace sim {
+
+namespace {
+
+/// The symbol in the text of a tick. Quotes in a text are escaped, so that this can only be the member of that name.
+QString symbolIn(const QString &tick)
+{
+    const QString member = QStringLiteral("\"symbol\":\"");
+    const int before = tick.indexOf(member);
+    if (before < 0)
+        return QString();
+    const int begin = before + member.size();
+    return tick.mid(begin, tick.indexOf(QLatin1Char('"'), begin) - begin);
+}
+
+/// Copies of one event share its arguments, until one of them changes: then it gets arguments of its own.
+bool isCopy(const QCefEvent &event, const QCefEvent &other)
+{
+    return event.arguments().isSharedWith(other.arguments()) && event.eventName() == other.eventName();
+}
+
+} // namespace
+
+QString eventFrame(const QCefEvent &event)
 {
     JsonWriter json;
     json.punctuation('{');
@@ -14,3 +40,18 @@ QString sim::eventFrame(const QCefEvent &event)
     json.punctuation('}');
     return json.take();
 }
+
+const EventFrame &EventFrames::of(const QCefEvent &event)
+{
+    if (m_event && isCopy(*m_event, event))
+        return m_frame;
+    const QString name = event.eventName();
+    m_frame.text = eventFrame(event).toUtf8();
+    m_frame.tickOf = name == Push::tickUpdate ? symbolIn(event.arguments().value(0).toString()) : QString();
+    m_frame.holdsTicksBack = name == ReplyEvent::Sub_subscribe || name == ReplyEvent::UnSub_subscribe ||
+                             name == ReplyEvent::UnSub_subscribeAll;
+    m_event = event;
+    return m_frame;
+}
+
+} // namespace sim

@@ -1,64 +1,57 @@
 #include "gateway/Gateway.h"
 
-#include "gateway/HttpConnection.h"
 #include "gateway/PageConnection.h"
-
-#include <QTcpSocket>
-#include <QWebSocket>
 
 namespace sim {
 
-namespace {
-
-constexpr quint16 kHttpPort = 80; // an origin does not contain this port
-
-} // namespace
-
 Gateway::Gateway(const QString &root, const QStringList &allowedOrigins, std::chrono::milliseconds httpDeadline)
-    : m_files(root)
-    , m_httpDeadline(httpDeadline)
-    , m_webSockets(QStringLiteral("varnel-simulator"), QWebSocketServer::NonSecureMode)
+    : m_server({root, allowedOrigins, httpDeadline}, [this](PageNews news) { tell(std::move(news)); })
 {
-    for (const QString &origin : allowedOrigins)
-        m_allowedOrigins.insert(origin.toUtf8());
-    connect(&m_server, &QTcpServer::newConnection, this, &Gateway::acceptConnections);
-    connect(&m_webSockets, &QWebSocketServer::newConnection, this, &Gateway::acceptPages);
 }
 
 Gateway::~Gateway()
 {
-    m_server.close();
     qDeleteAll(findChildren<PageConnection *>(QString(), Qt::FindDirectChildrenOnly));
+    m_server.stop();
+    m_news.clear(); // no page may outlive the server
 }
 
 bool Gateway::listen(quint16 port)
 {
-    if (!m_server.listen(QHostAddress::LocalHost, port))
-        return false;
-    const QByteArray suffix = this->port() == kHttpPort ? QByteArray() : ':' + QByteArray::number(this->port());
-    m_allowedOrigins.insert("http://127.0.0.1" + suffix);
-    m_allowedOrigins.insert("http://localhost" + suffix);
-    return true;
+    m_error = m_server.listen(port);
+    return m_error.isEmpty();
 }
 
-void Gateway::acceptConnections()
+void Gateway::tell(PageNews news)
 {
-    while (QTcpSocket *socket = m_server.nextPendingConnection()) {
-        auto *connection = new HttpConnection(socket, m_files, m_allowedOrigins, m_httpDeadline, this);
-        connect(connection, &HttpConnection::wantsWebSocket, this, &Gateway::shakeHands);
+    {
+        const std::lock_guard lock(m_mutex);
+        m_news.push_back(std::move(news));
     }
+    m_wakeup.post();
 }
 
-void Gateway::shakeHands(QTcpSocket *socket)
+void Gateway::takeNews()
 {
-    m_handshakes.insert(socket->peerPort(), socket);
-    m_webSockets.handleConnection(socket);
-}
+    std::unique_lock lock(m_mutex);
+    const PageNews news = std::move(m_news.front());
+    m_news.pop_front();
+    lock.unlock();
 
-void Gateway::acceptPages()
-{
-    while (QWebSocket *socket = m_webSockets.nextPendingConnection())
-        new PageConnection(socket, m_handshakes.take(socket->peerPort()), ++m_lastPage, this);
+    switch (news.what) {
+    case PageNews::Opened:
+        m_pages.insert(news.page.get(), new PageConnection(news.page, this));
+        break;
+    case PageNews::Called:
+        if (PageConnection *const page = m_pages.value(news.page.get()))
+            page->receive(news.call);
+        news.page->handled(news.call);
+        break;
+    case PageNews::Closed:
+        if (PageConnection *const page = m_pages.take(news.page.get()))
+            page->deleteLater(); // it may be in a call
+        break;
+    }
 }
 
 } // namespace sim

@@ -1,22 +1,23 @@
 #pragma once
 
-#include "gateway/HttpFiles.h"
+#include "gateway/GatewayServer.h"
+#include "platform/Wakeup.h"
 
 #include <QHash>
 #include <QObject>
 #include <QPointer>
-#include <QSet>
-#include <QTcpServer>
-#include <QWebSocketServer>
 
 #include <chrono>
+#include <deque>
+#include <mutex>
 
 namespace sim {
 
-/// The server on the simulator's port: static files over HTTP, and a WebSocket for each page.
-/// Made and destroyed by main on the user-interface thread, where everything runs. It listens on the loopback address
-/// only. It accepts WebSockets only from pages of its own origin and of the allowed origins, because pages can place
-/// orders.
+class PageConnection;
+
+/// The simulator's gateway: a server for files and pages, and a PageConnection for each page.
+/// Made and destroyed by main on the user-interface thread. The server has a thread of its own; what it has to tell is
+/// taken up here, one piece in each turn of the event loop.
 class Gateway : public QObject {
     Q_OBJECT
 public:
@@ -31,22 +32,21 @@ public:
     /// Port 0 means any free port. On failure it returns false, and errorString() says why.
     bool listen(quint16 port);
 
-    quint16 port() const { return m_server.serverPort(); }
-    QString errorString() const { return m_server.errorString(); }
+    quint16 port() const { return m_server.port(); }
+    QString errorString() const { return m_error; }
 
 private:
-    void acceptConnections();
-    void shakeHands(QTcpSocket *socket);
-    void acceptPages();
+    void tell(PageNews news); ///< on the server's thread
+    void takeNews();
 
-    const HttpFiles m_files;
-    const std::chrono::milliseconds m_httpDeadline;
-    QSet<QByteArray> m_allowedOrigins; ///< constant after listen()
-    QTcpServer m_server;
-    QWebSocketServer m_webSockets; ///< never listens: it shakes hands on sockets that m_server accepted
-    QHash<quint16, QPointer<QTcpSocket>>
-        m_handshakes; ///< by the peer's port, because a QWebSocket does not show its socket
-    int m_lastPage = 0;
+    QString m_error;
+    QHash<const PageSocket *, QPointer<PageConnection>> m_pages; ///< that are connected
+
+    std::mutex m_mutex;
+    std::deque<PageNews> m_news; ///< guarded by m_mutex
+    Wakeup m_wakeup{[this] { takeNews(); }};
+
+    GatewayServer m_server;
 };
 
 } // namespace sim

@@ -15,29 +15,6 @@ namespace sim {
 
 namespace {
 
-const char *reason(int status)
-{
-    switch (status) {
-    case 200:
-        return "OK";
-    case 400:
-        return "Bad Request";
-    case 403:
-        return "Forbidden";
-    case 404:
-        return "Not Found";
-    case 405:
-        return "Method Not Allowed";
-    case 408:
-        return "Request Timeout";
-    case 426:
-        return "Upgrade Required";
-    case 431:
-        return "Request Header Fields Too Large";
-    }
-    Q_UNREACHABLE();
-}
-
 QByteArray contentType(const QString &fileName)
 {
     static const struct {
@@ -69,22 +46,6 @@ QByteArray contentType(const QString &fileName)
 
 } // namespace
 
-HttpReply HttpReply::of(int status, const QByteArray &extraFields)
-{
-    return {status, "text/plain; charset=utf-8", QByteArray::number(status) + ' ' + reason(status) + '\n', extraFields};
-}
-
-QByteArray HttpReply::toBytes(bool withBody) const
-{
-    const QByteArray head = "HTTP/1.1 " + QByteArray::number(status) + ' ' + reason(status) +
-                            "\r\nContent-Type: " + contentType +
-                            "\r\nContent-Length: " + QByteArray::number(body.size()) +
-                            // No caching: developers reload pages that they have just built.
-                            "\r\nCache-Control: no-store\r\nX-Content-Type-Options: nosniff\r\nConnection: close\r\n" +
-                            extraFields + "\r\n";
-    return withBody ? head + body : head;
-}
-
 HttpFiles::HttpFiles(const QString &root)
 {
     initResources();
@@ -111,13 +72,13 @@ QString HttpFiles::fileFor(const QByteArray &path) const
     return file.startsWith(inside) && QFileInfo(file).isFile() ? file : QString();
 }
 
-HttpReply HttpFiles::answer(const RequestHead &request) const
+HttpReply HttpFiles::answer(const QByteArray &method, const QByteArray &path) const
 {
-    if (request.method != "GET" && request.method != "HEAD")
-        return HttpReply::of(405, "Allow: GET, HEAD\r\n");
-    QFile file(fileFor(request.path()));
+    if (method != "GET" && method != "HEAD")
+        return {405, {}, {}, "GET, HEAD"};
+    QFile file(fileFor(path));
     if (file.fileName().isEmpty() || !file.open(QIODevice::ReadOnly))
-        return HttpReply::of(404);
+        return {404};
     return {200, contentType(file.fileName()), file.readAll(), {}};
 }
 

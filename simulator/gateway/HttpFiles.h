@@ -1,7 +1,6 @@
 #pragma once
 
-#include "gateway/RequestHead.h"
-
+#include <QByteArray>
 #include <QString>
 
 namespace sim {
@@ -9,15 +8,9 @@ namespace sim {
 /// The answer to one HTTP request. A plain value.
 struct HttpReply {
     int status = 200;
-    QByteArray contentType = "text/plain; charset=utf-8";
-    QByteArray body;
-    QByteArray extraFields; ///< whole lines, each with its line end
-
-    /// A reply with the status as its text.
-    static HttpReply of(int status, const QByteArray &extraFields = {});
-
-    /// The bytes to send; for HEAD without the body.
-    QByteArray toBytes(bool withBody) const;
+    QByteArray contentType = {}; ///< of a file
+    QByteArray body = {};        ///< the file
+    QByteArray allow = {};       ///< the allowed methods, when another was tried
 };
 
 /// Static files: the built-in ones (bridge.js, and a page when there is no root) and the files below the root.
@@ -27,7 +20,8 @@ public:
     /// root: a folder, or empty for none.
     explicit HttpFiles(const QString &root);
 
-    HttpReply answer(const RequestHead &request) const;
+    /// path: that of the request, as it came.
+    HttpReply answer(const QByteArray &method, const QByteArray &path) const;
 
 private:
     QString fileFor(const QByteArray &path) const;

@@ -8,21 +8,10 @@
 /// The host's access to a view: sets the page that receives its events.
 class VARNEL_HOST_API QCefViewAccess {
 public:
-    /// Called on the view's thread for each event, in the order of the broadcasts, never during a broadcast.
+    /// Called for each event on the thread that broadcasts it, by several threads at once if they do so. As the
+    /// broadcast itself, it must neither call the library nor delete a view, and it should only hand the event on.
     using Page = std::function<void(const QCefEvent &)>;
 
-    /// Owning thread only.
+    /// Owning thread only, before another thread knows the view.
     static void setPage(QCefView &view, Page page);
-
-    /// Stands for a call into the library. Its destructor delivers the broadcast events at once, instead of at the next
-    /// turn of the event loop. Owning thread only; the view must outlive it.
-    class VARNEL_HOST_API Call {
-    public:
-        explicit Call(QCefView &view);
-        ~Call();
-
-    private:
-        Q_DISABLE_COPY(Call)
-        QCefView &m_view;
-    };
 };

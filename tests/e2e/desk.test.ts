@@ -244,6 +244,8 @@ test.describe('the blotter', { tag: '@page' }, () => {
       );
       const count = page.getByTestId('blotter-table-count');
       await expect.poll(() => numberOf(count)).toBe(open.totalSize);
+      const newest = String(open.entrustInfoList[0]!.entrustTime.displayRole);
+      await expect(rows(page, 'blotter-table').first().locator('td[data-key="entrustTime"]')).toHaveText(newest);
       const prices = (list: readonly Entrust[]) => list.map(({ price }) => Number(price.userRole));
       await page.locator('[data-testid="blotter-table"] th[data-key="price"] button').click();
       const highest = Math.max(...prices(open.entrustInfoList));

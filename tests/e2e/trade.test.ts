@@ -111,6 +111,35 @@ test.describe('a future traded by keyboard only', { tag: '@page' }, () => {
   });
 });
 
+test.describe('a position in the holdings', { tag: '@page' }, () => {
+  test.use({ options: stillMarket });
+
+  test('is closed by an order that the ticket then shows, and that waits to be confirmed', async ({ page }) => {
+    const frames = await openDesk(page);
+    await openView(page, '资产与持仓');
+    const row = rows(page, 'position-table')
+      .filter({ has: page.getByRole('button', { name: '平仓' }) })
+      .first();
+    const code = await row.locator('td[data-key="securityId"]').innerText();
+    const tradable = (await row.locator('td[data-key="tradableQty"]').innerText()).replace(/\D/g, '');
+    await row.getByRole('button', { name: '平仓' }).click();
+    await expect(page.getByTestId('view-trade')).toBeVisible();
+    await expect(fieldOf(page, 'symbol')).toHaveValue(new RegExp(`^${code}\\.`));
+    await expect(fieldOf(page, 'qty')).toHaveValue(tradable);
+    await expect(fieldOf(page, 'price')).not.toHaveValue('');
+    await expect(reviewButton(page)).toBeEnabled();
+    expect(sent(frames, 'Trade_insertOrder_REQ')).toEqual([]);
+
+    // What another view chooses later is filled in as well.
+    await openView(page, '总览');
+    const chosen = rows(page, 'watch-table').nth(1).getByRole('button').first();
+    const symbolChosen = await chosen.innerText();
+    await chosen.click();
+    await openView(page, '交易');
+    await expect(fieldOf(page, 'symbol')).toHaveValue(symbolChosen);
+  });
+});
+
 test.describe('hot keys', { tag: '@page' }, () => {
   test.use({ options: stillMarket });
 

@@ -44,7 +44,7 @@ expect(libvarnel-websdk-dev ARCHITECTURE ${here} DEPENDS "${runtime} \\(= ${vers
     FILES "lib/libVarnelWebSDK\\.so" "lib/pkgconfig/varnel-websdk\\.pc" "lib/cmake/VarnelWebSDK/VarnelWebSDKConfig\\.cmake"
         "include/VarnelWebSDK/host/QvCore\\.h" "share/VarnelWebSDK/starter/QvCore\\.cpp"
         "lib/libvarnel_host_check\\.a")
-expect(varnel-simulator ARCHITECTURE ${here} DEPENDS "${runtime} \\(= ${version}\\)" libqt5websockets5
+expect(varnel-simulator ARCHITECTURE ${here} DEPENDS "${runtime} \\(= ${version}\\)" libqt5widgets5
     FILES "bin/varnel-simulator" "lib/varnel-simulator/libVarnelSimHost\\.so")
 expect(varnel-websdk-doc ARCHITECTURE all
     FILES "share/doc/VarnelWebSDK/docs/hosting\\.md" "share/doc/VarnelWebSDK/examples/01-embed/main\\.cpp")

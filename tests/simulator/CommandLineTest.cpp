@@ -111,7 +111,7 @@ TEST(CommandLine, APortInUseGivesOneLineAndStatusOne)
     ASSERT_TRUE(taken.listen(QHostAddress::LocalHost, 0));
     const Outcome outcome = run({QStringLiteral("--port"), QString::number(taken.serverPort())});
     EXPECT_EQ(1, outcome.status);
-    EXPECT_EQ(QStringLiteral("varnel-simulator: cannot listen on 127.0.0.1:%1: The bound address is already in use\n")
+    EXPECT_EQ(QStringLiteral("varnel-simulator: cannot listen on 127.0.0.1:%1: Address already in use\n")
                   .arg(taken.serverPort()),
               outcome.err);
     EXPECT_EQ(QString(), outcome.out);

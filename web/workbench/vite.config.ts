@@ -6,6 +6,7 @@ export default defineConfig({
   build: {
     target: 'chrome90',
     chunkSizeWarningLimit: 1000,
+    modulePreload: { polyfill: false }, // it would watch every change of the page
     rollupOptions: {
       onwarn(warning, report) {
         // Libraries mark modules for servers that render React. The desk is rendered in the browser only.

@@ -3,6 +3,7 @@ import { orderStatuses } from '@varnel/web-client';
 import { once } from 'node:events';
 import { createServer, type IncomingMessage, type Server, type ServerResponse } from 'node:http';
 import type { AddressInfo } from 'node:net';
+import { text } from 'node:stream/consumers';
 import { WebSocket, WebSocketServer } from 'ws';
 import type { Received, Sent } from './frames';
 import { Peer, viewOf } from './peer';
@@ -53,8 +54,8 @@ export class Storm {
   private constructor(
     private readonly simulator: string,
     private readonly samples: { tick: Tick; order: Entrust; execution: Execution },
-    /** Added to the page, for measurements. */
     private readonly script: string,
+    private readonly onReport: (report: string) => void,
   ) {
     this.server = createServer((request, response) => void this.serve(request, response));
     this.server.on('upgrade', (request, socket, head) =>
@@ -62,9 +63,12 @@ export class Storm {
     );
   }
 
-  /** Starts the server in front of the simulator at this address. */
-  static async start(simulator: string, script = ''): Promise<Storm> {
-    const storm = new Storm(simulator, await samplesOf(simulator), script);
+  /**
+   * Starts the server in front of the simulator at this address. For measurements it adds a script to the page, and takes
+   * what the page posts.
+   */
+  static async start(simulator: string, script = '', onReport: (report: string) => void = () => {}): Promise<Storm> {
+    const storm = new Storm(simulator, await samplesOf(simulator), script, onReport);
     storm.server.listen(0, '127.0.0.1');
     await once(storm.server, 'listening');
     return storm;
@@ -211,11 +215,17 @@ export class Storm {
     if (invoke === 'UnSub_subscribeAll_REQ') this.subscribed.clear();
   }
 
-  private async serve({ url = '/', headers }: IncomingMessage, response: ServerResponse): Promise<void> {
+  private async serve(request: IncomingMessage, response: ServerResponse): Promise<void> {
+    if (request.method === 'POST') {
+      this.onReport(await text(request));
+      response.end();
+      return;
+    }
+    const { url = '/' } = request;
     const answer = await fetch(new URL(url, this.simulator));
     const type = answer.headers.get('content-type') ?? 'application/octet-stream';
     let body = Buffer.from(await answer.arrayBuffer());
-    if (type.startsWith('text/html') && this.script !== '' && headers.host)
+    if (type.startsWith('text/html') && this.script !== '')
       body = Buffer.from(String(body).replace('<head>', `<head><script>${this.script}</script>`));
     response.writeHead(answer.status, { 'content-type': type }).end(body);
   }

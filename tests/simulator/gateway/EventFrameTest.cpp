@@ -76,3 +76,53 @@ TEST(EventFrameTest, ArgumentsOfAnyTypeAndNumberAreWrittenAsQtWritesThem)
                  QVariantMap{{QStringLiteral("b"), 1}, {QStringLiteral("a"), QVariant()}}, QByteArray("bytes")}));
     expectSame(eventOf({QString(100000, QLatin1Char('"'))}));
 }
+
+TEST(EventFramesTest, CopiesOfAnEventShareOneText)
+{
+    EventFrames frames;
+    const QCefEvent event = eventOf({QStringLiteral("东")});
+    const EventFrame frame = frames.of(event);
+    EXPECT_EQ(eventFrame(event).toUtf8(), frame.text);
+    const QCefEvent copy = event;
+    EXPECT_EQ(frame.text.constData(), frames.of(copy).text.constData());
+}
+
+TEST(EventFramesTest, OtherEventsHaveTextsOfTheirOwn)
+{
+    EventFrames frames;
+    QCefEvent event = eventOf({QStringLiteral("a")});
+    frames.of(event);
+    const QCefEvent other = eventOf({QStringLiteral("a")}, QStringLiteral("on_other"));
+    EXPECT_EQ(eventFrame(other).toUtf8(), frames.of(other).text);
+    event.arguments().append(QStringLiteral("b"));
+    EXPECT_EQ(eventFrame(event).toUtf8(), frames.of(event).text);
+    event.arguments()[0] = QStringLiteral("c"); // after its frame was made
+    EXPECT_EQ(eventFrame(event).toUtf8(), frames.of(event).text);
+    for (const char *name : {"on_first", "on_second"}) { // all empty lists of arguments are one
+        const QCefEvent empty{QString(QLatin1String(name))};
+        EXPECT_EQ(eventFrame(empty).toUtf8(), frames.of(empty).text);
+    }
+}
+
+TEST(EventFramesTest, TheSymbolOfATickIsKnown)
+{
+    const auto symbolOf = [](const char *text, const char *event = "on_tickUpdate") {
+        return EventFrames().of(eventOf({QString::fromUtf8(text)}, QLatin1String(event))).tickOf;
+    };
+    EXPECT_EQ(QStringLiteral("609801.SH"), symbolOf("{\"last\":18.02,\"symbol\":\"609801.SH\",\"time\":\"x\"}"));
+    EXPECT_EQ(QStringLiteral("B"), symbolOf("{\"name\":\"\\\"symbol\\\":\\\"A\\\"\",\"symbol\":\"B\"}"));
+    EXPECT_EQ(QString(), symbolOf("{\"last\":18.02}"));
+    EXPECT_EQ(QString(), symbolOf(""));
+    EXPECT_EQ(QString(), symbolOf("{\"symbol\":\"A\"}", "Data_getCurrentTick_RES"));
+}
+
+TEST(EventFramesTest, AnswersToSubscriptionsHoldTicksBack)
+{
+    const auto holds = [](const char *event) {
+        return EventFrames().of(eventOf({QString()}, QLatin1String(event))).holdsTicksBack;
+    };
+    for (const char *event : {"Sub_subscribe_RES", "UnSub_subscribe_RES", "UnSub_subscribeAll_RES"})
+        EXPECT_TRUE(holds(event)) << event;
+    for (const char *event : {"on_tickUpdate", "Data_getToken_RES", "on_orderLoaded"})
+        EXPECT_FALSE(holds(event)) << event;
+}

@@ -1,15 +1,22 @@
 #include "Await.h"
 #include "gateway/Gateway.h"
-#include "gateway/HttpConnection.h"
 
 #include <QDir>
 #include <QEventLoop>
 #include <QFile>
+#include <QHostAddress>
 #include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTimer>
 
 #include <gtest/gtest.h>
+
+#include <memory>
+#include <vector>
+
+#ifdef Q_OS_UNIX
+#    include <sys/socket.h>
+#endif
 
 using namespace sim;
 
@@ -160,12 +167,45 @@ TEST_F(HttpTest, AnInvalidRequestIs400)
 {
     EXPECT_EQ(400, status(exchange(served, "garbage\r\n\r\n")));
     EXPECT_EQ(400, status(exchange(served, QByteArray("\x16\x03\x01\x02\x00\x01\r\n\r\n", 10))));
+    for (const QByteArray &bad :
+         {QByteArray("\r\n\r\n"), QByteArray("GET /\r\n\r\n"), QByteArray("GET  / HTTP/1.1\r\n\r\n"),
+          QByteArray("GET x HTTP/1.1\r\n\r\n"), QByteArray("GET / HTTP/2\r\n\r\n"),
+          QByteArray("GET / HTTP/1.1 \r\n\r\n"), QByteArray("G@T / HTTP/1.1\r\n\r\n"),
+          QByteArray("GET http://h/ HTTP/1.1\r\n\r\n"), QByteArray("GET / HTTP/1.1\r\nno colon\r\n\r\n"),
+          QByteArray("GET / HTTP/1.1\r\nName : v\r\n\r\n"), QByteArray("GET / HTTP/1.1\r\n: v\r\n\r\n"),
+          QByteArray("GET / HTTP/1.1\nA: b\r\n\r\n"), QByteArray("GET / HTTP/1.1\r\nA: b\rc: d\r\n\r\n"),
+          QByteArray("GET / HTTP/1.1\r\nA: ") + '\0' + "\r\n\r\n",
+          QByteArray("GET / HTTP/1.1\r\nContent-Length: many\r\n\r\n")})
+        EXPECT_EQ(400, status(exchange(served, bad))) << bad.toStdString();
+}
+
+TEST_F(HttpTest, NoBodyIsRead)
+{
+    EXPECT_EQ(405, status(exchange(served, "POST / HTTP/1.1\r\nContent-Length: 18446744073709551615\r\n\r\nx")));
+    EXPECT_EQ(405, status(exchange(served, "POST / HTTP/1.1\r\nTransfer-Encoding: chunked\r\n\r\nno length\r\n")));
+    EXPECT_EQ("js", body(exchange(served, "GET /app.js HTTP/1.1\r\nTransfer-Encoding: chunked\r\n\r\nffffffffff\r\n")));
+    EXPECT_EQ("js", body(exchange(served, "GET /app.js HTTP/1.1\r\n\r\n" + QByteArray(1000000, 'x'))));
+}
+
+TEST_F(HttpTest, OnlyTheFirstOfSeveralRequestsIsAnswered)
+{
+    const QByteArray request = "GET /app.js HTTP/1.1\r\nConnection: keep-alive\r\n\r\n";
+    EXPECT_EQ(exchange(served, request), exchange(served, request + request + "garbage"));
 }
 
 TEST_F(HttpTest, AHeadThatIsTooLongIs431)
 {
-    const QByteArray endless = "GET / HTTP/1.1\r\nX: " + QByteArray(HttpConnection::kMaxHead, 'x');
+    const QByteArray endless = "GET / HTTP/1.1\r\nX: " + QByteArray(GatewayServer::kMaxHead, 'x');
     EXPECT_EQ(431, status(exchange(served, endless)));
+    EXPECT_EQ(431, status(exchange(served, endless + QByteArray(10000000, 'x')))); // while the client still sends
+    QByteArray manyFields = "GET / HTTP/1.1\r\n";
+    while (manyFields.size() <= GatewayServer::kMaxHead)
+        manyFields += "A: b\r\n";
+    EXPECT_EQ(431, status(exchange(served, manyFields + "\r\n")));
+    const QByteArray most = "GET /app.js HTTP/1.1\r\nX: ";
+    const QByteArray rest = "\r\n\r\n";
+    EXPECT_EQ("js", body(exchange(served,
+                                  most + QByteArray(GatewayServer::kMaxHead - most.size() - rest.size(), 'x') + rest)));
 }
 
 TEST_F(HttpTest, AnIncompleteHeadIs408AtTheDeadline)
@@ -208,6 +248,38 @@ TEST_F(HttpTest, AClientThatDisconnectsDoesNotAffectOthers)
     EXPECT_EQ(200, status(get("/")));
 }
 
+TEST_F(HttpTest, ManySilentClientsDoNotKeepOthersWaiting)
+{
+    constexpr int kClients = 100;
+    std::vector<std::unique_ptr<QTcpSocket>> silent;
+    for (int i = 0; i < kClients; ++i) {
+        silent.push_back(std::make_unique<QTcpSocket>());
+        silent.back()->connectToHost(QHostAddress::LocalHost, served.port());
+        silent.back()->write(QByteArray("GET / HTTP/1.1\r\nHost").left(i % 20));
+        ASSERT_TRUE(await([&] { return silent.back()->state() == QAbstractSocket::ConnectedState; }));
+    }
+    EXPECT_EQ("js", body(get("/app.js")));
+}
+
+#ifdef Q_OS_UNIX
+TEST_F(HttpTest, AClientThatHasSentEverythingMayCloseItsHalfOfTheConnection)
+{
+    QTcpSocket socket;
+    socket.connectToHost(QHostAddress::LocalHost, served.port());
+    socket.write("GET /app.js HTTP/1.1\r\n\r\n");
+    ASSERT_TRUE(await([&] { return socket.state() == QAbstractSocket::ConnectedState && !socket.bytesToWrite(); }));
+    ASSERT_EQ(0, shutdown(int(socket.socketDescriptor()), SHUT_WR));
+    EXPECT_EQ("js", body(answerOf(socket)));
+
+    QTcpSocket half;
+    half.connectToHost(QHostAddress::LocalHost, served.port());
+    half.write("GET /app.js");
+    ASSERT_TRUE(await([&] { return half.state() == QAbstractSocket::ConnectedState && !half.bytesToWrite(); }));
+    ASSERT_EQ(0, shutdown(int(half.socketDescriptor()), SHUT_WR));
+    EXPECT_EQ("", answerOf(half));
+}
+#endif
+
 TEST_F(HttpTest, OnlyAllowedOriginsOpenAWebSocket)
 {
     const QByteArray upgrade = "GET /view HTTP/1.1\r\nHost: h\r\nUpgrade: websocket\r\nConnection: Upgrade\r\n"
@@ -224,6 +296,8 @@ TEST_F(HttpTest, OnlyAllowedOriginsOpenAWebSocket)
     EXPECT_EQ(400,
               status(exchange(served, "GET /view HTTP/1.1\r\nUpgrade: websocket\r\nConnection: Upgrade\r\nOrigin: " +
                                           own + "\r\n\r\n")));
+    // A client must wait until its request for a WebSocket is answered.
+    EXPECT_EQ(400, status(exchange(served, upgrade + "Origin: " + own + "\r\n\r\n\x81\x80")));
 }
 
 TEST_F(HttpTest, ItListensOnTheLoopbackAddressOnly)

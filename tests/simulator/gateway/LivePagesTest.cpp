@@ -4,9 +4,10 @@
 
 #include "QvPresenterClass.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QFile>
 #include <QSemaphore>
+#include <QWidget>
 
 #include <algorithm>
 #include <atomic>
@@ -386,12 +387,11 @@ TEST_F(QuietPagesTest, AViewOutlivesTheCurrentCallOfTheBus)
     BusyPresenter presenter;
     terminal.bus()->announce(BusyPresenter::kEvent, {});
     ASSERT_TRUE(presenter.called.tryAcquire(1, kPatienceMs));
-    PageConnection *const connection = connections().first();
-    // The socket is closed once nothing keeps the view any more.
-    QObject::connect(connection->findChild<QWebSocket *>(), &QWebSocket::aboutToClose,
-                     [&presenter] { presenter.viewDeleted.release(); });
+    const QWidgetList widgets = QApplication::topLevelWidgets();
+    ASSERT_EQ(1, widgets.size()); // the view
+    QObject::connect(widgets.first(), &QObject::destroyed, [&presenter] { presenter.viewDeleted.release(); });
     presenter.deletionBegins.release();
-    delete connection;
+    delete connections().first();
     ASSERT_TRUE(presenter.returned.tryAcquire(1, kPatienceMs));
     EXPECT_FALSE(presenter.viewWasDeletedMeanwhile);
 }

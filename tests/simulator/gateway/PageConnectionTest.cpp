@@ -1,7 +1,9 @@
 #include "gateway/PageConnection.h"
 #include "Page.h"
 #include "TerminalTest.h"
+#include "gateway/Outbox.h"
 
+#include <QHostAddress>
 #include <QTcpSocket>
 
 using namespace sim;
@@ -132,7 +134,7 @@ TEST_F(PageConnectionTest, AnInvalidFrameClosesOnlyItsOwnPage)
 
 TEST_F(PageConnectionTest, ATooLongFrameIsRefusedWhileItIsBeingSent)
 {
-    for (const int size : {PageConnection::kMaxFrame + 1, 16 * PageConnection::kMaxFrame}) {
+    for (const int size : {CallFrame::kMaxSize + 1, 16 * CallFrame::kMaxSize}) {
         Page page(gateway);
         ASSERT_TRUE(page.awaitOpen());
         page.socket.sendTextMessage(QString(size, QLatin1Char('x')));
@@ -166,7 +168,7 @@ TEST_F(PageConnectionTest, APageThatStopsReadingIsDisconnected)
                   "Origin: http://allowed.example\r\n\r\n");
     ASSERT_TRUE(await([&] { return pages().size() == 2; }));
     // Each answer contains the long uuid of its call.
-    const QByteArray uuid(PageConnection::kMaxFrame - 100, 'u');
+    const QByteArray uuid(CallFrame::kMaxSize - 100, 'u');
     const QByteArray call = "{\"invoke\":\"Data_getToken_REQ\",\"args\":[\"" + uuid + "\"]}";
     QByteArray frame("\x81\xff", 2); // a masked text with a length of eight bytes
     for (int shift = 56; shift >= 0; shift -= 8)
@@ -174,7 +176,7 @@ TEST_F(PageConnectionTest, APageThatStopsReadingIsDisconnected)
     frame += QByteArray(4, '\0'); // the mask
     frame += call;
     constexpr qint64 kSystemBuffers = qint64{8} * 1024 * 1024;
-    const qint64 needed = (PageConnection::kMaxBacklog + kSystemBuffers) / uuid.size() + 1;
+    const qint64 needed = (Outbox::kMaxBytes + kSystemBuffers) / uuid.size() + 1;
     for (qint64 i = 0; i < needed; ++i)
         stalled.write(frame);
     EXPECT_TRUE(await([&] { return pages().size() == 1; }));
@@ -191,7 +193,7 @@ TEST_F(PageConnectionTest, APageThatReadsGetsAnAnswerOfAnySize)
     page.invoke("Data_getSymbolDetail_REQ", {QStringLiteral("long"), symbols});
     ASSERT_TRUE(await([&] { return page.frames.size() == 1 || !page.socket.isValid(); }));
     ASSERT_TRUE(page.socket.isValid());
-    EXPECT_LT(PageConnection::kMaxBacklog, page.args(0).at(0).toString().size());
+    EXPECT_LT(Outbox::kMaxBytes, page.args(0).at(0).toString().size());
     EXPECT_EQ(QStringLiteral("long"), page.uuid(0));
 }
 

@@ -1,5 +1,6 @@
 import { positionId, type Asset, type Connection, type Position } from '@varnel/web-client';
 import { useCallback, useMemo, useState, type FormEvent } from 'react';
+import { isClosable } from '../closing';
 import { useFormats } from '../formats';
 import { assetColumns, finder, positionColumns, symbolsOf } from '../holdings';
 import { useFreshFigures } from '../live/useFreshFigures';
@@ -58,16 +59,17 @@ export function HoldingsView({ sdk, onClose }: Props) {
   const shownPositions = useMemo<readonly Column<Position>[]>(() => {
     const columns = positionColumns(t, formats, find);
     if (!onClose) return columns;
-    const write = (position: Position) => (
-      <button
-        type="button"
-        className="link"
-        aria-label={t.closePositionOf(String(position.securityName))}
-        onClick={() => onClose(position)}
-      >
-        {t.closePosition}
-      </button>
-    );
+    const write = (position: Position) =>
+      isClosable(position) && (
+        <button
+          type="button"
+          className="link"
+          aria-label={t.closePositionOf(String(position.securityName))}
+          onClick={() => onClose(position)}
+        >
+          {t.closePosition}
+        </button>
+      );
     return [...columns, { key: 'actions', title: t.actions, kind: 'control', width: 8, value: () => null, write }];
   }, [t, formats, find, onClose]);
 

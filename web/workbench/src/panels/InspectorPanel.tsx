@@ -100,9 +100,9 @@ function Rows({ shown, chosen, onChoose }: RowsProps) {
     getItemKey: (index) => shown[index]!.id,
     overscan: 6,
   });
-  useSteadyScroll(scroll, shown);
+  const keepPosition = useSteadyScroll(scroll, shown);
   return (
-    <ol ref={scroll} className="scroll" tabIndex={0} aria-label={t.newestFirst(t.inspector)}>
+    <ol ref={scroll} className="scroll" tabIndex={0} onScroll={keepPosition} aria-label={t.newestFirst(t.inspector)}>
       {shown.length === 0 && <li className="quiet">{t.nothingYet}</li>}
       <li role="presentation" style={{ height: virtual.getTotalSize() }} aria-hidden="true" />
       {virtual.getVirtualItems().map(({ index, start }) => {
@@ -126,17 +126,23 @@ function Rows({ shown, chosen, onChoose }: RowsProps) {
   );
 }
 
-/** New rows come above. Whoever has scrolled down goes on seeing the same rows. */
-function useSteadyScroll(scroll: RefObject<HTMLElement | null>, shown: readonly Entry[]): void {
+/**
+ * New rows come above. Whoever has scrolled down goes on seeing the same rows. To read the position while the rows change
+ * would make the browser lay out the page, so it is kept when it changes.
+ */
+function useSteadyScroll(scroll: RefObject<HTMLElement | null>, shown: readonly Entry[]): () => void {
   const before = useRef(shown);
+  const top = useRef(0);
   useLayoutEffect(() => {
     const first = before.current[0];
     before.current = shown;
-    const list = scroll.current!;
-    if (!first || list.scrollTop < rowHeight) return;
+    if (!first || top.current < rowHeight) return;
     const added = shown.findIndex(({ id }) => id <= first.id);
-    if (added > 0) list.scrollTop += added * rowHeight;
+    if (added > 0) scroll.current!.scrollTop = top.current + added * rowHeight;
   }, [scroll, shown]);
+  return () => {
+    top.current = scroll.current!.scrollTop;
+  };
 }
 
 const marks = { call: '→', event: '←', connection: '•' };

@@ -1,5 +1,6 @@
 import type { Connection, Entrust, Execution, Position } from '@varnel/web-client';
 import { useCallback, useMemo, useRef, useState } from 'react';
+import { flushSync } from 'react-dom';
 import { useHotKeys } from '../hotkeys';
 import { useWatch, type StartWatch, type Watched } from '../live/useWatch';
 import { newestFirst, openStatuses, orderIdOf } from '../records';
@@ -33,7 +34,7 @@ function useNewestFirst<Row extends Entrust | Execution>(start: StartWatch<Row>)
 }
 
 /** Order entry and ladder on the left; orders, positions and executions on the right. */
-export function TradeView({ sdk, proposal: proposed }: Props) {
+export function TradeView({ sdk, proposal }: Props) {
   const t = useTexts();
   const accounts = useFundAccounts(sdk);
   const securities = useSecurities(sdk);
@@ -41,7 +42,6 @@ export function TradeView({ sdk, proposal: proposed }: Props) {
     () => new Map((securities.data ?? []).map((security) => [security.symbol, security])),
     [securities.data],
   );
-  const [own, setOwn] = useState<Proposal>();
   const [asked, setAsked] = useState<readonly string[]>();
   const [isHelping, setHelping] = useState(false);
   const [notice, setNotice] = useState('');
@@ -71,7 +71,7 @@ export function TradeView({ sdk, proposal: proposed }: Props) {
     sdk,
     firstAccount: fundAccounts[0] ?? '',
     securities: bySymbol,
-    proposal: own ?? proposed,
+    proposal,
   });
 
   const focus = useCallback((selector: string) => {
@@ -80,14 +80,17 @@ export function TradeView({ sdk, proposal: proposed }: Props) {
     if (field instanceof HTMLInputElement) field.select();
   }, []);
 
-  const prepare = useCallback(
-    (order: Proposal) => {
-      setOwn(order);
-      focus('[data-testid="ticket"] button[type="submit"]');
-    },
-    [focus],
+  const { change } = ticket;
+  const close = useClosing(
+    sdk,
+    useCallback(
+      (order: Proposal) => {
+        flushSync(() => change(order)); // the button can be focused only when the ticket is complete
+        focus('[data-testid="ticket"] button[type="submit"]');
+      },
+      [change, focus],
+    ),
   );
-  const close = useClosing(sdk, prepare);
 
   const take = (direction: Direction) => () =>
     ticket.change({ orderSide: sideFor(direction, ticket.security, ticket.draft.orderSide) });

@@ -219,8 +219,8 @@ export const trading = {
   earliest: ['最早', 'earliest'],
   latest: ['最新', 'latest'],
   period: ['周期', 'Period'],
-  periodMinute: ['1 分钟', '1 minute'],
-  periodDay: ['2 日', '2 days'],
+  periodMinute: ['1 分钟', 'Minute'],
+  periodDay: ['日', 'Day'],
   candles: withParts(
     (count: string) => `${count} 根K线`,
     (count: string) => `${count} candles`,

@@ -1,0 +1,321 @@
+#include "gateway/GatewayServer.h"
+
+#include "gateway/HttpFiles.h"
+#include "gateway/Logging.h"
+#include "gateway/PageSession.h"
+
+#include <QSet>
+
+#include <boost/asio/executor_work_guard.hpp>
+#include <boost/asio/steady_timer.hpp>
+#include <boost/beast/http.hpp>
+#include <boost/beast/websocket/rfc6455.hpp>
+
+#include <future>
+#include <limits>
+#include <thread>
+
+namespace sim {
+
+namespace {
+
+namespace websocket = beast::websocket;
+
+using Acceptor = net::basic_socket_acceptor<Tcp, net::io_context::executor_type>;
+using Clock = std::chrono::steady_clock;
+using Field = http::field;
+
+constexpr std::size_t kMaxHead = GatewayServer::kMaxHead;
+
+constexpr quint16 kHttpPort = 80; // an origin does not contain this port
+
+/// For pages to agree to the end of their connections when the server stops.
+constexpr std::chrono::seconds kStopDeadline(1);
+
+/// Before the next connection is accepted when one could not be, for example because there are too many open files.
+constexpr std::chrono::milliseconds kAcceptPause(100);
+
+/// What the connections share. Input and output thread only.
+struct Shared {
+    Shared(const GatewayServer::Settings &settings, GatewayServer::Listener listener)
+        : files(settings.root), httpDeadline(settings.httpDeadline), listener(std::move(listener))
+    {
+        for (const QString &origin : settings.allowedOrigins)
+            allowedOrigins.insert(origin.toUtf8());
+    }
+
+    const HttpFiles files;
+    const std::chrono::milliseconds httpDeadline;
+    const GatewayServer::Listener listener;
+    QSet<QByteArray> allowedOrigins; ///< constant once the server listens
+    int lastPage = 0;
+    Connections connections;
+    net::io_context context{1};
+    PageQueue queue{context};
+    const PageSurroundings pages{connections, queue, listener};
+};
+
+QByteArray bytesOf(beast::string_view text)
+{
+    return QByteArray(text.data(), int(text.size()));
+}
+
+/// A connection up to its first request: it answers a request for a file, and hands over the socket of a request for a
+/// WebSocket.
+class HttpSession final : public Connection, public std::enable_shared_from_this<HttpSession> {
+public:
+    HttpSession(Socket &&socket, Shared &shared) : m_socket(std::move(socket)), m_shared(shared)
+    {
+        m_parser.header_limit(kMaxHead);
+        m_parser.body_limit(std::numeric_limits<std::uint64_t>::max()); // no body is ever read
+    }
+
+    void start()
+    {
+        m_shared.connections.insert(shared_from_this());
+        startDeadline();
+        http::async_read_header(m_socket, m_buffer, m_parser,
+                                [self = shared_from_this()](Error error, std::size_t size) {
+                                    if (!self->m_isAnswering)
+                                        self->decide(error, size);
+                                });
+    }
+
+    void stop() override { end(); }
+
+private:
+    void startDeadline()
+    {
+        m_deadline.expires_after(m_shared.httpDeadline);
+        m_deadline.async_wait([self = shared_from_this()](Error error) {
+            if (error || self->m_deadline.expiry() > Clock::now())
+                return; // it was changed
+            if (self->m_isAnswering)
+                self->end();
+            else
+                self->answer({408});
+        });
+    }
+
+    void decide(Error error, std::size_t headSize)
+    {
+        const Request &request = m_parser.get();
+        // The parser's own limit holds for what it has not parsed yet, so that a head of twice the length can pass it.
+        if (error == http::error::header_limit || error == http::error::buffer_overflow || headSize > kMaxHead)
+            answer({431});
+        else if (error == http::error::end_of_stream || error == http::error::partial_message)
+            end(); // the client has closed the connection
+        else if (error.category() == http::make_error_code(http::error::bad_target).category())
+            answer({400});
+        else if (error)
+            end();
+        else if (!request.target().starts_with('/'))
+            answer({400});
+        else if (pathOf(request) != "/view")
+            answer(m_shared.files.answer(bytesOf(request.method_string()), pathOf(request)));
+        else
+            decideOnPage(request);
+    }
+
+    void decideOnPage(const Request &request)
+    {
+        if (request.method() != http::verb::get) {
+            answer({405, {}, {}, "GET"});
+        } else if (!websocket::is_upgrade(request)) {
+            answer({426});
+        } else if (request.count(Field::sec_websocket_key) != 1 || m_buffer.size() > 0) {
+            answer({400}); // also for a client that does not wait for its handshake to be answered
+        } else if (!isAllowed(request)) {
+            qCWarning(gatewayLog, "A WebSocket of origin \"%s\" was refused; --allow-origin lets it in",
+                      bytesOf(request[Field::origin]).left(200).constData());
+            answer({403});
+        } else {
+            openPage(std::move(m_socket), request, ++m_shared.lastPage, m_shared.pages);
+            end();
+        }
+    }
+
+    bool isAllowed(const Request &request) const
+    {
+        return request.count(Field::origin) == 1 && m_shared.allowedOrigins.contains(bytesOf(request[Field::origin]));
+    }
+
+    static QByteArray pathOf(const Request &request)
+    {
+        const beast::string_view target = request.target();
+        return bytesOf(target.substr(0, target.find('?')));
+    }
+
+    void answer(const HttpReply &reply)
+    {
+        m_isAnswering = true;
+        Error ignored;
+        m_socket.cancel(ignored); // the reading of the head, if its time is up
+        startDeadline();          // again, for a client that does not read the answer
+        m_reply.result(unsigned(reply.status));
+        const bool isFile = m_reply.result() == http::status::ok;
+        m_body = isFile
+                     ? reply.body
+                     : QByteArray::number(reply.status) + ' ' + bytesOf(http::obsolete_reason(m_reply.result())) + '\n';
+        m_reply.set(Field::content_type, isFile ? view(reply.contentType) : "text/plain; charset=utf-8");
+        m_reply.content_length(std::size_t(m_body.size()));
+        // No caching: developers reload pages that they have just built.
+        m_reply.set(Field::cache_control, "no-store");
+        m_reply.set("X-Content-Type-Options", "nosniff");
+        m_reply.set(Field::connection, "close");
+        if (!reply.allow.isEmpty())
+            m_reply.set(Field::allow, view(reply.allow));
+        if (reply.status == 426)
+            m_reply.set(Field::upgrade, "websocket");
+        m_reply.body() = {m_body.constData(), std::size_t(m_body.size())};
+        const auto then = [self = shared_from_this()](Error error, std::size_t) {
+            if (error)
+                return self->end();
+            // The client closes when it has everything. A connection that is closed while its peer sends is reset, and
+            // the peer would lose the answer.
+            self->m_socket.shutdown(Socket::shutdown_send, error);
+            self->dropRest();
+        };
+        if (m_parser.get().method() == http::verb::head)
+            http::async_write_header(m_socket, m_serializer, then);
+        else
+            http::async_write(m_socket, m_serializer, then);
+    }
+
+    void dropRest()
+    {
+        m_socket.async_read_some(net::buffer(m_dropped), [self = shared_from_this()](Error error, std::size_t) {
+            if (error)
+                self->end();
+            else
+                self->dropRest();
+        });
+    }
+
+    void end()
+    {
+        Error ignored;
+        m_socket.close(ignored);
+        m_deadline.expires_at(Clock::time_point::max());
+        m_shared.connections.erase(shared_from_this());
+    }
+
+    static beast::string_view view(const QByteArray &text) { return {text.constData(), std::size_t(text.size())}; }
+
+    Socket m_socket;
+    Shared &m_shared;
+    net::steady_timer m_deadline{m_shared.context};
+    beast::flat_buffer m_buffer{kMaxHead};
+    http::request_parser<http::empty_body> m_parser;
+    bool m_isAnswering = false;
+    QByteArray m_body;
+    http::response<http::span_body<const char>> m_reply;
+    http::response_serializer<http::span_body<const char>> m_serializer{m_reply};
+    std::array<char, 4096> m_dropped;
+};
+
+} // namespace
+
+class GatewayServer::Private : public Shared {
+public:
+    using Shared::Shared;
+
+    void accept()
+    {
+        acceptor.async_accept([this](Error error, Socket socket) {
+            if (!acceptor.is_open())
+                return;
+            if (error) {
+                pause.expires_after(kAcceptPause);
+                pause.async_wait([this](Error stopped) {
+                    if (!stopped)
+                        accept();
+                });
+                return;
+            }
+            socket.set_option(Tcp::no_delay(true), error);
+            std::make_shared<HttpSession>(std::move(socket), *this)->start();
+            accept();
+        });
+    }
+
+    void closeAll()
+    {
+        Error ignored;
+        acceptor.close(ignored);
+        pause.cancel();
+        const Connections all = connections; // a connection that is stopped may end at once
+        for (const auto &connection : all)
+            connection->stop();
+    }
+
+    quint16 port = 0; ///< constant once the server listens
+    Acceptor acceptor{context};
+    net::steady_timer pause{context};
+    net::executor_work_guard<net::io_context::executor_type> work{context.get_executor()};
+    std::promise<void> allClosed;
+    std::thread thread;
+};
+
+GatewayServer::GatewayServer(const Settings &settings, Listener listener)
+    : d(std::make_unique<Private>(settings, std::move(listener)))
+{
+}
+
+GatewayServer::~GatewayServer()
+{
+    stop();
+}
+
+QString GatewayServer::listen(quint16 port)
+{
+    const Tcp::endpoint address(net::ip::address_v4::loopback(), port);
+    Error error;
+    d->acceptor.open(address.protocol(), error);
+#ifndef Q_OS_WIN // where it means that two programs may share the port
+    if (!error)
+        d->acceptor.set_option(Acceptor::reuse_address(true), error);
+#endif
+    if (!error)
+        d->acceptor.bind(address, error);
+    if (!error)
+        d->acceptor.listen(Acceptor::max_listen_connections, error);
+    if (error)
+        return QString::fromLocal8Bit(error.message().c_str());
+
+    d->port = d->acceptor.local_endpoint(error).port();
+    const QByteArray suffix = d->port == kHttpPort ? QByteArray() : ':' + QByteArray::number(d->port);
+    d->allowedOrigins.insert("http://127.0.0.1" + suffix);
+    d->allowedOrigins.insert("http://localhost" + suffix);
+    d->accept();
+    d->thread = std::thread([this] {
+        d->context.run();
+        d->allClosed.set_value();
+    });
+    return QString();
+}
+
+quint16 GatewayServer::port() const
+{
+    return d->port;
+}
+
+void GatewayServer::stop()
+{
+    if (!d->thread.joinable())
+        return;
+    // The time for the pages counts from when they are told: before that the thread may be busy with a long answer.
+    std::promise<void> told;
+    net::post(d->context, [this, &told] {
+        d->closeAll();
+        d->work.reset();
+        told.set_value();
+    });
+    told.get_future().wait();
+    if (d->allClosed.get_future().wait_for(kStopDeadline) != std::future_status::ready)
+        d->context.stop();
+    d->thread.join();
+    d->connections.clear(); // before the context that they use
+}
+
+} // namespace sim

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "gateway/PageSocket.h"
+
+#include <QStringList>
+
+#include <chrono>
+#include <functional>
+#include <memory>
+
+namespace sim {
+
+/// Serves files over HTTP, and a WebSocket to each page, on an input and output thread of its own. So neither a page
+/// that reads slowly nor a long answer delays other threads. Made, started and destroyed by the Gateway on the
+/// user-interface thread. It listens on the loopback address only. It accepts WebSockets only from pages of its own
+/// origin and of the allowed origins, because pages can place orders.
+class GatewayServer {
+public:
+    static constexpr int kMaxHead = 16 * 1024; ///< bytes of the head of a request
+
+    struct Settings {
+        QString root;                           ///< the folder of the static files, or empty
+        QStringList allowedOrigins;             ///< in addition to its own
+        std::chrono::milliseconds httpDeadline; ///< for the head of a request, and again for the answer
+    };
+
+    /// Hears what happens at the pages. Called on the server's thread.
+    using Listener = std::function<void(PageNews)>;
+
+    GatewayServer(const Settings &settings, Listener listener);
+
+    /// Stops the server.
+    ~GatewayServer();
+
+    /// Begins to serve; port 0 means any free one. On failure returns why it cannot.
+    QString listen(quint16 port);
+
+    quint16 port() const;
+
+    /// Closes all connections. Waits for the pages to agree, at most one second. Nothing is heard of pages afterwards.
+    void stop();
+
+private:
+    class Private;
+    const std::unique_ptr<Private> d;
+};
+
+} // namespace sim

@@ -1,0 +1,38 @@
+#include "gateway/Outbox.h"
+
+namespace sim {
+
+bool Outbox::add(const EventFrame &frame)
+{
+    const auto place = m_ticks.constFind(frame.tickOf);
+    if (place != m_ticks.cend()) {
+        QByteArray &text = (*place)->text;
+        m_bytes += frame.text.size() - text.size();
+        text = frame.text;
+        return true;
+    }
+    // Only what waits already counts, so that one long answer does not end the connection.
+    if (m_bytes > kMaxBytes)
+        return false;
+    m_waiting.push_back({frame.text, frame.tickOf});
+    m_bytes += frame.text.size();
+    if (!frame.tickOf.isEmpty())
+        m_ticks.insert(frame.tickOf, std::prev(m_waiting.end()));
+    if (frame.holdsTicksBack)
+        m_ticks.clear();
+    return true;
+}
+
+QByteArray Outbox::take()
+{
+    const auto first = m_waiting.begin();
+    const auto place = m_ticks.find(first->tickOf);
+    if (place != m_ticks.end() && *place == first)
+        m_ticks.erase(place);
+    const QByteArray text = first->text;
+    m_bytes -= text.size();
+    m_waiting.erase(first);
+    return text;
+}
+
+} // namespace sim

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "gateway/Asio.h"
+#include "gateway/EventFrame.h"
+#include "gateway/GatewayServer.h"
+
+#include <memory>
+#include <mutex>
+#include <set>
+#include <variant>
+#include <vector>
+
+namespace sim {
+
+class PageSession;
+
+/// A connection of any kind. Input and output thread only.
+class Connection {
+public:
+    Connection() = default;
+    virtual ~Connection() = default;
+
+    /// The server stops.
+    virtual void stop() = 0;
+
+private:
+    Q_DISABLE_COPY_MOVE(Connection)
+};
+
+/// All connections. Each enters itself when it begins, and leaves when it ends.
+using Connections = std::set<std::shared_ptr<Connection>>;
+
+/// How a page is closed.
+struct PageClose {
+    int code;
+    QString reason;
+};
+
+/// What other threads have for the pages, in order, on its way to the input and output thread.
+class PageQueue {
+public:
+    explicit PageQueue(net::io_context &context) : m_context(context) {}
+
+    /// Any thread.
+    void add(const std::weak_ptr<PageSession> &page, std::variant<QCefEvent, PageClose> content);
+
+private:
+    void deliver();
+
+    struct Item {
+        std::weak_ptr<PageSession> page;
+        std::variant<QCefEvent, PageClose> content;
+    };
+
+    net::io_context &m_context;
+    EventFrames m_frames; // input and output thread only
+
+    // Guarded by m_mutex
+    std::mutex m_mutex;
+    std::vector<Item> m_items;
+};
+
+/// What all pages need.
+struct PageSurroundings {
+    Connections &connections;
+    PageQueue &queue;
+    const GatewayServer::Listener &listener;
+};
+
+/// Answers the request for a WebSocket, tells the listener that the page is there, and serves it from then on. Input
+/// and output thread only.
+void openPage(Socket &&socket, const Request &request, int number, const PageSurroundings &surroundings);
+
+} // namespace sim
