@@ -112,17 +112,17 @@ test.describe('accessibility', { tag: '@page' }, () => {
     for (const locale of ['zh-CN', 'en-US']) {
       test.describe(`${theme}, ${locale}`, () => {
         test.use({ colorScheme: theme, locale });
-        for (const id of viewIds) {
-          test(`axe finds nothing in the view ${id}`, async ({ page }) => {
-            await openInAnyLanguage(page);
+        test('axe finds nothing in any view', async ({ page }) => {
+          await openInAnyLanguage(page);
+          for (const id of viewIds) {
             await show(page, id);
             if (id === 'securities') {
               await rows(page, 'security-list').first().getByRole('button').click();
               await expect(rows(page, 'levels')).toHaveCount(10);
             }
-            await expectAccessible(page, 'body');
-          });
-        }
+            await expectAccessible(page, 'body', id);
+          }
+        });
       });
     }
   }
@@ -229,7 +229,7 @@ test.describe('tables', { tag: '@page' }, () => {
     const list = page.getByTestId('securities').locator('.scroll');
     await list.evaluate((element) => element.scrollTo(0, element.scrollHeight));
     await expect(rows(page, 'security-list').last()).toContainText('99999.XX');
-    await expect(page.getByTestId('security-list').locator('thead')).toBeInViewport();
+    await expect(page.getByTestId('security-list').locator('th').first()).toBeInViewport();
     expect(await rows(page, 'security-list').count()).toBeLessThan(100);
     await list.focus();
     await page.keyboard.press('Home');

@@ -116,6 +116,7 @@ test.describe('the desk', () => {
   test('fits windows of 1280, 1000 and 600 pixels', { tag: '@page' }, async ({ page }) => {
     await openDesk(page);
     for (const view of views) {
+      await page.setViewportSize({ width: 1280, height: 800 }); // the inspector rests while it is out of sight
       await openView(page, view);
       for (const width of [1280, 1000, 600]) {
         await page.setViewportSize({ width, height: 800 });

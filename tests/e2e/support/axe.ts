@@ -4,7 +4,7 @@ import axe from 'axe-core';
 const rules = ['wcag2a', 'wcag2aa', 'wcag21a', 'wcag21aa', 'wcag22aa'];
 
 /** Expects that axe finds nothing against WCAG 2.2 AA in the part of the page. */
-export async function expectAccessible(page: Page, part: string): Promise<void> {
+export async function expectAccessible(page: Page, part: string, name = part): Promise<void> {
   await page.evaluate(axe.source);
   const found = await page.evaluate(
     async ([selector, tags]) => {
@@ -14,5 +14,5 @@ export async function expectAccessible(page: Page, part: string): Promise<void> 
     },
     [part, rules] as const,
   );
-  expect(found).toEqual([]);
+  expect(found, name).toEqual([]);
 }

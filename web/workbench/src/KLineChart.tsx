@@ -160,7 +160,7 @@ export function KLineChart({ title, bars }: Props) {
           </p>
         )}
       </figcaption>
-      <div ref={container} role="img" aria-label={t.chartDescription(title, whole(count))} />
+      <div ref={container} role="group" aria-label={t.chartDescription(title, whole(count))} />
     </figure>
   );
 }

@@ -8,7 +8,7 @@ import { useTexts } from '../texts/useTexts';
 import { useVisible } from '../useVisible';
 import { Panel } from './Panel';
 
-const rowHeight = 22;
+const rowHeight = 24; // a target for fingers and unsteady hands
 const nobody = () => () => {};
 
 function milliseconds(value: number): string {
