@@ -149,7 +149,7 @@ async function pushes() {
   const worlds = [];
   for (const [name, options] of [
     ['of the built-in world', []],
-    ['of a world of 410', worldWith(400)], // with more, pushes pile up before the page, and it is dropped
+    ['of a world of 410', worldWith(400)], // with more, pushes pile up before the page, and newer ticks replace them
   ]) {
     const simulator = await startSimulator(...options);
     worlds.push({ name: `all symbols ${name}`, options, ...(await subscription(simulator)) });

@@ -53,14 +53,16 @@ test.describe('the watch list', { tag: '@page' }, () => {
   test('cannot be changed before the saved list has been read', async ({ page }) => {
     await page.addInitScript(() => {
       // Holds back the replies with saved settings until the test releases them.
-      const told = WebSocket.prototype.addEventListener;
-      WebSocket.prototype.addEventListener = function (this: WebSocket, name: string, hear: (event: Event) => void) {
-        told.call(this, name, (event: Event) => {
-          const isSetting = name === 'message' && String((event as MessageEvent).data).includes('Data_getSetting_RES');
-          if (!isSetting || sessionStorage.getItem('released')) return hear(event);
-          window.addEventListener('release', () => hear(event));
-        });
-      } as typeof told;
+      const own = Object.getOwnPropertyDescriptor(WebSocket.prototype, 'onmessage')!;
+      Object.defineProperty(WebSocket.prototype, 'onmessage', {
+        set(this: WebSocket, hear: ((event: MessageEvent) => void) | null) {
+          own.set!.call(this, (event: MessageEvent) => {
+            const isSetting = String(event.data).includes('Data_getSetting_RES');
+            if (!isSetting || sessionStorage.getItem('released')) return hear?.(event);
+            window.addEventListener('release', () => hear?.(event));
+          });
+        },
+      });
     });
     await page.goto('/');
     const watch = page.getByTestId('watch');

@@ -158,7 +158,7 @@ test.describe('orders and executions', { tag: '@page' }, () => {
   test('show the texts of the terminal', async ({ page }) => {
     const frames = await openDesk(page);
     await openView(page, '委托与成交');
-    expect(argsOf(frames, 'Data_getEntrustList_REQ')).toEqual(['{}', 0, 20]);
+    expect(argsOf(frames, 'Data_getEntrustList_REQ')).toEqual(['{}', 0, 100]);
     const orders = latest<EntrustList>(frames, 'Data_getEntrustList_RES').entrustInfoList;
     await expect(rows(page, 'order-table')).toHaveCount(orders.length);
     for (const key of entrustKeys)
@@ -181,21 +181,18 @@ test.describe('orders and executions', { tag: '@page' }, () => {
     await openView(page, '委托与成交');
     const range = page.getByTestId('range');
     const { totalSize } = latest<EntrustList>(frames, 'Data_getEntrustList_RES');
-    await expect(range).toHaveText(`第 1–20 笔，共 ${totalSize} 笔 of ${totalSize}`);
+    await expect(range).toHaveText(`第 1–100 笔，共 ${totalSize} 笔`);
     await expect(page.getByRole('button', { name: '上页' })).toBeDisabled();
     await page.getByRole('button', { name: '下页' }).click();
-    await expect(range).toContainText('第 21–40 笔');
-    expect(argsOf(frames, 'Data_getEntrustList_REQ')).toEqual(['{}', 20, 20]);
+    await expect(range).toContainText('第 101–200 笔');
+    expect(argsOf(frames, 'Data_getEntrustList_REQ')).toEqual(['{}', 100, 100]);
     await page.getByRole('button', { name: '末页' }).click();
     await expect(range).toContainText(`–${totalSize} 笔，`);
     await expect(page.getByRole('button', { name: '下页' })).toBeDisabled();
-    await expect(rows(page, 'order-table')).toHaveCount(((totalSize - 1) % 20) + 1);
-    await page.getByLabel('每页').selectOption('50');
-    await expect(range).toContainText('第 1–50 笔');
-    await page.getByRole('button', { name: '下页' }).click();
-    await expect(range).toContainText('第 51–');
-    await page.getByRole('button', { name: '首页' }).click();
-    await expect(range).toContainText('第 1–50 笔');
+    await expect(rows(page, 'order-table')).toHaveCount(((totalSize - 1) % 100) + 1);
+    await page.getByLabel('每页').selectOption('500');
+    await expect(range).toHaveText(`第 1–${totalSize} 笔，共 ${totalSize} 笔`);
+    await expect(page.getByRole('button', { name: '首页' })).toBeDisabled();
   });
 
   test('are filtered by account, status and symbol', async ({ page }) => {
@@ -209,7 +206,7 @@ test.describe('orders and executions', { tag: '@page' }, () => {
     await ask(page);
     await expect.poll(() => frames.replies('Data_getEntrustList_RES').length).toBe(2);
     const filter = { fundAccount: [fundAccount], orderStatus: [orderStatuses.filled] };
-    expect(argsOf(frames, 'Data_getEntrustList_REQ')).toEqual([JSON.stringify(filter), 0, 20]);
+    expect(argsOf(frames, 'Data_getEntrustList_REQ')).toEqual([JSON.stringify(filter), 0, 100]);
     const { totalSize, size } = latest<EntrustList>(frames, 'Data_getEntrustList_RES');
     expect(totalSize).toBeLessThan(all);
     await expect(page.getByTestId('range')).toContainText(`共 ${totalSize} 笔`);
@@ -219,7 +216,7 @@ test.describe('orders and executions', { tag: '@page' }, () => {
 
     await panel.getByLabel('证券标识').fill('NOSUCH.SH, NONE.SZ');
     await ask(page);
-    await expect(page.getByTestId('range')).toHaveText('无记录 none，共 0 笔 of 0');
+    await expect(page.getByTestId('range')).toHaveText('无记录，共 0 笔');
     const none = JSON.stringify({
       fundAccount: [fundAccount],
       symbol: ['NOSUCH.SH', 'NONE.SZ'],

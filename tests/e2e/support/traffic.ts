@@ -11,6 +11,12 @@ const wire = new WireCheck(document, {
   // The simulator has empty quotes of symbols that it does not know.
   Tick: { anyOf: [{ $ref: '#/components/schemas/SimulatorTick' }, { type: 'object', maxProperties: 0 }] },
   Candle: { $ref: '#/components/schemas/SimulatorCandle' },
+  // Other terminals may show and hold any value. The simulator shows texts.
+  Cell: {
+    type: 'object',
+    properties: { displayRole: { type: ['string', 'null'] }, userRole: { type: ['string', 'number', 'null'] } },
+    required: ['displayRole', 'userRole'],
+  },
 });
 
 /** What is wrong with the frames of this worker's pages. */

@@ -53,12 +53,13 @@ public:
         const int mask = isMasked ? 0x80 : 0;
         QByteArray bytes(1, char(first));
         int lengthBytes = 0;
-        if (payload.size() < kTwoByteLength)
+        if (payload.size() < kTwoByteLength) {
             bytes += char(mask | payload.size());
-        else if (payload.size() <= 0xffff)
-            (bytes += char(mask | kTwoByteLength), lengthBytes = 2);
-        else
-            (bytes += char(mask | kEightByteLength), lengthBytes = 8);
+        } else {
+            const bool isShort = payload.size() <= 0xffff;
+            bytes += char(mask | (isShort ? kTwoByteLength : kEightByteLength));
+            lengthBytes = isShort ? 2 : 8;
+        }
         while (lengthBytes-- > 0)
             bytes += char(qint64(payload.size()) >> (8 * lengthBytes));
         if (isMasked)

@@ -43,7 +43,10 @@ export type Connection<V extends Vocabulary = SimulatorVocabulary> = CallFunctio
 
 /** What a connection offers beside the calls. */
 interface Rest<V extends Vocabulary> {
-  /** Looks up by its tag what became of an order whose outcome is unknown. The newest order comes first. */
+  /**
+   * Looks up by its tag what became of an order whose outcome is unknown. The newest order comes first. An empty list is no
+   * proof: the order may still be under way, and some terminals keep no tags.
+   */
   findOrders(values: TaggedOrders, options?: CallOptions): Promise<Entrust<V>[]>;
 
   /**

@@ -2,7 +2,7 @@ import * as records from './records.js';
 import * as securities from './securities.js';
 import { keysOf, list, nothing, oneOrZero, optional, text } from './shapes.js';
 import type { Json, JsonSchema, Shape } from './shapes.js';
-import { candle, priceTypes, sides, tick } from './vocabulary.js';
+import { candle, orderStatuses, priceTypes, securityTypes, sides, tick } from './vocabulary.js';
 import type { Candle, SimulatorVocabulary, Tick, Vocabulary } from './vocabulary.js';
 
 /**
@@ -107,26 +107,32 @@ interface Expected {
 const aText: Expected = { holds: isText, is: 'a string', schema: { type: 'string' } };
 const texts: Expected = { holds: isTexts, is: 'a list of strings', schema: list(text).schema };
 
+const codeSchema = (codes: Readonly<Record<string, string>>): JsonSchema => ({
+  type: 'string',
+  examples: Object.values(codes),
+});
+const aCode = (codes: Readonly<Record<string, string>>): Expected => ({ ...aText, schema: codeSchema(codes) });
+
 type Entries<T> = { readonly [Key in keyof T]-?: Expected };
 
 const orderFilterEntries: Entries<OrderFilter> = {
   fundAccount: texts,
   symbol: texts,
   trader: texts,
-  orderStatus: texts,
+  orderStatus: { ...texts, schema: { type: 'array', items: codeSchema(orderStatuses) } },
   orderSource: texts,
   instanceID: texts,
 };
 const securityClassEntries: Entries<SecurityClass> = {
-  securityType: aText,
+  securityType: aCode(securityTypes),
   securitySubType: texts,
   securityPost: texts,
 };
 const orderLineEntries: Entries<OrderLine> = {
   symbol: aText,
   exchange: aText,
-  orderSide: aText,
-  priceType: aText,
+  orderSide: aCode(sides),
+  priceType: aCode(priceTypes),
   price: aText,
   qty: aText,
 };
@@ -166,16 +172,16 @@ function parameter<T>(reading: Parameter<T>['reading'], wire: JsonSchema, write:
   return Object.assign(write, { reading, wire });
 }
 
-const textParameter = (examples?: Readonly<Record<string, string>>) =>
-  parameter('text', { type: 'string', ...(examples && { examples: Object.values(examples) }) }, (value: string) => {
+const textParameter = (schema: JsonSchema) =>
+  parameter('text', schema, (value: string) => {
     if (typeof value !== 'string') throw new TypeError('must be a string');
     return value;
   });
 
 export const parameters: { readonly [Name in keyof ArgumentTypes]: Parameter<ArgumentTypes[Name]> } = {
-  text: textParameter(),
-  side: textParameter(sides),
-  priceType: textParameter(priceTypes),
+  text: textParameter({ type: 'string' }),
+  side: textParameter(codeSchema(sides)),
+  priceType: textParameter(codeSchema(priceTypes)),
 
   /** The terminal reads a number beyond 32 bits as 0. */
   integer: parameter('integer', { type: 'integer', minimum: -largestInteger, maximum: largestInteger }, (value) => {

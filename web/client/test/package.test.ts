@@ -1,6 +1,6 @@
 import { checkPackage, Package } from '@arethetypeswrong/core';
 import { execFileSync } from 'node:child_process';
-import { mkdtempSync, readdirSync, readFileSync, rmSync } from 'node:fs';
+import { cpSync, mkdtempSync, readdirSync, readFileSync, rmSync, symlinkSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import { join } from 'node:path';
 import { fileURLToPath } from 'node:url';
@@ -8,33 +8,46 @@ import { publint } from 'publint';
 import { formatMessage } from 'publint/utils';
 import { afterAll, beforeAll, describe, expect, it } from 'vitest';
 
-const folder = fileURLToPath(new URL('..', import.meta.url));
-const description = JSON.parse(readFileSync(join(folder, 'package.json'), 'utf8')) as Record<string, unknown> & {
+const root = fileURLToPath(new URL('../../../', import.meta.url));
+const source = join(root, 'web/client');
+const description = JSON.parse(readFileSync(join(source, 'package.json'), 'utf8')) as Record<string, unknown> & {
   name: string;
   version: string;
   exports: Record<string, string | Record<'types' | 'default', string>>;
 };
 
-const npm = (...args: string[]) => execFileSync('npm', args, { cwd: folder, encoding: 'utf8', stdio: 'pipe' });
-
 /** The sources, without their extension. */
-const sources = (readdirSync(join(folder, 'src'), { recursive: true }) as string[])
+const sources = (readdirSync(join(source, 'src'), { recursive: true }) as string[])
   .filter((path) => path.endsWith('.ts'))
   .map((path) => path.replace(/\.ts$/, '').replace(/\\/g, '/'));
 
+/** A copy of what the build reads: others may be using the built files of the original. */
+let copy: string;
+/** The copy's package. */
+let folder: string;
 let packed: string[];
 let archive: Buffer;
-let target: string;
 
 beforeAll(() => {
-  target = mkdtempSync(join(tmpdir(), 'varnel-client-'));
+  copy = mkdtempSync(join(tmpdir(), 'varnel-client-'));
+  folder = join(copy, 'web/client');
+  const needed = ['package.json', 'README.md', 'src', 'tsconfig.build.json'].map((name) => `web/client/${name}`);
+  for (const path of [...needed, 'web/tsconfig.base.json', 'docs/openrpc.json'])
+    cpSync(join(root, path), join(copy, path), { recursive: true });
+  symlinkSync(join(root, 'node_modules'), join(copy, 'node_modules'));
+  const npm = (...args: string[]) => execFileSync('npm', args, { cwd: folder, encoding: 'utf8', stdio: 'pipe' });
   npm('run', 'build');
-  const [made] = JSON.parse(npm('pack', '--json', '--pack-destination', target)) as [{ files: { path: string }[] }];
+  const [made] = JSON.parse(npm('pack', '--json', '--pack-destination', copy)) as [{ files: { path: string }[] }];
   packed = made.files.map(({ path }) => path);
-  archive = readFileSync(join(target, readdirSync(target)[0]!));
+  archive = readFileSync(
+    join(
+      copy,
+      readdirSync(copy).find((name) => name.endsWith('.tgz'))!,
+    ),
+  );
 }, 120_000);
 
-afterAll(() => rmSync(target, { recursive: true }));
+afterAll(() => rmSync(copy, { recursive: true }));
 
 describe('the package', () => {
   it('holds what a page needs, the sources for debuggers, and nothing else', () => {
@@ -71,7 +84,7 @@ describe('the package', () => {
 
   it('has the description of the protocol, with the version of the package', () => {
     const shipped = readFileSync(join(folder, 'dist/openrpc.json'), 'utf8');
-    expect(shipped).toBe(readFileSync(join(folder, '../../docs/openrpc.json'), 'utf8'));
+    expect(shipped).toBe(readFileSync(join(root, 'docs/openrpc.json'), 'utf8'));
     expect(JSON.parse(shipped)).toMatchObject({ info: { version: description.version } });
   });
 
@@ -101,8 +114,8 @@ describe('the package', () => {
   });
 
   it('has its version in the documents', () => {
-    for (const document of ['README.md', '../../README.md', '../../CONTRIBUTING.md', '../../docs/simulator.md']) {
-      const names = readFileSync(join(folder, document), 'utf8').match(/varnel-web-client-[\w.]+\.tgz/g) ?? [];
+    for (const document of ['web/client/README.md', 'README.md', 'CONTRIBUTING.md', 'docs/simulator.md']) {
+      const names = readFileSync(join(root, document), 'utf8').match(/varnel-web-client-[\w.]+\.tgz/g) ?? [];
       expect(new Set(names)).toEqual(new Set(names.map(() => `varnel-web-client-${description.version}.tgz`)));
     }
   });

@@ -148,6 +148,7 @@ describe('the first opening', () => {
     const onOpen = vi.fn();
     sdk.onOpen(onOpen);
     bridge.open();
+    bridge.open(); // told twice by the bridge
     expect(onOpen.mock.calls).toEqual([[{ again: false, resubscribed: [] }]]);
   });
 });
@@ -161,6 +162,20 @@ describe('a question', () => {
     leaving.abort();
     await expect(answer).rejects.toBe(leaving.signal.reason);
     later.answer('T');
+  });
+
+  it('leaves nothing behind at a signal that lives longer', async () => {
+    bridge.open();
+    const { signal } = new AbortController();
+    const listeners = new Set<unknown>();
+    vi.spyOn(signal, 'addEventListener').mockImplementation((_, listener) => void listeners.add(listener));
+    vi.spyOn(signal, 'removeEventListener').mockImplementation((_, listener) => void listeners.delete(listener));
+    const answer = sdk.getToken({}, { signal });
+    await answer;
+    const watch = sdk.watchQuotes([], undefined, { signal });
+    expect(listeners.size).toBe(1);
+    watch.stop();
+    expect(listeners.size).toBe(0);
   });
 
   it('may wait without an end', async () => {

@@ -138,6 +138,14 @@ describe('the bridge to a simulator', () => {
     expect(sockets).toHaveLength(1);
   });
 
+  it('that is closed during a pause stays closed', () => {
+    const bridge = simulatorBridge({ createSocket });
+    sockets[0]!.break();
+    bridge.close();
+    vi.advanceTimersByTime(60_000);
+    expect([bridge.connectionState, sockets.length]).toEqual(['closed', 1]);
+  });
+
   it('that is closed by a listener stays closed', () => {
     const bridge = simulatorBridge({ createSocket });
     bridge.onConnectionChange(({ willReconnect }) => willReconnect && bridge.close());

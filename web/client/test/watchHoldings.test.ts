@@ -47,6 +47,7 @@ describe('a watch of positions', () => {
   });
 
   it('ignores the positions of other accounts', async () => {
+    held = [position('1', 5, 'another')];
     const watch = sdk.watchPositions(selection);
     await watch.ready;
     bridge.push('position', position('1', 5, 'another'));

@@ -119,6 +119,27 @@ describe('a watch of orders', () => {
     expect(bridge.calls).toHaveLength(2);
   });
 
+  it('asks again after a break during the call, without an error', async () => {
+    const list = bridge.defer('getEntrustList');
+    const watch = sdk.watchOrders();
+    await list.called;
+    bridge.close({ willReconnect: true });
+    bridge.open();
+    await watch.ready;
+    expect([bridge.calls.length, watchErrors]).toEqual([2, []]);
+  });
+
+  it('that is stopped while it waits for its list leaves nothing behind', async () => {
+    const watch = sdk.watchOrders();
+    const list = bridge.defer('getEntrustList');
+    const other = sdk.watchOrders();
+    await list.called;
+    await watch.ready;
+    other.stop();
+    await settled();
+    expect([vi.getTimerCount(), watchErrors]).toEqual([0, []]);
+  });
+
   it('that began while the connection was not open waits for it', async () => {
     bridge.close({ willReconnect: true });
     books = [order('1')];
@@ -164,6 +185,29 @@ describe('a filter', () => {
     expect(told.slice(1)).toEqual(['change, 3 Reported, -1']);
   });
 
+  it('tells a loop only of what it knows', async () => {
+    books = [order('1')];
+    const watch = sdk.watchOrders({ filter });
+    const loop = watch[Symbol.asyncIterator]();
+    await watch.ready;
+    await loop.next();
+    books = [order('2'), order('1')];
+    bridge.push('ordersLoaded');
+    await settled();
+    bridge.push('orders', [order('2', { status: 'Filled' })]); // came and left
+    expect(((await loop.next()) as { value: Update<Entrust> }).value.removed).toEqual([]);
+    books = [order('1')];
+    bridge.push('ordersLoaded');
+    await settled();
+    for (const status of ['Filled', 'Reported', 'Filled']) bridge.push('orders', [order('1', { status })]);
+    expect(((await loop.next()) as { value: Update<Entrust> }).value.removed).toEqual(['1']);
+    bridge.push('orders', [order('1')]);
+    await loop.next();
+    for (const status of ['Filled', 'Reported']) bridge.push('orders', [order('1', { status })]); // left and came back
+    const { changed, removed } = ((await loop.next()) as { value: Update<Entrust> }).value;
+    expect([changed.map(text), removed]).toEqual([['1 Reported'], []]);
+  });
+
   it('may be empty, and then sets no condition', async () => {
     books = [order('1')];
     const watch = sdk.watchOrders({ filter: { orderStatus: [], orderSource: [] } });
@@ -202,8 +246,9 @@ describe('a limit', () => {
     expect([...watch.items.keys()]).toEqual(['5', '6']);
   });
 
-  it('must be at least one', () => {
-    expect(() => sdk.watchOrders({ limit: 0 })).toThrow(RangeError);
+  it.each([0, -1, 1.5, NaN])('cannot be %s', (limit) => {
+    expect(() => sdk.watchOrders({ limit })).toThrow(RangeError);
+    expect(() => sdk.watchExecutions({ limit })).toThrow(RangeError);
   });
 });
 

@@ -259,5 +259,10 @@ describe('after a break of the connection', () => {
     bridge.open();
     expect(opened).toHaveBeenCalledWith({ again: true, resubscribed: [] });
     expect(bridge.calls).toEqual([]);
+    const watch = sdk.watchQuotes(['a']);
+    await watch.ready;
+    watch.stop();
+    await settled();
+    expect(asked().at(-1)).toBe('unsubscribe a'); // the page has no share in it
   });
 });

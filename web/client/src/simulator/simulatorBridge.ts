@@ -3,7 +3,7 @@ import { SocketBridge, viewOf, type Socket } from './SocketBridge.js';
 
 export interface SimulatorOptions {
   /** The address that the simulator prints. `http://127.0.0.1:8900` unless you say otherwise. */
-  readonly url?: string;
+  readonly url?: string | undefined;
   /**
    * Makes the WebSocket. Node before 22 has none of its own; there, use the package `ws` and tell the simulator's own
    * address as origin: `createSocket: (url) => new WebSocket(url, { origin: 'http://127.0.0.1:8900' })`.

@@ -119,7 +119,8 @@ function sourceOf<Item>(
   kind: Kind<Item>,
   { filter = {}, limit = Infinity, matches }: Selection<OrderFilter, Item> = {},
 ): ListSource<Item> {
-  if (!(limit >= 1)) throw new RangeError(`${kind.name}: limit must be at least 1`);
+  const isLimit = limit === Infinity || (Number.isInteger(limit) && limit >= 1);
+  if (!isLimit) throw new RangeError(`${kind.name}: limit must be a whole number of at least 1`);
   const meetsFilter = conditionsOf(kind, filter);
   const holds = (record: Item) => meetsFilter(record) && (matches === undefined || matches(record));
   // The terminal does not know the page's own condition, so the newest records that meet it may be anywhere.
