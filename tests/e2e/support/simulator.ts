@@ -31,7 +31,7 @@ export class Simulator {
     const failed = this.ended.then(({ code, signal }) => {
       throw new Error(`the simulator ended (${code ?? signal}) before it listened:\n${this.stderr}`);
     });
-    return Promise.race([line, failed, this.stuck('did not start')]);
+    return this.inTime(Promise.race([line, failed]), 'did not start');
   }
 
   /** Waits for a line in the log. */
@@ -42,7 +42,7 @@ export class Simulator {
   /** Sends the signal and waits for the end. */
   async stop(signal: 'SIGTERM' | 'SIGINT' | 'SIGKILL' = 'SIGTERM'): Promise<Ended> {
     this.child.kill(signal);
-    return Promise.race([this.ended, this.stuck(`did not end on ${signal}`)]);
+    return this.inTime(this.ended, `did not end on ${signal}`);
   }
 
   /** Lets the process stand still: it takes what is sent to it, and answers nothing until `thaw`. */
@@ -67,14 +67,19 @@ export class Simulator {
     });
   }
 
-  private stuck(what: string): Promise<never> {
-    return new Promise((_, reject) => {
-      const timer = setTimeout(() => {
+  /** Ends a simulator that is stuck. Once the task is done, it may run as long as it likes. */
+  private async inTime<T>(task: Promise<T>, what: string): Promise<T> {
+    let timer: NodeJS.Timeout;
+    const stuck = new Promise<never>((_, reject) => {
+      timer = setTimeout(() => {
         this.child.kill('SIGKILL');
         reject(new Error(`the simulator ${what} within ${stuckMs} ms:\n${this.stderr}`));
       }, stuckMs);
-      // A timer must not outlive the process that it watches.
-      void this.ended.finally(() => clearTimeout(timer));
     });
+    try {
+      return await Promise.race([task, stuck]);
+    } finally {
+      clearTimeout(timer!);
+    }
   }
 }
