@@ -78,6 +78,11 @@ export class Storm {
     return `http://127.0.0.1:${(this.server.address() as AddressInfo).port}/`;
   }
 
+  /** Pages that are connected, through to the simulator. */
+  get connected(): number {
+    return this.pages.size;
+  }
+
   /** Symbols of which the page wants quotes now. */
   get symbols(): readonly string[] {
     return [...this.subscribed];

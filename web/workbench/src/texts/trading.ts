@@ -32,7 +32,6 @@ export const trading = {
     '终端未受理，亦未说明原因，没有委托',
     'Not taken by the terminal, which gave no reason; there is no order',
   ],
-  notSentAtAll: ['未发送，终端不知此请求', 'Not sent; the terminal knows nothing of it'],
   outcomeUnknownLook: [
     '结果未知：委托可能已在终端。请先查找，勿重复下单。',
     'Outcome unknown: the terminal may have the order. Look it up; do not place it again.',
@@ -70,7 +69,6 @@ export const trading = {
     (price: string) => `Sell at ${price}`,
   ),
   chooseForLadder: ['请先在下单中选择证券', 'Choose a security in the ticket first'],
-  ownOrders: ['本方挂单', 'Own orders'],
   ownAt: withParts(
     (qty: string, price: string) => `本方挂单 ${qty}，价格 ${price}`,
     (qty: string, price: string) => `Own open orders: ${qty} at ${price}`,
@@ -133,12 +131,6 @@ export const trading = {
     (count: number) => `Cancel ${orders(count)}?`,
   ),
   cancelNow: ['确认撤单', 'Cancel them now'],
-  cancelOneQuestion: withParts(
-    (order: string) => `撤销此委托？${order}`,
-    (order: string) => `Cancel this order? ${order}`,
-  ),
-  cancelOneNow: ['确认撤单', 'Cancel it now'],
-  cancelling: ['撤单中…', 'Cancelling…'],
   cancelledCount: withParts(
     (count: number) => `已撤 ${count} 笔`,
     (count: number) => `${orders(count)} cancelled`,
@@ -186,8 +178,6 @@ export const trading = {
   keysEnter: ['回车', 'Enter'],
   keysEscape: ['Esc', 'Esc'],
 
-  kind: ['类型', 'Kind'],
-  conditions: ['条件', 'Conditions'],
   source: ['来源', 'Source'],
   instance: ['策略实例', 'Strategy instance'],
   rowsPerPage: ['每页', 'Rows a page'],
@@ -236,7 +226,6 @@ export const trading = {
   closePrice: ['收盘', 'Close'],
   candleVolume: ['成交量', 'Volume'],
   candleAmount: ['成交额', 'Turnover'],
-  following: ['跟随行情', 'Follows the market'],
 
   inspector: ['调用记录', 'Inspector'],
   unansweredOnly: ['只看未应答', 'Unanswered only'],
