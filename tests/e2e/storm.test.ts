@@ -89,7 +89,7 @@ test.describe('a long storm', () => {
     const mib = (bytes: number) => Math.round(bytes / 2 ** 20);
     const heaps = heap.map(({ bytes }) => bytes);
     const tenth = Math.ceil(heaps.length / 10);
-    const lowest = (part: readonly number[]) => mib(Math.min(...part));
+    const tenths = Array.from({ length: 10 }, (_, at) => heaps.slice(at * tenth, (at + 1) * tenth));
     console.log({
       seconds,
       ticksPerSecond: Math.round(pushed.ticks / elapsed),
@@ -103,8 +103,7 @@ test.describe('a long storm', () => {
         share: Number((ofProcessor.reduce((sum, ms) => sum + ms, 0) / tracedSeconds / 1000).toFixed(3)),
       },
       heapMiB: {
-        lowestOfFirstTenth: lowest(heaps.slice(0, tenth)),
-        lowestOfLastTenth: lowest(heaps.slice(-tenth)),
+        lowestOfEachTenth: tenths.map((part) => mib(Math.min(...part))),
         highest: mib(Math.max(...heaps)),
       },
       loadAverage: loadavg(),
