@@ -100,16 +100,15 @@ private:
     void decide(Error error, std::size_t headSize)
     {
         const Request &request = m_parser.get();
+        const bool hasEnded = error == http::error::end_of_stream || error == http::error::partial_message;
+        const bool isMalformed =
+            !hasEnded && error.category() == http::make_error_code(http::error::bad_target).category();
         // The parser's own limit holds for what it has not parsed yet, so that a head of twice the length can pass it.
         if (error == http::error::header_limit || error == http::error::buffer_overflow || headSize > kMaxHead)
             answer({431});
-        else if (error == http::error::end_of_stream || error == http::error::partial_message)
-            end(); // the client has closed the connection
-        else if (error.category() == http::make_error_code(http::error::bad_target).category())
-            answer({400});
-        else if (error)
-            end();
-        else if (!request.target().starts_with('/'))
+        else if (error && !isMalformed)
+            end(); // the client has closed the connection, or it broke
+        else if (isMalformed || !request.target().starts_with('/'))
             answer({400});
         else if (pathOf(request) != "/view")
             answer(m_shared.files.answer(bytesOf(request.method_string()), pathOf(request)));
