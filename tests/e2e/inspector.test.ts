@@ -5,6 +5,9 @@ import { numberOf } from './support/tradeDesk';
 
 test.use({ root: roots.workbench, options: stillMarket });
 
+/** Of an entry of the list, as trade.css and panels.css have it. */
+const rowHeight = 24;
+
 const count = (page: Page) => page.getByTestId('inspector-count');
 const bytes = (page: Page) => count(page).getAttribute('data-bytes').then(Number);
 const total = async (page: Page) => Number(/\/ ([\d,]+)/.exec(await count(page).innerText())![1]!.replaceAll(',', ''));
@@ -65,8 +68,8 @@ test.describe('the inspector', { tag: '@page' }, () => {
     await openDesk(page);
     await callMany(page, 'Data_getToken_REQ', 300);
     const list = page.getByTestId('inspector').locator('ol');
-    await expect.poll(() => list.evaluate(({ scrollHeight }) => scrollHeight)).toBeGreaterThan(300 * 22);
-    await list.evaluate((element) => (element.scrollTop = 2200));
+    await expect.poll(() => list.evaluate(({ scrollHeight }) => scrollHeight)).toBeGreaterThan(300 * rowHeight);
+    await list.evaluate((element, top) => (element.scrollTop = top), 100 * rowHeight);
     const first = async () => {
       const top = (await list.boundingBox())!.y;
       for (const each of await page.getByTestId('entry').all()) {
@@ -78,8 +81,8 @@ test.describe('the inspector', { tag: '@page' }, () => {
     const place = await first();
     const height = await list.evaluate(({ scrollHeight }) => scrollHeight);
     await callMany(page, 'Data_getToken_REQ', 10);
-    await expect.poll(() => list.evaluate(({ scrollHeight }) => scrollHeight)).toBe(height + 220);
-    expect(await list.evaluate(({ scrollTop }) => scrollTop)).toBe(2420);
+    await expect.poll(() => list.evaluate(({ scrollHeight }) => scrollHeight)).toBe(height + 10 * rowHeight);
+    expect(await list.evaluate(({ scrollTop }) => scrollTop)).toBe(110 * rowHeight);
     expect(await first()).toBe(place);
     expect(await numberOf(page.getByTestId('unanswered'))).toBe(0);
   });

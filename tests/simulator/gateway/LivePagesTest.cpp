@@ -311,9 +311,8 @@ TEST_F(QuietPagesTest, EveryOrderIsPlacedOnce)
         ASSERT_TRUE(page->awaitClosed());
         ++calls;
     }
-    ASSERT_TRUE(await([&] { return connections().isEmpty(); }));
-    EXPECT_EQ(calls, placed());
 
+    // The calls of all pages before it have been made when this page gets its answer.
     const auto last = openPage();
     last->invoke("Trade_insertOrder_REQ", {kUuid}); // too few arguments: answered without an order
     last->awaitObject("Trade_insertOrder_RES");
