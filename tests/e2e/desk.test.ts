@@ -61,6 +61,14 @@ test.describe('the ticket', { tag: '@page' }, () => {
     expect(new Set(tags).size).toBe(3);
   });
 
+  test('has its button in the same place before and after prices and the tradable quantity come', async ({ page }) => {
+    const frames = await openTrade(page);
+    const before = await reviewButton(page).boundingBox();
+    await fillTicket(page, frames, { qty: '100' });
+    await expect(page.getByTestId('ticket-tradable')).toHaveText(/^\d+$/);
+    expect(await reviewButton(page).boundingBox()).toEqual(before);
+  });
+
   test('sends an order once, even when it is confirmed several times', async ({ page }) => {
     const frames = await openTrade(page);
     await fillTicket(page, frames, { qty: '100' });
