@@ -220,6 +220,7 @@ test.describe('the ladder', { tag: '@page' }, () => {
   test('is used by keyboard: one stop of Tab, arrows between the levels', async ({ page }) => {
     const frames = await openTrade(page);
     await fillTicket(page, frames, { qty: '100' });
+    await expect(level(page, 'ask 1')).toBeVisible();
     await page.keyboard.press('Alt+l');
     await expect(level(page, 'ask 1').getByRole('button').nth(0)).toBeFocused();
     await page.keyboard.press('ArrowDown');

@@ -6,6 +6,8 @@
 #include <QHostAddress>
 #include <QTcpSocket>
 
+#include <gmock/gmock.h>
+
 using namespace sim;
 
 namespace {
@@ -65,8 +67,10 @@ TEST_F(PageConnectionTest, ManyPagesGetTheirOwnAnswers)
         Page &page = *all[size_t(i)];
         ASSERT_TRUE(page.awaitFrames(2));
         EXPECT_EQ(2, page.frames.size());
-        EXPECT_EQ(QStringLiteral("Data_getLoginTrader_RES"), page.event(0));
-        EXPECT_EQ(QStringLiteral("Data_getKLineData_RES"), page.event(1));
+        // On a busy machine the second call may come later than the candles.
+        EXPECT_THAT(QStringList({page.event(0), page.event(1)}),
+                    testing::UnorderedElementsAre(QStringLiteral("Data_getLoginTrader_RES"),
+                                                  QStringLiteral("Data_getKLineData_RES")));
         EXPECT_EQ(QString::number(i), page.uuid(0));
         EXPECT_EQ(QString::number(i), page.uuid(1));
     }
