@@ -102,11 +102,13 @@ void Bus::publish(int eventId, const QVariant &body)
         for (const int pid : qAsConst(receivers))
             pointers.append(m_presenters.value(pid));
     }
+    // Not with the events of the library's own presenter: it ends with the process, so that any check could crash.
+    const bool callsEnded = eventId == kStrategyCalls && hasFault("CallsEndedPresenters");
     post([=] {
         if (eventId == kStrategyCalls)
             takeStrategyCall(unpacked(body));
         for (int i = 0; i < receivers.size(); ++i) {
-            if (hasFault("CallsEndedPresenters") && pointers[i])
+            if (callsEnded && pointers[i])
                 deliver(*pointers[i]);
             else
                 call(receivers[i], deliver);
