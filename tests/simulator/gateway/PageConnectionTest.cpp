@@ -155,7 +155,7 @@ TEST_F(PageConnectionTest, OnlyAllowedOriginsConnect)
     EXPECT_TRUE(allowed.awaitOpen());
     EXPECT_TRUE(localhost.awaitOpen());
     EXPECT_TRUE(foreign.awaitClosed());
-    EXPECT_EQ(2, pages().size());
+    EXPECT_TRUE(await([&] { return pages().size() == 2; }));
 }
 
 TEST_F(PageConnectionTest, APageThatStopsReadingIsDisconnected)
