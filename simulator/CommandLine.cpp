@@ -20,6 +20,7 @@ const QString kSpeed = QStringLiteral("speed");
 const QString kLogin = QStringLiteral("login");
 const QString kRoot = QStringLiteral("root");
 const QString kAllowOrigin = QStringLiteral("allow-origin");
+const QString kOpen = QStringLiteral("open");
 const QString kHelp = QStringLiteral("help");
 const QString kVersion = QStringLiteral("version");
 
@@ -57,6 +58,7 @@ void addOptions(QCommandLineParser &parser)
         {kAllowOrigin,
          QStringLiteral("Also accept pages of this origin, such as http://localhost:5173. May be repeated."),
          QStringLiteral("ORIGIN")},
+        {kOpen, QStringLiteral("Open the address in the browser of the desktop.")},
         {{QStringLiteral("h"), kHelp}, QStringLiteral("Show this help.")},
         {{QStringLiteral("v"), kVersion}, QStringLiteral("Show the version.")},
     });
@@ -105,6 +107,7 @@ QString CommandLine::check(const QCommandLineParser &parser)
     if (parser.isSet(kRoot) && !QFileInfo(root).isDir())
         return QStringLiteral("--root \"%1\" is not a folder").arg(root);
 
+    open = parser.isSet(kOpen);
     allowedOrigins = parser.values(kAllowOrigin);
     for (const QString &origin : qAsConst(allowedOrigins)) {
         if (!isOrigin(origin))

@@ -1,3 +1,4 @@
+#include "Browser.h"
 #include "CommandLine.h"
 #include "Shutdown.h"
 #include "gateway/Gateway.h"
@@ -23,7 +24,12 @@ void print(FILE *stream, const QString &text)
 void chooseDisplay()
 {
     const auto missing = [](const char *name) { return qEnvironmentVariableIsEmpty(name); };
-    if (missing("QT_QPA_PLATFORM") && missing("DISPLAY") && missing("WAYLAND_DISPLAY"))
+#ifdef Q_OS_WIN
+    const bool hasDisplay = false; // the program comes with Qt's offscreen platform only
+#else
+    const bool hasDisplay = !missing("DISPLAY") || !missing("WAYLAND_DISPLAY");
+#endif
+    if (missing("QT_QPA_PLATFORM") && !hasDisplay)
         qputenv("QT_QPA_PLATFORM", "offscreen");
 }
 
@@ -62,6 +68,9 @@ int main(int argc, char *argv[])
         return kCannotListen;
     }
     sim::quitOnSignals();
-    print(stdout, QStringLiteral("listening on http://127.0.0.1:%1/\n").arg(gateway.port()));
+    const QString address = QStringLiteral("http://127.0.0.1:%1/").arg(gateway.port());
+    print(stdout, QStringLiteral("listening on %1\n").arg(address));
+    if (options.open && !sim::openInBrowser(address))
+        print(stderr, QStringLiteral("varnel-simulator: no browser could be started; open %1 yourself\n").arg(address));
     return QApplication::exec();
 }
