@@ -184,6 +184,22 @@ TEST(CommandLine, TheWorkbenchThatIsInstalledBesideTheProgramIsServedByDefault)
 #endif // QT_NETWORK_LIB
 
 #ifdef Q_OS_UNIX
+TEST(CommandLine, WithoutABrowserOpenTellsTheAddress)
+{
+    QProcess simulator;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("PATH"), QStringLiteral("/no/such"));
+    simulator.setProcessEnvironment(environment);
+    simulator.start(QStringLiteral(SIMULATOR_BINARY),
+                    {QStringLiteral("--port"), QStringLiteral("0"), QStringLiteral("--open")});
+    const QByteArray address = readLine(simulator).mid(int(qstrlen("listening on "))).chopped(1);
+    simulator.terminate();
+    ASSERT_TRUE(simulator.waitForFinished(kPatienceMs));
+    EXPECT_EQ(0, simulator.exitCode());
+    EXPECT_EQ("varnel-simulator: no browser could be started; open " + address + " yourself\n",
+              simulator.readAllStandardError());
+}
+
 class CommandLineSignal : public testing::TestWithParam<int> {};
 
 TEST_P(CommandLineSignal, EndsTheSimulatorWithStatusZero)
