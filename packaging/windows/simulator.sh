@@ -8,7 +8,7 @@ here=$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")
 program=$here/varnel-simulator.exe
 [[ -f $program ]] || ln -- "$here/../varnel-simulator.exe" "$program"
 root=$here
-while [[ ! -f $root/packaging/windows/run.sh ]]; do root=$(dirname -- "$root"); done
+until [[ -f $root/packaging/windows/run.sh || $root == / ]]; do root=$(dirname -- "$root"); done
 
 # Wine makes a Ctrl-C of SIGINT, and ends a process on SIGTERM without telling it. On SIGKILL both end at once.
 setpriv --pdeathsig KILL "$root/packaging/windows/run.sh" "$program" "$@" &
