@@ -19,6 +19,7 @@ const QString kSeed = QStringLiteral("seed");
 const QString kSpeed = QStringLiteral("speed");
 const QString kLogin = QStringLiteral("login");
 const QString kRoot = QStringLiteral("root");
+const QString kInspector = QStringLiteral("inspector");
 const QString kAllowOrigin = QStringLiteral("allow-origin");
 const QString kHelp = QStringLiteral("help");
 const QString kVersion = QStringLiteral("version");
@@ -30,11 +31,17 @@ bool isOrigin(const QString &text)
     return form.match(text).hasMatch();
 }
 
-/// The workbench page that is installed beside the program; empty when there is none.
-QString installedWorkbench()
+/// The folder of that page where it is installed beside the program; empty when it is not.
+QString installed(const QString &page)
 {
-    const QDir folder(QCoreApplication::applicationDirPath() + QStringLiteral("/../share/VarnelWebSDK/workbench"));
+    const QDir folder(QCoreApplication::applicationDirPath() + QStringLiteral("/../share/VarnelWebSDK/") + page);
     return folder.exists() ? folder.canonicalPath() : QString();
+}
+
+/// The folder of the option, or that of the installed page.
+QString folderOf(const QCommandLineParser &parser, const QString &option, const QString &page)
+{
+    return parser.isSet(option) ? parser.value(option) : installed(page);
 }
 
 void addOptions(QCommandLineParser &parser)
@@ -53,6 +60,9 @@ void addOptions(QCommandLineParser &parser)
          QStringLiteral("ACCOUNT")},
         {kRoot,
          QStringLiteral("Serve the files of this folder over HTTP (default: the workbench, where it is installed)."),
+         QStringLiteral("DIR")},
+        {kInspector,
+         QStringLiteral("Serve the inspector of this folder at /inspector (default: where it is installed)."),
          QStringLiteral("DIR")},
         {kAllowOrigin,
          QStringLiteral("Also accept pages of this origin, such as http://localhost:5173. May be repeated."),
@@ -101,9 +111,12 @@ QString CommandLine::check(const QCommandLineParser &parser)
     if (!ok || !(speed >= kMinSpeed && speed <= kMaxSpeed))
         return QStringLiteral("--speed \"%1\" is not a number from 0.01 to 1000").arg(parser.value(kSpeed));
 
-    root = parser.isSet(kRoot) ? parser.value(kRoot) : installedWorkbench();
-    if (parser.isSet(kRoot) && !QFileInfo(root).isDir())
-        return QStringLiteral("--root \"%1\" is not a folder").arg(root);
+    root = folderOf(parser, kRoot, QStringLiteral("workbench"));
+    inspector = folderOf(parser, kInspector, QStringLiteral("inspector"));
+    for (const QString &option : {kRoot, kInspector}) {
+        if (parser.isSet(option) && !QFileInfo(parser.value(option)).isDir())
+            return QStringLiteral("--%1 \"%2\" is not a folder").arg(option, parser.value(option));
+    }
 
     allowedOrigins = parser.values(kAllowOrigin);
     for (const QString &origin : qAsConst(allowedOrigins)) {

@@ -15,6 +15,7 @@ struct CommandLine {
     quint16 port = 8900;
     double speed = 1;
     QString root;
+    QString inspector;
     QStringList allowedOrigins;
     Scenario scenario;
     Login login;

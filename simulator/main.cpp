@@ -54,7 +54,7 @@ int main(int argc, char *argv[])
     }
 
     sim::Terminal terminal(options.scenario, options.login, options.speed);
-    sim::Gateway gateway(options.root, options.allowedOrigins);
+    sim::Gateway gateway(options.root, options.allowedOrigins, options.inspector);
     if (!gateway.listen(options.port)) {
         print(stderr, QStringLiteral("varnel-simulator: cannot listen on 127.0.0.1:%1: %2\n")
                           .arg(options.port)

@@ -3,6 +3,7 @@
 #include "gateway/HttpFiles.h"
 #include "gateway/Logging.h"
 #include "gateway/PageSession.h"
+#include "gateway/TrafficSession.h"
 
 #include <QSet>
 
@@ -38,7 +39,7 @@ constexpr std::chrono::milliseconds kAcceptPause(100);
 /// What the connections share. Input and output thread only.
 struct Shared {
     Shared(const GatewayServer::Settings &settings, GatewayServer::Listener listener)
-        : files(settings.root), httpDeadline(settings.httpDeadline), listener(std::move(listener))
+        : files(settings.root, settings.inspector), httpDeadline(settings.httpDeadline), listener(std::move(listener))
     {
         for (const QString &origin : settings.allowedOrigins)
             allowedOrigins.insert(origin.toUtf8());
@@ -110,13 +111,13 @@ private:
             end(); // the client has closed the connection, or it broke
         else if (isMalformed || !request.target().starts_with('/'))
             answer({400});
-        else if (pathOf(request) != "/view")
+        else if (pathOf(request) != "/view" && pathOf(request) != "/traffic")
             answer(m_shared.files.answer(bytesOf(request.method_string()), pathOf(request)));
         else
-            decideOnPage(request);
+            decideOnWebSocket(request);
     }
 
-    void decideOnPage(const Request &request)
+    void decideOnWebSocket(const Request &request)
     {
         if (request.method() != http::verb::get) {
             answer({405, {}, {}, "GET"});
@@ -129,7 +130,10 @@ private:
                       bytesOf(request[Field::origin]).left(200).constData());
             answer({403});
         } else {
-            openPage(std::move(m_socket), request, ++m_shared.lastPage, m_shared.pages);
+            if (pathOf(request) == "/view")
+                openPage(std::move(m_socket), request, ++m_shared.lastPage, m_shared.pages);
+            else
+                openTraffic(std::move(m_socket), request, m_shared.connections);
             end();
         }
     }
@@ -162,6 +166,8 @@ private:
         m_reply.set(Field::cache_control, "no-store");
         m_reply.set("X-Content-Type-Options", "nosniff");
         m_reply.set(Field::connection, "close");
+        if (!reply.location.isEmpty())
+            m_reply.set(Field::location, view(reply.location));
         if (!reply.allow.isEmpty())
             m_reply.set(Field::allow, view(reply.allow));
         if (reply.status == 426)

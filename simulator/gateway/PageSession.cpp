@@ -2,10 +2,9 @@
 
 #include "gateway/Logging.h"
 #include "gateway/Outbox.h"
+#include "gateway/WebSocket.h"
 #include "traffic/Log.h"
 #include "traffic/Scope.h"
-
-#include <boost/beast/websocket.hpp>
 
 #include <atomic>
 #include <optional>
@@ -14,19 +13,11 @@ namespace sim {
 
 namespace {
 
-namespace websocket = beast::websocket;
-
-/// For a page to agree to the end of its connection. What it sends meanwhile is read and dropped, because a connection
-/// that is closed while its peer sends is reset, and the peer would lose the reason.
-constexpr std::chrono::seconds kCloseDeadline(2);
-
 /// Bytes of the calls of a page that may wait for the user-interface thread before no more is read from the page.
 constexpr qint64 kMaxUnhandled = CallFrame::kMaxSize;
 
 /// A longer buffer is given back after use.
 constexpr std::size_t kKeptBuffer = std::size_t{64} * 1024;
-
-constexpr int kGoingAway = 1001;
 
 class Handle;
 
@@ -74,7 +65,7 @@ private:
     void proceed();
     void end();
 
-    websocket::stream<Socket> m_stream;
+    WebSocket m_stream;
     const int m_number;
     Connections &m_connections;
     PageQueue &m_queue;
@@ -163,10 +154,8 @@ PageSession::PageSession(Socket &&socket, int number, const PageSurroundings &su
     , m_queue(surroundings.queue)
     , m_listener(surroundings.listener)
 {
-    m_stream.set_option(websocket::stream_base::timeout{kCloseDeadline, websocket::stream_base::none(), false});
-    m_stream.auto_fragment(false);
+    setUp(m_stream);
     m_stream.read_message_max(0); // read() counts, because it can give a reason
-    m_stream.text(true);
 }
 
 void PageSession::open(const Request &request)

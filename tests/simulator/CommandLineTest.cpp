@@ -60,6 +60,7 @@ const Mistake kMistakes[] = {
     {"LoginUnknown", "--login nobody", "--login \"nobody\" is not an account of the scenario: it has T1001, T1002"},
     {"LoginEmpty", "--login=", "--login \"\" is not an account of the scenario: it has T1001, T1002"},
     {"RootMissing", "--root /no/such/folder", "--root \"/no/such/folder\" is not a folder"},
+    {"InspectorMissing", "--inspector /no/such/folder", "--inspector \"/no/such/folder\" is not a folder"},
     {"OriginWithPath", "--allow-origin http://a.example/x",
      "--allow-origin \"http://a.example/x\" is not an origin such as http://localhost:5173"},
     {"OriginNull", "--allow-origin null", "--allow-origin \"null\" is not an origin such as http://localhost:5173"},
@@ -98,7 +99,8 @@ TEST(CommandLine, HelpAndVersionGoToStandardOutput)
     const Outcome help = run({QStringLiteral("--help")});
     EXPECT_EQ(0, help.status);
     EXPECT_EQ(QString(), help.err);
-    for (const char *option : {"--port", "--scenario", "--seed", "--speed", "--login", "--root", "--allow-origin"})
+    for (const char *option :
+         {"--port", "--scenario", "--seed", "--speed", "--login", "--root", "--inspector", "--allow-origin"})
         EXPECT_TRUE(help.out.contains(QLatin1String(option))) << option;
     const Outcome version = run({QStringLiteral("--version")});
     EXPECT_EQ(0, version.status);
