@@ -129,14 +129,15 @@ QByteArray readLine(QProcess &process)
     return line;
 }
 
-/// What the simulator that printed the line answers to a request for its first page.
-QByteArray firstPage(const QByteArray &listeningLine)
+/// What the simulator that printed the line answers to a request for that page.
+QByteArray answerOf(const QByteArray &listeningLine, const QByteArray &path)
 {
     const int colon = listeningLine.lastIndexOf(':');
     const quint16 port = listeningLine.mid(colon + 1).chopped(2).toUShort(); // without "/\n"
     QTcpSocket socket;
     socket.connectToHost(QHostAddress::LocalHost, port);
-    socket.write("GET / HTTP/1.1\r\nHost: 127.0.0.1:" + QByteArray::number(port) + "\r\nConnection: close\r\n\r\n");
+    socket.write("GET " + path + " HTTP/1.1\r\nHost: 127.0.0.1:" + QByteArray::number(port) +
+                 "\r\nConnection: close\r\n\r\n");
     QByteArray answer;
     while (socket.waitForReadyRead(kPatienceMs))
         answer += socket.readAll();
@@ -145,25 +146,30 @@ QByteArray firstPage(const QByteArray &listeningLine)
 
 } // namespace
 
-TEST(CommandLine, TheWorkbenchThatIsInstalledBesideTheProgramIsServedByDefault)
+TEST(CommandLine, ThePagesThatAreInstalledBesideTheProgramAreServedByDefault)
 {
     QTemporaryDir prefix;
     const QDir folder(prefix.path());
     ASSERT_TRUE(folder.mkpath(QStringLiteral("bin")));
-    ASSERT_TRUE(folder.mkpath(QStringLiteral("share/VarnelWebSDK/workbench")));
     const QString program = folder.filePath(QStringLiteral("bin/varnel-simulator"));
     ASSERT_TRUE(QFile::copy(QStringLiteral(SIMULATOR_BINARY), program));
-    QFile page(folder.filePath(QStringLiteral("share/VarnelWebSDK/workbench/index.html")));
-    ASSERT_TRUE(page.open(QIODevice::WriteOnly));
-    page.write("<p>the installed page</p>");
-    page.close();
+    for (const char *name : {"workbench", "inspector"}) {
+        const QString path = QStringLiteral("share/VarnelWebSDK/") + QLatin1String(name);
+        ASSERT_TRUE(folder.mkpath(path));
+        QFile page(folder.filePath(path + QStringLiteral("/index.html")));
+        ASSERT_TRUE(page.open(QIODevice::WriteOnly));
+        page.write(name);
+    }
 
     QProcess simulator;
     simulator.start(program, {QStringLiteral("--port"), QStringLiteral("0")});
-    const QByteArray answer = firstPage(readLine(simulator));
+    const QByteArray line = readLine(simulator);
+    const QByteArray workbench = answerOf(line, "/");
+    const QByteArray inspector = answerOf(line, "/inspector/");
     simulator.kill();
     ASSERT_TRUE(simulator.waitForFinished(kPatienceMs));
-    EXPECT_TRUE(answer.endsWith("<p>the installed page</p>")) << answer.toStdString();
+    EXPECT_TRUE(workbench.endsWith("workbench")) << workbench.toStdString();
+    EXPECT_TRUE(inspector.endsWith("inspector")) << inspector.toStdString();
 }
 
 #ifdef Q_OS_UNIX

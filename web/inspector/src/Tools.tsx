@@ -42,7 +42,11 @@ export function Tools({ traffic, shown, filter, onFilter, isPaused, onPause, onC
     <section className="tools" aria-label={t.kinds} data-testid="tools">
       <label className="inline">
         {t.page}
-        <select value={filter.page} onChange={(event) => onFilter({ ...filter, page: Number(event.target.value) })}>
+        <select
+          data-testid="filter-page"
+          value={filter.page}
+          onChange={(event) => onFilter({ ...filter, page: Number(event.target.value) })}
+        >
           <option value={0}>{t.allPages}</option>
           {traffic.pages.map((page) => (
             <option key={page} value={page}>

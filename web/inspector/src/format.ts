@@ -16,10 +16,10 @@ export function clock(us: number): string {
   return `${String(minutes).padStart(2, '0')}:${String(Math.floor(ms / 1000) % 60).padStart(2, '0')}.${String(ms % 1000).padStart(3, '0')}`;
 }
 
-/** Pretty JSON of a text that is JSON, and of any other value. */
+/** Pretty JSON of a text that is JSON, and of any other value. Other texts stay as they are. */
 export function laidOut(value: unknown): string {
   let shown = value;
-  if (typeof value === 'string') {
+  if (typeof value === 'string' && value !== '') {
     if (!/^[[{]/.test(value)) return value;
     try {
       shown = JSON.parse(value);
