@@ -55,13 +55,11 @@ test.describe('a future traded by keyboard only', { tag: '@page' }, () => {
     await expect(page.getByRole('tabpanel', { name: '交易' })).toBeVisible();
     await page.keyboard.press('Alt+t');
     await expect(fieldOf(page, 'symbol')).toBeFocused();
-    await page.keyboard.press('Shift+Tab');
-    await page.keyboard.type(futuresAccount);
-    await page.keyboard.press('Alt+t');
     await page.keyboard.type(free.spellName.toLowerCase());
     await expect(ticketOf(page).locator('[role="option"]').first()).toContainText(free.displayName);
     await page.keyboard.press('Enter');
     await expect(fieldOf(page, 'symbol')).toHaveValue(free.symbol);
+    await expect(ticketOf(page).getByLabel('资产账号')).toHaveValue(futuresAccount); // the first that trades futures
     await quoteOf(frames, free.symbol);
     await expect(page.getByTestId('ladder').locator('tbody tr')).not.toHaveCount(0);
 
