@@ -24,7 +24,7 @@ const root = createRoot(document.getElementById('desk')!);
 /** The desk appears in its language, theme and sizes at once, unless the terminal takes longer than this to tell them. */
 const patienceMs = 500;
 
-try {
+async function start(): Promise<void> {
   const journal = new Journal(await loadBridge());
   const sdk = connect(journal);
   const connection = new ConnectionWatch(sdk);
@@ -50,7 +50,9 @@ try {
       </Providers>
     </StrictMode>,
   );
-} catch (error) {
+}
+
+function halt(error: unknown): void {
   const t = textsOf(preferredLanguage());
   root.render(
     <main className="halt" role="alert">
@@ -60,3 +62,5 @@ try {
     </main>,
   );
 }
+
+start().catch(halt);
