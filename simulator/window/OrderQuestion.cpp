@@ -30,12 +30,11 @@ bool confirmOrders(QWidget *window, const std::vector<Order> &orders)
         lines.append(lineOf(orders[i]));
     if (orders.size() > kMostShown)
         lines.append(QStringLiteral("and %1 more").arg(orders.size() - kMostShown));
-
-    QMessageBox question(QMessageBox::Question, QStringLiteral("Place orders"), QStringLiteral("Place this order?"),
+    const QString asked = orders.size() == 1 ? QStringLiteral("Place this order?")
+                                             : QStringLiteral("Place these %1 orders?").arg(orders.size());
+    QMessageBox question(QMessageBox::Question, QStringLiteral("Place orders"),
+                         asked + QStringLiteral("\n\n") + lines.join(QLatin1Char('\n')),
                          QMessageBox::Yes | QMessageBox::No, window);
-    if (orders.size() > 1)
-        question.setText(QStringLiteral("Place these %1 orders?").arg(orders.size()));
-    question.setInformativeText(lines.join(QLatin1Char('\n')));
     question.setDefaultButton(QMessageBox::No);
     return question.exec() == QMessageBox::Yes;
 }

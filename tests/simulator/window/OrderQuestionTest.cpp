@@ -46,7 +46,7 @@ TEST_F(OrderQuestionTest, YesPlacesTheOrder)
     QString text;
     const WhenAsked asked([&](QMessageBox &question) {
         EXPECT_EQ(Qt::ApplicationModal, question.windowModality());
-        text = question.informativeText();
+        text = question.text();
         question.button(QMessageBox::Yes)->click();
     });
     const View view = open();
@@ -54,7 +54,7 @@ TEST_F(OrderQuestionTest, YesPlacesTheOrder)
     ASSERT_TRUE(awaitHeard(view, "Trade_insertOrder_RES"));
     EXPECT_TRUE(heard(view, "Trade_insertOrder_RES").startsWith(QStringLiteral("{\"code\":\"0\"")));
     EXPECT_EQ(before + 1, numberOfOrders());
-    EXPECT_TRUE(text.startsWith(QStringLiteral("Buy 100  609001.SH "))) << qPrintable(text);
+    EXPECT_TRUE(text.startsWith(QStringLiteral("Place this order?\n\nBuy 100  609001.SH "))) << qPrintable(text);
     EXPECT_TRUE(text.endsWith(QStringLiteral("Limit 13.000"))) << qPrintable(text);
     EXPECT_EQ(1, asked.questions());
 }
