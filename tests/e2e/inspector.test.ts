@@ -26,11 +26,12 @@ test.describe('the inspector', { tag: '@page' }, () => {
   test('stays within its budget, draws only what is in sight, and counts everything', async ({ page }) => {
     await openDesk(page);
     const before = await total(page);
-    await callMany(page, 'Data_getEntrustList_REQ', 100, '{}', 0, 0); // some 400 KB each
-    await expect.poll(() => total(page)).toBe(before + 100);
+    // Some 400 KB each: more than the budget, and less than the 16 MiB that may wait for a page that reads slowly.
+    await callMany(page, 'Data_getEntrustList_REQ', 30, '{}', 0, 0);
+    await expect.poll(() => total(page)).toBe(before + 30);
     expect(await bytes(page)).toBeLessThanOrEqual(8 * 2 ** 20);
     await callMany(page, 'Data_getToken_REQ', 1500);
-    await expect.poll(() => total(page)).toBe(before + 1600);
+    await expect.poll(() => total(page)).toBe(before + 1530);
     await expect(count(page)).toContainText(/1,0\d\d \//);
     expect(await bytes(page)).toBeLessThanOrEqual(8 * 2 ** 20);
     expect(await page.getByTestId('entry').count()).toBeLessThan(60);
