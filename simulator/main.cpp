@@ -11,7 +11,8 @@
 
 namespace {
 
-constexpr int kCannotRun = 1;
+constexpr int kCannotListen = 1;
+constexpr int kNoWindow = 1;
 constexpr int kBadCommandLine = 2;
 
 void print(FILE *stream, const QString &text)
@@ -27,7 +28,7 @@ int main(int argc, char *argv[])
     const QString problem = sim::Window::prepare(argc, argv);
     if (!problem.isEmpty()) {
         print(stderr, QStringLiteral("varnel-simulator: %1\n").arg(problem));
-        return kCannotRun;
+        return kNoWindow;
     }
     qSetMessagePattern(QStringLiteral("%{time hh:mm:ss.zzz} %{type} %{category}: %{message}"));
     // Outside a login session Qt would warn about a missing runtime folder, which nothing here uses.
@@ -57,7 +58,7 @@ int main(int argc, char *argv[])
         print(stderr, QStringLiteral("varnel-simulator: cannot listen on 127.0.0.1:%1: %2\n")
                           .arg(options.port)
                           .arg(gateway.errorString()));
-        return kCannotRun;
+        return kCannotListen;
     }
     sim::quitOnSignals();
     const auto window = sim::Window::open(options, terminal, gateway);

@@ -88,7 +88,8 @@ void TerminalWindow::addActions()
         addTab();
         m_address.setFocus();
     });
-    add(QStringLiteral("Reload"), {QKeySequence(Qt::Key_F5), QKeySequence(Qt::CTRL | Qt::Key_R)}, [this] { reload(); });
+    add(QStringLiteral("Reload"), {QKeySequence(Qt::Key_F5), QKeySequence(QStringLiteral("Ctrl+R"))},
+        [this] { reload(); });
     bar->addWidget(&m_address);
     m_address.setPlaceholderText(QStringLiteral("Address of a page, such as http://localhost:5173"));
     connect(&m_address, &QLineEdit::returnPressed, this, [this] { goTo(m_address.text()); });
