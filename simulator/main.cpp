@@ -1,6 +1,7 @@
 #include "Browser.h"
 #include "CommandLine.h"
 #include "Shutdown.h"
+#include "Window.h"
 #include "gateway/Gateway.h"
 #include "terminal/Terminal.h"
 
@@ -12,6 +13,7 @@
 namespace {
 
 constexpr int kCannotListen = 1;
+constexpr int kNoWindow = 1;
 constexpr int kBadCommandLine = 2;
 
 void print(FILE *stream, const QString &text)
@@ -20,24 +22,15 @@ void print(FILE *stream, const QString &text)
     std::fflush(stream);
 }
 
-/// Nothing is shown on the screen, so the simulator also runs without a display.
-void chooseDisplay()
-{
-    const auto missing = [](const char *name) { return qEnvironmentVariableIsEmpty(name); };
-#ifdef Q_OS_WIN
-    const bool hasDisplay = false; // the program comes with Qt's offscreen platform only
-#else
-    const bool hasDisplay = !missing("DISPLAY") || !missing("WAYLAND_DISPLAY");
-#endif
-    if (missing("QT_QPA_PLATFORM") && !hasDisplay)
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-}
-
 } // namespace
 
 int main(int argc, char *argv[])
 {
-    chooseDisplay();
+    const QString problem = sim::Window::prepare(argc, argv);
+    if (!problem.isEmpty()) {
+        print(stderr, QStringLiteral("varnel-simulator: %1\n").arg(problem));
+        return kNoWindow;
+    }
     qSetMessagePattern(QStringLiteral("%{time hh:mm:ss.zzz} %{type} %{category}: %{message}"));
     // Outside a login session Qt would warn about a missing runtime folder, which nothing here uses.
     QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false"));
@@ -48,6 +41,7 @@ int main(int argc, char *argv[])
     QGuiApplication::setQuitOnLastWindowClosed(false);
 
     sim::CommandLine options;
+    options.window = sim::Window::isThere;
     switch (options.parse(QCoreApplication::arguments())) {
     case sim::CommandLine::Refuse:
         print(stderr, QStringLiteral("varnel-simulator: %1\n").arg(options.text));
@@ -60,7 +54,7 @@ int main(int argc, char *argv[])
     }
 
     sim::Terminal terminal(options.scenario, options.login, options.speed);
-    sim::Gateway gateway(options.root, options.allowedOrigins);
+    sim::Gateway gateway(options.root, options.allowedOrigins, options.inspector);
     if (!gateway.listen(options.port)) {
         print(stderr, QStringLiteral("varnel-simulator: cannot listen on 127.0.0.1:%1: %2\n")
                           .arg(options.port)
@@ -68,6 +62,7 @@ int main(int argc, char *argv[])
         return kCannotListen;
     }
     sim::quitOnSignals();
+    const auto window = sim::Window::open(options, terminal, gateway);
     const QString address = QStringLiteral("http://127.0.0.1:%1/").arg(gateway.port());
     print(stdout, QStringLiteral("listening on %1\n").arg(address));
     if (options.open && !sim::openInBrowser(address))
