@@ -21,6 +21,8 @@ const QString kLogin = QStringLiteral("login");
 const QString kRoot = QStringLiteral("root");
 const QString kInspector = QStringLiteral("inspector");
 const QString kAllowOrigin = QStringLiteral("allow-origin");
+const QString kWindow = QStringLiteral("window");
+const QString kConfirmOrders = QStringLiteral("confirm-orders");
 const QString kHelp = QStringLiteral("help");
 const QString kVersion = QStringLiteral("version");
 
@@ -48,6 +50,9 @@ void addOptions(QCommandLineParser &parser)
 {
     parser.setApplicationDescription(QStringLiteral(
         "A simulated securities terminal for web pages. Everything in it is invented; no order leaves this machine."));
+    parser.addPositionalArgument(QStringLiteral("PAGE"),
+                                 QStringLiteral("Addresses to open in the window instead of the simulator's own."),
+                                 QStringLiteral("[PAGE...]"));
     parser.addOptions({
         {kPort, QStringLiteral("Listen on this port of the loopback address; 0 for any free one (default 8900)."),
          QStringLiteral("N")},
@@ -67,6 +72,8 @@ void addOptions(QCommandLineParser &parser)
         {kAllowOrigin,
          QStringLiteral("Also accept pages of this origin, such as http://localhost:5173. May be repeated."),
          QStringLiteral("ORIGIN")},
+        {kWindow, QStringLiteral("Open a window whose tabs show pages as the terminal does.")},
+        {kConfirmOrders, QStringLiteral("Ask in the window before orders are placed.")},
         {{QStringLiteral("h"), kHelp}, QStringLiteral("Show this help.")},
         {{QStringLiteral("v"), kVersion}, QStringLiteral("Show the version.")},
     });
@@ -97,8 +104,19 @@ CommandLine::Outcome CommandLine::parse(const QStringList &arguments)
 
 QString CommandLine::check(const QCommandLineParser &parser)
 {
-    if (!parser.positionalArguments().isEmpty())
-        return QStringLiteral("\"%1\" is not an option").arg(parser.positionalArguments().first());
+    window = window || parser.isSet(kWindow);
+    confirmOrders = parser.isSet(kConfirmOrders);
+    const QStringList addresses = parser.positionalArguments();
+    if (!window && !addresses.isEmpty())
+        return QStringLiteral("\"%1\" is not an option").arg(addresses.first());
+    if (!window && confirmOrders)
+        return QStringLiteral("--confirm-orders needs --window");
+    for (const QString &address : addresses) {
+        const QUrl url(address);
+        if (!url.isValid() || !url.scheme().startsWith(QLatin1String("http")) || url.host().isEmpty())
+            return QStringLiteral("\"%1\" is not an address such as http://localhost:5173").arg(address);
+        pages.append(url);
+    }
 
     bool ok = true;
     if (parser.isSet(kPort))

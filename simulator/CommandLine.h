@@ -3,6 +3,8 @@
 #include "platform/Scenario.h"
 
 #include <QStringList>
+#include <QUrl>
+#include <QVector>
 
 class QCommandLineParser;
 
@@ -17,6 +19,9 @@ struct CommandLine {
     QString root;
     QString inspector;
     QStringList allowedOrigins;
+    bool window = false;
+    QVector<QUrl> pages; ///< to open in the window; none means the simulator's own
+    bool confirmOrders = false;
     Scenario scenario;
     Login login;
     QString text; ///< the help, the version, or one line about a mistake

@@ -1,5 +1,6 @@
 #include "CommandLine.h"
 #include "Shutdown.h"
+#include "Window.h"
 #include "gateway/Gateway.h"
 #include "terminal/Terminal.h"
 
@@ -11,6 +12,7 @@
 namespace {
 
 constexpr int kCannotListen = 1;
+constexpr int kNoWindow = 1;
 constexpr int kBadCommandLine = 2;
 
 void print(FILE *stream, const QString &text)
@@ -19,19 +21,15 @@ void print(FILE *stream, const QString &text)
     std::fflush(stream);
 }
 
-/// Nothing is shown on the screen, so the simulator also runs without a display.
-void chooseDisplay()
-{
-    const auto missing = [](const char *name) { return qEnvironmentVariableIsEmpty(name); };
-    if (missing("QT_QPA_PLATFORM") && missing("DISPLAY") && missing("WAYLAND_DISPLAY"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-}
-
 } // namespace
 
 int main(int argc, char *argv[])
 {
-    chooseDisplay();
+    const QString problem = sim::Window::prepare(argc, argv);
+    if (!problem.isEmpty()) {
+        print(stderr, QStringLiteral("varnel-simulator: %1\n").arg(problem));
+        return kNoWindow;
+    }
     qSetMessagePattern(QStringLiteral("%{time hh:mm:ss.zzz} %{type} %{category}: %{message}"));
     // Outside a login session Qt would warn about a missing runtime folder, which nothing here uses.
     QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false"));
@@ -42,6 +40,7 @@ int main(int argc, char *argv[])
     QGuiApplication::setQuitOnLastWindowClosed(false);
 
     sim::CommandLine options;
+    options.window = sim::Window::isThere;
     switch (options.parse(QCoreApplication::arguments())) {
     case sim::CommandLine::Refuse:
         print(stderr, QStringLiteral("varnel-simulator: %1\n").arg(options.text));
@@ -62,6 +61,7 @@ int main(int argc, char *argv[])
         return kCannotListen;
     }
     sim::quitOnSignals();
+    const auto window = sim::Window::open(options, terminal, gateway);
     print(stdout, QStringLiteral("listening on http://127.0.0.1:%1/\n").arg(gateway.port()));
     return QApplication::exec();
 }

@@ -35,6 +35,9 @@ public:
     quint16 port() const { return m_server.port(); }
     QString errorString() const { return m_error; }
 
+    /// For a page that does not come through the gateway.
+    int newPageNumber() { return m_server.newPageNumber(); }
+
 private:
     void tell(PageNews news); ///< on the server's thread
     void takeNews();

@@ -12,6 +12,7 @@
 #include <boost/beast/http.hpp>
 #include <boost/beast/websocket/rfc6455.hpp>
 
+#include <atomic>
 #include <future>
 #include <limits>
 #include <thread>
@@ -36,7 +37,7 @@ constexpr std::chrono::seconds kStopDeadline(1);
 /// Before the next connection is accepted when one could not be, for example because there are too many open files.
 constexpr std::chrono::milliseconds kAcceptPause(100);
 
-/// What the connections share. Input and output thread only.
+/// What the connections share. Input and output thread only, apart from the number.
 struct Shared {
     Shared(const GatewayServer::Settings &settings, GatewayServer::Listener listener)
         : files(settings.root, settings.inspector), httpDeadline(settings.httpDeadline), listener(std::move(listener))
@@ -49,7 +50,7 @@ struct Shared {
     const std::chrono::milliseconds httpDeadline;
     const GatewayServer::Listener listener;
     QSet<QByteArray> allowedOrigins; ///< constant once the server listens
-    int lastPage = 0;
+    std::atomic<int> lastPage{0};
     Connections connections;
     net::io_context context{1};
     PageQueue queue{context};
@@ -303,6 +304,11 @@ QString GatewayServer::listen(quint16 port)
 quint16 GatewayServer::port() const
 {
     return d->port;
+}
+
+int GatewayServer::newPageNumber()
+{
+    return ++d->lastPage;
 }
 
 void GatewayServer::stop()

@@ -38,6 +38,9 @@ public:
 
     quint16 port() const;
 
+    /// The number of a new page, whoever shows it: pages are numbered from 1 as they connect. Any thread.
+    int newPageNumber();
+
     /// Closes all connections. Waits for the pages to agree, at most one second. Nothing is heard of pages afterwards.
     void stop();
 

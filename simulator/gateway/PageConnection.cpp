@@ -38,10 +38,12 @@ const PageConnection::Route PageConnection::kRoutes[] = {
     {QLatin1String("Vlx_"), &PageConnection::callMessageCenter},
 };
 
-PageConnection::PageConnection(std::shared_ptr<PageSocket> socket, QObject *parent)
+PageConnection::PageConnection(std::shared_ptr<PageSocket> socket, QObject *parent, VarnelCefView *view)
     : QObject(parent)
     , m_socket(std::move(socket))
     , m_number(m_socket->number())
+    , m_ownView(view ? nullptr : std::make_unique<VarnelCefView>())
+    , m_view(view ? *view : *m_ownView)
     , m_data(new DataThread(&m_view))
     , m_trade(new TradeThread(&m_view))
 {
@@ -56,6 +58,11 @@ PageConnection::~PageConnection()
     WebMsgCenter::instance()->unReg(&m_view);
     // The bus thread may be delivering to this view at this moment.
     Terminal::instance().bus()->awaitReturn();
+    // The view may live on, and show another page.
+    WebMsgCenter::instance()->unsubscribeAll(&m_view);
+    QCefViewAccess::setPage(m_view, {});
+    delete m_data;
+    delete m_trade;
     m_socket->close(kGoingAway, QString());
     logPage(traffic::Entry::PageClosed, m_number);
     qCInfo(gatewayLog, "page %d gone", m_number);

@@ -22,10 +22,10 @@ struct Outcome {
     QString err;
 };
 
-Outcome run(const QStringList &options)
+Outcome run(const QStringList &options, const QString &program = QStringLiteral(SIMULATOR_BINARY))
 {
     QProcess simulator;
-    simulator.start(QStringLiteral(SIMULATOR_BINARY), options);
+    simulator.start(program, options);
     EXPECT_TRUE(simulator.waitForFinished(kPatienceMs));
     EXPECT_EQ(QProcess::NormalExit, simulator.exitStatus());
     return {simulator.exitCode(), QString::fromUtf8(simulator.readAllStandardOutput()),
@@ -63,6 +63,7 @@ const Mistake kMistakes[] = {
     {"InspectorMissing", "--inspector /no/such/folder", "--inspector \"/no/such/folder\" is not a folder"},
     {"OriginWithPath", "--allow-origin http://a.example/x",
      "--allow-origin \"http://a.example/x\" is not an origin such as http://localhost:5173"},
+    {"ConfirmOrdersWithoutWindow", "--confirm-orders", "--confirm-orders needs --window"},
     {"OriginNull", "--allow-origin null", "--allow-origin \"null\" is not an origin such as http://localhost:5173"},
     {"ScenarioMissing", "--scenario /no/such.json", "scenario /no/such.json: No such file or directory"},
 };
@@ -99,8 +100,8 @@ TEST(CommandLine, HelpAndVersionGoToStandardOutput)
     const Outcome help = run({QStringLiteral("--help")});
     EXPECT_EQ(0, help.status);
     EXPECT_EQ(QString(), help.err);
-    for (const char *option :
-         {"--port", "--scenario", "--seed", "--speed", "--login", "--root", "--inspector", "--allow-origin"})
+    for (const char *option : {"--port", "--scenario", "--seed", "--speed", "--login", "--root", "--inspector",
+                               "--allow-origin", "--window", "--confirm-orders"})
         EXPECT_TRUE(help.out.contains(QLatin1String(option))) << option;
     const Outcome version = run({QStringLiteral("--version")});
     EXPECT_EQ(0, version.status);
@@ -171,6 +172,71 @@ TEST(CommandLine, ThePagesThatAreInstalledBesideTheProgramAreServedByDefault)
     EXPECT_TRUE(workbench.endsWith("workbench")) << workbench.toStdString();
     EXPECT_TRUE(inspector.endsWith("inspector")) << inspector.toStdString();
 }
+
+TEST(CommandLine, AWindowWithoutItsProgramGivesOneLineAndStatusOne)
+{
+    QTemporaryDir folder;
+    const QString program = folder.filePath(QStringLiteral("varnel-simulator"));
+    ASSERT_TRUE(QFile::copy(QStringLiteral(SIMULATOR_BINARY), program));
+    const Outcome outcome = run({QStringLiteral("--window")}, program);
+    EXPECT_EQ(1, outcome.status);
+    EXPECT_EQ(
+        QStringLiteral("varnel-simulator: --window needs the program varnel-simulator-window: install the package "
+                       "of that name, or qtwebengine5-dev and libqt5webchannel5-dev before you build\n"),
+        outcome.err);
+}
+
+#ifdef SIMULATOR_HAS_WINDOW
+namespace {
+
+/// As on a machine without a display, for the user that runs the tests.
+QProcessEnvironment surroundings(const char *platform, const char *noSandbox)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char *name : {"DISPLAY", "WAYLAND_DISPLAY"})
+        environment.remove(QLatin1String(name));
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QLatin1String(platform));
+    environment.insert(QStringLiteral("QTWEBENGINE_DISABLE_SANDBOX"), QLatin1String(noSandbox));
+    return environment;
+}
+
+} // namespace
+
+TEST(CommandLine, TheWindowTakesTheOptionsOfTheSimulatorAndAddresses)
+{
+    QProcess simulator;
+    simulator.setProcessEnvironment(surroundings("offscreen", "1"));
+    simulator.start(QStringLiteral(SIMULATOR_BINARY),
+                    {QStringLiteral("--window"), QStringLiteral("--port"), QStringLiteral("0"),
+                     QStringLiteral("--confirm-orders"), QStringLiteral("about:blank")});
+    ASSERT_TRUE(simulator.waitForFinished(kPatienceMs));
+    EXPECT_EQ(2, simulator.exitCode());
+    EXPECT_EQ("varnel-simulator: \"about:blank\" is not an address such as http://localhost:5173\n",
+              simulator.readAllStandardError().toStdString());
+
+    simulator.start(QStringLiteral(SIMULATOR_BINARY),
+                    {QStringLiteral("--window"), QStringLiteral("--port"), QStringLiteral("0"),
+                     QStringLiteral("--confirm-orders"), QStringLiteral("http://localhost:1/")});
+    const QByteArray line = readLine(simulator);
+    EXPECT_TRUE(line.startsWith("listening on http://127.0.0.1:")) << line.toStdString();
+    EXPECT_TRUE(answerOf(line, "/").startsWith("HTTP/1.1 200 "));
+    simulator.terminate();
+    ASSERT_TRUE(simulator.waitForFinished(kPatienceMs));
+    EXPECT_EQ(QProcess::NormalExit, simulator.exitStatus());
+    EXPECT_EQ(0, simulator.exitCode());
+}
+
+TEST(CommandLine, AWindowWithoutADisplayGivesOneLineAndStatusOne)
+{
+    QProcess simulator;
+    simulator.setProcessEnvironment(surroundings("", "1"));
+    simulator.start(QStringLiteral(SIMULATOR_BINARY), {QStringLiteral("--window")});
+    ASSERT_TRUE(simulator.waitForFinished(kPatienceMs));
+    EXPECT_EQ(1, simulator.exitCode());
+    EXPECT_EQ("varnel-simulator: there is no display to open the window on\n",
+              simulator.readAllStandardError().toStdString());
+}
+#endif
 
 #ifdef Q_OS_UNIX
 class CommandLineSignal : public testing::TestWithParam<int> {};

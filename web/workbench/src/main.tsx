@@ -23,7 +23,7 @@ const root = createRoot(document.getElementById('desk')!);
 /** The desk appears in its language, theme and sizes at once, unless the terminal takes longer than this to tell them. */
 const patienceMs = 500;
 
-try {
+async function start(): Promise<void> {
   const bridge = await loadBridge();
   const sdk = connect(bridge);
   const connection = new ConnectionWatch(sdk);
@@ -46,7 +46,9 @@ try {
       </Providers>
     </StrictMode>,
   );
-} catch (error) {
+}
+
+function halt(error: unknown): void {
   const t = textsOf(preferredLanguage());
   root.render(
     <main className="halt" role="alert">
@@ -56,3 +58,5 @@ try {
     </main>,
   );
 }
+
+start().catch(halt);
