@@ -1,10 +1,9 @@
 #include "gateway/PageSession.h"
 
+#include "gateway/EventTraffic.h"
 #include "gateway/Logging.h"
 #include "gateway/Outbox.h"
 #include "gateway/WebSocket.h"
-#include "traffic/Log.h"
-#include "traffic/Scope.h"
 
 #include <atomic>
 #include <optional>
@@ -20,32 +19,6 @@ constexpr qint64 kMaxUnhandled = CallFrame::kMaxSize;
 constexpr std::size_t kKeptBuffer = std::size_t{64} * 1024;
 
 class Handle;
-
-/// Enters the event in the log. Returns the entry of its delivery, to be entered when the page has received it.
-traffic::Entry logEvent(int page, const QCefEvent &event)
-{
-    traffic::Entry entry;
-    entry.kind = traffic::Entry::Event;
-    entry.page = page;
-    entry.name = event.eventName();
-    entry.isReply = isReply(event);
-    if (entry.isReply)
-        entry.uuid = uuidOf(event);
-    traffic::Entry delivery = entry;
-    delivery.kind = traffic::Entry::EventDelivered;
-    delivery.time = traffic::log().now();
-    delivery.call = traffic::CallScope::current();
-    entry.args = event.arguments();
-    delivery.of = traffic::log().add(std::move(entry));
-    return delivery;
-}
-
-void logDelivery(traffic::Entry delivery, qint64 size)
-{
-    delivery.size = size;
-    delivery.duration = traffic::log().now() - delivery.time;
-    traffic::log().add(std::move(delivery));
-}
 
 } // namespace
 

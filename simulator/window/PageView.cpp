@@ -1,6 +1,7 @@
 #include "window/PageView.h"
 
 #include "gateway/EventFrame.h"
+#include "gateway/EventTraffic.h"
 #include "gateway/Gateway.h"
 #include "gateway/PageConnection.h"
 #include "window/BridgeAccess.h"
@@ -28,7 +29,12 @@ public:
         // The web channel belongs to the thread of the view. The bridge lives longer than the connection, and with it
         // the last event.
         QMetaObject::invokeMethod(
-            &m_bridge, [&bridge = m_bridge, page = m_page, event] { emit bridge.eventSent(page, eventFrame(event)); },
+            &m_bridge,
+            [&bridge = m_bridge, page = m_page, event, delivery = logEvent(m_number, event)] {
+                const QString frame = eventFrame(event);
+                emit bridge.eventSent(page, frame);
+                logDelivery(delivery, frame.toUtf8().size());
+            },
             Qt::QueuedConnection);
     }
 

@@ -2,6 +2,7 @@
 
 #include "gateway/Gateway.h"
 #include "terminal/Terminal.h"
+#include "traffic/Scope.h"
 #include "window/OrderQuestion.h"
 #include "window/PageView.h"
 
@@ -59,6 +60,7 @@ TerminalWindow::TerminalWindow(Terminal &terminal, Gateway &gateway, const QStri
             QStringLiteral("Saving %1/%2").arg(item->downloadDirectory(), item->downloadFileName()), 10000);
     });
     terminal.askBeforeOrders([this](const std::vector<Order> &orders) {
+        const traffic::CallScope none(0); // what happens during the question does not belong to the call
         return !m_asksBeforeOrders->isChecked() || confirmOrders(this, orders);
     });
     resize(1440, 900);

@@ -2,7 +2,7 @@ import { defineConfig } from 'vite';
 
 export default defineConfig({
   base: './', // the simulator serves it below /inspector/
-  build: { target: 'chrome90', modulePreload: { polyfill: false } },
+  build: { target: 'chrome87', modulePreload: { polyfill: false } },
   esbuild: { legalComments: 'eof' },
   // `npm start` serves the sources with live reload. The simulator refuses foreign pages, so start it with
   // `--allow-origin http://localhost:5174`.

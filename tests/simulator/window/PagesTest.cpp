@@ -1,7 +1,10 @@
 #include "WindowTest.h"
 #include "gateway/PageConnection.h"
+#include "traffic/Log.h"
 
 #include <QLineEdit>
+
+#include <gmock/gmock.h>
 
 using namespace sim;
 
@@ -66,6 +69,26 @@ TEST_F(PagesTest, ArgumentsArriveAsTheyDoOverAWebSocket)
         evaluate(view, QStringLiteral("JSON.parse(heard.find(([name]) => name === 'Data_getLoginTrader_RES')[1])"
                                       ".uuid === '\\u{1F4C8} \\u0000 \"'"))
             .toBool());
+}
+
+TEST_F(PagesTest, WhatPassesIsInTheTrafficLog)
+{
+    using traffic::Entry;
+    const View view = open();
+    invoke(view, kToken);
+    ASSERT_TRUE(awaitHeard(view, "Data_getToken_RES"));
+    std::vector<Entry> ofCall;
+    for (const Entry &entry : traffic::log().after(0, 1000000)) {
+        if (entry.uuid == QStringLiteral("u1"))
+            ofCall.push_back(entry);
+    }
+    const auto kind = [](auto expected) { return testing::Field(&Entry::kind, expected); };
+    EXPECT_THAT(ofCall, testing::UnorderedElementsAre(kind(Entry::Call), kind(Entry::Event), kind(Entry::CallDone),
+                                                      kind(Entry::EventDelivered)));
+    for (const Entry &entry : ofCall) {
+        EXPECT_EQ(ofCall.front().page, entry.page);
+        EXPECT_EQ(ofCall.front().number, entry.call);
+    }
 }
 
 TEST_F(PagesTest, ManyTabsGetTheirOwnAnswers)
