@@ -1,10 +1,9 @@
 #include "gateway/PageSession.h"
 
+#include "gateway/EventLog.h"
 #include "gateway/Logging.h"
 #include "gateway/Outbox.h"
 #include "gateway/WebSocket.h"
-#include "traffic/Log.h"
-#include "traffic/Scope.h"
 
 #include <atomic>
 #include <optional>
@@ -20,32 +19,6 @@ constexpr qint64 kMaxUnhandled = CallFrame::kMaxSize;
 constexpr std::size_t kKeptBuffer = std::size_t{64} * 1024;
 
 class Handle;
-
-/// Enters the event in the log. Returns the entry of its delivery, to be entered when the page has received it.
-traffic::Entry logEvent(int page, const QCefEvent &event)
-{
-    traffic::Entry entry;
-    entry.kind = traffic::Entry::Event;
-    entry.page = page;
-    entry.name = event.eventName();
-    entry.isReply = isReply(event);
-    if (entry.isReply)
-        entry.uuid = uuidOf(event);
-    traffic::Entry delivery = entry;
-    delivery.kind = traffic::Entry::EventDelivered;
-    delivery.time = traffic::log().now();
-    delivery.call = traffic::CallScope::current();
-    entry.args = event.arguments();
-    delivery.of = traffic::log().add(std::move(entry));
-    return delivery;
-}
-
-void logDelivery(traffic::Entry delivery, qint64 size)
-{
-    delivery.size = size;
-    delivery.duration = traffic::log().now() - delivery.time;
-    traffic::log().add(std::move(delivery));
-}
 
 } // namespace
 
@@ -90,7 +63,10 @@ public:
     }
 
     int number() const override { return m_number; }
-    void send(const QCefEvent &event) override { m_queue.add(m_page, PageEvent{event, logEvent(m_number, event)}); }
+    void send(const QCefEvent &event, const traffic::Entry &delivery) override
+    {
+        m_queue.add(m_page, PageEvent{event, delivery});
+    }
     void close(int code, const QString &reason) override { m_queue.add(m_page, PageClose{code, reason}); }
 
     /// Counts a call that waits from now on. False when nothing more may be read for the time being.
