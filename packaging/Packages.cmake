@@ -21,6 +21,11 @@ set(CPACK_PACKAGE_FILE_NAME "varnel-websdk-${PROJECT_VERSION}-${platform}")
 
 if(WIN32)
     set(CPACK_GENERATOR ZIP)
+    # The simulator is for page developers, who need no library: it has an archive of its own.
+    foreach(component IN ITEMS runtime development documents)
+        list(APPEND CPACK_INSTALL_CMAKE_PROJECTS "${CMAKE_BINARY_DIR}" "${PROJECT_NAME}" ${component} /)
+    endforeach()
+    configure_file(windows/SimulatorPackage.cmake.in "${CMAKE_BINARY_DIR}/SimulatorPackage.cmake" @ONLY)
 else()
     set(CPACK_GENERATOR TGZ DEB)
 endif()

@@ -23,6 +23,7 @@ const QString kInspector = QStringLiteral("inspector");
 const QString kAllowOrigin = QStringLiteral("allow-origin");
 const QString kWindow = QStringLiteral("window");
 const QString kConfirmOrders = QStringLiteral("confirm-orders");
+const QString kOpen = QStringLiteral("open");
 const QString kHelp = QStringLiteral("help");
 const QString kVersion = QStringLiteral("version");
 
@@ -74,6 +75,7 @@ void addOptions(QCommandLineParser &parser)
          QStringLiteral("ORIGIN")},
         {kWindow, QStringLiteral("Open a window whose tabs show pages as the terminal does.")},
         {kConfirmOrders, QStringLiteral("Ask in the window before orders are placed.")},
+        {kOpen, QStringLiteral("Open the address in the browser of the desktop.")},
         {{QStringLiteral("h"), kHelp}, QStringLiteral("Show this help.")},
         {{QStringLiteral("v"), kVersion}, QStringLiteral("Show the version.")},
     });
@@ -136,6 +138,7 @@ QString CommandLine::check(const QCommandLineParser &parser)
             return QStringLiteral("--%1 \"%2\" is not a folder").arg(option, parser.value(option));
     }
 
+    open = parser.isSet(kOpen);
     allowedOrigins = parser.values(kAllowOrigin);
     for (const QString &origin : qAsConst(allowedOrigins)) {
         if (!isOrigin(origin))

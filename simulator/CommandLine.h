@@ -18,6 +18,7 @@ struct CommandLine {
     double speed = 1;
     QString root;
     QString inspector;
+    bool open = false; ///< the address, in the user's browser
     QStringList allowedOrigins;
     bool window = false;
     QVector<QUrl> pages; ///< to open in the window; none means the simulator's own

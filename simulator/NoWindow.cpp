@@ -37,12 +37,21 @@ QString Window::prepare(int argc, char *argv[])
 {
     if (isAskedFor(argc, argv)) {
         becomeWindowProgram(argv);
+#ifdef Q_OS_WIN
+        return QStringLiteral("there is no --window on Windows");
+#else
         return QStringLiteral(
             "--window needs the program varnel-simulator-window: install the package of that name, or "
             "qtwebengine5-dev and libqt5webchannel5-dev before you build");
+#endif
     }
     const auto missing = [](const char *name) { return qEnvironmentVariableIsEmpty(name); };
-    if (missing("QT_QPA_PLATFORM") && missing("DISPLAY") && missing("WAYLAND_DISPLAY"))
+#ifdef Q_OS_WIN
+    const bool hasDisplay = false; // the program comes with Qt's offscreen platform only
+#else
+    const bool hasDisplay = !missing("DISPLAY") || !missing("WAYLAND_DISPLAY");
+#endif
+    if (missing("QT_QPA_PLATFORM") && !hasDisplay)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     return QString();
 }

@@ -1,3 +1,4 @@
+#include "Browser.h"
 #include "CommandLine.h"
 #include "Shutdown.h"
 #include "Window.h"
@@ -62,6 +63,9 @@ int main(int argc, char *argv[])
     }
     sim::quitOnSignals();
     const auto window = sim::Window::open(options, terminal, gateway);
-    print(stdout, QStringLiteral("listening on http://127.0.0.1:%1/\n").arg(gateway.port()));
+    const QString address = QStringLiteral("http://127.0.0.1:%1/").arg(gateway.port());
+    print(stdout, QStringLiteral("listening on %1\n").arg(address));
+    if (options.open && !sim::openInBrowser(address))
+        print(stderr, QStringLiteral("varnel-simulator: no browser could be started; open %1 yourself\n").arg(address));
     return QApplication::exec();
 }

@@ -286,6 +286,8 @@ QString GatewayServer::listen(quint16 port)
         d->acceptor.bind(address, error);
     if (!error)
         d->acceptor.listen(Acceptor::max_listen_connections, error);
+    if (error == net::error::address_in_use)
+        return QStringLiteral("Address already in use"); // users meet this one: it reads the same on every system
     if (error)
         return QString::fromLocal8Bit(error.message().c_str());
 
