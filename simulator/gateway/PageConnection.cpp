@@ -1,5 +1,6 @@
 #include "gateway/PageConnection.h"
 
+#include "gateway/EventLog.h"
 #include "gateway/Logging.h"
 #include "gateway/MessageCenterCalls.h"
 #include "host/QCefViewAccess.h"
@@ -48,7 +49,8 @@ PageConnection::PageConnection(std::shared_ptr<PageSocket> socket, QObject *pare
     , m_trade(new TradeThread(&m_view))
 {
     logPage(traffic::Entry::PageOpened, m_number);
-    QCefViewAccess::setPage(m_view, [page = m_socket](const QCefEvent &event) { page->send(event); });
+    QCefViewAccess::setPage(
+        m_view, [page = m_socket](const QCefEvent &event) { page->send(event, logEvent(page->number(), event)); });
     WebMsgCenter::instance()->reg(&m_view);
     qCInfo(gatewayLog, "page %d connected", m_number);
 }
@@ -86,10 +88,11 @@ void PageConnection::invoke(const CallFrame &frame)
     entry.args = frame.args;
     entry.size = frame.size;
     traffic::PageCall pageCall(traffic::log(), entry);
+    const int number = m_number;
     const bool isHandled = call(frame.method, frame.args);
     pageCall.done(isHandled);
     if (!isHandled)
-        qCInfo(gatewayLog, "page %d: nobody handles \"%s\"", m_number, qUtf8Printable(frame.method.left(100)));
+        qCInfo(gatewayLog, "page %d: nobody handles \"%s\"", number, qUtf8Printable(frame.method.left(100)));
 }
 
 bool PageConnection::call(const QString &method, const QVariantList &args)

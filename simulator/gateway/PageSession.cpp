@@ -1,6 +1,6 @@
 #include "gateway/PageSession.h"
 
-#include "gateway/EventTraffic.h"
+#include "gateway/EventLog.h"
 #include "gateway/Logging.h"
 #include "gateway/Outbox.h"
 #include "gateway/WebSocket.h"
@@ -63,7 +63,10 @@ public:
     }
 
     int number() const override { return m_number; }
-    void send(const QCefEvent &event) override { m_queue.add(m_page, PageEvent{event, logEvent(m_number, event)}); }
+    void send(const QCefEvent &event, const traffic::Entry &delivery) override
+    {
+        m_queue.add(m_page, PageEvent{event, delivery});
+    }
     void close(int code, const QString &reason) override { m_queue.add(m_page, PageClose{code, reason}); }
 
     /// Counts a call that waits from now on. False when nothing more may be read for the time being.

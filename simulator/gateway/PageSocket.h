@@ -3,6 +3,7 @@
 #include "gateway/CallFrame.h"
 
 #include "QCefEvent.h"
+#include "traffic/Entry.h"
 
 #include <memory>
 
@@ -20,7 +21,8 @@ public:
     virtual int number() const = 0;
 
     /// Sends the event to the page, after those that were sent before. Never waits and never calls back.
-    virtual void send(const QCefEvent &event) = 0;
+    /// delivery: what to enter in the log of the traffic when the page has it.
+    virtual void send(const QCefEvent &event, const traffic::Entry &delivery) = 0;
 
     /// Closes the connection when the page has received what was sent before.
     virtual void close(int code, const QString &reason) = 0;

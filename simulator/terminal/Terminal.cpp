@@ -4,7 +4,7 @@
 #include "services/KLineService.h"
 #include "services/PermissionService.h"
 #include "services/QuoteTicks.h"
-#include "traffic/Log.h"
+#include "traffic/Scope.h"
 
 #include <QtGlobal>
 
@@ -72,6 +72,12 @@ Prices Terminal::latestPrices() const
     return [this, step = Exchange::stepAt(now())](const QString &symbol) {
         return m_exchange.lastPrice(symbol, step).value_or(0);
     };
+}
+
+bool Terminal::mayPlace(const std::vector<Order> &orders) const
+{
+    const traffic::CallScope none(0); // what happens while the event loop spins belongs to no call
+    return !m_orderQuestion || m_orderQuestion(orders);
 }
 
 Terminal &Terminal::instance()

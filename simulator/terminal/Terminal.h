@@ -53,7 +53,7 @@ public:
     void askBeforeOrders(OrderQuestion question) { m_orderQuestion = std::move(question); }
 
     /// Asks the user, if that is wanted.
-    bool mayPlace(const std::vector<Order> &orders) const { return !m_orderQuestion || m_orderQuestion(orders); }
+    bool mayPlace(const std::vector<Order> &orders) const;
 
     const std::shared_ptr<MessageBus> &bus() const { return m_bus; }
     QuoteFeed &quoteFeed() { return *m_quoteFeed; }

@@ -1,7 +1,7 @@
 #include "window/PageView.h"
 
 #include "gateway/EventFrame.h"
-#include "gateway/EventTraffic.h"
+#include "gateway/EventLog.h"
 #include "gateway/Gateway.h"
 #include "gateway/PageConnection.h"
 #include "window/BridgeAccess.h"
@@ -24,13 +24,13 @@ public:
 
     int number() const override { return m_number; }
 
-    void send(const QCefEvent &event) override
+    void send(const QCefEvent &event, const traffic::Entry &delivery) override
     {
         // The web channel belongs to the thread of the view. The bridge lives longer than the connection, and with it
         // the last event.
         QMetaObject::invokeMethod(
             &m_bridge,
-            [&bridge = m_bridge, page = m_page, event, delivery = logEvent(m_number, event)] {
+            [&bridge = m_bridge, page = m_page, event, delivery] {
                 const QString frame = eventFrame(event);
                 emit bridge.eventSent(page, frame);
                 logDelivery(delivery, frame.toUtf8().size());

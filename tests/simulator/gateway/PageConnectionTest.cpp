@@ -26,7 +26,10 @@ protected:
 class EventList : public PageSocket {
 public:
     int number() const override { return 1; }
-    void send(const QCefEvent &event) override { names.append(event.eventName()); } // on the test's thread here
+    void send(const QCefEvent &event, const traffic::Entry &) override // on the test's thread here
+    {
+        names.append(event.eventName());
+    }
     void close(int, const QString &) override { isClosed = true; }
     void handled(const CallFrame &) override {}
 

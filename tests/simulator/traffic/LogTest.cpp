@@ -140,7 +140,10 @@ TEST(TrafficLog, WhatHappensDuringACallBelongsToIt)
         {
             const CallScope none(0);
             log.add(entry(Entry::HostEvent, "without"));
+            log.hostCall("A::one");
+            log.hostCall("A::one");
         }
+        log.hostCall("A::one");
         call.done(true);
     }
     log.add(entry(Entry::HostEvent, "afterwards"));
@@ -149,7 +152,8 @@ TEST(TrafficLog, WhatHappensDuringACallBelongsToIt)
         calls.emplace_back(entry.name.toStdString(), entry.call);
     using Row = std::pair<std::string, quint64>;
     EXPECT_THAT(calls, ElementsAre(Row("before", 0), Row("Data_a_REQ", 2), Row("meanwhile", 2), Row("elsewhere", 0),
-                                   Row("without", 0), Row("Data_a_REQ", 2), Row("afterwards", 0)));
+                                   Row("without", 0), Row("A::one", 0), Row("A::one", 0), Row("A::one", 2),
+                                   Row("Data_a_REQ", 2), Row("afterwards", 0)));
 }
 
 TEST(TrafficLog, TheEndOfACallTellsWhatItDid)

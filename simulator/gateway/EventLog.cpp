@@ -1,4 +1,4 @@
-#include "gateway/EventTraffic.h"
+#include "gateway/EventLog.h"
 
 #include "gateway/EventFrame.h"
 #include "traffic/Log.h"
