@@ -2,6 +2,7 @@
 
 #include "gateway/Logging.h"
 #include "gateway/MessageCenterCalls.h"
+#include "gateway/WantedQuotes.h"
 #include "host/QCefViewAccess.h"
 #include "msgcenter/WebMsgCenter.h"
 #include "terminal/Terminal.h"
@@ -42,6 +43,7 @@ PageConnection::PageConnection(std::shared_ptr<PageSocket> socket, QObject *pare
 PageConnection::~PageConnection()
 {
     WebMsgCenter::instance()->unReg(&m_view);
+    WantedQuotes::removeAll(&m_view);
     // The bus thread may be delivering to this view at this moment.
     Terminal::instance().bus()->awaitReturn();
     m_socket->close(kGoingAway, QString());
