@@ -339,14 +339,16 @@ TEST_F(QuietPagesTest, EveryCallReachesTheTerminalOnce)
         started += 2;
         page->awaitObject("Vlx_startStrategy_RES", 1);
     }
+    ASSERT_TRUE(await([&] { return connections().isEmpty(); }));
     for (int i = 0; i < kReloads; ++i) {
         const auto page = openPage();
+        ASSERT_TRUE(await([&] { return connections().size() == 1; })); // otherwise none would not mean that it is gone
         start(*page, kUuid);
         page->socket.close(); // before the answer, but after the call
         ASSERT_TRUE(page->awaitClosed());
         ++started;
+        ASSERT_TRUE(await([&] { return connections().isEmpty(); }));
     }
-    ASSERT_TRUE(await([&] { return connections().isEmpty(); }));
     const auto last = openPage();
     start(*last, kUuid);
     EXPECT_EQ(QStringLiteral("S20250303-%1").arg(started + 1, 4, 10, QLatin1Char('0')),
