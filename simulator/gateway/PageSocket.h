@@ -8,9 +8,10 @@
 
 namespace sim {
 
-/// The WebSocket of one page, as other threads see it.
-/// Made by the GatewayServer when a page connects, and kept alive by whoever still uses it. What is sent after the end
-/// of the connection is dropped. Any thread.
+/// The connection of one page, as other threads see it: the WebSocket of a browser's page, or the web channel of a page
+/// in the terminal's window.
+/// Made when a page connects, and kept alive by whoever still uses it. What is sent after the end of the connection is
+/// dropped. Any thread.
 class PageSocket {
 public:
     virtual ~PageSocket() = default;

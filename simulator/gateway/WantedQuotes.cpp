@@ -1,6 +1,6 @@
 #include "gateway/WantedQuotes.h"
 
-#include "CommonQuotaHandler.h"
+#include "terminal/Terminal.h"
 
 #include <QHash>
 #include <QSet>
@@ -49,7 +49,7 @@ void WantedQuotes::remove(const VarnelCefView *view, const QStringList &symbols)
     if (wanted->isEmpty())
         symbolsOfViews().erase(wanted);
     if (!unwanted.isEmpty())
-        CommonQuotaHandler::instance()->SubscribeQuota(unwanted, false, 0);
+        Terminal::instance().quoteFeed().stopStreaming(unwanted); // not by the host's classes: the library did not ask
 }
 
 void WantedQuotes::removeAll(const VarnelCefView *view)
