@@ -3,6 +3,7 @@
 #include "gateway/EventLog.h"
 #include "gateway/Logging.h"
 #include "gateway/MessageCenterCalls.h"
+#include "gateway/WantedQuotes.h"
 #include "host/QCefViewAccess.h"
 #include "msgcenter/WebMsgCenter.h"
 #include "terminal/Terminal.h"
@@ -62,6 +63,7 @@ PageConnection::~PageConnection()
     Terminal::instance().bus()->awaitReturn();
     // The view may live on, and show another page.
     WebMsgCenter::instance()->unsubscribeAll(&m_view);
+    WantedQuotes::removeAll(&m_view);
     QCefViewAccess::setPage(m_view, {});
     delete m_data;
     delete m_trade;
