@@ -1,4 +1,4 @@
-#include "EndProcess.h"
+#include "../EndProcess.h"
 
 #include <QApplication>
 
