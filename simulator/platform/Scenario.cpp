@@ -7,6 +7,12 @@
 
 #include <cmath>
 
+// Resources of a static library are linked only when they are named. Qt requires this outside of namespaces.
+static void initResources()
+{
+    Q_INIT_RESOURCE(scenarios);
+}
+
 namespace sim {
 
 namespace {
@@ -252,6 +258,7 @@ bool Scenario::read(const QString &fileName, Scenario &scenario, QString &error)
 
 QString Scenario::defaultFile()
 {
+    initResources();
     return QStringLiteral(":/scenarios/default.json");
 }
 
