@@ -30,12 +30,16 @@ struct VARNEL_HOST_API Scenario {
     int generatedSecurities = 0; ///< how many more are made up from the seed
     MarketRules rules;           ///< files do not set them
 
-    /// Reads a scenario file. On failure it returns false, and error is one line with the file, the place and the
-    /// problem; the scenario is then unusable.
+    /// Reads a scenario file. On failure it returns false, and error has a line for each mistake, with the file, the
+    /// place and the problem; the scenario is then unusable.
     static bool read(const QString &fileName, Scenario &scenario, QString &error);
 
-    /// The scenario that is built in.
-    static QString defaultFile();
+    /// The scenarios that are built in; the first one is the default.
+    static QStringList builtInNames();
+
+    /// The file of a built-in scenario; empty for another name.
+    static QString builtIn(const QString &name);
+    static QString defaultFile() { return builtIn(builtInNames().first()); }
 };
 
 } // namespace sim
