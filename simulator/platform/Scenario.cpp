@@ -1,5 +1,6 @@
 #include "platform/Scenario.h"
 
+#include "exchange/Listing.h"
 #include "platform/StrictJson.h"
 
 #include <QFile>
@@ -11,7 +12,8 @@ namespace sim {
 namespace {
 
 constexpr int kMaxTick = 1000;
-constexpr int kMaxGenerated = 1000;
+constexpr int kMaxOrders = 10000; // of one fund account at the opening
+constexpr int kMaxPositions = 1000;
 constexpr qint64 kMaxCount = 1000000000;
 constexpr qint64 kMaxSeed = Q_INT64_C(1) << 53; // JSON's numbers are exact up to here
 
@@ -236,6 +238,30 @@ QVector<Instrument> readSecurities(JsonNode &root, const QDate &start, const Mar
     return securities;
 }
 
+/// The rest keeps its default.
+OpeningTerms readOpening(JsonNode &root)
+{
+    const QString orders = QStringLiteral("generatedOrders");
+    const QString positions = QStringLiteral("generatedPositions");
+    static const QMap<QString, SecurityKind> kinds{{QStringLiteral("shares"), SecurityKind::Share},
+                                                   {QStringLiteral("funds"), SecurityKind::Fund},
+                                                   {QStringLiteral("bonds"), SecurityKind::Bond},
+                                                   {QStringLiteral("futures"), SecurityKind::Future}};
+    OpeningTerms terms;
+    if (root.has(orders))
+        terms.orders = int(root.wholeNumber(orders, 0, kMaxOrders).value_or(0));
+    if (!root.has(positions))
+        return terms;
+    if (std::optional<JsonNode> node = root.object(positions)) {
+        for (auto kind = kinds.begin(); kind != kinds.end(); ++kind) {
+            if (node->has(kind.key()))
+                terms.positions[kind.value()] = int(node->wholeNumber(kind.key(), 0, kMaxPositions).value_or(0));
+        }
+        node->finish();
+    }
+    return terms;
+}
+
 Scenario readRoot(JsonNode root)
 {
     Scenario scenario;
@@ -249,7 +275,8 @@ Scenario readRoot(JsonNode root)
     scenario.algoPermissions = readAlgoPermissions(root, scenario.fundAccounts);
     scenario.securities = readSecurities(root, scenario.start.date(), scenario.rules);
     scenario.generatedSecurities =
-        int(root.wholeNumber(QStringLiteral("generatedSecurities"), 0, kMaxGenerated).value_or(0));
+        int(root.wholeNumber(QStringLiteral("generatedSecurities"), 0, kMostGenerated).value_or(0));
+    scenario.opening = readOpening(root);
     if (root.has(QStringLiteral("$schema")))
         root.text(QStringLiteral("$schema")); // for editors
     root.finish();
@@ -289,7 +316,7 @@ bool Scenario::read(const QString &fileName, Scenario &scenario, QString &error)
 
 QStringList Scenario::builtInNames()
 {
-    return {QStringLiteral("default")};
+    return {QStringLiteral("default"), QStringLiteral("quiet"), QStringLiteral("large")};
 }
 
 QString Scenario::builtIn(const QString &name)

@@ -2,6 +2,7 @@
 
 #include "HostApi.h"
 #include "books/Accounts.h"
+#include "books/OpeningBooks.h"
 #include "exchange/MarketRules.h"
 
 #include <QDateTime>
@@ -28,7 +29,8 @@ struct VARNEL_HOST_API Scenario {
     QVector<AlgoPermission> algoPermissions;
     QVector<Instrument> securities;
     int generatedSecurities = 0; ///< how many more are made up from the seed
-    MarketRules rules;           ///< files do not set them
+    OpeningTerms opening;
+    MarketRules rules; ///< files do not set them
 
     /// Reads a scenario file. On failure it returns false, and error has a line for each mistake, with the file, the
     /// place and the problem; the scenario is then unusable.

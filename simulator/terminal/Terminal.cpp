@@ -28,8 +28,9 @@ Terminal::Terminal(const Scenario &scenario, const Login &login, double speed)
     , m_accounts(scenario.traders, scenario.fundAccounts)
     , m_bus(std::make_shared<MessageBus>(std::chrono::microseconds(qint64(kLatencyMicroseconds / speed))))
     , m_tradeEvents(*m_bus, m_accounts)
-    , m_desk(m_accounts, scenario.start.toString(QStringLiteral("yyyyMMdd")), m_exchange, scenario.seed, scenario.start,
-             [this](const DeskEvents &events) { m_tradeEvents.announce(events); })
+    , m_desk(
+          m_accounts, scenario.start.toString(QStringLiteral("yyyyMMdd")), m_exchange, scenario.seed, scenario.start,
+          [this](const DeskEvents &events) { m_tradeEvents.announce(events); }, scenario.opening)
     , m_strategies(*m_bus, scenario)
 {
     Q_ASSERT(!s_terminal);

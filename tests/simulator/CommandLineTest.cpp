@@ -64,7 +64,7 @@ const Mistake kMistakes[] = {
      "--allow-origin \"http://a.example/x\" is not an origin such as http://localhost:5173"},
     {"OriginNull", "--allow-origin null", "--allow-origin \"null\" is not an origin such as http://localhost:5173"},
     {"ScenarioMissing", "--scenario /no/such.json",
-     "--scenario \"/no/such.json\" is neither a file nor a built-in scenario: there are default"},
+     "--scenario \"/no/such.json\" is neither a file nor a built-in scenario: there are default, quiet, large"},
 };
 
 } // namespace

@@ -116,11 +116,46 @@ TEST(Scenario, AByteOrderMarkIsNoMistakeAndNoColumn)
     EXPECT_EQ(QStringLiteral("1:1: must be an object"), read("\xef\xbb\xbf[]").error);
 }
 
-TEST(Scenario, TheBuiltInFileIsValid)
+TEST(Scenario, TheBuiltInFilesAreValid)
+{
+    const QStringList names = Scenario::builtInNames();
+    EXPECT_EQ(QStringList({QStringLiteral("default"), QStringLiteral("quiet"), QStringLiteral("large")}), names);
+    for (const QString &name : names) {
+        Scenario scenario;
+        QString error;
+        EXPECT_TRUE(Scenario::read(Scenario::builtIn(name), scenario, error)) << qPrintable(error);
+    }
+    EXPECT_EQ(QString(), Scenario::builtIn(QStringLiteral("Default")));
+}
+
+TEST(Scenario, TheLargeOneIsLarge)
 {
     Scenario scenario;
     QString error;
-    EXPECT_TRUE(Scenario::read(Scenario::defaultFile(), scenario, error)) << qPrintable(error);
+    ASSERT_TRUE(Scenario::read(Scenario::builtIn(QStringLiteral("large")), scenario, error)) << qPrintable(error);
+    EXPECT_EQ(50000, scenario.securities.size() + scenario.generatedSecurities);
+    EXPECT_EQ(100, scenario.fundAccounts.size());
+    EXPECT_EQ(100000, scenario.fundAccounts.size() * scenario.opening.orders);
+}
+
+TEST(Scenario, TheOpeningHasDefaults)
+{
+    const Scenario usual = read(good()).scenario;
+    EXPECT_EQ(80, usual.opening.orders);
+    EXPECT_EQ(OpeningTerms().positions, usual.opening.positions);
+    QByteArray json = good();
+    json.replace("\"seed\"", "\"generatedOrders\": 7, \"generatedPositions\": {\"funds\": 5}, \"seed\"");
+    const Scenario other = read(json).scenario;
+    EXPECT_EQ(7, other.opening.orders);
+    EXPECT_EQ(5, other.opening.positions[SecurityKind::Fund]);
+    EXPECT_EQ(12, other.opening.positions[SecurityKind::Share]);
+}
+
+TEST(Scenario, OneAccountOfTheDefaultHasTwoTradingAccounts)
+{
+    Scenario scenario;
+    QString error;
+    ASSERT_TRUE(Scenario::read(Scenario::defaultFile(), scenario, error)) << qPrintable(error);
     int withTwo = 0;
     for (const FundAccount &fund : qAsConst(scenario.fundAccounts))
         withTwo += fund.tradingAccounts.size() == 2;
