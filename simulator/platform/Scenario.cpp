@@ -1,6 +1,7 @@
 #include "platform/Scenario.h"
 
 #include "exchange/Listing.h"
+#include "platform/ScenarioRules.h"
 #include "platform/StrictJson.h"
 
 #include <QFile>
@@ -14,6 +15,7 @@ namespace {
 constexpr int kMaxTick = 1000;
 constexpr int kMaxOrders = 10000; // of one fund account at the opening
 constexpr int kMaxPositions = 1000;
+constexpr int kMaxBusDelay = 10000;
 constexpr qint64 kMaxCount = 1000000000;
 constexpr qint64 kMaxSeed = Q_INT64_C(1) << 53; // JSON's numbers are exact up to here
 
@@ -273,10 +275,14 @@ Scenario readRoot(JsonNode root)
     scenario.logins = readLogins(root, scenario.traders);
     scenario.fundAccounts = readFundAccounts(root);
     scenario.algoPermissions = readAlgoPermissions(root, scenario.fundAccounts);
+    scenario.rules = readRules(root);
     scenario.securities = readSecurities(root, scenario.start.date(), scenario.rules);
     scenario.generatedSecurities =
         int(root.wholeNumber(QStringLiteral("generatedSecurities"), 0, kMostGenerated).value_or(0));
     scenario.opening = readOpening(root);
+    const QString busDelay = QStringLiteral("busDelay");
+    if (root.has(busDelay))
+        scenario.busDelay = int(root.wholeNumber(busDelay, 0, kMaxBusDelay).value_or(0));
     if (root.has(QStringLiteral("$schema")))
         root.text(QStringLiteral("$schema")); // for editors
     root.finish();

@@ -30,7 +30,8 @@ struct VARNEL_HOST_API Scenario {
     QVector<Instrument> securities;
     int generatedSecurities = 0; ///< how many more are made up from the seed
     OpeningTerms opening;
-    MarketRules rules; ///< files do not set them
+    int busDelay = 20; ///< milliseconds of a request or event on the bus, at normal speed
+    MarketRules rules;
 
     /// Reads a scenario file. On failure it returns false, and error has a line for each mistake, with the file, the
     /// place and the problem; the scenario is then unusable.

@@ -108,6 +108,7 @@ TEST(Scenario, AValidFileIsReadCompletely)
     EXPECT_EQ(101.235, scenario.securities[1].price);
     EXPECT_EQ(1.25, scenario.securities[1].interest);
     EXPECT_EQ(12, scenario.generatedSecurities);
+    EXPECT_EQ(20, scenario.busDelay);
 }
 
 TEST(Scenario, AByteOrderMarkIsNoMistakeAndNoColumn)
@@ -149,6 +150,24 @@ TEST(Scenario, TheOpeningHasDefaults)
     EXPECT_EQ(7, other.opening.orders);
     EXPECT_EQ(5, other.opening.positions[SecurityKind::Fund]);
     EXPECT_EQ(12, other.opening.positions[SecurityKind::Share]);
+}
+
+TEST(Scenario, TheRulesDifferOnlyWhereTheFileSaysSo)
+{
+    QByteArray json = good();
+    json.replace("\"seed\"", "\"busDelay\": 5, \"rules\": {\"splitProbability\": 0, \"subTypes\": {\"IndexFuture\": "
+                             "{\"largest\": 7, \"margin\": 0.3, \"priceLimit\": 0.05}}}, \"seed\"");
+    const Outcome outcome = read(json);
+    ASSERT_TRUE(outcome.ok) << qPrintable(outcome.error);
+    EXPECT_EQ(5, outcome.scenario.busDelay);
+    EXPECT_EQ(0, outcome.scenario.rules.splitProbability);
+    EXPECT_EQ(MarketRules().unlimitedRise, outcome.scenario.rules.unlimitedRise);
+    const Instrument &future = outcome.scenario.securities[0];
+    EXPECT_EQ(7, future.maxQty);
+    EXPECT_EQ(0.3, future.marginRate);
+    EXPECT_EQ(0.05, future.limitRate);
+    EXPECT_DOUBLE_EQ(0.3, future.volatility); // so that prices stay inside the limit
+    EXPECT_EQ(0.000023, future.feeRate);
 }
 
 TEST(Scenario, OneAccountOfTheDefaultHasTwoTradingAccounts)

@@ -32,6 +32,8 @@ function range({ minimum, exclusiveMinimum, maximum, exclusiveMaximum }: Schema)
     .join('');
 }
 
+const subTypeRules = '#/$defs/subTypeRules';
+
 /** One table for the scenario, and one for each object in it. */
 export function scenarioTables(root: Schema): Record<string, string> {
   const resolved = (schema: Schema): Schema => {
@@ -63,9 +65,11 @@ export function scenarioTables(root: Schema): Record<string, string> {
     for (const [key, property] of Object.entries(properties)) {
       const { items } = resolved(property);
       const below = items ?? property;
-      if (resolved(below).properties) add(`${name}.${key}`, below);
+      // The sub-types all have the same rules: one table is enough.
+      if (resolved(below).properties && below.$ref !== subTypeRules) add(`${name}.${key}`, below);
     }
   };
   add('scenario', root);
+  add('subTypeRules', { $ref: subTypeRules });
   return tables;
 }
