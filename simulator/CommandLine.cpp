@@ -19,7 +19,11 @@ const QString kSeed = QStringLiteral("seed");
 const QString kSpeed = QStringLiteral("speed");
 const QString kLogin = QStringLiteral("login");
 const QString kRoot = QStringLiteral("root");
+const QString kInspector = QStringLiteral("inspector");
 const QString kAllowOrigin = QStringLiteral("allow-origin");
+const QString kWindow = QStringLiteral("window");
+const QString kConfirmOrders = QStringLiteral("confirm-orders");
+const QString kOpen = QStringLiteral("open");
 const QString kHelp = QStringLiteral("help");
 const QString kVersion = QStringLiteral("version");
 
@@ -30,17 +34,26 @@ bool isOrigin(const QString &text)
     return form.match(text).hasMatch();
 }
 
-/// The workbench page that is installed beside the program; empty when there is none.
-QString installedWorkbench()
+/// The folder of that page where it is installed beside the program; empty when it is not.
+QString installed(const QString &page)
 {
-    const QDir folder(QCoreApplication::applicationDirPath() + QStringLiteral("/../share/VarnelWebSDK/workbench"));
+    const QDir folder(QCoreApplication::applicationDirPath() + QStringLiteral("/../share/VarnelWebSDK/") + page);
     return folder.exists() ? folder.canonicalPath() : QString();
+}
+
+/// The folder of the option, or that of the installed page.
+QString folderOf(const QCommandLineParser &parser, const QString &option, const QString &page)
+{
+    return parser.isSet(option) ? parser.value(option) : installed(page);
 }
 
 void addOptions(QCommandLineParser &parser)
 {
     parser.setApplicationDescription(QStringLiteral(
         "A simulated securities terminal for web pages. Everything in it is invented; no order leaves this machine."));
+    parser.addPositionalArgument(QStringLiteral("PAGE"),
+                                 QStringLiteral("Addresses to open in the window instead of the simulator's own."),
+                                 QStringLiteral("[PAGE...]"));
     parser.addOptions({
         {kPort, QStringLiteral("Listen on this port of the loopback address; 0 for any free one (default 8900)."),
          QStringLiteral("N")},
@@ -56,9 +69,15 @@ void addOptions(QCommandLineParser &parser)
         {kRoot,
          QStringLiteral("Serve the files of this folder over HTTP (default: the workbench, where it is installed)."),
          QStringLiteral("DIR")},
+        {kInspector,
+         QStringLiteral("Serve the inspector of this folder at /inspector (default: where it is installed)."),
+         QStringLiteral("DIR")},
         {kAllowOrigin,
          QStringLiteral("Also accept pages of this origin, such as http://localhost:5173. May be repeated."),
          QStringLiteral("ORIGIN")},
+        {kWindow, QStringLiteral("Open a window whose tabs show pages as the terminal does.")},
+        {kConfirmOrders, QStringLiteral("Ask in the window before orders are placed.")},
+        {kOpen, QStringLiteral("Open the address in the browser of the desktop.")},
         {{QStringLiteral("h"), kHelp}, QStringLiteral("Show this help.")},
         {{QStringLiteral("v"), kVersion}, QStringLiteral("Show the version.")},
     });
@@ -95,8 +114,19 @@ CommandLine::Outcome CommandLine::parse(const QStringList &arguments)
 
 QString CommandLine::checkOptions(const QCommandLineParser &parser)
 {
-    if (!parser.positionalArguments().isEmpty())
-        return QStringLiteral("\"%1\" is not an option").arg(parser.positionalArguments().first());
+    window = window || parser.isSet(kWindow);
+    confirmOrders = parser.isSet(kConfirmOrders);
+    const QStringList addresses = parser.positionalArguments();
+    if (!window && !addresses.isEmpty())
+        return QStringLiteral("\"%1\" is not an option").arg(addresses.first());
+    if (!window && confirmOrders)
+        return QStringLiteral("--confirm-orders needs --window");
+    for (const QString &address : addresses) {
+        const QUrl url(address);
+        if (!url.isValid() || !url.scheme().startsWith(QLatin1String("http")) || url.host().isEmpty())
+            return QStringLiteral("\"%1\" is not an address such as http://localhost:5173").arg(address);
+        pages.append(url);
+    }
 
     bool ok = true;
     if (parser.isSet(kPort))
@@ -109,10 +139,14 @@ QString CommandLine::checkOptions(const QCommandLineParser &parser)
     if (!ok || !(speed >= kMinSpeed && speed <= kMaxSpeed))
         return QStringLiteral("--speed \"%1\" is not a number from 0.01 to 1000").arg(parser.value(kSpeed));
 
-    root = parser.isSet(kRoot) ? parser.value(kRoot) : installedWorkbench();
-    if (parser.isSet(kRoot) && !QFileInfo(root).isDir())
-        return QStringLiteral("--root \"%1\" is not a folder").arg(root);
+    root = folderOf(parser, kRoot, QStringLiteral("workbench"));
+    inspector = folderOf(parser, kInspector, QStringLiteral("inspector"));
+    for (const QString &option : {kRoot, kInspector}) {
+        if (parser.isSet(option) && !QFileInfo(parser.value(option)).isDir())
+            return QStringLiteral("--%1 \"%2\" is not a folder").arg(option, parser.value(option));
+    }
 
+    open = parser.isSet(kOpen);
     allowedOrigins = parser.values(kAllowOrigin);
     for (const QString &origin : qAsConst(allowedOrigins)) {
         if (!isOrigin(origin))

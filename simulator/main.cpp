@@ -1,5 +1,7 @@
+#include "Browser.h"
 #include "CommandLine.h"
 #include "Shutdown.h"
+#include "Window.h"
 #include "gateway/Gateway.h"
 #include "terminal/Terminal.h"
 
@@ -11,6 +13,7 @@
 namespace {
 
 constexpr int kCannotListen = 1;
+constexpr int kNoWindow = 1;
 constexpr int kBadCommandLine = 2;
 
 void print(FILE *stream, const QString &text)
@@ -19,19 +22,15 @@ void print(FILE *stream, const QString &text)
     std::fflush(stream);
 }
 
-/// Nothing is shown on the screen, so the simulator also runs without a display.
-void chooseDisplay()
-{
-    const auto missing = [](const char *name) { return qEnvironmentVariableIsEmpty(name); };
-    if (missing("QT_QPA_PLATFORM") && missing("DISPLAY") && missing("WAYLAND_DISPLAY"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-}
-
 } // namespace
 
 int main(int argc, char *argv[])
 {
-    chooseDisplay();
+    const QString problem = sim::Window::prepare(argc, argv);
+    if (!problem.isEmpty()) {
+        print(stderr, QStringLiteral("varnel-simulator: %1\n").arg(problem));
+        return kNoWindow;
+    }
     qSetMessagePattern(QStringLiteral("%{time hh:mm:ss.zzz} %{type} %{category}: %{message}"));
     // Outside a login session Qt would warn about a missing runtime folder, which nothing here uses.
     QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false"));
@@ -42,6 +41,7 @@ int main(int argc, char *argv[])
     QGuiApplication::setQuitOnLastWindowClosed(false);
 
     sim::CommandLine options;
+    options.window = sim::Window::isThere;
     switch (options.parse(QCoreApplication::arguments())) {
     case sim::CommandLine::Refuse:
         print(stderr, options.text + QLatin1Char('\n'));
@@ -54,7 +54,7 @@ int main(int argc, char *argv[])
     }
 
     sim::Terminal terminal(options.scenario, options.login, options.speed);
-    sim::Gateway gateway(options.root, options.allowedOrigins);
+    sim::Gateway gateway(options.root, options.allowedOrigins, options.inspector);
     if (!gateway.listen(options.port)) {
         print(stderr, QStringLiteral("varnel-simulator: cannot listen on 127.0.0.1:%1: %2\n")
                           .arg(options.port)
@@ -62,6 +62,10 @@ int main(int argc, char *argv[])
         return kCannotListen;
     }
     sim::quitOnSignals();
-    print(stdout, QStringLiteral("listening on http://127.0.0.1:%1/\n").arg(gateway.port()));
+    const auto window = sim::Window::open(options, terminal, gateway);
+    const QString address = QStringLiteral("http://127.0.0.1:%1/").arg(gateway.port());
+    print(stdout, QStringLiteral("listening on %1\n").arg(address));
+    if (options.open && !sim::openInBrowser(address))
+        print(stderr, QStringLiteral("varnel-simulator: no browser could be started; open %1 yourself\n").arg(address));
     return QApplication::exec();
 }

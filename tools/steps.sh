@@ -91,6 +91,7 @@ declare -A packages=(
     [tsan]='qtbase5-private-dev'
     [package]='dpkg-dev:dpkg-shlibdeps'
     [examples]='qtwebengine5-dev libqt5webchannel5-dev'
+    [window]='qtwebengine5-dev libqt5webchannel5-dev fonts-wqy-zenhei'
     [browser]='chromium:chromium fonts-wqy-zenhei'
     [clang]='clang:clang++ libclang-rt-14-dev llvm:llvm-symbolizer'
     [windows]='g++-mingw-w64-x86-64-posix:x86_64-w64-mingw32-g++-posix wine64 googletest dpkg-dev:dpkg-source xz-utils:xz'

@@ -1,9 +1,9 @@
 #include "gateway/PageSession.h"
 
+#include "gateway/EventLog.h"
 #include "gateway/Logging.h"
 #include "gateway/Outbox.h"
-
-#include <boost/beast/websocket.hpp>
+#include "gateway/WebSocket.h"
 
 #include <atomic>
 #include <optional>
@@ -12,19 +12,11 @@ namespace sim {
 
 namespace {
 
-namespace websocket = beast::websocket;
-
-/// For a page to agree to the end of its connection. What it sends meanwhile is read and dropped, because a connection
-/// that is closed while its peer sends is reset, and the peer would lose the reason.
-constexpr std::chrono::seconds kCloseDeadline(2);
-
 /// Bytes of the calls of a page that may wait for the user-interface thread before no more is read from the page.
 constexpr qint64 kMaxUnhandled = CallFrame::kMaxSize;
 
 /// A longer buffer is given back after use.
 constexpr std::size_t kKeptBuffer = std::size_t{64} * 1024;
-
-constexpr int kGoingAway = 1001;
 
 class Handle;
 
@@ -37,7 +29,7 @@ public:
 
     void open(const Request &request);
     void read();
-    void write(const EventFrame &frame);
+    void write(const EventFrame &frame, const traffic::Entry &delivery);
     void closeAfterWriting(const PageClose &close);
     void stop() override { closeAfterWriting({kGoingAway, {}}); }
 
@@ -46,7 +38,7 @@ private:
     void proceed();
     void end();
 
-    websocket::stream<Socket> m_stream;
+    WebSocket m_stream;
     const int m_number;
     Connections &m_connections;
     PageQueue &m_queue;
@@ -54,7 +46,7 @@ private:
     std::shared_ptr<Handle> m_handle; ///< set when it is open
     beast::flat_buffer m_frame;       ///< the frame that is being read
     Outbox m_outbox;
-    QByteArray m_text; ///< the text that is being written
+    Outbox::Sent m_sent; ///< the event that is being written
     std::optional<PageClose> m_close;
     bool m_isBusy = true; ///< opening, writing or closing
     bool m_hasEnded = false;
@@ -71,7 +63,10 @@ public:
     }
 
     int number() const override { return m_number; }
-    void send(const QCefEvent &event) override { m_queue.add(m_page, event); }
+    void send(const QCefEvent &event, const traffic::Entry &delivery) override
+    {
+        m_queue.add(m_page, PageEvent{event, delivery});
+    }
     void close(int code, const QString &reason) override { m_queue.add(m_page, PageClose{code, reason}); }
 
     /// Counts a call that waits from now on. False when nothing more may be read for the time being.
@@ -98,7 +93,7 @@ private:
 
 } // namespace
 
-void PageQueue::add(const std::weak_ptr<PageSession> &page, std::variant<QCefEvent, PageClose> content)
+void PageQueue::add(const std::weak_ptr<PageSession> &page, std::variant<PageEvent, PageClose> content)
 {
     bool isFirst;
     {
@@ -121,8 +116,8 @@ void PageQueue::deliver()
         const std::shared_ptr<PageSession> page = item.page.lock();
         if (!page)
             continue;
-        if (const auto *event = std::get_if<QCefEvent>(&item.content))
-            page->write(m_frames.of(*event));
+        if (const auto *event = std::get_if<PageEvent>(&item.content))
+            page->write(m_frames.of(event->event), event->delivery);
         else
             page->closeAfterWriting(std::get<PageClose>(item.content));
     }
@@ -135,10 +130,8 @@ PageSession::PageSession(Socket &&socket, int number, const PageSurroundings &su
     , m_queue(surroundings.queue)
     , m_listener(surroundings.listener)
 {
-    m_stream.set_option(websocket::stream_base::timeout{kCloseDeadline, websocket::stream_base::none(), false});
-    m_stream.auto_fragment(false);
+    setUp(m_stream);
     m_stream.read_message_max(0); // read() counts, because it can give a reason
-    m_stream.text(true);
 }
 
 void PageSession::open(const Request &request)
@@ -185,11 +178,11 @@ void PageSession::take(const CallFrame &call)
         read();
 }
 
-void PageSession::write(const EventFrame &frame)
+void PageSession::write(const EventFrame &frame, const traffic::Entry &delivery)
 {
     if (m_hasEnded || m_close)
         return;
-    if (!m_outbox.add(frame)) {
+    if (!m_outbox.add(frame, delivery)) {
         qCWarning(gatewayLog, "page %d has stopped reading: dropped", m_number);
         return end();
     }
@@ -210,13 +203,14 @@ void PageSession::proceed()
         return;
     if (!m_outbox.isEmpty()) {
         m_isBusy = true;
-        m_text = m_outbox.take();
-        const net::const_buffer text(m_text.constData(), std::size_t(m_text.size()));
+        m_sent = m_outbox.take();
+        const net::const_buffer text(m_sent.text.constData(), std::size_t(m_sent.text.size()));
         m_stream.async_write(text, [self = shared_from_this()](Error error, std::size_t) {
             self->m_isBusy = false;
-            self->m_text.clear();
+            const Outbox::Sent sent = std::exchange(self->m_sent, {});
             if (error)
                 return self->end();
+            logDelivery(sent.delivery, sent.text.size());
             self->proceed();
         });
     } else if (m_close) {

@@ -1,12 +1,13 @@
 #pragma once
 
 #include "gateway/Asio.h"
+#include "gateway/Connection.h"
 #include "gateway/EventFrame.h"
 #include "gateway/GatewayServer.h"
+#include "traffic/Entry.h"
 
 #include <memory>
 #include <mutex>
-#include <set>
 #include <variant>
 #include <vector>
 
@@ -14,26 +15,16 @@ namespace sim {
 
 class PageSession;
 
-/// A connection of any kind. Input and output thread only.
-class Connection {
-public:
-    Connection() = default;
-    virtual ~Connection() = default;
-
-    /// The server stops.
-    virtual void stop() = 0;
-
-private:
-    Q_DISABLE_COPY_MOVE(Connection)
-};
-
-/// All connections. Each enters itself when it begins, and leaves when it ends.
-using Connections = std::set<std::shared_ptr<Connection>>;
-
 /// How a page is closed.
 struct PageClose {
     int code;
     QString reason;
+};
+
+/// An event for a page.
+struct PageEvent {
+    QCefEvent event;
+    traffic::Entry delivery; ///< for the log, when it has been written; its time is that of the broadcast
 };
 
 /// What other threads have for the pages, in order, on its way to the input and output thread.
@@ -42,14 +33,14 @@ public:
     explicit PageQueue(net::io_context &context) : m_context(context) {}
 
     /// Any thread.
-    void add(const std::weak_ptr<PageSession> &page, std::variant<QCefEvent, PageClose> content);
+    void add(const std::weak_ptr<PageSession> &page, std::variant<PageEvent, PageClose> content);
 
 private:
     void deliver();
 
     struct Item {
         std::weak_ptr<PageSession> page;
-        std::variant<QCefEvent, PageClose> content;
+        std::variant<PageEvent, PageClose> content;
     };
 
     net::io_context &m_context;

@@ -3,6 +3,7 @@
 #include "Tessar_Fields.h"
 #include "services/TradeRecords.h"
 #include "terminal/Terminal.h"
+#include "traffic/Log.h"
 
 #include <QSet>
 
@@ -38,6 +39,14 @@ public:
     {
         total = 0;
         std::vector<int> page;
+        if (m_tests.empty() && !m_isEmpty) { // all match: only the records of the page are looked at
+            total = size;
+            const int first = qBound(0, offset, size);
+            const int last = count > 0 ? first + qMin(count, size - first) : size;
+            for (int row = first; row < last; ++row)
+                page.push_back(size - 1 - row);
+            return page;
+        }
         for (int number = m_isEmpty ? -1 : size - 1; number >= 0; --number) {
             if (!includes(at(number)))
                 continue;
@@ -72,6 +81,7 @@ private:
 QList<QVariantMap> BusinessDataInterface::GetOrderListByCustomKey(const QVariantMap &keys, int &total, int offset,
                                                                   int count, QList<QString>, const QStringList &)
 {
+    traffic::log().hostCall("BusinessDataInterface::GetOrderListByCustomKey");
     const Terminal &terminal = Terminal::instance();
     const Accounts &accounts = terminal.accounts();
     const Selection<OrderSource> selection(orderFields(), keys);
@@ -94,6 +104,7 @@ QList<QVariantMap> BusinessDataInterface::GetOrderListByCustomKey(const QVariant
 QList<QVariantMap> BusinessDataInterface::GetExecutionListByCustomKey(const QVariantMap &keys, int &total, int offset,
                                                                       int count, const QStringList &)
 {
+    traffic::log().hostCall("BusinessDataInterface::GetExecutionListByCustomKey");
     const Terminal &terminal = Terminal::instance();
     const Accounts &accounts = terminal.accounts();
     const Selection<ExecutionSource> selection(executionFields(), keys);
@@ -117,6 +128,7 @@ QList<QVariantMap> BusinessDataInterface::GetExecutionListByCustomKey(const QVar
 
 QMap<QString, QVariant> BusinessDataInterface::GetOrderDetailByOrderID(const QString &orderId)
 {
+    traffic::log().hostCall("BusinessDataInterface::GetOrderDetailByOrderID");
     const Terminal &terminal = Terminal::instance();
     const std::optional<Order> order = terminal.desk().order(orderId);
     return order ? recordOf(orderFields(), OrderSource{terminal.accounts(), *order}) : QVariantMap();
@@ -126,6 +138,7 @@ QList<QVariantMap> BusinessDataInterface::GetPositionListByAccount(const QVarian
                                                                    const QString &symbol, const QString &,
                                                                    const QString &, const QString &, const QString &)
 {
+    traffic::log().hostCall("BusinessDataInterface::GetPositionListByAccount");
     const Terminal &terminal = Terminal::instance();
     const QString tradingAccount = accountDetails.value(Tessar_Fields::UserAccount::tradingAccount).toString();
     const FundAccount *fund = terminal.accounts().fundAccountOf(tradingAccount);

@@ -1,10 +1,10 @@
 #include "CUnPackMessageCommon.h"
 
-#include <QVariantList>
+#include "host/PackedRow.h"
 
 class CUnPackMessageCommon::Private {
 public:
-    QVariantList rows;
+    PackedRow row;
 };
 
 CUnPackMessageCommon::CUnPackMessageCommon() : d(new Private) {}
@@ -16,20 +16,15 @@ CUnPackMessageCommon::~CUnPackMessageCommon()
 
 bool CUnPackMessageCommon::SetUnPackMsg(const QVariant &message, bool)
 {
-    d->rows = message.toList(); // the format is described in CPackMessageCommon.cpp
-    return !d->rows.isEmpty();
+    const bool isRow = message.userType() == qMetaTypeId<PackedRow>();
+    d->row = isRow ? message.value<PackedRow>() : PackedRow();
+    return isRow;
 }
 
 QVariantMap CUnPackMessageCommon::GetRowValue()
 {
     QVariantMap values;
-    if (d->rows.isEmpty())
-        return values;
-    const QVariantList row = d->rows.first().toList();
-    for (const QVariant &field : row) {
-        const QVariantList pair = field.toList();
-        if (pair.size() == 2)
-            values.insert(pair.first().toString(), pair.last());
-    }
+    for (const auto &[key, value] : qAsConst(d->row))
+        values.insert(key, value);
     return values;
 }

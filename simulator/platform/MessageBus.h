@@ -3,6 +3,7 @@
 #include "CEventMessageCommon.h"
 #include "CMessageCommon.h"
 #include "HostApi.h"
+#include "traffic/Entry.h"
 
 #include <QHash>
 #include <QString>
@@ -65,6 +66,9 @@ public:
     /// The id of a named event, assigned when the name is first asked for.
     int eventId(const QString &name);
 
+    /// Names an event whose id is fixed, for the log of the traffic.
+    void nameEvent(int eventId, const QString &name);
+
     void publish(int pid, std::unique_ptr<CEventMessageCommon> event);
 
     /// Publishes an event of the terminal itself. Subscribers unpack the row; without a message id it gets a new one.
@@ -98,6 +102,7 @@ private:
     struct Request {
         Clock::time_point due;
         std::unique_ptr<CMessageCommon> message;
+        quint64 call; ///< of a page, to which it belongs
     };
     struct QueuedEvent { ///< an event, or the request of a sender that waits for the reply
         Clock::time_point due;
@@ -105,9 +110,11 @@ private:
         std::unique_ptr<CEventMessageCommon> event = {};
         std::unique_ptr<CMessageCommon> request = {};
         std::optional<Reply> reply = {};
+        quint64 call = 0; ///< of a page, to which it belongs
     };
 
-    void send(const QString &sender, std::unique_ptr<CEventMessageCommon> event); ///< with the mutex held
+    void send(const QString &sender, std::unique_ptr<CEventMessageCommon> event,
+              traffic::Entry entry); ///< with the mutex held
     void run();
     bool mayAnswer(const Request &request) const;
     void deliver(QueuedEvent queued, std::unique_lock<std::mutex> &lock);

@@ -8,6 +8,12 @@
 
 #include <cmath>
 
+// Resources of a static library are linked only when they are named. Qt requires this outside of namespaces.
+static void initResources()
+{
+    Q_INIT_RESOURCE(scenarios);
+}
+
 namespace sim {
 
 namespace {
@@ -327,6 +333,7 @@ QStringList Scenario::builtInNames()
 
 QString Scenario::builtIn(const QString &name)
 {
+    initResources();
     return builtInNames().contains(name) ? QStringLiteral(":/scenarios/%1.json").arg(name) : QString();
 }
 

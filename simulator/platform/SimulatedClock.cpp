@@ -10,7 +10,8 @@ constexpr double kHourMs = 60 * 60 * 1000;
 
 } // namespace
 
-SimulatedClock::SimulatedClock(const QDateTime &start, double speed) : m_start(start), m_speed(speed)
+SimulatedClock::SimulatedClock(const QDateTime &start, double speed)
+    : m_start(start), m_startMsecs(start.toMSecsSinceEpoch()), m_speed(speed)
 {
     m_elapsed.start();
 }
@@ -18,6 +19,11 @@ SimulatedClock::SimulatedClock(const QDateTime &start, double speed) : m_start(s
 QDateTime SimulatedClock::now() const
 {
     return m_start.addMSecs(qint64(double(m_elapsed.elapsed()) * m_speed));
+}
+
+qint64 SimulatedClock::msecsSinceEpoch() const
+{
+    return m_startMsecs + qint64(double(m_elapsed.elapsed()) * m_speed);
 }
 
 std::chrono::milliseconds SimulatedClock::realTimeUntil(const QDateTime &time) const

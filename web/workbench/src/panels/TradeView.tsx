@@ -2,6 +2,7 @@ import { fundProperties, type Connection, type Entrust, type Execution, type Pos
 import { useCallback, useMemo, useRef, useState } from 'react';
 import { flushSync } from 'react-dom';
 import { useHotKeys } from '../hotkeys';
+import { lastOf } from '../lastOf';
 import { useWatch, type StartWatch, type Watched } from '../live/useWatch';
 import { newestFirst, openStatuses, orderIdOf } from '../records';
 import { useTexts } from '../texts/useTexts';
@@ -112,7 +113,7 @@ export function TradeView({ sdk, proposal }: Props) {
     blotter: () => focus('[data-testid="blotter"] .scroll'),
     cancelLast: () => {
       const ids = new Set(openIds());
-      const last = ticket.placed.filter((id) => ids.has(id)).at(-1);
+      const last = lastOf(ticket.placed.filter((id) => ids.has(id)));
       setNotice(last ? '' : t.noOwnOpenOrder);
       if (last) setAsked([last]);
     },
