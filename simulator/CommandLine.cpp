@@ -57,8 +57,10 @@ void addOptions(QCommandLineParser &parser)
     parser.addOptions({
         {kPort, QStringLiteral("Listen on this port of the loopback address; 0 for any free one (default 8900)."),
          QStringLiteral("N")},
-        {kScenario, QStringLiteral("Play the scenario of this file instead of the built-in one."),
-         QStringLiteral("FILE")},
+        {kScenario,
+         QStringLiteral("Play this built-in scenario (%1), or the one of this file (default: %2).")
+             .arg(Scenario::builtInNames().join(QStringLiteral(", ")), Scenario::builtInNames().first()),
+         QStringLiteral("NAME|FILE")},
         {kSeed, QStringLiteral("Use this seed for the market instead of the scenario's."), QStringLiteral("N")},
         {kSpeed, QStringLiteral("Run time this many times as fast as real time, 0.01 to 1000 (default 1)."),
          QStringLiteral("X")},
@@ -87,10 +89,12 @@ CommandLine::Outcome CommandLine::parse(const QStringList &arguments)
 {
     QCommandLineParser parser;
     addOptions(parser);
-    if (!parser.parse(arguments)) {
-        text = parser.errorText();
+    const auto refuse = [this](const QString &problem) {
+        text = QStringLiteral("varnel-simulator: ") + problem;
         return Refuse;
-    }
+    };
+    if (!parser.parse(arguments))
+        return refuse(parser.errorText());
     if (parser.isSet(kHelp)) {
         text = parser.helpText();
         return ShowText;
@@ -100,11 +104,15 @@ CommandLine::Outcome CommandLine::parse(const QStringList &arguments)
                QLatin1Char('\n');
         return ShowText;
     }
-    text = check(parser);
-    return text.isEmpty() ? Run : Refuse;
+    if (const QString problem = checkOptions(parser); !problem.isEmpty())
+        return refuse(problem);
+    if (!readScenario(parser))
+        return Refuse;
+    const QString problem = checkWithScenario(parser);
+    return problem.isEmpty() ? Run : refuse(problem);
 }
 
-QString CommandLine::check(const QCommandLineParser &parser)
+QString CommandLine::checkOptions(const QCommandLineParser &parser)
 {
     window = window || parser.isSet(kWindow);
     confirmOrders = parser.isSet(kConfirmOrders);
@@ -145,11 +153,24 @@ QString CommandLine::check(const QCommandLineParser &parser)
             return QStringLiteral("--allow-origin \"%1\" is not an origin such as http://localhost:5173").arg(origin);
     }
 
-    const QString file = parser.isSet(kScenario) ? parser.value(kScenario) : Scenario::defaultFile();
-    QString error;
-    if (!Scenario::read(file, scenario, error))
-        return QStringLiteral("scenario ") + error;
+    const QString wanted = parser.value(kScenario);
+    if (parser.isSet(kScenario) && Scenario::builtIn(wanted).isEmpty() && !QFileInfo::exists(wanted))
+        return QStringLiteral("--scenario \"%1\" is neither a file nor a built-in scenario: there are %2")
+            .arg(wanted, Scenario::builtInNames().join(QStringLiteral(", ")));
+    return QString();
+}
 
+/// The lines about mistakes in a file begin with the place, so that editors and terminals find it.
+bool CommandLine::readScenario(const QCommandLineParser &parser)
+{
+    const QString wanted = parser.isSet(kScenario) ? parser.value(kScenario) : Scenario::builtInNames().first();
+    const QString builtIn = Scenario::builtIn(wanted);
+    return Scenario::read(builtIn.isEmpty() ? wanted : builtIn, scenario, text);
+}
+
+QString CommandLine::checkWithScenario(const QCommandLineParser &parser)
+{
+    bool ok = true;
     if (parser.isSet(kSeed))
         scenario.seed = parser.value(kSeed).toULongLong(&ok);
     if (!ok)

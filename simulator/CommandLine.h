@@ -25,12 +25,14 @@ struct CommandLine {
     bool confirmOrders = false;
     Scenario scenario;
     Login login;
-    QString text; ///< the help, the version, or one line about a mistake
+    QString text; ///< the help, the version, one line about a mistake, or a line for each mistake in the scenario
 
     Outcome parse(const QStringList &arguments);
 
 private:
-    QString check(const QCommandLineParser &parser);
+    QString checkOptions(const QCommandLineParser &parser);
+    bool readScenario(const QCommandLineParser &parser);
+    QString checkWithScenario(const QCommandLineParser &parser);
 };
 
 } // namespace sim

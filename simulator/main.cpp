@@ -44,7 +44,7 @@ int main(int argc, char *argv[])
     options.window = sim::Window::isThere;
     switch (options.parse(QCoreApplication::arguments())) {
     case sim::CommandLine::Refuse:
-        print(stderr, QStringLiteral("varnel-simulator: %1\n").arg(options.text));
+        print(stderr, options.text + QLatin1Char('\n'));
         return kBadCommandLine;
     case sim::CommandLine::ShowText:
         print(stdout, options.text);

@@ -14,8 +14,7 @@ namespace {
 
 Terminal *s_terminal = nullptr; // set before any thread that reads it starts, reset after the last one ended
 
-/// Delay of a request or event on the bus, at normal speed.
-constexpr double kLatencyMicroseconds = 20000;
+constexpr double kMicrosecondsPerMillisecond = 1000;
 
 } // namespace
 
@@ -27,10 +26,12 @@ Terminal::Terminal(const Scenario &scenario, const Login &login, double speed)
                          scenario.rules),
                  scenario.seed, scenario.start.date(), m_clock, scenario.rules)
     , m_accounts(scenario.traders, scenario.fundAccounts)
-    , m_bus(std::make_shared<MessageBus>(std::chrono::microseconds(qint64(kLatencyMicroseconds / speed))))
+    , m_bus(std::make_shared<MessageBus>(
+          std::chrono::microseconds(qint64(scenario.busDelay * kMicrosecondsPerMillisecond / speed))))
     , m_tradeEvents(*m_bus, m_accounts)
-    , m_desk(m_accounts, scenario.start.toString(QStringLiteral("yyyyMMdd")), m_exchange, scenario.seed, scenario.start,
-             [this](const DeskEvents &events) { m_tradeEvents.announce(events); })
+    , m_desk(
+          m_accounts, scenario.start.toString(QStringLiteral("yyyyMMdd")), m_exchange, scenario.seed, scenario.start,
+          [this](const DeskEvents &events) { m_tradeEvents.announce(events); }, scenario.opening)
     , m_strategies(*m_bus, scenario)
 {
     Q_ASSERT(!s_terminal);
