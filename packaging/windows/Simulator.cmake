@@ -25,7 +25,7 @@ endforeach()
 set(licences DESTINATION licences COMPONENT simulator)
 install(FILES "${CMAKE_CURRENT_LIST_DIR}/boost.txt" /usr/share/common-licenses/GPL-3 /usr/share/common-licenses/LGPL-3
     ${licences})
-foreach(entry IN ITEMS qt=libqt5core5a gcc=gcc-mingw-w64-base mingw-w64=mingw-w64-x86-64-dev)
+foreach(entry IN ITEMS qt=libqt5core5a gcc=gcc-mingw-w64-base mingw-w64=mingw-w64-x86-64-dev rapidjson=rapidjson-dev)
     string(REGEX REPLACE "=.*" "" name "${entry}")
     string(REGEX REPLACE ".*=" "" package "${entry}")
     install(FILES "/usr/share/doc/${package}/copyright" RENAME "${name}.txt" ${licences})

@@ -45,7 +45,8 @@ expect(libvarnel-websdk-dev ARCHITECTURE ${here} DEPENDS "${runtime} \\(= ${vers
         "include/VarnelWebSDK/host/QvCore\\.h" "share/VarnelWebSDK/starter/QvCore\\.cpp"
         "lib/libvarnel_host_check\\.a")
 expect(varnel-simulator ARCHITECTURE ${here} DEPENDS "${runtime} \\(= ${version}\\)" libqt5widgets5
-    FILES "bin/varnel-simulator" "bin/varnel-call" "lib/varnel-simulator/libVarnelSimHost\\.so")
+    FILES "bin/varnel-simulator" "bin/varnel-call" "share/VarnelWebSDK/scenarios/scenario\\.schema\\.json"
+        "lib/varnel-simulator/libVarnelSimHost\\.so")
 if(WINDOW)
     expect(varnel-simulator-window ARCHITECTURE ${here} DEPENDS "varnel-simulator \\(= ${version}\\)"
             libqt5webenginewidgets5 libqt5webchannel5
