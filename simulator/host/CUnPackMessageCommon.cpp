@@ -16,8 +16,10 @@ CUnPackMessageCommon::~CUnPackMessageCommon()
 
 bool CUnPackMessageCommon::SetUnPackMsg(const QVariant &message, bool)
 {
-    const bool isRow = message.userType() == qMetaTypeId<PackedRow>();
-    d->row = isRow ? message.value<PackedRow>() : PackedRow();
+    // Of a message with several rows only the first is read.
+    const QVariant first = message.userType() == QMetaType::QVariantList ? message.toList().value(0) : message;
+    const bool isRow = first.userType() == qMetaTypeId<PackedRow>();
+    d->row = isRow ? first.value<PackedRow>() : PackedRow();
     return isRow;
 }
 

@@ -276,7 +276,7 @@ TEST_F(QuoteTest, MayBeAskedForByTwoThreads)
     const auto sumOf = [this](int from, int by) {
         double sum = 0;
         for (int i = from; i >= 0 && i < 400; i += by)
-            sum += exchange.quote(kStock, at("2025-03-03 09:30:03").addSecs(17 * i))->amount;
+            sum += exchange.quote(kStock, at("2025-03-03 09:30:03").addSecs(qint64{17} * i))->amount;
         return sum;
     };
     const double expected = sumOf(0, 1);

@@ -59,15 +59,15 @@ void PrintTo(const Case &each, std::ostream *stream)
 std::vector<Case> allCases()
 {
     std::vector<Case> cases;
-    for (const QJsonValue &value : QJsonDocument::fromJson(contentsOf("cases.json")).array()) {
+    for (const QJsonValue value : QJsonDocument::fromJson(contentsOf("cases.json")).array()) {
         Case each{value[QLatin1String("name")].toString().toStdString(), good(), {}};
-        for (const QJsonValue &edit : value[QLatin1String("edits")].toArray()) {
+        for (const QJsonValue edit : value[QLatin1String("edits")].toArray()) {
             const QByteArray from = edit[0].toString().toUtf8();
             const QByteArray to = edit[1].toString().toUtf8();
             EXPECT_TRUE(each.json.contains(from)) << each.name;
             each.json = from.isEmpty() ? to : each.json.replace(from, to);
         }
-        for (const QJsonValue &error : value[QLatin1String("errors")].toArray())
+        for (const QJsonValue error : value[QLatin1String("errors")].toArray())
             each.errors.append(error.toString());
         cases.push_back(each);
     }

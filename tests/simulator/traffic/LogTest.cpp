@@ -30,6 +30,7 @@ Entry reply(int page, const char *uuid)
 std::vector<std::string> namesOf(const std::vector<Entry> &entries)
 {
     std::vector<std::string> names;
+    names.reserve(entries.size());
     for (const Entry &entry : entries)
         names.push_back(entry.name.toStdString());
     return names;
@@ -116,6 +117,7 @@ TEST(TrafficLog, ListenersHearEveryEntryOfManyThreadsInOrder)
     std::vector<quint64> heard;
     log.listen([&](const Entry &entry) { heard.push_back(entry.number); });
     std::vector<std::thread> threads;
+    threads.reserve(kThreads);
     for (int i = 0; i < kThreads; ++i) {
         threads.emplace_back([&] {
             for (int n = 0; n < kEach; ++n)
