@@ -169,7 +169,7 @@ void quotes(benchmark::State &state)
     int next = 0;
     int step = 1;
     while (state.KeepRunning()) {
-        benchmark::DoNotOptimize(exchange.quote(exchange.instruments()[next].symbol, begin.addSecs(3 * step)));
+        benchmark::DoNotOptimize(exchange.quote(exchange.instruments()[next].symbol, begin.addSecs(qint64{3} * step)));
         if (++next == exchange.instruments().size()) {
             next = 0;
             step = step % 20 + 1;
