@@ -268,7 +268,7 @@ test.describe('a call by hand', () => {
     const frames = await openDesk(page);
     const tokens = () => sent(frames, 'Data_getToken_REQ').length;
     const before = tokens();
-    const form = page.getByTestId('free-call');
+    const form = page.getByTestId('free-call').locator('form'); // the answer stands below it
     for (const bad of ['', '["u1"', '{"0":"u1"}', '"u1"']) {
       await form.getByLabel('参数').fill(bad);
       await expect(form.getByRole('button', { name: '发送' })).toBeDisabled();

@@ -269,6 +269,13 @@ TEST(CommandLine, WithoutABrowserOpenTellsTheAddress)
               simulator.readAllStandardError());
 }
 
+/// A process that has ended has the number 0, which would mean all processes of the test run.
+void sendSignal(const QProcess &process, int signal)
+{
+    ASSERT_GT(process.processId(), 0) << "the process has ended";
+    kill(pid_t(process.processId()), signal);
+}
+
 class CommandLineSignal : public testing::TestWithParam<int> {};
 
 TEST_P(CommandLineSignal, EndsTheSimulatorWithStatusZero)
@@ -282,7 +289,7 @@ TEST_P(CommandLineSignal, EndsTheSimulatorWithStatusZero)
     const QByteArray line = readLine(simulator);
     EXPECT_TRUE(line.startsWith("listening on http://127.0.0.1:")) << line.toStdString();
     EXPECT_TRUE(line.endsWith("/\n")) << line.toStdString();
-    kill(pid_t(simulator.processId()), GetParam());
+    sendSignal(simulator, GetParam());
     ASSERT_TRUE(simulator.waitForFinished(kPatienceMs));
     EXPECT_EQ(QProcess::NormalExit, simulator.exitStatus());
     EXPECT_EQ(0, simulator.exitCode());
@@ -294,9 +301,9 @@ TEST_P(CommandLineSignal, EndsAHangingShutdownAtOnceWhenItComesASecondTime)
     QProcess hanging;
     hanging.start(QStringLiteral(HANGING_BINARY), QStringList());
     ASSERT_EQ(QByteArray("ready\n"), readLine(hanging));
-    kill(pid_t(hanging.processId()), SIGINT);
+    sendSignal(hanging, SIGINT);
     ASSERT_EQ(QByteArray("hanging\n"), readLine(hanging));
-    kill(pid_t(hanging.processId()), GetParam());
+    sendSignal(hanging, GetParam());
     ASSERT_TRUE(hanging.waitForFinished(kPatienceMs));
     EXPECT_EQ(QProcess::NormalExit, hanging.exitStatus());
     EXPECT_EQ(128 + GetParam(), hanging.exitCode());
