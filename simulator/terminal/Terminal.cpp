@@ -24,7 +24,7 @@ Terminal::Terminal(const Scenario &scenario, const Login &login, double speed)
     , m_clock(scenario.start, speed)
     , m_exchange(listing(scenario.securities, scenario.generatedSecurities, scenario.seed, scenario.start.date(),
                          scenario.rules),
-                 scenario.seed, scenario.start.date(), m_clock, scenario.rules)
+                 scenario.seed, scenario.start.date(), m_clock, scenario.rules, scenario.halts)
     , m_accounts(scenario.traders, scenario.fundAccounts)
     , m_bus(std::make_shared<MessageBus>(
           std::chrono::microseconds(qint64(scenario.busDelay * kMicrosecondsPerMillisecond / speed))))
@@ -70,7 +70,7 @@ void Terminal::playMarket(const QDateTime &time)
 
 Prices Terminal::latestPrices() const
 {
-    return [this, step = Exchange::stepAt(now())](const QString &symbol) {
+    return [this, step = m_exchange.stepAt(now())](const QString &symbol) {
         return m_exchange.lastPrice(symbol, step).value_or(0);
     };
 }
