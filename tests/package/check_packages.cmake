@@ -45,6 +45,6 @@ expect(libvarnel-websdk-dev ARCHITECTURE ${here} DEPENDS "${runtime} \\(= ${vers
         "include/VarnelWebSDK/host/QvCore\\.h" "share/VarnelWebSDK/starter/QvCore\\.cpp"
         "lib/libvarnel_host_check\\.a")
 expect(varnel-simulator ARCHITECTURE ${here} DEPENDS "${runtime} \\(= ${version}\\)" libqt5widgets5
-    FILES "bin/varnel-simulator" "lib/varnel-simulator/libVarnelSimHost\\.so")
+    FILES "bin/varnel-simulator" "bin/varnel-call" "lib/varnel-simulator/libVarnelSimHost\\.so")
 expect(varnel-websdk-doc ARCHITECTURE all
     FILES "share/doc/VarnelWebSDK/docs/hosting\\.md" "share/doc/VarnelWebSDK/examples/01-embed/main\\.cpp")
