@@ -58,6 +58,7 @@ void PageConnection::receive(const CallFrame &frame)
 
 void PageConnection::invoke(const QString &method, const QVariantList &args)
 {
+    const Terminal::Moment moment(Terminal::instance());
     for (const Route &route : kRoutes) {
         if (method.startsWith(route.prefix) && (this->*route.call)(method, args))
             return;

@@ -1,9 +1,12 @@
 #include "platform/MessageBus.h"
 
-#include "CPackMessageCommon.h"
 #include "CUnPackMessageCommon.h"
 #include "QvPresenterClass.h"
+#include "Tessar_Fields.h"
+#include "platform/SimulatedClock.h"
 #include "platform/Wakeup.h"
+
+#include <algorithm>
 
 namespace sim {
 
@@ -25,9 +28,20 @@ QVariantMap rowOf(const QVariant &message)
     return unpack.GetRowValue();
 }
 
+/// The row in the form of CPackMessageCommon.
+QVariant packed(const QVariantMap &row)
+{
+    QVariantList fields;
+    fields.reserve(row.size());
+    for (auto field = row.constBegin(); field != row.constEnd(); ++field)
+        fields.append(QVariant(QVariantList{field.key(), field.value()}));
+    return QVariantList{QVariant(fields)};
+}
+
 } // namespace
 
-MessageBus::MessageBus(std::chrono::microseconds latency) : m_latency(latency)
+MessageBus::MessageBus(const SimulatedClock &clock, std::chrono::milliseconds latency)
+    : m_clock(clock), m_latency(latency)
 {
     m_thread = std::thread([this] { run(); });
 }
@@ -104,21 +118,32 @@ void MessageBus::publish(int pid, std::unique_ptr<CEventMessageCommon> event)
 
 void MessageBus::announce(int eventId, const QVariantMap &row)
 {
-    CPackMessageCommon pack;
-    for (auto field = row.constBegin(); field != row.constEnd(); ++field)
-        pack.AddVaule(field.key(), field.value());
+    const std::lock_guard lock(m_mutex);
+    QVariantMap identified = row;
+    QVariant &id = identified[Tessar_Fields::System::clientMsgID];
+    if (!id.isValid())
+        id = QStringLiteral("T%1").arg(++m_lastId);
     auto event = std::make_unique<CEventMessageCommon>();
     event->SetType(eventId);
-    event->SetMsg(pack.GetPackedMsg(0));
-    const std::lock_guard lock(m_mutex);
+    event->SetMsg(packed(identified));
     send(kTerminalName, std::move(event));
+}
+
+QDateTime MessageBus::dueOfNext() const
+{
+    return m_clock.now().addMSecs(m_latency.count());
 }
 
 void MessageBus::send(const QString &sender, std::unique_ptr<CEventMessageCommon> event)
 {
-    if (m_stopping)
-        return;
-    m_events.push_back({Clock::now() + m_latency, sender, std::move(event), {}, {}});
+    if (!m_stopping)
+        enqueue({dueOfNext(), sender, std::move(event), {}, {}});
+}
+
+void MessageBus::enqueue(QueuedEvent event)
+{
+    const auto isBefore = [](const QDateTime &due, const QueuedEvent &other) { return due < other.due; };
+    m_events.insert(std::upper_bound(m_events.begin(), m_events.end(), event.due, isBefore), std::move(event));
     m_wake.notify_all();
 }
 
@@ -128,7 +153,7 @@ bool MessageBus::request(std::unique_ptr<CMessageCommon> request)
     if (m_stopping || m_requests.size() >= kMaxWaiting || !m_presenters.contains(request->Srcid()) ||
         !m_services.contains(request->Type().toString()))
         return false;
-    m_requests.push_back({Clock::now() + m_latency, std::move(request)});
+    m_requests.push_back({dueOfNext(), std::move(request)});
     m_wake.notify_all();
     return true;
 }
@@ -144,10 +169,16 @@ std::optional<QVariantList> MessageBus::requestAndWait(std::unique_ptr<CMessageC
             return fetch(*request, lock); // the bus thread answers itself: it cannot wait for itself
         Reply reply;
         answer = reply.get_future();
-        m_events.push_back({Clock::now() + m_latency, {}, {}, std::move(request), std::move(reply)});
-        m_wake.notify_all();
+        ++m_waitingSenders;
+        enqueue({dueOfNext(), {}, {}, std::move(request), std::move(reply)});
     }
     return answer.get();
+}
+
+void MessageBus::timeMoved()
+{
+    const std::lock_guard lock(m_mutex);
+    m_wake.notify_all();
 }
 
 void MessageBus::stop()
@@ -161,19 +192,23 @@ void MessageBus::stop()
         m_thread.join();
 }
 
+bool MessageBus::isDue(const QueuedEvent &event) const
+{
+    return m_waitingSenders > 0 || event.due <= m_clock.now();
+}
+
 void MessageBus::run()
 {
     std::unique_lock lock(m_mutex);
     while (!m_stopping) {
-        const auto now = Clock::now();
-        if (!m_events.empty() && m_events.front().due <= now) {
+        if (!m_events.empty() && isDue(m_events.front())) {
             QueuedEvent queued = std::move(m_events.front());
             m_events.pop_front();
             deliver(std::move(queued), lock);
             continue;
         }
         const bool mayAnswerNext = !m_requests.empty() && mayAnswer(m_requests.front());
-        if (mayAnswerNext && m_requests.front().due <= now) {
+        if (mayAnswerNext && m_requests.front().due <= m_clock.now()) {
             Request request = std::move(m_requests.front());
             m_requests.pop_front();
             answer(std::move(request), lock);
@@ -182,12 +217,12 @@ void MessageBus::run()
         if (m_events.empty() && !mayAnswerNext) {
             m_wake.wait(lock);
         } else {
-            auto due = Clock::time_point::max();
+            QDateTime due;
             if (!m_events.empty())
                 due = m_events.front().due;
-            if (mayAnswerNext)
-                due = std::min(due, m_requests.front().due);
-            m_wake.wait_until(lock, due);
+            if (mayAnswerNext && (!due.isValid() || m_requests.front().due < due))
+                due = m_requests.front().due;
+            m_wake.wait_until(lock, RealClock::now() + m_clock.realTimeUntil(due));
         }
     }
     for (QueuedEvent &queued : m_events) {
@@ -205,7 +240,9 @@ bool MessageBus::mayAnswer(const Request &request) const
 
 void MessageBus::deliver(QueuedEvent queued, std::unique_lock<std::mutex> &lock)
 {
+    const FrozenTime time(queued.due);
     if (queued.reply) {
+        --m_waitingSenders;
         queued.reply->set_value(fetch(*queued.request, lock));
         return;
     }
@@ -225,6 +262,7 @@ void MessageBus::deliver(QueuedEvent queued, std::unique_lock<std::mutex> &lock)
 
 void MessageBus::answer(Request request, std::unique_lock<std::mutex> &lock)
 {
+    const FrozenTime time(request.due);
     const int pid = request.message->Srcid();
     const QVariant answerType = m_services.value(request.message->Type().toString()).answerType;
     const QVariantList list = fetch(*request.message, lock);

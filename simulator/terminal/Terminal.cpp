@@ -13,8 +13,8 @@ namespace {
 
 Terminal *s_terminal = nullptr; // set before any thread that reads it starts, reset after the last one ended
 
-/// Delay of a request or event on the bus, at normal speed.
-constexpr double kLatencyMicroseconds = 20000;
+/// Delay of a request or event on the bus, in exchange time.
+constexpr std::chrono::milliseconds kLatency(20);
 
 } // namespace
 
@@ -26,7 +26,7 @@ Terminal::Terminal(const Scenario &scenario, const Login &login, double speed)
                          scenario.rules),
                  scenario.seed, scenario.start.date(), m_clock, scenario.rules)
     , m_accounts(scenario.traders, scenario.fundAccounts)
-    , m_bus(std::make_shared<MessageBus>(std::chrono::microseconds(qint64(kLatencyMicroseconds / speed))))
+    , m_bus(std::make_shared<MessageBus>(m_clock, kLatency))
     , m_tradeEvents(*m_bus, m_accounts)
     , m_desk(m_accounts, scenario.start.toString(QStringLiteral("yyyyMMdd")), m_exchange, scenario.seed, scenario.start,
              [this](const DeskEvents &events) { m_tradeEvents.announce(events); })
@@ -56,6 +56,25 @@ void Terminal::playMarket(const QDateTime &time)
 {
     m_tradeEvents.announceOrdersLoaded();
     m_desk.advance(time);
+}
+
+void Terminal::setTimeLimit(const QDateTime &limit)
+{
+    m_clock.setLimit(limit);
+    m_bus->timeMoved();
+    m_quoteFeed->timeMoved();
+}
+
+void Terminal::skipTo(const QDateTime &time)
+{
+    m_clock.skipTo(time);
+    m_bus->timeMoved();
+    m_quoteFeed->timeMoved();
+}
+
+Terminal::Moment::Moment(Terminal &terminal) : m_hold(terminal.m_clock)
+{
+    terminal.m_desk.advance(terminal.now());
 }
 
 Prices Terminal::latestPrices() const

@@ -36,6 +36,22 @@ public:
     /// Exchange time.
     QDateTime now() const { return m_clock.now(); }
 
+    /// While it exists, exchange time stands still, and the market has been played up to it. A call of a page is made
+    /// in one, so that its answer depends on the time of the call alone.
+    class VARNEL_HOST_API Moment {
+    public:
+        explicit Moment(Terminal &terminal);
+
+    private:
+        const SimulatedClock::Hold m_hold;
+    };
+
+    /// Exchange time goes no further than this. A limit in the past is one of this moment.
+    void setTimeLimit(const QDateTime &limit);
+
+    /// Makes it that time at once, and moves the limit there if it comes earlier.
+    void skipTo(const QDateTime &time);
+
     /// Plays the open orders up to that time. Called at every change of the quotes; late or missing calls do not change
     /// the result.
     void playMarket(const QDateTime &time);
@@ -51,7 +67,7 @@ private:
 
     const Login m_login;
     const QString m_station;
-    const SimulatedClock m_clock;
+    SimulatedClock m_clock;
     const Exchange m_exchange;
     const Accounts m_accounts;
     const std::shared_ptr<MessageBus> m_bus;
