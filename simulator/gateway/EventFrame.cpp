@@ -3,6 +3,9 @@
 #include "common/JsonWriter.h"
 #include "common/WebConstants.h"
 
+#include <QJsonDocument>
+#include <QJsonObject>
+
 using namespace WebConstants;
 
 namespace sim {
@@ -39,6 +42,28 @@ QString eventFrame(const QCefEvent &event)
     json.string(event.eventName());
     json.punctuation('}');
     return json.take();
+}
+
+bool isReply(const QCefEvent &event)
+{
+    return event.eventName().endsWith(QLatin1String("_RES"));
+}
+
+QString uuidOf(const QCefEvent &reply)
+{
+    // It is the last member of the envelope: searching from the end costs the same for every length of the result.
+    constexpr int kEnd = 600;
+    const QString member = QStringLiteral("\"uuid\":\"");
+    const QString text = reply.arguments().value(0).toString();
+    const QStringRef end = text.rightRef(kEnd);
+    const int begin = end.lastIndexOf(member);
+    if (begin < 0)
+        return QString();
+    const QStringRef uuid = end.mid(begin + member.size()).chopped(2); // "}
+    if (!uuid.contains(QLatin1Char('\\')))
+        return uuid.toString();
+    const QByteArray object = '{' + end.mid(begin).toUtf8();
+    return QJsonDocument::fromJson(object).object().value(Key::uuid).toString();
 }
 
 const EventFrame &EventFrames::of(const QCefEvent &event)

@@ -9,6 +9,12 @@ namespace sim {
 /// The text frame for an event: {"args":[…],"event":"…"}
 QString eventFrame(const QCefEvent &event);
 
+/// Whether the event answers a call; otherwise it is a push.
+bool isReply(const QCefEvent &event);
+
+/// The uuid in a reply. Empty when it has none, or one of some hundred characters.
+QString uuidOf(const QCefEvent &reply);
+
 /// An event as pages receive it. Copies share the text.
 struct EventFrame {
     QByteArray text; ///< UTF-8

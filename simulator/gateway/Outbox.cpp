@@ -2,19 +2,19 @@
 
 namespace sim {
 
-bool Outbox::add(const EventFrame &frame)
+bool Outbox::add(const EventFrame &frame, const traffic::Entry &delivery)
 {
     const auto place = m_ticks.constFind(frame.tickOf);
     if (place != m_ticks.cend()) {
-        QByteArray &text = (*place)->text;
-        m_bytes += frame.text.size() - text.size();
-        text = frame.text;
+        Sent &waiting = (*place)->event;
+        m_bytes += frame.text.size() - waiting.text.size();
+        waiting = {frame.text, delivery};
         return true;
     }
     // Only what waits already counts, so that one long answer does not end the connection.
     if (m_bytes > kMaxBytes)
         return false;
-    m_waiting.push_back({frame.text, frame.tickOf});
+    m_waiting.push_back({{frame.text, delivery}, frame.tickOf});
     m_bytes += frame.text.size();
     if (!frame.tickOf.isEmpty())
         m_ticks.insert(frame.tickOf, std::prev(m_waiting.end()));
@@ -23,16 +23,16 @@ bool Outbox::add(const EventFrame &frame)
     return true;
 }
 
-QByteArray Outbox::take()
+Outbox::Sent Outbox::take()
 {
     const auto first = m_waiting.begin();
     const auto place = m_ticks.find(first->tickOf);
     if (place != m_ticks.end() && *place == first)
         m_ticks.erase(place);
-    const QByteArray text = first->text;
-    m_bytes -= text.size();
+    Sent event = std::move(first->event);
+    m_bytes -= event.text.size();
     m_waiting.erase(first);
-    return text;
+    return event;
 }
 
 } // namespace sim

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "gateway/EventFrame.h"
+#include "traffic/Entry.h"
 
 #include <QHash>
 
@@ -17,17 +18,22 @@ public:
     /// Bytes that may wait before a further event. A page that lets more wait has stopped reading.
     static constexpr qint64 kMaxBytes = qint64{16} * 1024 * 1024;
 
+    struct Sent {
+        QByteArray text;
+        traffic::Entry delivery; ///< for the log, when the text has been written
+    };
+
     /// False when too much waits already; the event is not added then.
-    bool add(const EventFrame &frame);
+    bool add(const EventFrame &frame, const traffic::Entry &delivery = {});
 
     bool isEmpty() const { return m_waiting.empty(); }
 
-    /// The text of the first event, which waits no more.
-    QByteArray take();
+    /// The first event, which waits no more.
+    Sent take();
 
 private:
     struct Waiting {
-        QByteArray text;
+        Sent event;
         QString tickOf;
     };
     using Place = std::list<Waiting>::iterator;

@@ -5,12 +5,23 @@
 #include "host/QCefViewAccess.h"
 #include "msgcenter/WebMsgCenter.h"
 #include "terminal/Terminal.h"
+#include "traffic/Scope.h"
+
+#include <algorithm>
 
 namespace sim {
 
 namespace {
 
 constexpr int kGoingAway = 1001; // a code of the WebSocket protocol
+
+void logPage(traffic::Entry::Kind kind, int number)
+{
+    traffic::Entry entry;
+    entry.kind = kind;
+    entry.page = number;
+    traffic::log().add(std::move(entry));
+}
 
 } // namespace
 
@@ -34,6 +45,7 @@ PageConnection::PageConnection(std::shared_ptr<PageSocket> socket, QObject *pare
     , m_data(new DataThread(&m_view))
     , m_trade(new TradeThread(&m_view))
 {
+    logPage(traffic::Entry::PageOpened, m_number);
     QCefViewAccess::setPage(m_view, [page = m_socket](const QCefEvent &event) { page->send(event); });
     WebMsgCenter::instance()->reg(&m_view);
     qCInfo(gatewayLog, "page %d connected", m_number);
@@ -45,25 +57,40 @@ PageConnection::~PageConnection()
     // The bus thread may be delivering to this view at this moment.
     Terminal::instance().bus()->awaitReturn();
     m_socket->close(kGoingAway, QString());
+    logPage(traffic::Entry::PageClosed, m_number);
     qCInfo(gatewayLog, "page %d gone", m_number);
 }
 
 void PageConnection::receive(const CallFrame &frame)
 {
     if (frame.closeCode == 0)
-        return invoke(frame.method, frame.args);
+        return invoke(frame);
     qCWarning(gatewayLog, "page %d: %s", m_number, qUtf8Printable(frame.closeReason));
     m_socket->close(frame.closeCode, frame.closeReason);
 }
 
-void PageConnection::invoke(const QString &method, const QVariantList &args)
+void PageConnection::invoke(const CallFrame &frame)
 {
     const Terminal::Moment moment(Terminal::instance());
-    for (const Route &route : kRoutes) {
-        if (method.startsWith(route.prefix) && (this->*route.call)(method, args))
-            return;
-    }
-    qCInfo(gatewayLog, "page %d: nobody handles \"%s\"", m_number, qUtf8Printable(method.left(100)));
+    traffic::Entry entry;
+    entry.kind = traffic::Entry::Call;
+    entry.page = m_number;
+    entry.name = frame.method;
+    entry.uuid = frame.args.value(0).toString();
+    entry.args = frame.args;
+    entry.size = frame.size;
+    traffic::PageCall pageCall(traffic::log(), entry);
+    const bool isHandled = call(frame.method, frame.args);
+    pageCall.done(isHandled);
+    if (!isHandled)
+        qCInfo(gatewayLog, "page %d: nobody handles \"%s\"", m_number, qUtf8Printable(frame.method.left(100)));
+}
+
+bool PageConnection::call(const QString &method, const QVariantList &args)
+{
+    return std::any_of(std::begin(kRoutes), std::end(kRoutes), [&](const Route &route) {
+        return method.startsWith(route.prefix) && (this->*route.call)(method, args);
+    });
 }
 
 bool PageConnection::callData(const QString &method, const QVariantList &args)

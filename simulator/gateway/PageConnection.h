@@ -30,7 +30,8 @@ private:
     struct Route;
     static const Route kRoutes[];
 
-    void invoke(const QString &method, const QVariantList &args);
+    void invoke(const CallFrame &frame);
+    bool call(const QString &method, const QVariantList &args);
     bool callData(const QString &method, const QVariantList &args);
     bool callTrade(const QString &method, const QVariantList &args);
     bool callMessageCenter(const QString &method, const QVariantList &args);

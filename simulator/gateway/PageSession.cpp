@@ -2,6 +2,8 @@
 
 #include "gateway/Logging.h"
 #include "gateway/Outbox.h"
+#include "traffic/Log.h"
+#include "traffic/Scope.h"
 
 #include <boost/beast/websocket.hpp>
 
@@ -28,6 +30,32 @@ constexpr int kGoingAway = 1001;
 
 class Handle;
 
+/// Enters the event in the log. Returns the entry of its delivery, to be entered when the page has received it.
+traffic::Entry logEvent(int page, const QCefEvent &event)
+{
+    traffic::Entry entry;
+    entry.kind = traffic::Entry::Event;
+    entry.page = page;
+    entry.name = event.eventName();
+    entry.isReply = isReply(event);
+    if (entry.isReply)
+        entry.uuid = uuidOf(event);
+    traffic::Entry delivery = entry;
+    delivery.kind = traffic::Entry::EventDelivered;
+    delivery.time = traffic::log().now();
+    delivery.call = traffic::CallScope::current();
+    entry.args = event.arguments();
+    delivery.of = traffic::log().add(std::move(entry));
+    return delivery;
+}
+
+void logDelivery(traffic::Entry delivery, qint64 size)
+{
+    delivery.size = size;
+    delivery.duration = traffic::log().now() - delivery.time;
+    traffic::log().add(std::move(delivery));
+}
+
 } // namespace
 
 /// The WebSocket of a page on the input and output thread, where it also ends: other threads know its handle only.
@@ -37,7 +65,7 @@ public:
 
     void open(const Request &request);
     void read();
-    void write(const EventFrame &frame);
+    void write(const EventFrame &frame, const traffic::Entry &delivery);
     void closeAfterWriting(const PageClose &close);
     void stop() override { closeAfterWriting({kGoingAway, {}}); }
 
@@ -54,7 +82,7 @@ private:
     std::shared_ptr<Handle> m_handle; ///< set when it is open
     beast::flat_buffer m_frame;       ///< the frame that is being read
     Outbox m_outbox;
-    QByteArray m_text; ///< the text that is being written
+    Outbox::Sent m_sent; ///< the event that is being written
     std::optional<PageClose> m_close;
     bool m_isBusy = true; ///< opening, writing or closing
     bool m_hasEnded = false;
@@ -71,7 +99,7 @@ public:
     }
 
     int number() const override { return m_number; }
-    void send(const QCefEvent &event) override { m_queue.add(m_page, event); }
+    void send(const QCefEvent &event) override { m_queue.add(m_page, PageEvent{event, logEvent(m_number, event)}); }
     void close(int code, const QString &reason) override { m_queue.add(m_page, PageClose{code, reason}); }
 
     /// Counts a call that waits from now on. False when nothing more may be read for the time being.
@@ -98,7 +126,7 @@ private:
 
 } // namespace
 
-void PageQueue::add(const std::weak_ptr<PageSession> &page, std::variant<QCefEvent, PageClose> content)
+void PageQueue::add(const std::weak_ptr<PageSession> &page, std::variant<PageEvent, PageClose> content)
 {
     bool isFirst;
     {
@@ -121,8 +149,8 @@ void PageQueue::deliver()
         const std::shared_ptr<PageSession> page = item.page.lock();
         if (!page)
             continue;
-        if (const auto *event = std::get_if<QCefEvent>(&item.content))
-            page->write(m_frames.of(*event));
+        if (const auto *event = std::get_if<PageEvent>(&item.content))
+            page->write(m_frames.of(event->event), event->delivery);
         else
             page->closeAfterWriting(std::get<PageClose>(item.content));
     }
@@ -185,11 +213,11 @@ void PageSession::take(const CallFrame &call)
         read();
 }
 
-void PageSession::write(const EventFrame &frame)
+void PageSession::write(const EventFrame &frame, const traffic::Entry &delivery)
 {
     if (m_hasEnded || m_close)
         return;
-    if (!m_outbox.add(frame)) {
+    if (!m_outbox.add(frame, delivery)) {
         qCWarning(gatewayLog, "page %d has stopped reading: dropped", m_number);
         return end();
     }
@@ -210,13 +238,14 @@ void PageSession::proceed()
         return;
     if (!m_outbox.isEmpty()) {
         m_isBusy = true;
-        m_text = m_outbox.take();
-        const net::const_buffer text(m_text.constData(), std::size_t(m_text.size()));
+        m_sent = m_outbox.take();
+        const net::const_buffer text(m_sent.text.constData(), std::size_t(m_sent.text.size()));
         m_stream.async_write(text, [self = shared_from_this()](Error error, std::size_t) {
             self->m_isBusy = false;
-            self->m_text.clear();
+            const Outbox::Sent sent = std::exchange(self->m_sent, {});
             if (error)
                 return self->end();
+            logDelivery(sent.delivery, sent.text.size());
             self->proceed();
         });
     } else if (m_close) {

@@ -3,6 +3,7 @@
 #include "gateway/Asio.h"
 #include "gateway/EventFrame.h"
 #include "gateway/GatewayServer.h"
+#include "traffic/Entry.h"
 
 #include <memory>
 #include <mutex>
@@ -36,20 +37,26 @@ struct PageClose {
     QString reason;
 };
 
+/// An event for a page.
+struct PageEvent {
+    QCefEvent event;
+    traffic::Entry delivery; ///< for the log, when it has been written; its time is that of the broadcast
+};
+
 /// What other threads have for the pages, in order, on its way to the input and output thread.
 class PageQueue {
 public:
     explicit PageQueue(net::io_context &context) : m_context(context) {}
 
     /// Any thread.
-    void add(const std::weak_ptr<PageSession> &page, std::variant<QCefEvent, PageClose> content);
+    void add(const std::weak_ptr<PageSession> &page, std::variant<PageEvent, PageClose> content);
 
 private:
     void deliver();
 
     struct Item {
         std::weak_ptr<PageSession> page;
-        std::variant<QCefEvent, PageClose> content;
+        std::variant<PageEvent, PageClose> content;
     };
 
     net::io_context &m_context;

@@ -3,6 +3,7 @@
 #include "Tessar_Fields.h"
 #include "services/TradeRecords.h"
 #include "terminal/Terminal.h"
+#include "traffic/Log.h"
 
 #include <QSet>
 
@@ -72,6 +73,7 @@ private:
 QList<QVariantMap> BusinessDataInterface::GetOrderListByCustomKey(const QVariantMap &keys, int &total, int offset,
                                                                   int count, QList<QString>, const QStringList &)
 {
+    traffic::log().hostCall("BusinessDataInterface::GetOrderListByCustomKey");
     const Terminal &terminal = Terminal::instance();
     const Accounts &accounts = terminal.accounts();
     const Selection<OrderSource> selection(orderFields(), keys);
@@ -94,6 +96,7 @@ QList<QVariantMap> BusinessDataInterface::GetOrderListByCustomKey(const QVariant
 QList<QVariantMap> BusinessDataInterface::GetExecutionListByCustomKey(const QVariantMap &keys, int &total, int offset,
                                                                       int count, const QStringList &)
 {
+    traffic::log().hostCall("BusinessDataInterface::GetExecutionListByCustomKey");
     const Terminal &terminal = Terminal::instance();
     const Accounts &accounts = terminal.accounts();
     const Selection<ExecutionSource> selection(executionFields(), keys);
@@ -117,6 +120,7 @@ QList<QVariantMap> BusinessDataInterface::GetExecutionListByCustomKey(const QVar
 
 QMap<QString, QVariant> BusinessDataInterface::GetOrderDetailByOrderID(const QString &orderId)
 {
+    traffic::log().hostCall("BusinessDataInterface::GetOrderDetailByOrderID");
     const Terminal &terminal = Terminal::instance();
     const std::optional<Order> order = terminal.desk().order(orderId);
     return order ? recordOf(orderFields(), OrderSource{terminal.accounts(), *order}) : QVariantMap();
@@ -126,6 +130,7 @@ QList<QVariantMap> BusinessDataInterface::GetPositionListByAccount(const QVarian
                                                                    const QString &symbol, const QString &,
                                                                    const QString &, const QString &, const QString &)
 {
+    traffic::log().hostCall("BusinessDataInterface::GetPositionListByAccount");
     const Terminal &terminal = Terminal::instance();
     const QString tradingAccount = accountDetails.value(Tessar_Fields::UserAccount::tradingAccount).toString();
     const FundAccount *fund = terminal.accounts().fundAccountOf(tradingAccount);

@@ -5,6 +5,7 @@
 #include "Varnel_Fields.h"
 #include "services/TradeRecords.h"
 #include "terminal/Terminal.h"
+#include "traffic/Log.h"
 
 using namespace sim;
 
@@ -16,11 +17,13 @@ CBusinessDataBase *CBusinessDataBase::GetInstance()
 
 QString CBusinessDataBase::GetLoginAccount() const
 {
+    traffic::log().hostCall("CBusinessDataBase::GetLoginAccount");
     return Terminal::instance().login().account;
 }
 
 QVariantMap CBusinessDataBase::GetAccountDetailsByTradinngAccount(const QString &tradingAccount)
 {
+    traffic::log().hostCall("CBusinessDataBase::GetAccountDetailsByTradinngAccount");
     using namespace Varnel_Fields;
     const Terminal &terminal = Terminal::instance();
     const FundAccount *fund = terminal.accounts().fundAccountOf(tradingAccount);
@@ -52,6 +55,7 @@ QVariantMap CBusinessDataBase::GetAccountDetailsByTradinngAccount(const QString 
 
 QVariantMap CBusinessDataBase::getTradeAccountParam(const QString &account, const QString &currency)
 {
+    traffic::log().hostCall("CBusinessDataBase::getTradeAccountParam");
     const Terminal &terminal = Terminal::instance();
     const std::optional<Ledger> ledger = terminal.desk().ledger(account);
     if (!ledger || currency != Tessar_Values::Currency::CNY)
@@ -63,5 +67,6 @@ QVariantMap CBusinessDataBase::getTradeAccountParam(const QString &account, cons
 
 QString CBusinessDataBase::getClientOrderID()
 {
+    traffic::log().hostCall("CBusinessDataBase::getClientOrderID");
     return Terminal::instance().desk().nextClientOrderId();
 }

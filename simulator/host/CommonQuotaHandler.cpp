@@ -2,6 +2,7 @@
 
 #include "services/QuoteTicks.h"
 #include "terminal/Terminal.h"
+#include "traffic/Log.h"
 
 CommonQuotaHandler::CommonQuotaHandler(QObject *parent) : QObject(parent) {}
 
@@ -16,6 +17,7 @@ class Quotes : public CommonQuotaHandler {
 public:
     int SubscribeQuota(const QStringList &symbols, bool subscribe, int) override
     {
+        sim::traffic::log().hostCall("CommonQuotaHandler::SubscribeQuota");
         sim::QuoteFeed &feed = sim::Terminal::instance().quoteFeed();
         if (subscribe)
             feed.stream(symbols);
@@ -26,12 +28,14 @@ public:
 
     QMap<QString, QVariant> GetQuotaSnapshot(const QString &symbol, int) override
     {
+        sim::traffic::log().hostCall("CommonQuotaHandler::GetQuotaSnapshot");
         const std::optional<sim::Quote> quote = sim::Terminal::instance().exchange().quote(symbol);
         return quote ? sim::QuoteTicks::fieldsOf(*quote) : QVariantMap();
     }
 
     int GetQtyUnit(const QString &symbol) override
     {
+        sim::traffic::log().hostCall("CommonQuotaHandler::GetQtyUnit");
         // Quantities are counted in single shares, bonds and contracts.
         return sim::Terminal::instance().exchange().instrument(symbol) ? 1 : 0;
     }

@@ -1,6 +1,7 @@
 #include "QvBondDataMgr.h"
 
 #include "terminal/Terminal.h"
+#include "traffic/Log.h"
 
 namespace {
 
@@ -17,6 +18,7 @@ QvBondDataMgr *QvBondDataMgr::instance()
 
 QString QvBondDataMgr::GetSingelBondBaseInfo(const QString &symbol, stuBaseInfo &info)
 {
+    sim::traffic::log().hostCall("QvBondDataMgr::GetSingelBondBaseInfo");
     const sim::Instrument *bond = sim::Terminal::instance().exchange().instrument(symbol);
     if (!bond || bond->kind != sim::SecurityKind::Bond)
         return kNoBond;

@@ -1,6 +1,7 @@
 #include "QvCore.h"
 
 #include "terminal/Terminal.h"
+#include "traffic/Log.h"
 
 QvCore *QvCore::instance()
 {
@@ -10,5 +11,6 @@ QvCore *QvCore::instance()
 
 QString QvCore::getCurrentToken()
 {
+    sim::traffic::log().hostCall("QvCore::getCurrentToken");
     return sim::Terminal::instance().login().token;
 }

@@ -3,6 +3,7 @@
 #include "SearchConstants.h"
 #include "host/SecurityTypes.h"
 #include "terminal/Terminal.h"
+#include "traffic/Log.h"
 
 #include <algorithm>
 
@@ -22,6 +23,7 @@ bool isOf(const SymbolListType &wanted, const sim::Instrument &instrument)
 
 QStringList VarnelBusiUtils::GetInputSymbolList(const QList<SymbolListType> &types)
 {
+    sim::traffic::log().hostCall("VarnelBusiUtils::GetInputSymbolList");
     QStringList entries;
     for (const sim::Instrument &instrument : sim::Terminal::instance().exchange().instruments()) {
         const auto isOfType = [&](const SymbolListType &wanted) { return isOf(wanted, instrument); };

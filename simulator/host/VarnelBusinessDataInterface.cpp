@@ -2,6 +2,7 @@
 
 #include "Varnel_Values.h"
 #include "terminal/Terminal.h"
+#include "traffic/Log.h"
 
 namespace {
 
@@ -19,12 +20,14 @@ QList<tagUserAccountInfo> infos(const sim::FundAccount *fund, const QStringList 
 
 QList<tagUserAccountInfo> VarnelBusinessDataInterface::GetAccountInfoListFromFund(QString fundAccount, bool)
 {
+    sim::traffic::log().hostCall("VarnelBusinessDataInterface::GetAccountInfoListFromFund");
     const sim::FundAccount *fund = sim::Terminal::instance().accounts().fundAccount(fundAccount);
     return fund ? infos(fund, fund->tradingAccounts) : QList<tagUserAccountInfo>();
 }
 
 QList<tagUserAccountInfo> VarnelBusinessDataInterface::GetAccountInfoListFromTrade(QString tradingAccount, bool)
 {
+    sim::traffic::log().hostCall("VarnelBusinessDataInterface::GetAccountInfoListFromTrade");
     const sim::FundAccount *fund = sim::Terminal::instance().accounts().fundAccountOf(tradingAccount);
     return fund ? infos(fund, {tradingAccount}) : QList<tagUserAccountInfo>();
 }
@@ -32,6 +35,7 @@ QList<tagUserAccountInfo> VarnelBusinessDataInterface::GetAccountInfoListFromTra
 QList<tagUserAccountInfo> VarnelBusinessDataInterface::GetFundAccountListByFundProp(int fundProp, int, bool,
                                                                                     const QStringList &, bool)
 {
+    sim::traffic::log().hostCall("VarnelBusinessDataInterface::GetFundAccountListByFundProp");
     QList<tagUserAccountInfo> list;
     const QVector<sim::FundAccount> funds = sim::Terminal::instance().accounts().fundAccounts(fundProp);
     for (const sim::FundAccount &fund : funds)
@@ -41,17 +45,20 @@ QList<tagUserAccountInfo> VarnelBusinessDataInterface::GetFundAccountListByFundP
 
 QMap<QString, QString> VarnelBusinessDataInterface::GetOrganTraderList()
 {
+    sim::traffic::log().hostCall("VarnelBusinessDataInterface::GetOrganTraderList");
     return sim::Terminal::instance().accounts().traders();
 }
 
 QString VarnelBusinessDataInterface::GetVarnelOrderStation(QString information)
 {
+    sim::traffic::log().hostCall("VarnelBusinessDataInterface::GetVarnelOrderStation");
     const QString &station = sim::Terminal::instance().station();
     return information.isEmpty() ? station : station + QLatin1Char(';') + information;
 }
 
 QString VarnelBusinessDataInterface::GetAccountAssetPropByTradingAccount(const QString &tradingAccount)
 {
+    sim::traffic::log().hostCall("VarnelBusinessDataInterface::GetAccountAssetPropByTradingAccount");
     const sim::FundAccount *fund = sim::Terminal::instance().accounts().fundAccountOf(tradingAccount);
     if (!fund)
         return {};
@@ -60,6 +67,7 @@ QString VarnelBusinessDataInterface::GetAccountAssetPropByTradingAccount(const Q
 
 VarnelMarketValueInfo VarnelBusinessDataInterface::GetMarketValueByTradingAccount(const QString &tradingAccount)
 {
+    sim::traffic::log().hostCall("VarnelBusinessDataInterface::GetMarketValueByTradingAccount");
     const sim::Terminal &terminal = sim::Terminal::instance();
     const std::optional<sim::Ledger> ledger = terminal.desk().ledger(tradingAccount);
     if (!ledger)
@@ -70,5 +78,6 @@ VarnelMarketValueInfo VarnelBusinessDataInterface::GetMarketValueByTradingAccoun
 
 int VarnelBusinessDataInterface::GetOrloEventMsgIdByStr(const QString &eventName)
 {
+    sim::traffic::log().hostCall("VarnelBusinessDataInterface::GetOrloEventMsgIdByStr");
     return sim::Terminal::instance().bus()->eventId(eventName);
 }

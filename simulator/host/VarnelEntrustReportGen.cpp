@@ -4,6 +4,7 @@
 #include "Varnel_Fields.h"
 #include "host/ReportCells.h"
 #include "services/TradeRecords.h"
+#include "traffic/Log.h"
 
 using namespace sim;
 using namespace Tessar_Fields;
@@ -11,6 +12,7 @@ using namespace Tessar_Fields;
 bool VarnelEntrustReportGen::fillLineData(const QVariantMap &record, QMap<int, QVariantMap> &lineData,
                                           const QStringList &fields, ShowType showType, bool)
 {
+    traffic::log().hostCall("VarnelEntrustReportGen::fillLineData");
     static const ReportColumns columns{
         {QStringLiteral("entrust_time"), {RecordField::orderTime, CellFormat::Time}},
         {QStringLiteral("security_id"), {Security::securityID, CellFormat::Text}},

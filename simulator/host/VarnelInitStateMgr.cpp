@@ -1,5 +1,7 @@
 #include "VarnelInitStateMgr.h"
 
+#include "traffic/Log.h"
+
 #include <QHash>
 
 #include <mutex>
@@ -28,6 +30,7 @@ VarnelInitStateMgr *VarnelInitStateMgr::instance()
 
 bool VarnelInitStateMgr::StartInit(const QString &key)
 {
+    sim::traffic::log().hostCall("VarnelInitStateMgr::StartInit");
     const std::lock_guard lock(s_mutex);
     if (loads().contains(key))
         return false;
@@ -37,6 +40,7 @@ bool VarnelInitStateMgr::StartInit(const QString &key)
 
 bool VarnelInitStateMgr::FinishInit(const QString &key, bool succeeded, bool)
 {
+    sim::traffic::log().hostCall("VarnelInitStateMgr::FinishInit");
     const std::lock_guard lock(s_mutex);
     const auto load = loads().find(key);
     if (load == loads().end() || *load != Load::Running)
@@ -50,6 +54,7 @@ bool VarnelInitStateMgr::FinishInit(const QString &key, bool succeeded, bool)
 
 bool VarnelInitStateMgr::IsInited(const QString &key)
 {
+    sim::traffic::log().hostCall("VarnelInitStateMgr::IsInited");
     const std::lock_guard lock(s_mutex);
     const auto load = loads().constFind(key);
     return load != loads().constEnd() && *load == Load::Done;

@@ -6,6 +6,7 @@
 #include "services/QuoteFields.h"
 #include "services/TradeRecords.h"
 #include "terminal/Terminal.h"
+#include "traffic/Log.h"
 
 #include <cmath>
 
@@ -49,6 +50,7 @@ bool VarnelPositionReportGen::fillLineData(int, const QVariantMap &record, QMap<
                                            const QStringList &fields, ShowType showType, const QVariantMap &quote,
                                            const QString &, bool)
 {
+    traffic::log().hostCall("VarnelPositionReportGen::fillLineData");
     // All money is in yuan, so that the columns in yuan repeat the others.
     static const ReportColumns columns{
         {QStringLiteral("fundaccount_name"), {RecordField::fundAccountName, CellFormat::Text}},

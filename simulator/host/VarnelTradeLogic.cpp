@@ -6,6 +6,7 @@
 #include "host/TradeResponses.h"
 #include "services/TradeCodes.h"
 #include "terminal/Terminal.h"
+#include "traffic/Log.h"
 
 #include <QLocale>
 
@@ -126,12 +127,14 @@ VarnelTradeLogic *VarnelTradeLogic::instance()
 
 int VarnelTradeLogic::getDispQtyStepBySymbol(const QString &symbol)
 {
+    traffic::log().hostCall("VarnelTradeLogic::getDispQtyStepBySymbol");
     const Instrument *instrument = Terminal::instance().exchange().instrument(symbol);
     return instrument ? int(instrument->displayStep) : 0;
 }
 
 QString VarnelTradeLogic::queryMaxTradableQty(const OrderRequestList &orders)
 {
+    traffic::log().hostCall("VarnelTradeLogic::queryMaxTradableQty");
     const Terminal &terminal = Terminal::instance();
     const FundAccount *fund = terminal.accounts().fundAccountOf(orders.Account());
     const std::optional<Ledger> ledger = terminal.desk().ledger(orders.Account());
@@ -148,6 +151,7 @@ QString VarnelTradeLogic::queryMaxTradableQty(const OrderRequestList &orders)
 int VarnelTradeLogic::orders(const OrderRequestList &list, QVariant &response, int,
                              QList<VarnelLogic::ResponseInfo> &errors, bool)
 {
+    traffic::log().hostCall("VarnelTradeLogic::orders");
     Terminal &terminal = Terminal::instance();
     QList<VarnelLogic::ResponseInfo> reasons;
     const std::vector<Order> orders = readOrders(list, terminal, reasons);
@@ -165,6 +169,7 @@ int VarnelTradeLogic::orders(const OrderRequestList &list, QVariant &response, i
 
 QList<QMap<QString, QVariant>> VarnelTradeLogic::transOrderRsp(const OrderRequestList &, const QVariant &response)
 {
+    traffic::log().hostCall("VarnelTradeLogic::transOrderRsp");
     QList<QMap<QString, QVariant>> maps;
     const QVariantList responses = response.value<QVariantList>();
     maps.reserve(responses.size());

@@ -3,6 +3,7 @@
 #include "Tessar_Fields.h"
 #include "host/TradeResponses.h"
 #include "terminal/Terminal.h"
+#include "traffic/Log.h"
 
 namespace {
 
@@ -24,6 +25,7 @@ VarnelTradeLogicFactory *VarnelTradeLogicFactory::GetInstance()
 int VarnelTradeLogicFactory::SendRequestSync(const Basic_Trade_REQ_Type &type, const QVariant &request, const QString &,
                                              QVariant &response)
 {
+    traffic::log().hostCall("VarnelTradeLogicFactory::SendRequestSync");
     using namespace Tessar_Fields;
     if (type != CancelOrdersTradeRequest)
         return kUnknownRequest;

@@ -4,15 +4,18 @@
 #include "CPackMessageCommon.h"
 #include "QvPresenterClass.h"
 #include "Varnel_MsgType.h"
+#include "traffic/Log.h"
 
 ShowType VarnelUtils::GetCurrentShowType()
 {
+    sim::traffic::log().hostCall("VarnelUtils::GetCurrentShowType");
     return PlainShowType; // the simulated terminal has no other display mode
 }
 
 QList<QVariantMap> VarnelUtils::QueryDatasFromServer(QvPresenterClass *presenter, const QString &msgType,
                                                      const QVariantMap &conditions, QueryDataMode, QString &error)
 {
+    sim::traffic::log().hostCall("VarnelUtils::QueryDatasFromServer");
     error.clear();
     if (msgType != Varnel_MsgType::QueryAlgoPermissionsByConditionRequest) {
         error = QStringLiteral("服务器不支持该查询：%1").arg(msgType);

@@ -5,6 +5,7 @@
 #include "Tessar_Fields.h"
 #include "platform/SimulatedClock.h"
 #include "platform/Wakeup.h"
+#include "traffic/Scope.h"
 
 #include <algorithm>
 
@@ -36,6 +37,37 @@ QVariant packed(const QVariantMap &row)
     for (auto field = row.constBegin(); field != row.constEnd(); ++field)
         fields.append(QVariant(QVariantList{field.key(), field.value()}));
     return QVariantList{QVariant(fields)};
+}
+
+/// Of an answer's records, as many go to the log of the traffic.
+constexpr int kLoggedRecords = 20;
+
+traffic::Entry entryOf(traffic::Entry::Kind kind, const QVariantMap &row, const QVariant &messageId)
+{
+    traffic::Entry entry;
+    entry.kind = kind;
+    entry.messageId = messageId.toString();
+    entry.args = {row};
+    return entry;
+}
+
+void logRequest(const CMessageCommon &request)
+{
+    const QVariantMap row = rowOf(request.Msg());
+    traffic::Entry entry = entryOf(traffic::Entry::HostRequest, row, row.value(Tessar_Fields::System::clientMsgID));
+    entry.name = request.Type().toString();
+    traffic::log().add(std::move(entry));
+}
+
+void logAnswer(const QString &name, const QVariantMap &request, const QVariantList &answer)
+{
+    traffic::Entry entry;
+    entry.kind = traffic::Entry::HostAnswer;
+    entry.name = name;
+    entry.messageId = request.value(Tessar_Fields::System::clientMsgID).toString();
+    entry.args = answer.mid(0, kLoggedRecords);
+    entry.count = answer.size();
+    traffic::log().add(std::move(entry));
 }
 
 } // namespace
@@ -110,10 +142,18 @@ int MessageBus::eventId(const QString &name)
     return id;
 }
 
-void MessageBus::publish(int pid, std::unique_ptr<CEventMessageCommon> event)
+void MessageBus::nameEvent(int eventId, const QString &name)
 {
     const std::lock_guard lock(m_mutex);
-    send(m_presenters.value(pid).name, std::move(event));
+    m_eventIds.insert(name, eventId);
+}
+
+void MessageBus::publish(int pid, std::unique_ptr<CEventMessageCommon> event)
+{
+    const QVariantMap row = rowOf(event->Msg());
+    traffic::Entry entry = entryOf(traffic::Entry::HostEvent, row, row.value(Tessar_Fields::System::clientMsgID));
+    const std::lock_guard lock(m_mutex);
+    send(m_presenters.value(pid).name, std::move(event), std::move(entry));
 }
 
 void MessageBus::announce(int eventId, const QVariantMap &row)
@@ -126,7 +166,7 @@ void MessageBus::announce(int eventId, const QVariantMap &row)
     auto event = std::make_unique<CEventMessageCommon>();
     event->SetType(eventId);
     event->SetMsg(packed(identified));
-    send(kTerminalName, std::move(event));
+    send(kTerminalName, std::move(event), entryOf(traffic::Entry::HostEvent, row, id));
 }
 
 QDateTime MessageBus::dueOfNext() const
@@ -134,10 +174,14 @@ QDateTime MessageBus::dueOfNext() const
     return m_clock.now().addMSecs(m_latency.count());
 }
 
-void MessageBus::send(const QString &sender, std::unique_ptr<CEventMessageCommon> event)
+void MessageBus::send(const QString &sender, std::unique_ptr<CEventMessageCommon> event, traffic::Entry entry)
 {
-    if (!m_stopping)
-        enqueue({dueOfNext(), sender, std::move(event), {}, {}});
+    if (m_stopping)
+        return;
+    const int id = event->Type().toInt();
+    entry.name = m_eventIds.key(id, QString::number(id));
+    traffic::log().add(std::move(entry));
+    enqueue({dueOfNext(), sender, std::move(event), {}, {}, traffic::CallScope::current()});
 }
 
 void MessageBus::enqueue(QueuedEvent event)
@@ -153,7 +197,8 @@ bool MessageBus::request(std::unique_ptr<CMessageCommon> request)
     if (m_stopping || m_requests.size() >= kMaxWaiting || !m_presenters.contains(request->Srcid()) ||
         !m_services.contains(request->Type().toString()))
         return false;
-    m_requests.push_back({dueOfNext(), std::move(request)});
+    logRequest(*request);
+    m_requests.push_back({dueOfNext(), std::move(request), traffic::CallScope::current()});
     m_wake.notify_all();
     return true;
 }
@@ -165,12 +210,13 @@ std::optional<QVariantList> MessageBus::requestAndWait(std::unique_ptr<CMessageC
         std::unique_lock lock(m_mutex);
         if (m_stopping || !m_services.contains(request->Type().toString()))
             return std::nullopt;
+        logRequest(*request);
         if (std::this_thread::get_id() == m_thread.get_id())
             return fetch(*request, lock); // the bus thread answers itself: it cannot wait for itself
         Reply reply;
         answer = reply.get_future();
         ++m_waitingSenders;
-        enqueue({dueOfNext(), {}, {}, std::move(request), std::move(reply)});
+        enqueue({dueOfNext(), {}, {}, std::move(request), std::move(reply), traffic::CallScope::current()});
     }
     return answer.get();
 }
@@ -241,6 +287,7 @@ bool MessageBus::mayAnswer(const Request &request) const
 void MessageBus::deliver(QueuedEvent queued, std::unique_lock<std::mutex> &lock)
 {
     const FrozenTime time(queued.due);
+    const traffic::CallScope scope(queued.call);
     if (queued.reply) {
         --m_waitingSenders;
         queued.reply->set_value(fetch(*queued.request, lock));
@@ -263,6 +310,7 @@ void MessageBus::deliver(QueuedEvent queued, std::unique_lock<std::mutex> &lock)
 void MessageBus::answer(Request request, std::unique_lock<std::mutex> &lock)
 {
     const FrozenTime time(request.due);
+    const traffic::CallScope scope(request.call);
     const int pid = request.message->Srcid();
     const QVariant answerType = m_services.value(request.message->Type().toString()).answerType;
     const QVariantList list = fetch(*request.message, lock);
@@ -303,9 +351,11 @@ void MessageBus::acknowledged(int pid)
 
 QVariantList MessageBus::fetch(const CMessageCommon &request, std::unique_lock<std::mutex> &lock)
 {
-    const Answer answer = m_services.value(request.Type().toString()).answer;
+    const Service service = m_services.value(request.Type().toString());
     lock.unlock();
-    QVariantList list = answer(rowOf(request.Msg()));
+    const QVariantMap row = rowOf(request.Msg());
+    QVariantList list = service.answer(row);
+    logAnswer(service.answerType, row, list);
     lock.lock();
     return list;
 }

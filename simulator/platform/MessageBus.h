@@ -3,6 +3,7 @@
 #include "CEventMessageCommon.h"
 #include "CMessageCommon.h"
 #include "HostApi.h"
+#include "traffic/Entry.h"
 
 #include <QDateTime>
 #include <QHash>
@@ -70,6 +71,9 @@ public:
     /// The id of a named event, assigned when the name is first asked for.
     int eventId(const QString &name);
 
+    /// Names an event whose id is fixed, for the log of the traffic.
+    void nameEvent(int eventId, const QString &name);
+
     void publish(int pid, std::unique_ptr<CEventMessageCommon> event);
 
     /// Publishes an event of the terminal itself. Subscribers unpack the row; without a message id it gets one of the
@@ -108,6 +112,7 @@ private:
     struct Request {
         QDateTime due;
         std::unique_ptr<CMessageCommon> message;
+        quint64 call; ///< of a page, to which it belongs
     };
     struct QueuedEvent { ///< an event, or the request of a sender that waits for the reply
         QDateTime due;
@@ -115,11 +120,12 @@ private:
         std::unique_ptr<CEventMessageCommon> event = {};
         std::unique_ptr<CMessageCommon> request = {};
         std::optional<Reply> reply = {};
+        quint64 call = 0; ///< of a page, to which it belongs
     };
 
     // Called with the mutex held.
     QDateTime dueOfNext() const; ///< of what is sent now
-    void send(const QString &sender, std::unique_ptr<CEventMessageCommon> event);
+    void send(const QString &sender, std::unique_ptr<CEventMessageCommon> event, traffic::Entry entry);
     void enqueue(QueuedEvent event);
     bool isDue(const QueuedEvent &event) const;
 

@@ -14,7 +14,8 @@ thread_local const QDateTime *t_frozen = nullptr;
 
 } // namespace
 
-SimulatedClock::SimulatedClock(const QDateTime &start, double speed) : m_start(start), m_speed(speed)
+SimulatedClock::SimulatedClock(const QDateTime &start, double speed)
+    : m_start(start), m_startMsecs(start.toMSecsSinceEpoch()), m_speed(speed)
 {
     m_elapsed.start();
 }
@@ -25,6 +26,14 @@ QDateTime SimulatedClock::now() const
         return *frozen;
     const std::lock_guard lock(m_mutex);
     return m_start.addMSecs(reached());
+}
+
+qint64 SimulatedClock::msecsSinceEpoch() const
+{
+    if (const QDateTime *const frozen = FrozenTime::current())
+        return frozen->toMSecsSinceEpoch();
+    const std::lock_guard lock(m_mutex);
+    return m_startMsecs + reached();
 }
 
 std::chrono::milliseconds SimulatedClock::realTimeUntil(const QDateTime &time) const

@@ -21,6 +21,21 @@ enum EventId {
 
 } // namespace
 
+TradeEvents::TradeEvents(MessageBus &bus, const Accounts &accounts) : m_bus(bus), m_accounts(accounts)
+{
+    const QPair<EventId, QString> names[] = {
+        {OrdersLoadedEvent, QStringLiteral("OrdersLoaded")},
+        {OrderEnteredEvent, QStringLiteral("OrderEntered")},
+        {PersonExecutionEvent, QStringLiteral("PersonExecution")},
+        {OrderChangedEvent, QStringLiteral("OrderChanged")},
+        {StrategyExecutionEvent, QStringLiteral("StrategyExecution")},
+        {AssetEvent, QStringLiteral("Asset")},
+        {PositionEvent, QStringLiteral("Position")},
+    };
+    for (const auto &[id, name] : names)
+        m_bus.nameEvent(id, name);
+}
+
 void TradeEvents::announce(const DeskEvents &events)
 {
     for (const DeskEvent &event : events)

@@ -15,7 +15,7 @@ class MessageBus;
 class TradeEvents {
 public:
     /// Both must outlive it.
-    TradeEvents(MessageBus &bus, const Accounts &accounts) : m_bus(bus), m_accounts(accounts) {}
+    TradeEvents(MessageBus &bus, const Accounts &accounts);
 
     void announce(const DeskEvents &events);
 

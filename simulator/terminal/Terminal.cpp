@@ -4,6 +4,7 @@
 #include "services/KLineService.h"
 #include "services/PermissionService.h"
 #include "services/QuoteTicks.h"
+#include "traffic/Log.h"
 
 #include <QtGlobal>
 
@@ -34,6 +35,7 @@ Terminal::Terminal(const Scenario &scenario, const Login &login, double speed)
 {
     Q_ASSERT(!s_terminal);
     s_terminal = this;
+    traffic::log().setExchangeClock([this] { return m_clock.msecsSinceEpoch(); });
     KLineService::install(*m_bus, m_exchange);
     PermissionService::install(*m_bus, scenario);
     m_quoteFeed = std::make_unique<QuoteFeed>(
@@ -42,13 +44,20 @@ Terminal::Terminal(const Scenario &scenario, const Login &login, double speed)
             playMarket(time);
             m_strategies.onTime(time);
         },
-        QuoteTicks::emitTick);
+        [](const Quote &quote) {
+            traffic::Entry entry;
+            entry.kind = traffic::Entry::Quote;
+            entry.name = quote.symbol;
+            traffic::log().add(std::move(entry));
+            QuoteTicks::emitTick(quote);
+        });
 }
 
 Terminal::~Terminal()
 {
     m_quoteFeed->stop();
     m_bus->stop();
+    traffic::log().setExchangeClock({});
     s_terminal = nullptr;
 }
 

@@ -25,7 +25,7 @@ QList<QByteArray> takeAll(Outbox &outbox)
 {
     QList<QByteArray> texts;
     while (!outbox.isEmpty())
-        texts.append(outbox.take());
+        texts.append(outbox.take().text);
     return texts;
 }
 
@@ -54,7 +54,7 @@ TEST(Outbox, ATickThatWasTakenWaitsNoMore)
     Outbox outbox;
     outbox.add(tick("A", "a1"));
     outbox.add(push("p"));
-    EXPECT_EQ("a1", outbox.take());
+    EXPECT_EQ("a1", outbox.take().text);
     outbox.add(tick("A", "a2"));
     outbox.add(tick("A", "a3"));
     EXPECT_EQ((QList<QByteArray>{"p", "a3"}), takeAll(outbox));
@@ -65,7 +65,7 @@ TEST(Outbox, ATickDoesNotOvertakeTheAnswerToASubscription)
     Outbox outbox;
     for (const EventFrame &frame : {tick("A", "a1"), answerToSubscription("s"), tick("A", "a2"), tick("A", "a3")})
         EXPECT_TRUE(outbox.add(frame));
-    EXPECT_EQ("a1", outbox.take()); // the tick before the answer is not the one whose place newer ones take
+    EXPECT_EQ("a1", outbox.take().text); // the tick before the answer is not the one whose place newer ones take
     outbox.add(tick("A", "a4"));
     EXPECT_EQ((QList<QByteArray>{"s", "a4"}), takeAll(outbox));
 }
