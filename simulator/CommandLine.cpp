@@ -3,6 +3,7 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
 
@@ -20,6 +21,10 @@ const QString kSpeed = QStringLiteral("speed");
 const QString kLogin = QStringLiteral("login");
 const QString kRoot = QStringLiteral("root");
 const QString kAllowOrigin = QStringLiteral("allow-origin");
+const QString kReplay = QStringLiteral("replay"); // a word, and not an option
+const QString kRecord = QStringLiteral("record");
+const QString kStep = QStringLiteral("step");
+const QString kVerify = QStringLiteral("verify");
 const QString kHelp = QStringLiteral("help");
 const QString kVersion = QStringLiteral("version");
 
@@ -57,9 +62,16 @@ void addOptions(QCommandLineParser &parser)
         {kAllowOrigin,
          QStringLiteral("Also accept pages of this origin, such as http://localhost:5173. May be repeated."),
          QStringLiteral("ORIGIN")},
+        {kRecord, QStringLiteral("Record all calls, answers and events of this run in the file."),
+         QStringLiteral("FILE")},
+        {kStep, QStringLiteral("With replay: play one call for each Enter.")},
+        {kVerify, QStringLiteral("With replay: compare each reply with the recorded one, and end with status 1 at the "
+                                 "first difference. Listens only with --port.")},
         {{QStringLiteral("h"), kHelp}, QStringLiteral("Show this help.")},
         {{QStringLiteral("v"), kVersion}, QStringLiteral("Show the version.")},
     });
+    parser.addPositionalArgument(kReplay, QStringLiteral("Play a recording again: its pages make their calls again."),
+                                 QStringLiteral("[replay FILE]"));
 }
 
 } // namespace
@@ -87,8 +99,10 @@ CommandLine::Outcome CommandLine::parse(const QStringList &arguments)
 
 QString CommandLine::check(const QCommandLineParser &parser)
 {
-    if (!parser.positionalArguments().isEmpty())
-        return QStringLiteral("\"%1\" is not an option").arg(parser.positionalArguments().first());
+    const QStringList words = parser.positionalArguments();
+    isReplay = words.value(0) == kReplay;
+    if (!isReplay && !words.isEmpty())
+        return QStringLiteral("\"%1\" is not an option").arg(words.first());
 
     bool ok = true;
     if (parser.isSet(kPort))
@@ -110,30 +124,70 @@ QString CommandLine::check(const QCommandLineParser &parser)
         if (!isOrigin(origin))
             return QStringLiteral("--allow-origin \"%1\" is not an origin such as http://localhost:5173").arg(origin);
     }
+    recordTo = parser.value(kRecord);
+    return isReplay ? checkReplay(parser) : checkScenario(parser);
+}
 
-    const QString file = parser.isSet(kScenario) ? parser.value(kScenario) : Scenario::defaultFile();
+QString CommandLine::checkScenario(const QCommandLineParser &parser)
+{
+    for (const QString &option : {kStep, kVerify}) {
+        if (parser.isSet(option))
+            return QStringLiteral("--%1 is for replay only").arg(option);
+    }
+    QFile file(parser.isSet(kScenario) ? parser.value(kScenario) : Scenario::defaultFile());
+    if (!file.open(QIODevice::ReadOnly))
+        return QStringLiteral("scenario %1: %2").arg(file.fileName(), file.errorString());
+    scenarioText = file.readAll();
     QString error;
-    if (!Scenario::read(file, scenario, error))
+    if (!Scenario::parse(scenarioText, file.fileName(), scenario, error))
         return QStringLiteral("scenario ") + error;
 
+    bool ok = true;
     if (parser.isSet(kSeed))
         scenario.seed = parser.value(kSeed).toULongLong(&ok);
     if (!ok)
         return QStringLiteral("--seed \"%1\" is not a whole number").arg(parser.value(kSeed));
+    return logIn(parser.isSet(kLogin) ? parser.value(kLogin) : scenario.logins.first().account);
+}
 
-    login = scenario.logins.first();
-    if (parser.isSet(kLogin)) {
-        QStringList accounts;
-        for (const Login &known : qAsConst(scenario.logins)) {
-            if (known.account == parser.value(kLogin))
-                login = known;
-            accounts.append(known.account);
-        }
-        if (login.account != parser.value(kLogin))
-            return QStringLiteral("--login \"%1\" is not an account of the scenario: it has %2")
-                .arg(parser.value(kLogin), accounts.join(QStringLiteral(", ")));
+QString CommandLine::checkReplay(const QCommandLineParser &parser)
+{
+    const QStringList words = parser.positionalArguments();
+    if (words.size() != 2)
+        return QStringLiteral("replay needs one file");
+    for (const QString &option : {kScenario, kSeed, kLogin, kRecord}) {
+        if (parser.isSet(option))
+            return QStringLiteral("--%1 is not for replay: the recording has it").arg(option);
     }
-    return QString();
+    if (parser.isSet(kStep) + parser.isSet(kVerify) + parser.isSet(kSpeed) > 1)
+        return QStringLiteral("only one of --speed, --step and --verify can be chosen");
+    mode = parser.isSet(kVerify) ? Replay::Verify : parser.isSet(kStep) ? Replay::Stepwise : Replay::Timed;
+    listens = mode != Replay::Verify || parser.isSet(kPort);
+
+    QString error;
+    if (!recording.open(words[1], error))
+        return error;
+    const RecordingHead &head = recording.head();
+    if (!Scenario::parse(head.scenario, words[1] + QStringLiteral(": line 1: the scenario"), scenario, error))
+        return error;
+    scenario.seed = head.seed;
+    if (!parser.isSet(kSpeed))
+        speed = qBound(kMinSpeed, head.speed, kMaxSpeed);
+    return logIn(head.login);
+}
+
+QString CommandLine::logIn(const QString &account)
+{
+    QStringList accounts;
+    for (const Login &known : qAsConst(scenario.logins)) {
+        if (known.account == account) {
+            login = known;
+            return QString();
+        }
+        accounts.append(known.account);
+    }
+    return QStringLiteral("--login \"%1\" is not an account of the scenario: it has %2")
+        .arg(account, accounts.join(QStringLiteral(", ")));
 }
 
 } // namespace sim

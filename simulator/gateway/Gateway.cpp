@@ -4,8 +4,9 @@
 
 namespace sim {
 
-Gateway::Gateway(const QString &root, const QStringList &allowedOrigins, std::chrono::milliseconds httpDeadline)
-    : m_server({root, allowedOrigins, httpDeadline}, [this](PageNews news) { tell(std::move(news)); })
+Gateway::Gateway(const QString &root, const QStringList &allowedOrigins, std::chrono::milliseconds httpDeadline,
+                 int pagesBefore)
+    : m_server({root, allowedOrigins, httpDeadline, pagesBefore}, [this](PageNews news) { tell(std::move(news)); })
 {
 }
 

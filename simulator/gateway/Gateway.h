@@ -22,9 +22,10 @@ class Gateway : public QObject {
     Q_OBJECT
 public:
     /// root: the folder of the static files, or empty. allowedOrigins: in addition to its own. httpDeadline: for a
-    /// client to send the head of its request, and again to receive the answer.
+    /// client to send the head of its request, and again to receive the answer. pagesBefore: how many numbers of pages
+    /// are taken.
     Gateway(const QString &root, const QStringList &allowedOrigins,
-            std::chrono::milliseconds httpDeadline = std::chrono::seconds(10));
+            std::chrono::milliseconds httpDeadline = std::chrono::seconds(10), int pagesBefore = 0);
 
     /// Closes all pages.
     ~Gateway() override;

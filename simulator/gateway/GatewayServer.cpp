@@ -38,7 +38,10 @@ constexpr std::chrono::milliseconds kAcceptPause(100);
 /// What the connections share. Input and output thread only.
 struct Shared {
     Shared(const GatewayServer::Settings &settings, GatewayServer::Listener listener)
-        : files(settings.root), httpDeadline(settings.httpDeadline), listener(std::move(listener))
+        : files(settings.root)
+        , httpDeadline(settings.httpDeadline)
+        , listener(std::move(listener))
+        , lastPage(settings.pagesBefore)
     {
         for (const QString &origin : settings.allowedOrigins)
             allowedOrigins.insert(origin.toUtf8());
@@ -47,8 +50,8 @@ struct Shared {
     const HttpFiles files;
     const std::chrono::milliseconds httpDeadline;
     const GatewayServer::Listener listener;
+    int lastPage;
     QSet<QByteArray> allowedOrigins; ///< constant once the server listens
-    int lastPage = 0;
     Connections connections;
     net::io_context context{1};
     PageQueue queue{context};

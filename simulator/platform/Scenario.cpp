@@ -233,8 +233,13 @@ bool Scenario::read(const QString &fileName, Scenario &scenario, QString &error)
         error = QStringLiteral("%1: %2").arg(fileName, file.errorString());
         return false;
     }
+    return parse(file.readAll(), fileName, scenario, error);
+}
+
+bool Scenario::parse(const QByteArray &text, const QString &fileName, Scenario &scenario, QString &error)
+{
     QJsonParseError parseError;
-    const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &parseError);
+    const QJsonDocument document = QJsonDocument::fromJson(text, &parseError);
     if (parseError.error != QJsonParseError::NoError) {
         error = QStringLiteral("%1: not JSON: %2 at byte %3")
                     .arg(fileName, parseError.errorString())

@@ -34,6 +34,9 @@ struct VARNEL_HOST_API Scenario {
     /// problem; the scenario is then unusable.
     static bool read(const QString &fileName, Scenario &scenario, QString &error);
 
+    /// The same with the text of a file. name: of the file, for errors.
+    static bool parse(const QByteArray &text, const QString &name, Scenario &scenario, QString &error);
+
     /// The scenario that is built in.
     static QString defaultFile();
 };

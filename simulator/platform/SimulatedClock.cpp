@@ -55,6 +55,14 @@ void SimulatedClock::setLimit(const QDateTime &limit)
     m_limit = std::max(since(limit), reached());
 }
 
+void SimulatedClock::liftLimit()
+{
+    const std::lock_guard lock(m_mutex);
+    if (m_limit)
+        m_skipped += std::min(running(), *m_limit) - running();
+    m_limit.reset();
+}
+
 void SimulatedClock::skipTo(const QDateTime &time)
 {
     const std::lock_guard lock(m_mutex);

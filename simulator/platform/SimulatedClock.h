@@ -28,6 +28,9 @@ public:
     /// From now on time goes no further than this. A limit in the past is one of this moment.
     void setLimit(const QDateTime &limit);
 
+    /// Time runs on from where it is.
+    void liftLimit();
+
     /// Makes it that time at once, without passing the time before. Moves the limit there if it comes earlier. Does
     /// nothing when that time has come.
     void skipTo(const QDateTime &time);

@@ -70,13 +70,23 @@ void Terminal::playMarket(const QDateTime &time)
 void Terminal::setTimeLimit(const QDateTime &limit)
 {
     m_clock.setLimit(limit);
-    m_bus->timeMoved();
-    m_quoteFeed->timeMoved();
+    tellThatTimeMoved();
+}
+
+void Terminal::liftTimeLimit()
+{
+    m_clock.liftLimit();
+    tellThatTimeMoved();
 }
 
 void Terminal::skipTo(const QDateTime &time)
 {
     m_clock.skipTo(time);
+    tellThatTimeMoved();
+}
+
+void Terminal::tellThatTimeMoved()
+{
     m_bus->timeMoved();
     m_quoteFeed->timeMoved();
 }

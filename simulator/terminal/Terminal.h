@@ -49,6 +49,12 @@ public:
     /// Exchange time goes no further than this. A limit in the past is one of this moment.
     void setTimeLimit(const QDateTime &limit);
 
+    /// Exchange time runs on from where it is.
+    void liftTimeLimit();
+
+    /// How long to wait in real time until that exchange time: at most an hour, 0 when it has come.
+    std::chrono::milliseconds realTimeUntil(const QDateTime &time) const { return m_clock.realTimeUntil(time); }
+
     /// Makes it that time at once, and moves the limit there if it comes earlier.
     void skipTo(const QDateTime &time);
 
@@ -64,6 +70,8 @@ public:
 
 private:
     Q_DISABLE_COPY(Terminal)
+
+    void tellThatTimeMoved();
 
     const Login m_login;
     const QString m_station;
