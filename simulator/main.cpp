@@ -106,7 +106,8 @@ void stepOnLines(sim::Replay &replay)
         const ssize_t count = read(STDIN_FILENO, bytes, sizeof bytes);
         if (count <= 0) {
             input->setEnabled(false);
-            QCoreApplication::quit();
+            QObject::connect(&replay, &sim::Replay::ended, [] { QCoreApplication::quit(); });
+            replay.endAfterSteps();
         }
         for (ssize_t i = 0; i < count; ++i) {
             if (bytes[i] == '\n')
@@ -145,7 +146,8 @@ int replay(sim::CommandLine &options, char *argv[])
     }
     sim::SettingsFolder::write(options.login.account, options.recording.head().settings);
 
-    sim::Terminal terminal(options.scenario, options.login, options.speed);
+    const bool stands = true; // the recording says where time goes
+    sim::Terminal terminal(options.scenario, options.login, options.speed, stands);
     sim::Gateway gateway(options.root, options.allowedOrigins, std::chrono::seconds(10), kPagesOfRecording);
     sim::quitOnSignals();
     if (options.listens && !listen(gateway, options.port))

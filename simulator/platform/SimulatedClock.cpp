@@ -20,6 +20,12 @@ SimulatedClock::SimulatedClock(const QDateTime &start, double speed)
     m_elapsed.start();
 }
 
+SimulatedClock::SimulatedClock(const QDateTime &start, double speed, bool stands) : SimulatedClock(start, speed)
+{
+    if (stands)
+        m_limit = 0;
+}
+
 QDateTime SimulatedClock::now() const
 {
     if (const QDateTime *const frozen = FrozenTime::current())

@@ -17,6 +17,9 @@ class VARNEL_HOST_API SimulatedClock : public Clock {
 public:
     SimulatedClock(const QDateTime &start, double speed);
 
+    /// Has the start as its limit if it stands.
+    SimulatedClock(const QDateTime &start, double speed, bool stands);
+
     QDateTime now() const override;
 
     /// The same as a number, which costs much less.

@@ -37,13 +37,18 @@ Replay::~Replay() = default;
 
 void Replay::start()
 {
-    m_terminal.setTimeLimit(m_terminal.now()); // until the first entry says where time goes
     proceedLater();
 }
 
 void Replay::step()
 {
     ++m_steps;
+    proceedLater();
+}
+
+void Replay::endAfterSteps()
+{
+    m_endsAfterSteps = true;
     proceedLater();
 }
 
@@ -70,10 +75,7 @@ void Replay::proceed()
         if (!error.isEmpty())
             return end(Outcome::Broken, error);
         if (!m_entry)
-            return end(Outcome::Done,
-                       m_mode == Verify
-                           ? QStringLiteral("%1 calls, %2 replies: no difference").arg(m_calls).arg(m_replies)
-                           : QStringLiteral("%1 calls were played").arg(m_calls));
+            return endWithCount();
     }
     if (!isDue() || !play() || m_hasEnded)
         return;
@@ -99,8 +101,11 @@ bool Replay::isDue()
         return time.count() == 0;
     }
     if (m_mode == Stepwise && kind == RecordedEntry::Call) {
-        if (m_steps == 0)
+        if (m_steps == 0) {
+            if (m_endsAfterSteps)
+                endWithCount();
             return false;
+        }
         --m_steps;
     }
     m_terminal.skipTo(m_entry->time);
@@ -201,6 +206,13 @@ void Replay::end(Outcome::Kind kind, const QString &text)
     m_hasEnded = true;
     m_timer.stop();
     emit ended({kind, text});
+}
+
+void Replay::endWithCount()
+{
+    end(Outcome::Done, m_mode == Verify
+                           ? QStringLiteral("%1 calls, %2 replies: no difference").arg(m_calls).arg(m_replies)
+                           : QStringLiteral("%1 calls were played").arg(m_calls));
 }
 
 QString Replay::place() const

@@ -33,7 +33,7 @@ public:
         QString text; ///< what was played, the difference, or what is broken: one line or some
     };
 
-    /// patience: how long to wait for a reply to be compared.
+    /// The terminal's time must stand at the start. patience: how long to wait for a reply to be compared.
     Replay(RecordingReader &recording, Terminal &terminal, Mode mode,
            std::chrono::milliseconds patience = std::chrono::seconds(30));
     ~Replay() override;
@@ -42,6 +42,9 @@ public:
 
     /// Stepwise: makes the next call, and takes the other entries before it.
     void step();
+
+    /// Stepwise: ends when the steps that were asked for have been made.
+    void endAfterSteps();
 
 signals:
     void called(int line, const sim::RecordedEntry &call); ///< a call has been made
@@ -56,6 +59,7 @@ private:
     bool compareReply();
     void wait(std::chrono::milliseconds time);
     void end(Outcome::Kind kind, const QString &text);
+    void endWithCount();
     bool endWithUntaken();
     QString place() const;
 
@@ -69,6 +73,7 @@ private:
     bool m_isWaiting = false; ///< for a reply
     bool m_isPosted = false;  ///< proceed() will run
     bool m_hasEnded = false;
+    bool m_endsAfterSteps = false;
     int m_steps = 0; ///< that were asked for and not made yet
     int m_calls = 0;
     int m_replies = 0;

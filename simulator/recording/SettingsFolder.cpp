@@ -19,12 +19,6 @@ namespace {
 
 const char kOwnFolder[] = "VARNEL_REPLAY_FOLDER"; // tells the copy where it is
 
-QString fileOf(const QString &login)
-{
-    return QCoreApplication::applicationDirPath() + WebConstants::Center::settingsFolder + login +
-           WebConstants::Center::settingsFile;
-}
-
 /// Removes the folder at the end of the process.
 struct Removal {
     ~Removal() { QDir(folder).removeRecursively(); }
@@ -32,6 +26,12 @@ struct Removal {
 };
 
 } // namespace
+
+QString SettingsFolder::fileOf(const QString &login)
+{
+    return QCoreApplication::applicationDirPath() + WebConstants::Center::settingsFolder + login +
+           WebConstants::Center::settingsFile;
+}
 
 QByteArray SettingsFolder::read(const QString &login)
 {

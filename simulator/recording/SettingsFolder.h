@@ -9,6 +9,9 @@ namespace sim {
 /// those, so it runs as a copy of the program in a temporary folder.
 namespace SettingsFolder {
 
+/// Where the library keeps the settings of that login.
+QString fileOf(const QString &login);
+
 /// The content of the login's settings file; empty when there is none.
 QByteArray read(const QString &login);
 

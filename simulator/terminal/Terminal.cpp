@@ -19,10 +19,10 @@ constexpr std::chrono::milliseconds kLatency(20);
 
 } // namespace
 
-Terminal::Terminal(const Scenario &scenario, const Login &login, double speed)
+Terminal::Terminal(const Scenario &scenario, const Login &login, double speed, bool stands)
     : m_login(login)
     , m_station(scenario.station)
-    , m_clock(scenario.start, speed)
+    , m_clock(scenario.start, speed, stands)
     , m_exchange(listing(scenario.securities, scenario.generatedSecurities, scenario.seed, scenario.start.date(),
                          scenario.rules),
                  scenario.seed, scenario.start.date(), m_clock, scenario.rules)

@@ -20,7 +20,8 @@ namespace sim {
 /// outlive it: in their destructors they use only the bus, which they share.
 class VARNEL_HOST_API Terminal {
 public:
-    Terminal(const Scenario &scenario, const Login &login, double speed);
+    /// stands: exchange time stands at the start until it is told to go on.
+    Terminal(const Scenario &scenario, const Login &login, double speed, bool stands = false);
     ~Terminal();
 
     /// The existing terminal. Without one the process aborts with a message.
