@@ -186,8 +186,13 @@ void MessageBus::send(const QString &sender, std::unique_ptr<CEventMessageCommon
 
 void MessageBus::enqueue(QueuedEvent event)
 {
-    const auto isBefore = [](const QDateTime &due, const QueuedEvent &other) { return due < other.due; };
-    m_events.insert(std::upper_bound(m_events.begin(), m_events.end(), event.due, isBefore), std::move(event));
+    // What follows from a message and what others send at the time of that message are due at the same time. Which
+    // comes first must not depend on which thread was faster.
+    event.isConsequence = std::this_thread::get_id() == m_thread.get_id();
+    const auto isBefore = [](const QueuedEvent &one, const QueuedEvent &other) {
+        return one.due != other.due ? one.due < other.due : one.isConsequence && !other.isConsequence;
+    };
+    m_events.insert(std::upper_bound(m_events.begin(), m_events.end(), event, isBefore), std::move(event));
     m_wake.notify_all();
 }
 

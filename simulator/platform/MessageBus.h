@@ -120,7 +120,8 @@ private:
         std::unique_ptr<CEventMessageCommon> event = {};
         std::unique_ptr<CMessageCommon> request = {};
         std::optional<Reply> reply = {};
-        quint64 call = 0; ///< of a page, to which it belongs
+        quint64 call = 0;           ///< of a page, to which it belongs
+        bool isConsequence = false; ///< the bus thread has sent it
     };
 
     // Called with the mutex held.
@@ -149,7 +150,7 @@ private:
     QHash<int, QVector<int>> m_subscribers; ///< event id to addresses, in the order of subscription
     QHash<QString, int> m_eventIds;
     std::deque<Request> m_requests;
-    std::deque<QueuedEvent> m_events; ///< by their time, those of the same time in the order of sending
+    std::deque<QueuedEvent> m_events; ///< by their time; of the same time consequences first
     int m_waitingSenders = 0;
     int m_lastPid = 0;
     quint64 m_lastId = 0; ///< of the terminal's own events

@@ -18,6 +18,11 @@ QString excerpt(const QString &text, int place)
            (place + kAfter < text.size() ? QStringLiteral("…") : QString());
 }
 
+QString counted(int number, const QString &one, const QString &many)
+{
+    return QStringLiteral("%1 %2").arg(number).arg(number == 1 ? one : many);
+}
+
 QString methodOf(const QString &reply)
 {
     return reply.chopped(3) + QStringLiteral("REQ"); // …_RES
@@ -210,9 +215,11 @@ void Replay::end(Outcome::Kind kind, const QString &text)
 
 void Replay::endWithCount()
 {
+    const QString calls = counted(m_calls, QStringLiteral("call"), QStringLiteral("calls"));
     end(Outcome::Done, m_mode == Verify
-                           ? QStringLiteral("%1 calls, %2 replies: no difference").arg(m_calls).arg(m_replies)
-                           : QStringLiteral("%1 calls were played").arg(m_calls));
+                           ? QStringLiteral("%1, %2: no difference")
+                                 .arg(calls, counted(m_replies, QStringLiteral("reply"), QStringLiteral("replies")))
+                           : calls + QStringLiteral(" played"));
 }
 
 QString Replay::place() const

@@ -435,7 +435,7 @@ TEST_F(SkippingTerminalTest, AnswersAreMadeAtTheTimeAtWhichTheRequestsAreDue)
     EXPECT_EQ((QVector<QDateTime>{after(kLatencyMs), after(5 + kLatencyMs)}), times);
 }
 
-TEST_F(SkippingTerminalTest, WhatTheTerminalCausesIsDueBeforeWhatIsSentLater)
+TEST_F(SkippingTerminalTest, WhatTheTerminalCausesIsDueBeforeWhatOthersSendThenOrLater)
 {
     RowReader reader; // of kEvent
     const QString kText = QStringLiteral("text");
@@ -444,15 +444,16 @@ TEST_F(SkippingTerminalTest, WhatTheTerminalCausesIsDueBeforeWhatIsSentLater)
     });
     terminal.bus()->announce(kEvent + 1, {});
     terminal.skipTo(after(kLatencyMs - 1)); // it is not due yet
-    {
-        const FrozenTime later(after(kLatencyMs + 1));
-        terminal.bus()->announce(kEvent, {{kText, QStringLiteral("sent later")}});
+    for (const int time : {kLatencyMs + 1, kLatencyMs}) {
+        const FrozenTime frozen(after(time));
+        terminal.bus()->announce(kEvent, {{kText, QStringLiteral("sent at %1").arg(time)}});
     }
     terminal.skipTo(after(1000));
     QStringList texts;
-    for (const QVariantMap &row : reader.await(2))
+    for (const QVariantMap &row : reader.await(3))
         texts.append(row.value(kText).toString());
-    EXPECT_EQ(QStringList({QStringLiteral("caused"), QStringLiteral("sent later")}), texts);
+    EXPECT_EQ(QStringList({QStringLiteral("caused"), QStringLiteral("sent at 20"), QStringLiteral("sent at 21")}),
+              texts);
 }
 
 TEST_F(SkippingTerminalTest, ASenderThatWaitsGetsItsAnswerWhileTimeStandsStill)

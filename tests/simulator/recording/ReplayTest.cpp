@@ -166,7 +166,7 @@ TEST_F(ReplayTest, EachStepMakesOneCall)
     EXPECT_EQ(after(20), terminal.now());
     replay->step();
     replay->endAfterSteps();
-    EXPECT_EQ(QStringLiteral("2 calls were played"), awaitEnd());
+    EXPECT_EQ(QStringLiteral("2 calls played"), awaitEnd());
     EXPECT_EQ(QStringList({QStringLiteral("Data_getToken_REQ"), QStringLiteral("Data_getLoginTrader_REQ")}), calls);
     EXPECT_EQ((QVector<QDateTime>{after(20), after(kHour)}), times);
 }
@@ -182,7 +182,7 @@ TEST_F(FastReplayTest, PagesInBrowsersSeeTheRecordedOrdersAtTheirTime)
     Page page(gateway);
     ASSERT_TRUE(page.awaitOpen());
     start(Replay::Timed);
-    EXPECT_EQ(QStringLiteral("1 calls were played"), awaitEnd());
+    EXPECT_EQ(QStringLiteral("1 call played"), awaitEnd());
     EXPECT_EQ(QVector<QDateTime>{after(kHour)}, times);
     terminal.liftTimeLimit(); // it runs on
     EXPECT_TRUE(await([&] {

@@ -193,8 +193,8 @@ TEST_P(VerifyTest, EveryCallIsAnsweredAsItWas)
         QStringLiteral("%1 calls, %2 replies: no difference\n").arg(calls).arg(calls - kRounds * kCallsWithoutReply);
     for (int run = 1; run <= 2; ++run) {
         const Outcome outcome = verify();
-        EXPECT_EQ(expected, outcome.out);
-        EXPECT_EQ(QString(), outcome.error);
+        EXPECT_EQ(expected.toStdString(), outcome.out.toStdString());
+        EXPECT_EQ("", outcome.error.toStdString());
         EXPECT_EQ(0, outcome.status);
     }
     EXPECT_FALSE(settingsBesideTheProgram().contains(QStringLiteral("value 4"))) << "a replay has a folder of its own";
