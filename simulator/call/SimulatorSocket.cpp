@@ -56,7 +56,9 @@ SimulatorSocket::SimulatorSocket() : d(std::make_unique<Private>())
     d->stream.read_message_max(0); // an answer of any size
 }
 
-SimulatorSocket::~SimulatorSocket()
+SimulatorSocket::~SimulatorSocket() = default;
+
+void SimulatorSocket::close()
 {
     if (!d->stream.is_open())
         return;

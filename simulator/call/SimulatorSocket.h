@@ -14,7 +14,6 @@ class SimulatorSocket {
 public:
     SimulatorSocket();
 
-    /// Closes the connection; waits a moment for the simulator to agree, so that it has read every call.
     ~SimulatorSocket();
 
     /// On failure returns why it cannot.
@@ -24,6 +23,9 @@ public:
 
     /// The next event, {"args":[…],"event":"…"}; nothing when none came in time or the connection has ended.
     std::optional<QJsonObject> next(std::optional<std::chrono::milliseconds> timeout);
+
+    /// Closes the connection; waits a moment for the simulator to agree, so that it has read every call.
+    void close();
 
     /// Whether the simulator has ended the connection.
     bool hasEnded() const;

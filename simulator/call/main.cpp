@@ -142,5 +142,7 @@ int main(int argc, char *argv[])
     const QString error = socket.connect(options.port, options.timeout.value_or(kPatience));
     if (!error.isEmpty())
         return fail(QStringLiteral("no simulator answers on 127.0.0.1:%1: %2").arg(options.port).arg(error));
-    return options.events.isEmpty() ? makeCall(socket, options) : follow(socket, options);
+    const int status = options.events.isEmpty() ? makeCall(socket, options) : follow(socket, options);
+    socket.close();
+    return status;
 }
