@@ -7,6 +7,9 @@ set(CPACK_VERBATIM_VARIABLES ON)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_PACKAGE_DIRECTORY "${CMAKE_BINARY_DIR}/packages")
 set(CPACK_COMPONENTS_ALL runtime development simulator documents)
+if(TARGET varnel-simulator-window)
+    list(APPEND CPACK_COMPONENTS_ALL window)
+endif()
 
 # One archive of everything.
 set(CPACK_ARCHIVE_COMPONENT_INSTALL OFF)
@@ -18,6 +21,11 @@ set(CPACK_PACKAGE_FILE_NAME "varnel-websdk-${PROJECT_VERSION}-${platform}")
 
 if(WIN32)
     set(CPACK_GENERATOR ZIP)
+    # The simulator is for page developers, who need no library: it has an archive of its own.
+    foreach(component IN ITEMS runtime development documents)
+        list(APPEND CPACK_INSTALL_CMAKE_PROJECTS "${CMAKE_BINARY_DIR}" "${PROJECT_NAME}" ${component} /)
+    endforeach()
+    configure_file(windows/SimulatorPackage.cmake.in "${CMAKE_BINARY_DIR}/SimulatorPackage.cmake" @ONLY)
 else()
     set(CPACK_GENERATOR TGZ DEB)
 endif()
@@ -44,6 +52,11 @@ set(CPACK_DEBIAN_SIMULATOR_PACKAGE_NAME varnel-simulator)
 set(CPACK_DEBIAN_SIMULATOR_PACKAGE_SECTION devel)
 set(CPACK_DEBIAN_SIMULATOR_PACKAGE_DEPENDS "${runtime_package} (= ${PROJECT_VERSION})")
 set(CPACK_COMPONENT_SIMULATOR_DESCRIPTION "A simulated terminal that serves web pages to a browser.")
+
+set(CPACK_DEBIAN_WINDOW_PACKAGE_NAME varnel-simulator-window)
+set(CPACK_DEBIAN_WINDOW_PACKAGE_SECTION devel)
+set(CPACK_DEBIAN_WINDOW_PACKAGE_DEPENDS "varnel-simulator (= ${PROJECT_VERSION})")
+set(CPACK_COMPONENT_WINDOW_DESCRIPTION "The simulated terminal's window, for varnel-simulator --window.")
 
 set(CPACK_DEBIAN_DOCUMENTS_PACKAGE_NAME varnel-websdk-doc)
 set(CPACK_DEBIAN_DOCUMENTS_PACKAGE_SECTION doc)

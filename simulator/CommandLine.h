@@ -5,6 +5,8 @@
 #include "recording/Replay.h"
 
 #include <QStringList>
+#include <QUrl>
+#include <QVector>
 
 class QCommandLineParser;
 
@@ -18,7 +20,12 @@ struct CommandLine {
     bool listens = true; ///< on that port
     double speed = 1;
     QString root;
+    QString inspector;
+    bool open = false; ///< the address, in the user's browser
     QStringList allowedOrigins;
+    bool window = false;
+    QVector<QUrl> pages; ///< to open in the window; none means the simulator's own
+    bool confirmOrders = false;
     Scenario scenario;
     QByteArray scenarioText;
     Login login;
@@ -26,15 +33,18 @@ struct CommandLine {
     bool isReplay = false;     ///< of this recording
     RecordingReader recording; ///< open
     Replay::Mode mode = Replay::Timed;
-    QString text; ///< the help, the version, or one line about a mistake
+    QString text; ///< the help, the version, one line about a mistake, or a line for each mistake in the scenario
 
     Outcome parse(const QStringList &arguments);
 
 private:
-    QString check(const QCommandLineParser &parser);
+    QString checkOptions(const QCommandLineParser &parser);
+    QString checkAddresses(const QCommandLineParser &parser);
+    QString checkRun(const QCommandLineParser &parser);
     QString checkReplay(const QCommandLineParser &parser);
-    QString checkScenario(const QCommandLineParser &parser);
-    QString logIn(const QString &account);
+    bool readScenario(const QCommandLineParser &parser);
+    QString checkWithScenario(const QCommandLineParser &parser);
+    QString logIn(const QString &account, const QString &source);
 };
 
 } // namespace sim

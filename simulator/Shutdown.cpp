@@ -5,6 +5,8 @@
 #include <atomic>
 
 #ifdef Q_OS_WIN
+#    include <QWinEventNotifier>
+
 #    include <windows.h>
 #else
 #    include <QSocketNotifier>
@@ -28,13 +30,18 @@ std::atomic<bool> s_asked{false}; // to end
 
 namespace {
 
-BOOL WINAPI onConsoleEvent(DWORD)
+HANDLE s_event;
+
+/// The system calls this on a thread of its own. Nothing of Qt is used there: Qt would watch the thread, and clean up
+/// after it while the process ends.
+BOOL WINAPI onConsoleEvent(DWORD event)
 {
     constexpr int kInterrupt = 2; // the number of SIGINT, which Windows has no signal for
     if (s_asked.exchange(true))
         TerminateProcess(GetCurrentProcess(), kKilledBySignal + kInterrupt);
-    // The system calls this on a thread of its own.
-    QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+    SetEvent(s_event);
+    if (event == CTRL_CLOSE_EVENT)
+        Sleep(INFINITE); // once this returns the system ends the process; the main thread does so earlier, and in order
     return TRUE;
 }
 
@@ -42,6 +49,14 @@ BOOL WINAPI onConsoleEvent(DWORD)
 
 void quitOnSignals()
 {
+    s_event = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    if (!s_event)
+        qFatal("No event for Ctrl-C");
+    auto *notifier = new QWinEventNotifier(s_event, qApp);
+    QObject::connect(notifier, &QWinEventNotifier::activated, qApp, [notifier] {
+        notifier->setEnabled(false);
+        QCoreApplication::quit();
+    });
     SetConsoleCtrlHandler(onConsoleEvent, TRUE);
 }
 

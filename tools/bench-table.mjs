@@ -125,6 +125,21 @@ const RATIOS = [
   ],
   against(null, "order list, whole/library/orders:100", "order list, whole/host and QJsonDocument text/orders:100"),
   against(null, "trivial call, whole/library", "trivial call, whole/host and QJsonDocument text"),
+  [
+    "cells of an order by the simulator / the same cells copied",
+    () => time("cells of an order/host") / time("cells of an order/copied"),
+    atMost(3),
+  ],
+  [
+    "cost of an order in a list of 5000 that is placed / of 50",
+    () => time("orders placed/host/orders:5000") / 100 / time("orders placed/host/orders:50"),
+    atMost(1.3),
+  ],
+  [
+    "quote in the 120th minute of a day / in the first",
+    () => time("quote/host/minute:120") / time("quote/host/minute:1"),
+    atMost(1.5),
+  ],
 ];
 
 // ---- What is printed -----------------------------------------------------------------------------------------------

@@ -85,18 +85,19 @@ step() {
 # no command: dpkg is asked. Every preset configures the tests, so GoogleTest and Qt's WebSockets, which are clients in
 # tests, are needed to build anything.
 declare -A packages=(
-    [build]='g++:g++ cmake:cmake ninja-build:ninja ccache:ccache libboost-dev qtbase5-dev libqt5websockets5-dev libgtest-dev libgmock-dev'
+    [build]='g++:g++ cmake:cmake ninja-build:ninja ccache:ccache libboost-dev qtbase5-dev libqt5websockets5-dev libgtest-dev libgmock-dev rapidjson-dev'
     [web]='nodejs:node npm:npm'
     [test]='binutils:nm pkg-config:pkg-config abigail-tools:abidiff dpkg-dev:dpkg-shlibdeps'
     [tsan]='qtbase5-private-dev'
     [package]='dpkg-dev:dpkg-shlibdeps'
     [examples]='qtwebengine5-dev libqt5webchannel5-dev'
+    [window]='qtwebengine5-dev libqt5webchannel5-dev fonts-wqy-zenhei'
     [browser]='chromium:chromium fonts-wqy-zenhei'
     [clang]='clang:clang++ libclang-rt-14-dev llvm:llvm-symbolizer'
     [windows]='g++-mingw-w64-x86-64-posix:x86_64-w64-mingw32-g++-posix wine64 googletest dpkg-dev:dpkg-source xz-utils:xz'
     [mutate]='python3:python3'
     [docs]='doxygen:doxygen python3:python3'
-    [bench]='libbenchmark-dev libqt5webchannel5-dev rapidjson-dev'
+    [bench]='libbenchmark-dev libqt5webchannel5-dev'
     [lint]='clang-format:clang-format clang-tidy:clang-tidy python3:python3 shellcheck:shellcheck'
     [format]='clang-format:clang-format'
 )

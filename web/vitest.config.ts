@@ -1,3 +1,3 @@
 import { defineConfig } from 'vitest/config';
 
-export default defineConfig({ test: { projects: ['client', 'workbench'] } });
+export default defineConfig({ test: { projects: ['client', 'workbench', 'inspector'] } });

@@ -34,7 +34,8 @@ QWebEngineScript callBridgeScript()
 PageView::PageView(const QUrl &url) : m_data(new DataThread(this)), m_trade(new TradeThread(this))
 {
     WebMsgCenter::instance()->reg(this);
-    connect(&m_bridge, &PageBridge::methodInvoked, this, &PageView::call);
+    // Queued: a host operation may spin the event loop, and Chromium handles nothing while one of its own calls waits.
+    connect(&m_bridge, &PageBridge::methodInvoked, this, &PageView::call, Qt::QueuedConnection);
 
     m_channel.registerObject("bridge", &m_bridge);
     m_browser.page()->setWebChannel(&m_channel);

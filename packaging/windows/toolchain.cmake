@@ -5,9 +5,10 @@ set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix)
 set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
 set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
 
-# Qt and GoogleTest.
-get_filename_component(libraries "${CMAKE_CURRENT_LIST_DIR}/../../build/windows-libraries" ABSOLUTE)
-set(CMAKE_FIND_ROOT_PATH "${libraries}" /usr/x86_64-w64-mingw32)
+# Qt and GoogleTest, and a folder that has nothing of /usr/include but Boost and RapidJSON, which are headers
+# only.
+get_filename_component(build "${CMAKE_CURRENT_LIST_DIR}/../../build" ABSOLUTE)
+set(CMAKE_FIND_ROOT_PATH "${build}/windows-libraries" "${build}/windows-headers" /usr/x86_64-w64-mingw32)
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)

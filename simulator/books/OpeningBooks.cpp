@@ -15,21 +15,18 @@ namespace sim {
 
 namespace {
 
-constexpr int kOrdersPerAccount = 80;
 constexpr int kSecondsPerMinute = 60;
 
 /// What an account holds of one kind of security at the opening.
 struct TradingProfile {
     SecurityKind kind;
-    int securities;
     double smallest; ///< value of a position
     double largest;
 };
 
-const QVector<TradingProfile> kStockProfiles{{SecurityKind::Share, 12, 50e3, 600e3},
-                                             {SecurityKind::Fund, 3, 50e3, 300e3},
-                                             {SecurityKind::Bond, 3, 100e3, 500e3}};
-const QVector<TradingProfile> kFuturesProfiles{{SecurityKind::Future, 4, 2e6, 12e6}};
+const QVector<TradingProfile> kStockProfiles{
+    {SecurityKind::Share, 50e3, 600e3}, {SecurityKind::Fund, 50e3, 300e3}, {SecurityKind::Bond, 100e3, 500e3}};
+const QVector<TradingProfile> kFuturesProfiles{{SecurityKind::Future, 2e6, 12e6}};
 
 constexpr double kSmallestOrder = 20e3;
 constexpr double kLargestOrder = 250e3;
@@ -72,7 +69,7 @@ public:
     }
 
     /// Of a security that was loaded.
-    Candle candle(const QString &symbol, int minute) const { return m_candles[symbol][minute]; }
+    const Candle &candle(const QString &symbol, int minute) const { return (*m_candles.constFind(symbol))[minute]; }
 
     PriceLimits limits(const QString &symbol) const { return m_exchange.limits(symbol, Exchange::stepAt(m_start)); }
 
@@ -94,9 +91,11 @@ struct Fill {
 /// One account's day.
 class AccountDay {
 public:
-    AccountDay(Books &books, Session &session, const FundAccount &fund, quint64 key, bool mostlyShort)
+    AccountDay(Books &books, Session &session, const OpeningTerms &terms, const FundAccount &fund, quint64 key,
+               bool mostlyShort)
         : m_books(books)
         , m_session(session)
+        , m_terms(terms)
         , m_isFutures(fund.property == FuturesFund)
         , m_mostlyShort(mostlyShort)
         , m_account(fund.tradingAccounts.first())
@@ -148,6 +147,7 @@ private:
 
     Books &m_books;
     Session &m_session;
+    const OpeningTerms &m_terms;
     const bool m_isFutures;
     const bool m_mostlyShort;
     const QString m_account;
@@ -155,6 +155,8 @@ private:
     random::Sequence m_chance;
     QVector<const Instrument *> m_instruments;
     QVector<Working> m_working;
+    int m_valuedMinute = -1;
+    Money m_availableAndFrozen; ///< at the prices at which that minute opened
 };
 
 /// The quantity, in whole lots, that is worth that value.
@@ -172,7 +174,7 @@ void AccountDay::pick(const QVector<Instrument> &listed, const TradingProfile &p
             candidates.append(&instrument);
     }
     Ledger &ledger = *m_books.ledgerToOpen(m_account);
-    for (int i = 0; i < profile.securities && !candidates.isEmpty(); ++i) {
+    for (int i = 0; i < m_terms.positions[profile.kind] && !candidates.isEmpty(); ++i) {
         const Instrument *instrument = candidates.takeAt(int(whole(0, candidates.size() - 1)));
         if (!m_session.load(*instrument))
             continue;
@@ -197,7 +199,7 @@ void AccountDay::open(const QVector<Instrument> &listed)
 QVector<int> AccountDay::plan(int minutes)
 {
     QVector<int> seconds;
-    for (int i = 0; i < kOrdersPerAccount && minutes > 0 && !m_instruments.isEmpty(); ++i)
+    for (int i = 0; i < m_terms.orders && minutes > 0 && !m_instruments.isEmpty(); ++i)
         seconds.append(int(whole(0, qint64(minutes) * kSecondsPerMinute - 1)));
     return seconds;
 }
@@ -274,7 +276,7 @@ Order AccountDay::makeOrder(int second)
     if (happens(kOpening) || !makeClosing(order))
         makeOpening(order);
 
-    const Candle candle = m_session.candle(order.instrument->symbol, second / kSecondsPerMinute);
+    const Candle &candle = m_session.candle(order.instrument->symbol, second / kSecondsPerMinute);
     order.entered = candle.end.addSecs(second % kSecondsPerMinute - kSecondsPerMinute);
     if (happens(kMarketOrders)) {
         order.priceType = PriceType::Market;
@@ -290,8 +292,13 @@ Order AccountDay::makeOrder(int second)
 void AccountDay::enterOrder(int second)
 {
     const int minute = second / kSecondsPerMinute;
-    const Prices prices = [&](const QString &symbol) { return m_session.candle(symbol, minute).open; };
-    const Money available = m_books.ledger(m_account)->value(prices).available;
+    const Ledger &ledger = *m_books.ledger(m_account);
+    if (minute != m_valuedMinute) { // within a minute new orders change only the frozen money
+        const Prices prices = [&](const QString &symbol) { return m_session.candle(symbol, minute).open; };
+        m_availableAndFrozen = ledger.value(prices).available + ledger.frozenCash();
+        m_valuedMinute = minute;
+    }
+    const Money available = m_availableAndFrozen - ledger.frozenCash();
     const Order order = makeOrder(second);
     const int number = m_books.enter(order, available, m_session.limits(order.instrument->symbol));
     const int cancelMinute = happens(kCancels) ? minute + int(whole(0, kLongestWait)) : -1;
@@ -304,7 +311,7 @@ void AccountDay::findFills(int minute, QVector<Fill> &fills)
     for (const Working &working : qAsConst(m_working)) {
         const Order &order = m_books.orders()[working.order];
         const Instrument &instrument = *order.instrument;
-        const Candle candle = m_session.candle(instrument.symbol, minute);
+        const Candle &candle = m_session.candle(instrument.symbol, minute);
         const bool buys = isBuy(order.side);
         const bool limited = order.priceType == PriceType::Limit;
         if (limited && (buys ? candle.low > order.price : candle.high < order.price))
@@ -338,14 +345,14 @@ void AccountDay::cancelOrders(int minute)
 
 } // namespace
 
-void openBooks(Books &books, const Exchange &exchange, quint64 seed, const QDateTime &start)
+void openBooks(Books &books, const Exchange &exchange, quint64 seed, const QDateTime &start, const OpeningTerms &terms)
 {
     Session session(exchange, start);
     std::vector<AccountDay> days;
     QMap<int, int> funds; // accounts of each property so far
     for (const FundAccount &fund : books.accounts().fundAccounts(AllFunds)) {
         const bool mostlyShort = funds[fund.property]++ % 2 == 0; // so that both directions occur
-        days.emplace_back(books, session, fund, random::scramble(seed), mostlyShort);
+        days.emplace_back(books, session, terms, fund, random::scramble(seed), mostlyShort);
         days.back().open(exchange.instruments());
     }
 

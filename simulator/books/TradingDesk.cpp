@@ -1,6 +1,5 @@
 #include "books/TradingDesk.h"
 
-#include "books/OpeningBooks.h"
 #include "exchange/Exchange.h"
 #include "exchange/Random.h"
 
@@ -35,7 +34,7 @@ QString whyNotOpen(OrderStatus status)
 } // namespace
 
 TradingDesk::TradingDesk(const Accounts &accounts, const QString &orderIdPrefix, const Exchange &exchange, quint64 seed,
-                         const QDateTime &start, Listener listener)
+                         const QDateTime &start, Listener listener, const OpeningTerms &opening)
     : m_exchange(exchange)
     , m_key(random::subkey(random::scramble(seed), kFills))
     , m_listener(std::move(listener))
@@ -43,7 +42,7 @@ TradingDesk::TradingDesk(const Accounts &accounts, const QString &orderIdPrefix,
     , m_now(start)
     , m_step(Exchange::stepAt(start))
 {
-    openBooks(m_books, exchange, seed, start);
+    openBooks(m_books, exchange, seed, start, opening);
     for (int number = 0; number < int(m_books.orders().size()); ++number) {
         if (orderAt(number).isOpen())
             m_open.add(number, orderAt(number));

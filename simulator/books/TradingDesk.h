@@ -3,6 +3,7 @@
 #include "books/Books.h"
 #include "books/DeskEvents.h"
 #include "books/OpenOrders.h"
+#include "books/OpeningBooks.h"
 
 #include <QMap>
 #include <QSet>
@@ -48,7 +49,7 @@ public:
 
     /// Opens the books for the start time. Accounts and exchange must outlive the desk.
     TradingDesk(const Accounts &accounts, const QString &orderIdPrefix, const Exchange &exchange, quint64 seed,
-                const QDateTime &start, Listener listener);
+                const QDateTime &start, Listener listener, const OpeningTerms &opening = {});
 
     Reader read() const { return {m_mutex, m_books}; }
 

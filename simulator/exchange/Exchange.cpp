@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <mutex>
 
 namespace sim {
 
@@ -63,9 +64,19 @@ struct Exchange::Moment {
     const int stepsOfMinute;
 };
 
+/// The sum of the finished minutes of one day.
+struct Exchange::DaySoFar {
+    std::mutex mutex;
+    qint64 next = -1; ///< the first minute that is not in the sum; -1: there is no sum
+    Ticks ticks{};
+};
+
 Exchange::Exchange(const QVector<Instrument> &instruments, quint64 seed, const QDate &start, const Clock &clock,
                    const MarketRules &rules)
-    : m_instruments(instruments), m_rules(rules), m_clock(clock)
+    : m_instruments(instruments)
+    , m_rules(rules)
+    , m_clock(clock)
+    , m_daysSoFar(std::make_unique<DaySoFar[]>(size_t(instruments.size())))
 {
     const qint64 startDay = calendar::tradingDaysBefore(start);
     m_bySymbol.reserve(m_instruments.size());
@@ -76,6 +87,8 @@ Exchange::Exchange(const QVector<Instrument> &instruments, quint64 seed, const Q
         m_bySecurityId.insert({instrument.securityId, instrument.exchange}, i);
     }
 }
+
+Exchange::~Exchange() = default;
 
 const Instrument *Exchange::instrument(const QString &symbol) const
 {
@@ -129,6 +142,32 @@ Exchange::Ticks Exchange::dayTicks(const Listed &listed, qint64 tradingDay) cons
         day.append(
             minuteTicks(listed, minute, day.close)); // within a day a minute opens at the close of the one before
     return day;
+}
+
+Exchange::Ticks Exchange::dayTicksAt(const Listed &listed, const Moment &moment) const
+{
+    const qint64 first = moment.day * calendar::kMinutesPerDay;
+    DaySoFar &day = m_daysSoFar[size_t(listed.index)];
+    const std::lock_guard lock(day.mutex);
+    if (day.next <= first || day.next > moment.minute) { // there is none, or it is of another day or a later minute
+        day.next = first;
+        day.ticks = {};
+    }
+    // The minutes are always added one after the other, so that the same quote has the same amount every time.
+    const auto add = [&](Ticks &sum, qint64 minute, int steps) {
+        const bool isFirst = minute == first;
+        const Ticks whole = minuteTicks(listed, minute, isFirst ? openTicks(listed, minute) : sum.close);
+        const Ticks begin = beginOf(listed, minute, whole, steps);
+        if (isFirst)
+            sum = begin;
+        else
+            sum.append(begin);
+    };
+    for (; day.next < moment.minute; ++day.next)
+        add(day.ticks, day.next, kStepsPerMinute);
+    Ticks ticks = day.ticks;
+    add(ticks, moment.minute, moment.stepsOfMinute);
+    return ticks;
 }
 
 Exchange::Ticks Exchange::beginOf(const Listed &listed, qint64 minute, const Ticks &whole, int steps) const
@@ -244,15 +283,7 @@ std::optional<Quote> Exchange::quote(const QString &symbol, const QDateTime &tim
         return std::nullopt;
 
     const Instrument &instrument = m_instruments[found->index];
-    const qint64 first = moment.day * calendar::kMinutesPerDay;
-    const auto upTo = [&](qint64 number, qint64 open) {
-        const Ticks whole = minuteTicks(*found, number, open);
-        return number < moment.minute ? whole : beginOf(*found, number, whole, moment.stepsOfMinute);
-    };
-    Ticks ticks = upTo(first, openTicks(*found, first));
-    for (qint64 number = first + 1; number <= moment.minute; ++number)
-        ticks.append(upTo(number, ticks.close));
-
+    const Ticks ticks = dayTicksAt(*found, moment);
     Quote quote;
     quote.symbol = symbol;
     quote.time = timeOfStep(step);

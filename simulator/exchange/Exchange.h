@@ -8,6 +8,7 @@
 #include <QHash>
 #include <QVector>
 
+#include <memory>
 #include <optional>
 
 namespace sim {
@@ -26,8 +27,8 @@ struct Candle {
 enum class CandlePeriod { Minute, Day };
 
 /// The market: its instruments, rules, quotes and candles.
-/// Made once for a scenario. Constant after construction, so that all threads may use it at the same time. The clock
-/// that it is given is its only source of time.
+/// Made once for a scenario. All threads may use it at the same time: after construction it is constant, apart from
+/// sums that it remembers. The clock that it is given is its only source of time.
 class Exchange {
 public:
     /// The most candles in one answer: the latest of the range.
@@ -37,6 +38,7 @@ public:
     /// exchange.
     Exchange(const QVector<Instrument> &instruments, quint64 seed, const QDate &start, const Clock &clock,
              const MarketRules &rules = {});
+    ~Exchange();
 
     const MarketRules &rules() const { return m_rules; }
 
@@ -78,11 +80,16 @@ private:
     };
     struct Ticks;  ///< a candle whose prices are in ticks
     struct Moment; ///< the day and the minute of a step
+    struct DaySoFar;
 
     Ticks minuteTicks(const Listed &listed, qint64 minute, qint64 open) const;
     qint64 closeTicks(const Listed &listed, qint64 day) const;
     qint64 openTicks(const Listed &listed, qint64 minute) const;
     Ticks dayTicks(const Listed &listed, qint64 tradingDay) const;
+
+    /// The sum of the day's steps up to that one. Costs the minutes since the last call for the security, not those of
+    /// the day.
+    Ticks dayTicksAt(const Listed &listed, const Moment &moment) const;
 
     bool isTraded(const Listed &listed, const Moment &moment) const;
     PriceLimits limitsOf(const Listed &listed, qint64 day) const;
@@ -96,6 +103,7 @@ private:
     const QVector<Instrument> m_instruments;
     const MarketRules m_rules;
     const Clock &m_clock;
+    const std::unique_ptr<DaySoFar[]> m_daysSoFar; ///< one for each instrument
     QHash<QString, Listed> m_bySymbol;
     QHash<QPair<QString, QString>, int> m_bySecurityId; ///< with the exchange; indices in m_instruments
 };

@@ -141,6 +141,7 @@ private:
 
     Instrument begin(const QString &securityId, const QString &exchange, const SpelledName &name,
                      const QString &subType, double tick) const;
+    SpelledName newName(const Series &series, int number);
     void addContract(const Product &product, const QDate &month, int monthsAhead);
     void list(const Instrument &instrument);
 
@@ -176,6 +177,19 @@ void Lister::list(const Instrument &instrument)
     m_listed.append(instrument);
 }
 
+/// There are fewer names than a long list needs, so that later ones get a number behind them.
+SpelledName Lister::newName(const Series &series, int number)
+{
+    constexpr int kTries = 20;
+    SpelledName name = series.name(m_chance);
+    for (int tries = 1; m_names.contains(name.name); ++tries) {
+        name = series.name(m_chance);
+        if (tries >= kTries)
+            name = name + SpelledName{QString::number(number), QString()};
+    }
+    return name;
+}
+
 void Lister::add(const Series &series, int count)
 {
     constexpr double kSmallestTurnover = 4e7; // money a day
@@ -188,9 +202,7 @@ void Lister::add(const Series &series, int count)
         const QString securityId = series.prefix + QString::number(number).rightJustified(3, QLatin1Char('0'));
         if (!isNew(securityId, series.exchange))
             continue;
-        SpelledName name = series.name(m_chance);
-        while (m_names.contains(name.name))
-            name = series.name(m_chance);
+        const SpelledName name = newName(series, number);
 
         Instrument instrument = begin(securityId, series.exchange, name, series.subType, series.tick);
         instrument.price = instrument.priceOf(instrument.ticksOf(between(series.cheapest, series.dearest)));
@@ -211,7 +223,7 @@ void Lister::addContract(const Product &product, const QDate &month, int monthsA
     const double carry = 1 + 0.002 * monthsAhead + 0.002 * m_chance.from0To1(); // later months cost a little more
     contract.price = contract.priceOf(contract.ticksOf(product.price * carry));
     contract.multiplier = product.multiplier;
-    contract.dailyVolume = qMax<qint64>(500, product.dailyVolume >> (monthsAhead / 2)); // and trade less
+    contract.dailyVolume = qMax<qint64>(500, product.dailyVolume >> qMin(monthsAhead / 2, 62)); // and trade less
     contract.listed = m_start.addDays(-m_chance.whole(30, 300));
     list(contract);
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-// For the two sources that do input and output: these headers compile slowly.
+// For the sources that do input and output: these headers compile slowly.
 #include <boost/asio/basic_socket_acceptor.hpp>
 #include <boost/asio/basic_stream_socket.hpp>
 #include <boost/asio/io_context.hpp>

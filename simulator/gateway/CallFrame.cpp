@@ -19,12 +19,23 @@ CallFrame bad(const char *reason)
     return frame;
 }
 
+/// Qt's parser takes a U+FEFF at the beginning of a text for a byte order mark and drops it, unless it is written as an
+/// escape. One at the very beginning is outside of all texts, where Qt skips it.
+QByteArray withEscapedMarks(const QByteArray &json)
+{
+    static const QByteArray mark = QByteArrayLiteral("\xef\xbb\xbf");
+    if (json.indexOf(mark, 1) < 0)
+        return json;
+    QByteArray rest = json.mid(1);
+    return json.left(1) + rest.replace(mark, "\\ufeff");
+}
+
 } // namespace
 
 CallFrame CallFrame::read(const QByteArray &text)
 {
     QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(text, &error);
+    const QJsonDocument document = QJsonDocument::fromJson(withEscapedMarks(text), &error);
     if (error.error != QJsonParseError::NoError)
         return bad("not JSON");
     if (!document.isObject())

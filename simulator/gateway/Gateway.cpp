@@ -4,9 +4,10 @@
 
 namespace sim {
 
-Gateway::Gateway(const QString &root, const QStringList &allowedOrigins, std::chrono::milliseconds httpDeadline,
-                 int pagesBefore)
-    : m_server({root, allowedOrigins, httpDeadline, pagesBefore}, [this](PageNews news) { tell(std::move(news)); })
+Gateway::Gateway(const QString &root, const QStringList &allowedOrigins, const QString &inspector,
+                 std::chrono::milliseconds httpDeadline, int pagesBefore)
+    : m_server({root, inspector, allowedOrigins, httpDeadline, pagesBefore},
+               [this](PageNews news) { tell(std::move(news)); })
 {
 }
 

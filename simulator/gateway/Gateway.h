@@ -21,10 +21,10 @@ class PageConnection;
 class Gateway : public QObject {
     Q_OBJECT
 public:
-    /// root: the folder of the static files, or empty. allowedOrigins: in addition to its own. httpDeadline: for a
-    /// client to send the head of its request, and again to receive the answer. pagesBefore: how many numbers of pages
-    /// are taken.
-    Gateway(const QString &root, const QStringList &allowedOrigins,
+    /// root, inspector: the folders of the static files and of the inspector, or empty. allowedOrigins: in addition to
+    /// its own. httpDeadline: for a client to send the head of its request, and again to receive the answer.
+    /// pagesBefore: how many numbers of pages are taken.
+    Gateway(const QString &root, const QStringList &allowedOrigins, const QString &inspector = {},
             std::chrono::milliseconds httpDeadline = std::chrono::seconds(10), int pagesBefore = 0);
 
     /// Closes all pages.
@@ -35,6 +35,9 @@ public:
 
     quint16 port() const { return m_server.port(); }
     QString errorString() const { return m_error; }
+
+    /// For a page that does not come through the gateway.
+    int newPageNumber() { return m_server.newPageNumber(); }
 
 private:
     void tell(PageNews news); ///< on the server's thread

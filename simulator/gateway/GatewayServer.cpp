@@ -3,6 +3,7 @@
 #include "gateway/HttpFiles.h"
 #include "gateway/Logging.h"
 #include "gateway/PageSession.h"
+#include "gateway/TrafficSession.h"
 
 #include <QSet>
 
@@ -11,6 +12,7 @@
 #include <boost/beast/http.hpp>
 #include <boost/beast/websocket/rfc6455.hpp>
 
+#include <atomic>
 #include <future>
 #include <limits>
 #include <thread>
@@ -35,10 +37,10 @@ constexpr std::chrono::seconds kStopDeadline(1);
 /// Before the next connection is accepted when one could not be, for example because there are too many open files.
 constexpr std::chrono::milliseconds kAcceptPause(100);
 
-/// What the connections share. Input and output thread only.
+/// What the connections share. Input and output thread only, apart from the number.
 struct Shared {
     Shared(const GatewayServer::Settings &settings, GatewayServer::Listener listener)
-        : files(settings.root)
+        : files(settings.root, settings.inspector)
         , httpDeadline(settings.httpDeadline)
         , listener(std::move(listener))
         , lastPage(settings.pagesBefore)
@@ -50,7 +52,7 @@ struct Shared {
     const HttpFiles files;
     const std::chrono::milliseconds httpDeadline;
     const GatewayServer::Listener listener;
-    int lastPage;
+    std::atomic<int> lastPage;
     QSet<QByteArray> allowedOrigins; ///< constant once the server listens
     Connections connections;
     net::io_context context{1};
@@ -113,13 +115,13 @@ private:
             end(); // the client has closed the connection, or it broke
         else if (isMalformed || !request.target().starts_with('/'))
             answer({400});
-        else if (pathOf(request) != "/view")
+        else if (pathOf(request) != "/view" && pathOf(request) != "/traffic")
             answer(m_shared.files.answer(bytesOf(request.method_string()), pathOf(request)));
         else
-            decideOnPage(request);
+            decideOnWebSocket(request);
     }
 
-    void decideOnPage(const Request &request)
+    void decideOnWebSocket(const Request &request)
     {
         if (request.method() != http::verb::get) {
             answer({405, {}, {}, "GET"});
@@ -132,7 +134,10 @@ private:
                       bytesOf(request[Field::origin]).left(200).constData());
             answer({403});
         } else {
-            openPage(std::move(m_socket), request, ++m_shared.lastPage, m_shared.pages);
+            if (pathOf(request) == "/view")
+                openPage(std::move(m_socket), request, ++m_shared.lastPage, m_shared.pages);
+            else
+                openTraffic(std::move(m_socket), request, m_shared.connections);
             end();
         }
     }
@@ -165,6 +170,8 @@ private:
         m_reply.set(Field::cache_control, "no-store");
         m_reply.set("X-Content-Type-Options", "nosniff");
         m_reply.set(Field::connection, "close");
+        if (!reply.location.isEmpty())
+            m_reply.set(Field::location, view(reply.location));
         if (!reply.allow.isEmpty())
             m_reply.set(Field::allow, view(reply.allow));
         if (reply.status == 426)
@@ -282,6 +289,8 @@ QString GatewayServer::listen(quint16 port)
         d->acceptor.bind(address, error);
     if (!error)
         d->acceptor.listen(Acceptor::max_listen_connections, error);
+    if (error == net::error::address_in_use)
+        return QStringLiteral("Address already in use"); // users meet this one: it reads the same on every system
     if (error)
         return QString::fromLocal8Bit(error.message().c_str());
 
@@ -300,6 +309,11 @@ QString GatewayServer::listen(quint16 port)
 quint16 GatewayServer::port() const
 {
     return d->port;
+}
+
+int GatewayServer::newPageNumber()
+{
+    return ++d->lastPage;
 }
 
 void GatewayServer::stop()

@@ -13,13 +13,14 @@ namespace sim {
 /// Serves files over HTTP, and a WebSocket to each page, on an input and output thread of its own. So neither a page
 /// that reads slowly nor a long answer delays other threads. Made, started and destroyed by the Gateway on the
 /// user-interface thread. It listens on the loopback address only. It accepts WebSockets only from pages of its own
-/// origin and of the allowed origins, because pages can place orders.
+/// origin and of the allowed origins, because pages can place orders and see all traffic.
 class GatewayServer {
 public:
     static constexpr int kMaxHead = 16 * 1024; ///< bytes of the head of a request
 
     struct Settings {
         QString root;                           ///< the folder of the static files, or empty
+        QString inspector;                      ///< the folder of the inspector, or empty
         QStringList allowedOrigins;             ///< in addition to its own
         std::chrono::milliseconds httpDeadline; ///< for the head of a request, and again for the answer
         int pagesBefore;                        ///< the first page has the number after it
@@ -37,6 +38,9 @@ public:
     QString listen(quint16 port);
 
     quint16 port() const;
+
+    /// The number of a new page, whoever shows it: pages are numbered from 1 as they connect. Any thread.
+    int newPageNumber();
 
     /// Closes all connections. Waits for the pages to agree, at most one second. Nothing is heard of pages afterwards.
     void stop();

@@ -44,13 +44,31 @@ QByteArray contentType(const QString &fileName)
     return "application/octet-stream";
 }
 
+QString canonical(const QString &folder)
+{
+    return folder.isEmpty() ? QString() : QFileInfo(folder).canonicalFilePath();
+}
+
+/// The file of that path below the folder, or the index of the folder of that path; empty when there is none.
+QString fileBelow(const QString &folder, const QString &path)
+{
+    // The canonical path contains neither ".." nor links: it shows where the file really is.
+    QString file = QFileInfo(folder + path).canonicalFilePath();
+    if (QFileInfo(file).isDir())
+        file = QFileInfo(file + QStringLiteral("/index.html")).canonicalFilePath();
+    const QString inside = folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/');
+    return file.startsWith(inside) && QFileInfo(file).isFile() ? file : QString();
+}
+
+/// Its page names its files relative to this.
+const QString kInspector = QStringLiteral("/inspector/");
+
 } // namespace
 
-HttpFiles::HttpFiles(const QString &root)
+HttpFiles::HttpFiles(const QString &root, const QString &inspector)
+    : m_root(canonical(root)), m_inspector(canonical(inspector))
 {
     initResources();
-    if (!root.isEmpty())
-        m_root = QFileInfo(root).canonicalFilePath();
 }
 
 QString HttpFiles::fileFor(const QByteArray &path) const
@@ -61,25 +79,26 @@ QString HttpFiles::fileFor(const QByteArray &path) const
     const QString decoded = QString::fromUtf8(bytes);
     if (decoded == QLatin1String("/bridge.js"))
         return QStringLiteral(":/gateway/bridge.js");
+    if (decoded.startsWith(kInspector)) {
+        if (m_inspector.isEmpty())
+            return decoded == kInspector ? QStringLiteral(":/gateway/inspector.html") : QString();
+        return fileBelow(m_inspector, decoded.mid(kInspector.size() - 1));
+    }
     if (m_root.isEmpty())
         return decoded == QLatin1String("/") ? QStringLiteral(":/gateway/index.html") : QString();
-
-    // The canonical path contains neither ".." nor links: it shows where the file really is.
-    QString file = QFileInfo(m_root + decoded).canonicalFilePath();
-    if (QFileInfo(file).isDir())
-        file = QFileInfo(file + QStringLiteral("/index.html")).canonicalFilePath();
-    const QString inside = m_root.endsWith(QLatin1Char('/')) ? m_root : m_root + QLatin1Char('/');
-    return file.startsWith(inside) && QFileInfo(file).isFile() ? file : QString();
+    return fileBelow(m_root, decoded);
 }
 
 HttpReply HttpFiles::answer(const QByteArray &method, const QByteArray &path) const
 {
     if (method != "GET" && method != "HEAD")
         return {405, {}, {}, "GET, HEAD"};
+    if (path == "/inspector")
+        return {307, {}, {}, {}, kInspector.toLatin1()};
     QFile file(fileFor(path));
     if (file.fileName().isEmpty() || !file.open(QIODevice::ReadOnly))
         return {404};
-    return {200, contentType(file.fileName()), file.readAll(), {}};
+    return {200, contentType(file.fileName()), file.readAll()};
 }
 
 } // namespace sim

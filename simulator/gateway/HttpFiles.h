@@ -11,14 +11,16 @@ struct HttpReply {
     QByteArray contentType = {}; ///< of a file
     QByteArray body = {};        ///< the file
     QByteArray allow = {};       ///< the allowed methods, when another was tried
+    QByteArray location = {};    ///< where the file is, when it is elsewhere
 };
 
-/// Static files: the built-in ones (bridge.js, and a page when there is no root) and the files below the root.
-/// Constant after construction. It never serves a file outside the root, not even through a link.
+/// Static files: the built-in ones (bridge.js, and a page when there is no root), those of the inspector below
+/// /inspector/, and the files below the root.
+/// Constant after construction. It never serves a file outside these folders, not even through a link.
 class HttpFiles {
 public:
-    /// root: a folder, or empty for none.
-    explicit HttpFiles(const QString &root);
+    /// root, inspector: a folder, or empty for none.
+    HttpFiles(const QString &root, const QString &inspector);
 
     /// path: that of the request, as it came.
     HttpReply answer(const QByteArray &method, const QByteArray &path) const;
@@ -26,7 +28,8 @@ public:
 private:
     QString fileFor(const QByteArray &path) const;
 
-    QString m_root; ///< canonical
+    QString m_root; ///< canonical, like the next
+    QString m_inspector;
 };
 
 } // namespace sim

@@ -1,5 +1,6 @@
 #include "gateway/MessageCenterCalls.h"
 
+#include "gateway/WantedQuotes.h"
 #include "msgcenter/WebMsgCenter.h"
 
 #include <QJsonArray>
@@ -27,20 +28,25 @@ QVariantList arrayIn(const QVariant &argument)
     return parts;
 }
 
-using Subscription = void (*)(VarnelCefView *view, const QString &uuid, const QVariant &symbols);
+using Subscription = void (*)(VarnelCefView *view, const QString &uuid, const QVariant &argument);
 
 const QPair<QLatin1String, Subscription> kSubscriptions[] = {
     {QLatin1String("Sub_subscribe_REQ"),
-     [](VarnelCefView *view, const QString &uuid, const QVariant &symbols) {
-         WebMsgCenter::instance()->subscribe(view, uuid, MessageCenterCalls::symbolsIn(symbols));
+     [](VarnelCefView *view, const QString &uuid, const QVariant &argument) {
+         const QStringList symbols = MessageCenterCalls::symbolsIn(argument);
+         WebMsgCenter::instance()->subscribe(view, uuid, symbols);
+         WantedQuotes::add(view, symbols);
      }},
     {QLatin1String("UnSub_subscribe_REQ"),
-     [](VarnelCefView *view, const QString &uuid, const QVariant &symbols) {
-         WebMsgCenter::instance()->unsubscribe(view, uuid, MessageCenterCalls::symbolsIn(symbols));
+     [](VarnelCefView *view, const QString &uuid, const QVariant &argument) {
+         const QStringList symbols = MessageCenterCalls::symbolsIn(argument);
+         WebMsgCenter::instance()->unsubscribe(view, uuid, symbols);
+         WantedQuotes::remove(view, symbols);
      }},
     {QLatin1String("UnSub_subscribeAll_REQ"),
      [](VarnelCefView *view, const QString &uuid, const QVariant &) {
          WebMsgCenter::instance()->unsubscribeAll(view, uuid);
+         WantedQuotes::removeAll(view);
      }},
 };
 

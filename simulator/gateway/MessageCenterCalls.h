@@ -8,7 +8,7 @@ class VarnelCefView;
 namespace sim {
 
 /// The page calls that go to the message center: quote subscriptions and strategies.
-/// User-interface thread only. Stateless.
+/// User-interface thread only. Stateless, apart from WantedQuotes.
 namespace MessageCenterCalls {
 
 /// Makes the call. Returns false without effect for an unknown name and for a subscription without a uuid.

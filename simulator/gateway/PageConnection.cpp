@@ -1,7 +1,9 @@
 #include "gateway/PageConnection.h"
 
+#include "gateway/EventLog.h"
 #include "gateway/Logging.h"
 #include "gateway/MessageCenterCalls.h"
+#include "gateway/WantedQuotes.h"
 #include "host/QCefViewAccess.h"
 #include "msgcenter/WebMsgCenter.h"
 #include "terminal/Terminal.h"
@@ -38,15 +40,18 @@ const PageConnection::Route PageConnection::kRoutes[] = {
     {QLatin1String("Vlx_"), &PageConnection::callMessageCenter},
 };
 
-PageConnection::PageConnection(std::shared_ptr<PageSocket> socket, QObject *parent)
+PageConnection::PageConnection(std::shared_ptr<PageSocket> socket, QObject *parent, VarnelCefView *view)
     : QObject(parent)
     , m_socket(std::move(socket))
     , m_number(m_socket->number())
+    , m_ownView(view ? nullptr : std::make_unique<VarnelCefView>())
+    , m_view(view ? *view : *m_ownView)
     , m_data(new DataThread(&m_view))
     , m_trade(new TradeThread(&m_view))
 {
     logPage(traffic::Entry::PageOpened, m_number);
-    QCefViewAccess::setPage(m_view, [page = m_socket](const QCefEvent &event) { page->send(event); });
+    QCefViewAccess::setPage(
+        m_view, [page = m_socket](const QCefEvent &event) { page->send(event, logEvent(page->number(), event)); });
     WebMsgCenter::instance()->reg(&m_view);
     qCInfo(gatewayLog, "page %d connected", m_number);
 }
@@ -56,6 +61,12 @@ PageConnection::~PageConnection()
     WebMsgCenter::instance()->unReg(&m_view);
     // The bus thread may be delivering to this view at this moment.
     Terminal::instance().bus()->awaitReturn();
+    // The view may live on, and show another page.
+    WebMsgCenter::instance()->unsubscribeAll(&m_view);
+    WantedQuotes::removeAll(&m_view);
+    QCefViewAccess::setPage(m_view, {});
+    delete m_data;
+    delete m_trade;
     m_socket->close(kGoingAway, QString());
     logPage(traffic::Entry::PageClosed, m_number);
     qCInfo(gatewayLog, "page %d gone", m_number);
@@ -80,10 +91,11 @@ void PageConnection::invoke(const CallFrame &frame)
     entry.args = frame.args;
     entry.size = frame.size;
     traffic::PageCall pageCall(traffic::log(), entry);
+    const int number = m_number;
     const bool isHandled = call(frame.method, frame.args);
     pageCall.done(isHandled);
     if (!isHandled)
-        qCInfo(gatewayLog, "page %d: nobody handles \"%s\"", m_number, qUtf8Printable(frame.method.left(100)));
+        qCInfo(gatewayLog, "page %d: nobody handles \"%s\"", number, qUtf8Printable(frame.method.left(100)));
 }
 
 bool PageConnection::call(const QString &method, const QVariantList &args)

@@ -13,12 +13,14 @@
 namespace sim {
 
 /// One connected page: its view and the view's dispatchers. Events go from the view straight to the page's socket.
-/// Made by the Gateway when a page connects, and deleted after the end of the connection; user-interface thread only.
-/// It is never deleted during a call of its page, even when the page disconnects meanwhile.
+/// Made when a page connects, and deleted after the end of the connection; user-interface thread only. It may be
+/// deleted during a call of its page, while the terminal asks the user a question: nothing is used of it after a call.
 class PageConnection : public QObject {
     Q_OBJECT
 public:
-    PageConnection(std::shared_ptr<PageSocket> socket, QObject *parent);
+    /// view: the one that shows the page. It outlives the connection, and may have another one after it. Without a view
+    /// the connection makes its own, which shows nothing.
+    PageConnection(std::shared_ptr<PageSocket> socket, QObject *parent, VarnelCefView *view = nullptr);
 
     /// Closes the connection.
     ~PageConnection() override;
@@ -38,7 +40,8 @@ private:
 
     const std::shared_ptr<PageSocket> m_socket;
     const int m_number;
-    VarnelCefView m_view;
+    const std::unique_ptr<VarnelCefView> m_ownView; ///< or null
+    VarnelCefView &m_view;
     DataThread *const m_data;   ///< child of the view
     TradeThread *const m_trade; ///< the same
 };

@@ -1,11 +1,9 @@
 #include "gateway/PageSession.h"
 
+#include "gateway/EventLog.h"
 #include "gateway/Logging.h"
 #include "gateway/Outbox.h"
-#include "traffic/Log.h"
-#include "traffic/Scope.h"
-
-#include <boost/beast/websocket.hpp>
+#include "gateway/WebSocket.h"
 
 #include <atomic>
 #include <optional>
@@ -14,47 +12,13 @@ namespace sim {
 
 namespace {
 
-namespace websocket = beast::websocket;
-
-/// For a page to agree to the end of its connection. What it sends meanwhile is read and dropped, because a connection
-/// that is closed while its peer sends is reset, and the peer would lose the reason.
-constexpr std::chrono::seconds kCloseDeadline(2);
-
 /// Bytes of the calls of a page that may wait for the user-interface thread before no more is read from the page.
 constexpr qint64 kMaxUnhandled = CallFrame::kMaxSize;
 
 /// A longer buffer is given back after use.
 constexpr std::size_t kKeptBuffer = std::size_t{64} * 1024;
 
-constexpr int kGoingAway = 1001;
-
 class Handle;
-
-/// Enters the event in the log. Returns the entry of its delivery, to be entered when the page has received it.
-traffic::Entry logEvent(int page, const QCefEvent &event)
-{
-    traffic::Entry entry;
-    entry.kind = traffic::Entry::Event;
-    entry.page = page;
-    entry.name = event.eventName();
-    entry.isReply = isReply(event);
-    if (entry.isReply)
-        entry.uuid = uuidOf(event);
-    traffic::Entry delivery = entry;
-    delivery.kind = traffic::Entry::EventDelivered;
-    delivery.time = traffic::log().now();
-    delivery.call = traffic::CallScope::current();
-    entry.args = event.arguments();
-    delivery.of = traffic::log().add(std::move(entry));
-    return delivery;
-}
-
-void logDelivery(traffic::Entry delivery, qint64 size)
-{
-    delivery.size = size;
-    delivery.duration = traffic::log().now() - delivery.time;
-    traffic::log().add(std::move(delivery));
-}
 
 } // namespace
 
@@ -74,7 +38,7 @@ private:
     void proceed();
     void end();
 
-    websocket::stream<Socket> m_stream;
+    WebSocket m_stream;
     const int m_number;
     Connections &m_connections;
     PageQueue &m_queue;
@@ -99,7 +63,10 @@ public:
     }
 
     int number() const override { return m_number; }
-    void send(const QCefEvent &event) override { m_queue.add(m_page, PageEvent{event, logEvent(m_number, event)}); }
+    void send(const QCefEvent &event, const traffic::Entry &delivery) override
+    {
+        m_queue.add(m_page, PageEvent{event, delivery});
+    }
     void close(int code, const QString &reason) override { m_queue.add(m_page, PageClose{code, reason}); }
 
     /// Counts a call that waits from now on. False when nothing more may be read for the time being.
@@ -163,10 +130,8 @@ PageSession::PageSession(Socket &&socket, int number, const PageSurroundings &su
     , m_queue(surroundings.queue)
     , m_listener(surroundings.listener)
 {
-    m_stream.set_option(websocket::stream_base::timeout{kCloseDeadline, websocket::stream_base::none(), false});
-    m_stream.auto_fragment(false);
+    setUp(m_stream);
     m_stream.read_message_max(0); // read() counts, because it can give a reason
-    m_stream.text(true);
 }
 
 void PageSession::open(const Request &request)

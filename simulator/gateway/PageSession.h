@@ -1,35 +1,19 @@
 #pragma once
 
 #include "gateway/Asio.h"
+#include "gateway/Connection.h"
 #include "gateway/EventFrame.h"
 #include "gateway/GatewayServer.h"
 #include "traffic/Entry.h"
 
 #include <memory>
 #include <mutex>
-#include <set>
 #include <variant>
 #include <vector>
 
 namespace sim {
 
 class PageSession;
-
-/// A connection of any kind. Input and output thread only.
-class Connection {
-public:
-    Connection() = default;
-    virtual ~Connection() = default;
-
-    /// The server stops.
-    virtual void stop() = 0;
-
-private:
-    Q_DISABLE_COPY_MOVE(Connection)
-};
-
-/// All connections. Each enters itself when it begins, and leaves when it ends.
-using Connections = std::set<std::shared_ptr<Connection>>;
 
 /// How a page is closed.
 struct PageClose {

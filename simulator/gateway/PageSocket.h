@@ -3,14 +3,16 @@
 #include "gateway/CallFrame.h"
 
 #include "QCefEvent.h"
+#include "traffic/Entry.h"
 
 #include <memory>
 
 namespace sim {
 
-/// The WebSocket of one page, as other threads see it.
-/// Made by the GatewayServer when a page connects, and kept alive by whoever still uses it. What is sent after the end
-/// of the connection is dropped. Any thread.
+/// The connection of one page, as other threads see it: the WebSocket of a browser's page, or the web channel of a page
+/// in the terminal's window.
+/// Made when a page connects, and kept alive by whoever still uses it. What is sent after the end of the connection is
+/// dropped. Any thread.
 class PageSocket {
 public:
     virtual ~PageSocket() = default;
@@ -19,7 +21,8 @@ public:
     virtual int number() const = 0;
 
     /// Sends the event to the page, after those that were sent before. Never waits and never calls back.
-    virtual void send(const QCefEvent &event) = 0;
+    /// delivery: what to enter in the log of the traffic when the page has it.
+    virtual void send(const QCefEvent &event, const traffic::Entry &delivery) = 0;
 
     /// Closes the connection when the page has received what was sent before.
     virtual void close(int code, const QString &reason) = 0;

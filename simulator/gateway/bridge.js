@@ -113,43 +113,55 @@
     }
   }
 
-  /**
-   * The bridge of a page that loads `bridge.js`. Calls made before the connection is open are sent, in order, when it opens.
-   * After its end nothing is sent.
-   */
+  /** The bridge of one page. Calls made before the connection is open are sent, in order, when it opens. */
   class PageBridge extends SocketBridge {
-    constructor(address) {
+    constructor(socket) {
       super();
       this.queue = [];
-      this.onConnectionChange(({ state, code, reason }) => {
+      this.onConnectionChange(({ state }) => {
         const queued = this.queue;
         this.queue = [];
-        if (state === 'open') {
-          for (const frame of queued) this.send(frame);
-          window.dispatchEvent(new CustomEvent('callbridge:open'));
-        } else window.dispatchEvent(new CustomEvent('callbridge:close', { detail: { code, reason } }));
+        if (state === 'open') for (const frame of queued) this.send(frame);
       });
-      this.use(new WebSocket(address));
+      this.use(socket);
     }
+    /** After the end of the connection nothing is sent. */
     sendLater(method, frame) {
       if (this.connectionState === 'connecting') this.queue.push(frame);
       else console.warn(`CallBridge: ${method} was not sent: the connection has ended`);
     }
   }
-  function install() {
-    // Connects to the server of this file, also when the page comes from another server.
-    const script = document.currentScript;
-    const bridge = new PageBridge(viewOf(script ? script.src : location.href));
-    window.CallBridge = Object.freeze({
+  /** What the terminal's own bridge has as well. */
+  function callsOf(bridge) {
+    return {
       invokeMethod: (method, ...args) => bridge.invokeMethod(method, ...args),
       addEventListener: (name, listener) => bridge.addEventListener(name, listener),
       removeEventListener: (name, listener) => bridge.removeEventListener(name, listener),
+    };
+  }
+  function sayThatItIsSimulated() {
+    console.info('CallBridge: this is a simulated terminal. No order leaves this machine.');
+  }
+
+  function install() {
+    // Connects to the server of this file, also when the page comes from another server.
+    const script = document.currentScript;
+    const bridge = new PageBridge(new WebSocket(viewOf(script ? script.src : location.href)));
+    bridge.onConnectionChange(({ state, code, reason }) => {
+      const change =
+        state === 'open'
+          ? new CustomEvent('callbridge:open')
+          : new CustomEvent('callbridge:close', { detail: { code, reason } });
+      window.dispatchEvent(change);
+    });
+    window.CallBridge = Object.freeze({
+      ...callsOf(bridge),
       onConnectionChange: bridge.onConnectionChange,
       get connectionState() {
         return bridge.connectionState;
       },
     });
-    console.info('CallBridge: this is a simulated terminal. No order leaves this machine.');
+    sayThatItIsSimulated();
   }
   if (!window.CallBridge) install();
 })();

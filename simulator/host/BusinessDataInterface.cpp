@@ -39,6 +39,14 @@ public:
     {
         total = 0;
         std::vector<int> page;
+        if (m_tests.empty() && !m_isEmpty) { // all match: only the records of the page are looked at
+            total = size;
+            const int first = qBound(0, offset, size);
+            const int last = count > 0 ? first + qMin(count, size - first) : size;
+            for (int row = first; row < last; ++row)
+                page.push_back(size - 1 - row);
+            return page;
+        }
         for (int number = m_isEmpty ? -1 : size - 1; number >= 0; --number) {
             if (!includes(at(number)))
                 continue;

@@ -1,12 +1,14 @@
 #include "CPackMessageCommon.h"
 
 #include "Tessar_Fields.h"
+#include "host/PackedRow.h"
 
-#include <QVariantList>
-
+#include <algorithm>
 #include <atomic>
 
 namespace {
+
+constexpr int kUsualFields = 32;
 
 QString nextClientMsgId()
 {
@@ -16,15 +18,14 @@ QString nextClientMsgId()
 
 } // namespace
 
-/// A packed message is a list of rows. A row is a list of fields in the order in which they were added. A field is a
-/// list of key and value. A packer makes one row.
 class CPackMessageCommon::Private {
 public:
-    QVariantList row;
+    PackedRow row;
 };
 
 CPackMessageCommon::CPackMessageCommon() : d(new Private)
 {
+    d->row.reserve(kUsualFields);
     AddVaule(Tessar_Fields::System::clientMsgID, nextClientMsgId());
 }
 
@@ -35,21 +36,18 @@ CPackMessageCommon::~CPackMessageCommon()
 
 void CPackMessageCommon::AddVaule(const QString &key, const QVariant &value)
 {
-    d->row.append(QVariant(QVariantList{key, value}));
+    d->row.append({key, value});
 }
 
 QVariant CPackMessageCommon::GetValue(const QString &key) const
 {
     // From the end: of a key that was added twice the last value counts.
-    for (auto field = d->row.crbegin(); field != d->row.crend(); ++field) {
-        const QVariantList pair = field->toList();
-        if (pair.first() == key)
-            return pair.last();
-    }
-    return {};
+    const auto found =
+        std::find_if(d->row.crbegin(), d->row.crend(), [&](const auto &field) { return field.first == key; });
+    return found == d->row.crend() ? QVariant() : found->second;
 }
 
 QVariant CPackMessageCommon::GetPackedMsg(int)
 {
-    return QVariantList{QVariant(d->row)};
+    return QVariant::fromValue(d->row);
 }

@@ -1,10 +1,10 @@
 #include "CUnPackMessageCommon.h"
 
-#include <QVariantList>
+#include "host/PackedRow.h"
 
 class CUnPackMessageCommon::Private {
 public:
-    QVariantList rows;
+    PackedRow row;
 };
 
 CUnPackMessageCommon::CUnPackMessageCommon() : d(new Private) {}
@@ -16,20 +16,17 @@ CUnPackMessageCommon::~CUnPackMessageCommon()
 
 bool CUnPackMessageCommon::SetUnPackMsg(const QVariant &message, bool)
 {
-    d->rows = message.toList(); // the format is described in CPackMessageCommon.cpp
-    return !d->rows.isEmpty();
+    // Of a message with several rows only the first is read.
+    const QVariant first = message.userType() == QMetaType::QVariantList ? message.toList().value(0) : message;
+    const bool isRow = first.userType() == qMetaTypeId<PackedRow>();
+    d->row = isRow ? first.value<PackedRow>() : PackedRow();
+    return isRow;
 }
 
 QVariantMap CUnPackMessageCommon::GetRowValue()
 {
     QVariantMap values;
-    if (d->rows.isEmpty())
-        return values;
-    const QVariantList row = d->rows.first().toList();
-    for (const QVariant &field : row) {
-        const QVariantList pair = field.toList();
-        if (pair.size() == 2)
-            values.insert(pair.first().toString(), pair.last());
-    }
+    for (const auto &[key, value] : qAsConst(d->row))
+        values.insert(key, value);
     return values;
 }

@@ -1,6 +1,7 @@
 #include "host/ReportCells.h"
 
 #include "Tessar_Fields.h"
+#include "services/TimeTexts.h"
 #include "services/TradeCodes.h"
 #include "terminal/Terminal.h"
 
@@ -63,10 +64,8 @@ QVariantMap cellOf(const QVariant &value, CellFormat format, int decimals, ShowT
     switch (format) {
     case CellFormat::Text:
         return cell(text, value);
-    case CellFormat::Time: {
-        const QDateTime time = QDateTime::fromString(text, QStringLiteral("yyyyMMddHHmmss"));
-        return cell(time.toString(QStringLiteral("HH:mm:ss")), value);
-    }
+    case CellFormat::Time:
+        return cell(TimeTexts::timeOfDay(text), value);
     case CellFormat::Qty:
         return cell(numberText(value.toDouble(), 0, showType), value);
     case CellFormat::Limit:

@@ -159,6 +159,10 @@ int VarnelTradeLogic::orders(const OrderRequestList &list, QVariant &response, i
         errors += reasons;
         return kRefused;
     }
+    if (!terminal.mayPlace(orders)) { // the page may be gone after the question
+        errors.append({kRefused, QStringLiteral("用户取消了委托")});
+        return kRefused;
+    }
     QVariantList responses;
     responses.reserve(int(orders.size()));
     for (const Order &order : terminal.desk().place(orders, terminal.now()))

@@ -1,25 +1,37 @@
 #include "platform/Scenario.h"
 
+#include "exchange/Listing.h"
+#include "platform/ScenarioRules.h"
 #include "platform/StrictJson.h"
 
 #include <QFile>
-#include <QJsonDocument>
 
 #include <cmath>
+
+// Resources of a static library are linked only when they are named. Qt requires this outside of namespaces.
+static void initResources()
+{
+    Q_INIT_RESOURCE(scenarios);
+}
 
 namespace sim {
 
 namespace {
 
 constexpr int kMaxTick = 1000;
-constexpr int kMaxGenerated = 1000;
+constexpr int kMaxOrders = 10000; // of one fund account at the opening
+constexpr int kMaxPositions = 1000;
+constexpr int kMaxBusDelay = 10000;
 constexpr qint64 kMaxCount = 1000000000;
 constexpr qint64 kMaxSeed = Q_INT64_C(1) << 53; // JSON's numbers are exact up to here
 
+// A value that could not be read is empty, invalid or nothing. Its mistake is noted, and no other one follows from it.
+
 QDateTime dateTime(JsonNode &node, const QString &key)
 {
-    QDateTime time = QDateTime::fromString(node.text(key), QStringLiteral("yyyy-MM-dd HH:mm:ss"));
-    if (!time.isValid())
+    const QString text = node.text(key);
+    QDateTime time = QDateTime::fromString(text, QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+    if (!time.isValid() && !text.isEmpty())
         node.fail(key, QStringLiteral("must be a date and time like 2025-03-03 10:00:00"));
     time.setTimeSpec(Qt::UTC);
     return time;
@@ -27,19 +39,27 @@ QDateTime dateTime(JsonNode &node, const QString &key)
 
 QDate date(JsonNode &node, const QString &key)
 {
-    const QDate date = QDate::fromString(node.text(key), QStringLiteral("yyyy-MM-dd"));
-    if (!date.isValid())
+    const QString text = node.text(key);
+    const QDate date = QDate::fromString(text, QStringLiteral("yyyy-MM-dd"));
+    if (!date.isValid() && !text.isEmpty())
         node.fail(key, QStringLiteral("must be a date like 2015-01-05"));
     return date;
+}
+
+/// Notes a mistake when the text is one of those in seen, and adds it to them.
+void requireNew(const JsonNode &node, const QString &key, const QString &text, QSet<QString> &seen)
+{
+    if (seen.contains(text))
+        node.fail(key, QStringLiteral("\"%1\" is there twice").arg(text));
+    if (!text.isEmpty())
+        seen.insert(text);
 }
 
 /// Reads a text that must differ from all in seen.
 QString unique(JsonNode &node, const QString &key, QSet<QString> &seen)
 {
     const QString text = node.text(key);
-    if (seen.contains(text))
-        node.fail(key, QStringLiteral("\"%1\" is there twice").arg(text));
-    seen.insert(text);
+    requireNew(node, key, text, seen);
     return text;
 }
 
@@ -65,7 +85,7 @@ QVector<Login> readLogins(JsonNode &root, const QMap<QString, QString> &traders)
         login.account = unique(node, account, accounts);
         login.token = node.text(QStringLiteral("token"));
         node.finish();
-        if (!traders.contains(login.account))
+        if (!login.account.isEmpty() && !traders.isEmpty() && !traders.contains(login.account))
             node.fail(account, QStringLiteral("\"%1\" is not one of the traders").arg(login.account));
         // The account names the folder of the login's settings file.
         if (login.account.contains(QLatin1Char('/')) || login.account.contains(QLatin1Char('\\')) ||
@@ -82,9 +102,9 @@ FundProperty readProperty(JsonNode &node)
     const QString text = node.text(key);
     if (text == QLatin1String("stock"))
         return StockFund;
-    if (text == QLatin1String("futures"))
-        return FuturesFund;
-    node.fail(key, QStringLiteral("must be \"stock\" or \"futures\""));
+    if (text != QLatin1String("futures") && !text.isEmpty())
+        node.fail(key, QStringLiteral("must be \"stock\" or \"futures\""));
+    return FuturesFund;
 }
 
 QVector<FundAccount> readFundAccounts(JsonNode &root)
@@ -100,11 +120,8 @@ QVector<FundAccount> readFundAccounts(JsonNode &root)
         fund.property = readProperty(node);
         fund.tradingAccounts = node.texts(tradingAccounts);
         node.finish();
-        for (const QString &account : qAsConst(fund.tradingAccounts)) {
-            if (seenTradingAccounts.contains(account))
-                node.fail(tradingAccounts, QStringLiteral("\"%1\" is there twice").arg(account));
-            seenTradingAccounts.insert(account);
-        }
+        for (const QString &account : qAsConst(fund.tradingAccounts))
+            requireNew(node, tradingAccounts, account, seenTradingAccounts);
         fundAccounts.append(fund);
     }
     return fundAccounts;
@@ -123,7 +140,9 @@ QVector<AlgoPermission> readAlgoPermissions(JsonNode &root, const QVector<FundAc
         permission.fundAccount = node.text(fundAccount);
         permission.supportType = node.text(QStringLiteral("supportType"));
         node.finish();
-        if (!known.contains(permission.fundAccount))
+        if (permission.fundAccount.isEmpty() || permission.supportType.isEmpty())
+            continue;
+        if (!known.isEmpty() && !known.contains(permission.fundAccount))
             node.fail(fundAccount,
                       QStringLiteral("\"%1\" is not one of the fund accounts").arg(permission.fundAccount));
         if (seen.contains({permission.fundAccount, permission.supportType}))
@@ -135,93 +154,150 @@ QVector<AlgoPermission> readAlgoPermissions(JsonNode &root, const QVector<FundAc
     return permissions;
 }
 
+/// 0 after a mistake.
 double readTick(JsonNode &node)
 {
     const QString key = QStringLiteral("tick");
-    const double tick = node.number(key);
-    if (!(tick >= 0.0001 && tick <= kMaxTick) || decimalsOf(tick) < 0)
-        node.fail(key, QStringLiteral("must be a positive multiple of 0.0001, at most %1").arg(kMaxTick));
-    return tick;
+    const std::optional<double> tick = node.number(key);
+    if (!tick)
+        return 0;
+    if (*tick >= 0.0001 && *tick <= kMaxTick && decimalsOf(*tick) >= 0)
+        return *tick;
+    node.fail(key, QStringLiteral("must be a positive multiple of 0.0001, at most %1").arg(kMaxTick));
+    return 0;
 }
 
+/// 0 after a mistake.
 double readPrice(JsonNode &node, const Instrument &security)
 {
     const QString key = QStringLiteral("price");
-    const double price = node.number(key);
-    const double ticks = price / security.tick;
-    if (!(ticks >= 1 && ticks <= double(kMaxCount)) || std::abs(ticks - std::round(ticks)) > 1e-6)
-        node.fail(key, QStringLiteral("must be a positive multiple of the tick, at most %1 ticks").arg(kMaxCount));
-    return security.priceOf(std::llround(ticks));
+    const std::optional<double> price = node.number(key);
+    if (!price || security.tick <= 0)
+        return 0;
+    const double ticks = *price / security.tick;
+    if (ticks >= 1 && ticks <= double(kMaxCount) && std::abs(ticks - std::round(ticks)) <= 1e-6)
+        return security.priceOf(std::llround(ticks));
+    node.fail(key, QStringLiteral("must be a positive multiple of the tick, at most %1 ticks").arg(kMaxCount));
+    return 0;
 }
 
-SecurityClass readClass(JsonNode &node, const MarketRules &rules)
+/// Nothing after a mistake.
+std::optional<SecurityClass> readClass(JsonNode &node, const MarketRules &rules)
 {
     const QString key = QStringLiteral("subType");
     const QString subType = node.text(key);
     const std::optional<SecurityClass> found = rules.securityClass(subType);
-    if (!found)
+    if (!found && !subType.isEmpty())
         node.fail(key, QStringLiteral("\"%1\" is not a known sub-type").arg(subType));
-    return *found;
+    return found;
 }
 
 /// The accrued interest of 100 face value.
 double readInterest(JsonNode &node)
 {
     const QString key = QStringLiteral("interest");
-    const double interest = node.number(key);
-    if (!(interest >= 0 && interest < 100))
+    const std::optional<double> interest = node.number(key);
+    if (interest && !(*interest >= 0 && *interest < 100))
         node.fail(key, QStringLiteral("must be at least 0 and below 100"));
-    return interest;
+    return interest.value_or(0);
+}
+
+Instrument readSecurity(JsonNode &node, const MarketRules &rules)
+{
+    const QString interest = QStringLiteral("interest");
+    Instrument security;
+    security.symbol = node.text(QStringLiteral("symbol"));
+    security.securityId = node.text(QStringLiteral("securityId"));
+    security.exchange = node.text(QStringLiteral("exchange"));
+    security.name = node.text(QStringLiteral("name"));
+    security.spellCode = node.text(QStringLiteral("spellCode"));
+    const std::optional<SecurityClass> securityClass = readClass(node, rules);
+    if (securityClass)
+        securityClass->applyTo(security);
+    security.tick = readTick(node);
+    security.decimals = decimalsOf(security.tick);
+    security.price = readPrice(node, security);
+    // Whether a security of an unknown sub-type has interest cannot be told.
+    if (securityClass ? security.kind == SecurityKind::Bond : node.has(interest))
+        security.interest = readInterest(node);
+    security.multiplier = double(node.wholeNumber(QStringLiteral("multiplier"), 1, kMaxCount).value_or(1));
+    security.dailyVolume = node.wholeNumber(QStringLiteral("dailyVolume"), 0, kMaxCount).value_or(0);
+    security.listed = date(node, QStringLiteral("listed"));
+    node.finish();
+    return security;
 }
 
 QVector<Instrument> readSecurities(JsonNode &root, const QDate &start, const MarketRules &rules)
 {
-    const QString listed = QStringLiteral("listed");
     QVector<Instrument> securities;
     QSet<QString> symbols;
     QSet<QPair<QString, QString>> ids;
     for (JsonNode &node : root.objects(QStringLiteral("securities"))) {
-        Instrument security;
-        security.symbol = unique(node, QStringLiteral("symbol"), symbols);
-        security.securityId = node.text(QStringLiteral("securityId"));
-        security.exchange = node.text(QStringLiteral("exchange"));
-        security.name = node.text(QStringLiteral("name"));
-        security.spellCode = node.text(QStringLiteral("spellCode"));
-        readClass(node, rules).applyTo(security);
-        security.tick = readTick(node);
-        security.decimals = decimalsOf(security.tick);
-        security.price = readPrice(node, security);
-        if (security.kind == SecurityKind::Bond)
-            security.interest = readInterest(node);
-        security.multiplier = double(node.wholeNumber(QStringLiteral("multiplier"), 1, kMaxCount));
-        security.dailyVolume = node.wholeNumber(QStringLiteral("dailyVolume"), 0, kMaxCount);
-        security.listed = date(node, listed);
-        node.finish();
-        if (security.listed >= start)
-            node.fail(listed, QStringLiteral("must be before the scenario starts"));
-        if (ids.contains({security.securityId, security.exchange}))
+        const Instrument security = readSecurity(node, rules);
+        requireNew(node, QStringLiteral("symbol"), security.symbol, symbols);
+        if (start.isValid() && security.listed.isValid() && security.listed >= start)
+            node.fail(QStringLiteral("listed"), QStringLiteral("must be before the scenario starts"));
+        const QPair<QString, QString> id{security.securityId, security.exchange};
+        if (!security.securityId.isEmpty() && ids.contains(id))
             node.fail(QStringLiteral("securityId"), QStringLiteral("\"%1\" is there twice").arg(security.securityId));
-        ids.insert({security.securityId, security.exchange});
+        ids.insert(id);
         securities.append(security);
     }
     return securities;
+}
+
+/// The rest keeps its default.
+OpeningTerms readOpening(JsonNode &root)
+{
+    const QString orders = QStringLiteral("generatedOrders");
+    const QString positions = QStringLiteral("generatedPositions");
+    static const QMap<QString, SecurityKind> kinds{{QStringLiteral("shares"), SecurityKind::Share},
+                                                   {QStringLiteral("funds"), SecurityKind::Fund},
+                                                   {QStringLiteral("bonds"), SecurityKind::Bond},
+                                                   {QStringLiteral("futures"), SecurityKind::Future}};
+    OpeningTerms terms;
+    if (root.has(orders))
+        terms.orders = int(root.wholeNumber(orders, 0, kMaxOrders).value_or(0));
+    if (!root.has(positions))
+        return terms;
+    if (std::optional<JsonNode> node = root.object(positions)) {
+        for (auto kind = kinds.begin(); kind != kinds.end(); ++kind) {
+            if (node->has(kind.key()))
+                terms.positions[kind.value()] = int(node->wholeNumber(kind.key(), 0, kMaxPositions).value_or(0));
+        }
+        node->finish();
+    }
+    return terms;
 }
 
 Scenario readRoot(JsonNode root)
 {
     Scenario scenario;
     scenario.name = root.text(QStringLiteral("name"));
-    scenario.seed = quint64(root.wholeNumber(QStringLiteral("seed"), 0, kMaxSeed));
+    scenario.seed = quint64(root.wholeNumber(QStringLiteral("seed"), 0, kMaxSeed).value_or(0));
     scenario.start = dateTime(root, QStringLiteral("start"));
     scenario.station = root.text(QStringLiteral("station"));
     scenario.traders = readTraders(root);
     scenario.logins = readLogins(root, scenario.traders);
     scenario.fundAccounts = readFundAccounts(root);
     scenario.algoPermissions = readAlgoPermissions(root, scenario.fundAccounts);
+    scenario.rules = readRules(root);
     scenario.securities = readSecurities(root, scenario.start.date(), scenario.rules);
-    scenario.generatedSecurities = int(root.wholeNumber(QStringLiteral("generatedSecurities"), 0, kMaxGenerated));
+    scenario.generatedSecurities =
+        int(root.wholeNumber(QStringLiteral("generatedSecurities"), 0, kMostGenerated).value_or(0));
+    scenario.opening = readOpening(root);
+    const QString busDelay = QStringLiteral("busDelay");
+    if (root.has(busDelay))
+        scenario.busDelay = int(root.wholeNumber(busDelay, 0, kMaxBusDelay).value_or(0));
+    if (root.has(QStringLiteral("$schema")))
+        root.text(QStringLiteral("$schema")); // for editors
     root.finish();
     return scenario;
+}
+
+QString mistakeAt(const QString &fileName, const QByteArray &text, int offset, const QString &problem)
+{
+    return QStringLiteral("%1:%2: %3").arg(fileName, placeOf(text, offset), problem);
 }
 
 } // namespace
@@ -238,26 +314,31 @@ bool Scenario::read(const QString &fileName, Scenario &scenario, QString &error)
 
 bool Scenario::parse(const QByteArray &text, const QString &fileName, Scenario &scenario, QString &error)
 {
-    QJsonParseError parseError;
-    const QJsonDocument document = QJsonDocument::fromJson(text, &parseError);
-    if (parseError.error != QJsonParseError::NoError) {
-        error = QStringLiteral("%1: not JSON: %2 at byte %3")
-                    .arg(fileName, parseError.errorString())
-                    .arg(parseError.offset);
+    JsonValue root;
+    const JsonSyntaxError syntaxError = parseJson(text, root);
+    if (!syntaxError.problem.isEmpty()) {
+        error = mistakeAt(fileName, text, syntaxError.offset, QStringLiteral("not JSON: ") + syntaxError.problem);
         return false;
     }
-    try {
-        scenario = readRoot(JsonNode(QString(), document.isObject() ? QJsonValue(document.object()) : QJsonValue()));
-        return true;
-    } catch (const JsonError &problem) {
-        error = QStringLiteral("%1: %2").arg(fileName, problem.message());
+    if (root.type != JsonValue::Object) {
+        error = mistakeAt(fileName, text, root.offset, QStringLiteral("must be an object"));
         return false;
     }
+    JsonMistakes mistakes;
+    scenario = readRoot(JsonNode(mistakes, QString(), root));
+    error = mistakes.lines(fileName, text).join(QLatin1Char('\n'));
+    return error.isEmpty();
 }
 
-QString Scenario::defaultFile()
+QStringList Scenario::builtInNames()
 {
-    return QStringLiteral(":/scenarios/default.json");
+    return {QStringLiteral("default"), QStringLiteral("quiet"), QStringLiteral("large")};
+}
+
+QString Scenario::builtIn(const QString &name)
+{
+    initResources();
+    return builtInNames().contains(name) ? QStringLiteral(":/scenarios/%1.json").arg(name) : QString();
 }
 
 } // namespace sim

@@ -2,6 +2,7 @@
 
 #include "HostApi.h"
 #include "books/Accounts.h"
+#include "books/OpeningBooks.h"
 #include "exchange/MarketRules.h"
 
 #include <QDateTime>
@@ -28,17 +29,23 @@ struct VARNEL_HOST_API Scenario {
     QVector<AlgoPermission> algoPermissions;
     QVector<Instrument> securities;
     int generatedSecurities = 0; ///< how many more are made up from the seed
-    MarketRules rules;           ///< files do not set them
+    OpeningTerms opening;
+    int busDelay = 20; ///< milliseconds of a request or event on the bus, at normal speed
+    MarketRules rules;
 
-    /// Reads a scenario file. On failure it returns false, and error is one line with the file, the place and the
-    /// problem; the scenario is then unusable.
+    /// Reads a scenario file. On failure it returns false, and error has a line for each mistake, with the file, the
+    /// place and the problem; the scenario is then unusable.
     static bool read(const QString &fileName, Scenario &scenario, QString &error);
 
-    /// The same with the text of a file. name: of the file, for errors.
-    static bool parse(const QByteArray &text, const QString &name, Scenario &scenario, QString &error);
+    /// The same with the text of a file; its name is for the mistakes.
+    static bool parse(const QByteArray &text, const QString &fileName, Scenario &scenario, QString &error);
 
-    /// The scenario that is built in.
-    static QString defaultFile();
+    /// The scenarios that are built in; the first one is the default.
+    static QStringList builtInNames();
+
+    /// The file of a built-in scenario; empty for another name.
+    static QString builtIn(const QString &name);
+    static QString defaultFile() { return builtIn(builtInNames().first()); }
 };
 
 } // namespace sim

@@ -1,6 +1,7 @@
 #include "recording/PlayedPage.h"
 
 #include "gateway/EventFrame.h"
+#include "gateway/EventLog.h"
 #include "gateway/PageConnection.h"
 
 #include <algorithm>
@@ -16,8 +17,9 @@ public:
     void close(int, const QString &) override {}
     void handled(const CallFrame &) override {}
 
-    void send(const QCefEvent &event) override
+    void send(const QCefEvent &event, const traffic::Entry &delivery) override
     {
+        logDelivery(delivery, 0); // no bytes are sent anywhere
         if (!isReply(event))
             return;
         QStringList args;

@@ -113,12 +113,12 @@ bool RecordingReader::open(const QString &fileName, QString &error)
     if (!error.isEmpty())
         return false;
     if (!head || head->value(Key::format) != kFormat) {
-        error = QStringLiteral("%1: line 1: not the head of a recording").arg(fileName);
+        error = placeOfHead() + QStringLiteral("not the head of a recording");
         return false;
     }
     if (head->value(Key::version) != RecordingHead::kVersion) {
-        error = QStringLiteral("%1: line 1: version %2 of the format is not known")
-                    .arg(fileName, head->value(Key::version).toVariant().toString());
+        error = placeOfHead() + QStringLiteral("version %1 of the format is not known")
+                                    .arg(head->value(Key::version).toVariant().toString());
         return false;
     }
     m_head.simulator = head->value(Key::simulator).toString();
@@ -153,6 +153,17 @@ std::optional<RecordedEntry> RecordingReader::next(QString &error)
     entry.uuid = object->value(Key::uuid).toString();
     entry.args = object->value(Key::args).toArray().toVariantList();
     return entry;
+}
+
+int RecordingReader::lastPage() const
+{
+    int last = 0;
+    QString error;
+    RecordingReader reader;
+    reader.open(fileName(), error);
+    while (const std::optional<RecordedEntry> entry = reader.next(error))
+        last = std::max(last, entry->page);
+    return last;
 }
 
 std::optional<QJsonObject> RecordingReader::readLine(QString &error)

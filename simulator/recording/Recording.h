@@ -56,7 +56,13 @@ public:
     /// The number of the line that was read last, from 1.
     int line() const { return m_line; }
 
+    /// The highest number of a page, as far as the file can be read. Reads the file once more.
+    int lastPage() const;
+
     QString fileName() const { return m_file.fileName(); }
+
+    /// For messages: the file and its first line.
+    QString placeOfHead() const { return fileName() + QStringLiteral(": line 1: "); }
 
 private:
     std::optional<QJsonObject> readLine(QString &error);

@@ -3,6 +3,7 @@
 #include "HostTypes.h"
 #include "Tessar_Fields.h"
 #include "exchange/Exchange.h"
+#include "services/TimeTexts.h"
 
 namespace sim {
 
@@ -48,7 +49,7 @@ QVariantList answer(const Exchange &exchange, const QVariantMap &request)
         list.append(QVariantMap{
             {Tessar_Fields::System::clientMsgID, clientMsgId},
             {Tessar_Fields::Security::symbol, symbol},
-            {QStringLiteral("time"), candle.end.toString(minutes ? kTimeFormat : kDateFormat)},
+            {QStringLiteral("time"), minutes ? TimeTexts::write(candle.end) : candle.end.toString(kDateFormat)},
             {QStringLiteral("open"), candle.open},
             {QStringLiteral("high"), candle.high},
             {QStringLiteral("low"), candle.low},

@@ -2,6 +2,7 @@
 
 #include "CommonQuotaHandler.h"
 #include "services/QuoteFields.h"
+#include "services/TimeTexts.h"
 
 namespace sim {
 
@@ -29,7 +30,7 @@ QVariantMap QuoteTicks::fieldsOf(const Quote &quote)
 {
     return {
         {QuoteFields::symbol, quote.symbol},
-        {QuoteFields::time, quote.time.toString(QStringLiteral("yyyyMMddHHmmss"))},
+        {QuoteFields::time, TimeTexts::write(quote.time)},
         {QuoteFields::previousClose, quote.previousClose},
         {QuoteFields::open, quote.open},
         {QuoteFields::high, quote.high},

@@ -4,6 +4,7 @@
 #include "Tessar_Values.h"
 #include "Varnel_Fields.h"
 #include "exchange/Instrument.h"
+#include "services/TimeTexts.h"
 #include "services/TradeCodes.h"
 
 using namespace Tessar_Fields;
@@ -11,11 +12,6 @@ using namespace Tessar_Fields;
 namespace sim {
 
 namespace {
-
-QString timeText(const QDateTime &time)
-{
-    return time.toString(QStringLiteral("yyyyMMddHHmmss"));
-}
 
 /// The fields that orders and executions share.
 const RecordFields<OrderSource> &sharedFields()
@@ -50,7 +46,7 @@ const RecordFields<OrderSource> &orderFields()
     static const RecordFields<OrderSource> fields = [] {
         RecordFields<OrderSource> all = sharedFields();
         const RecordFields<OrderSource> own{
-            {RecordField::orderTime, [](Source s) { return timeText(s.order.entered); }},
+            {RecordField::orderTime, [](Source s) { return TimeTexts::write(s.order.entered); }},
             {CustomField::priceType, [](Source s) { return priceTypeCodes().code(s.order.priceType); }},
             {Security::price, [](Source s) { return s.order.price; }},
             {Security::orderQty, [](Source s) { return s.order.qty; }},
@@ -74,7 +70,7 @@ const RecordFields<ExecutionSource> &executionFields()
     static const RecordFields<ExecutionSource> fields = [] {
         RecordFields<ExecutionSource> all{
             {Security::execID, [](Source s) { return s.execution.id; }},
-            {RecordField::dealTime, [](Source s) { return timeText(s.execution.time); }},
+            {RecordField::dealTime, [](Source s) { return TimeTexts::write(s.execution.time); }},
             {RecordField::dealQty, [](Source s) { return s.execution.qty; }},
             {RecordField::dealPrice, [](Source s) { return s.execution.price; }},
             {RecordField::dealAmount, [](Source s) { return s.execution.amount.yuan(); }},

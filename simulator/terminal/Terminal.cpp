@@ -4,9 +4,11 @@
 #include "services/KLineService.h"
 #include "services/PermissionService.h"
 #include "services/QuoteTicks.h"
-#include "traffic/Log.h"
+#include "traffic/Scope.h"
 
 #include <QtGlobal>
+
+#include <utility>
 
 namespace sim {
 
@@ -14,8 +16,6 @@ namespace {
 
 Terminal *s_terminal = nullptr; // set before any thread that reads it starts, reset after the last one ended
 
-/// Delay of a request or event on the bus, in exchange time.
-constexpr std::chrono::milliseconds kLatency(20);
 
 } // namespace
 
@@ -27,10 +27,11 @@ Terminal::Terminal(const Scenario &scenario, const Login &login, double speed, b
                          scenario.rules),
                  scenario.seed, scenario.start.date(), m_clock, scenario.rules)
     , m_accounts(scenario.traders, scenario.fundAccounts)
-    , m_bus(std::make_shared<MessageBus>(m_clock, kLatency))
+    , m_bus(std::make_shared<MessageBus>(m_clock, std::chrono::milliseconds(scenario.busDelay)))
     , m_tradeEvents(*m_bus, m_accounts)
-    , m_desk(m_accounts, scenario.start.toString(QStringLiteral("yyyyMMdd")), m_exchange, scenario.seed, scenario.start,
-             [this](const DeskEvents &events) { m_tradeEvents.announce(events); })
+    , m_desk(
+          m_accounts, scenario.start.toString(QStringLiteral("yyyyMMdd")), m_exchange, scenario.seed, scenario.start,
+          [this](const DeskEvents &events) { m_tradeEvents.announce(events); }, scenario.opening)
     , m_strategies(*m_bus, scenario)
 {
     Q_ASSERT(!s_terminal);
@@ -101,6 +102,26 @@ Prices Terminal::latestPrices() const
     return [this, step = Exchange::stepAt(now())](const QString &symbol) {
         return m_exchange.lastPrice(symbol, step).value_or(0);
     };
+}
+
+Terminal::OrderQuestion Terminal::askBeforeOrders(OrderQuestion question)
+{
+    return std::exchange(m_orderQuestion, std::move(question));
+}
+
+bool Terminal::mayPlace(const std::vector<Order> &orders)
+{
+    const OrderQuestion question = m_orderQuestion; // it may be ended while it is asked
+    if (!question)
+        return true;
+    bool may = false;
+    {
+        const traffic::CallScope none(0); // what happens while the event loop spins belongs to no call
+        const SimulatedClock::Release goesOn(m_clock);
+        may = question(orders);
+    }
+    m_desk.advance(now());
+    return may;
 }
 
 Terminal &Terminal::instance()

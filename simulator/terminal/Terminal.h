@@ -10,7 +10,9 @@
 #include "platform/StrategyPlatform.h"
 #include "services/TradeEvents.h"
 
+#include <functional>
 #include <memory>
+#include <vector>
 
 namespace sim {
 
@@ -66,6 +68,16 @@ public:
     /// The latest prices of all securities.
     Prices latestPrices() const;
 
+    /// Shows the user the orders of one call, and returns whether they may be placed. It may spin the event loop.
+    using OrderQuestion = std::function<bool(const std::vector<Order> &)>;
+
+    /// From now on the user is asked before orders are placed; an empty function ends that. Returns what was asked
+    /// before. User-interface thread only, as the next one.
+    OrderQuestion askBeforeOrders(OrderQuestion question);
+
+    /// Asks the user, if that is wanted. Exchange time runs on meanwhile, also in a Moment.
+    bool mayPlace(const std::vector<Order> &orders);
+
     const std::shared_ptr<MessageBus> &bus() const { return m_bus; }
     QuoteFeed &quoteFeed() { return *m_quoteFeed; }
 
@@ -83,6 +95,7 @@ private:
     TradeEvents m_tradeEvents;
     TradingDesk m_desk;
     StrategyPlatform m_strategies;
+    OrderQuestion m_orderQuestion;
     std::unique_ptr<QuoteFeed> m_quoteFeed; ///< last: its thread uses all of the above
 };
 

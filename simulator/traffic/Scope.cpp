@@ -22,14 +22,16 @@ Entry endOf(const Entry &call, quint64 number)
 
 } // namespace
 
-CallScope::CallScope(quint64 call) : m_outer(t_call)
+CallScope::CallScope(quint64 call, PageCall *operations) : m_outer(t_call), m_outerOperations(t_pageCall)
 {
     t_call = call;
+    t_pageCall = operations;
 }
 
 CallScope::~CallScope()
 {
     t_call = m_outer;
+    t_pageCall = m_outerOperations;
 }
 
 quint64 CallScope::current()
@@ -38,14 +40,8 @@ quint64 CallScope::current()
 }
 
 PageCall::PageCall(Log &log, const Entry &call)
-    : m_log(log), m_done(endOf(call, log.add(call))), m_begin(log.now()), m_scope(m_done.of), m_outer(t_pageCall)
+    : m_log(log), m_done(endOf(call, log.add(call))), m_begin(log.now()), m_scope(m_done.of, this)
 {
-    t_pageCall = this;
-}
-
-PageCall::~PageCall()
-{
-    t_pageCall = m_outer;
 }
 
 void PageCall::done(bool isHandled)

@@ -55,13 +55,11 @@ test.describe('a future traded by keyboard only', { tag: '@page' }, () => {
     await expect(page.getByRole('tabpanel', { name: '交易' })).toBeVisible();
     await page.keyboard.press('Alt+t');
     await expect(fieldOf(page, 'symbol')).toBeFocused();
-    await page.keyboard.press('Shift+Tab');
-    await page.keyboard.type(futuresAccount);
-    await page.keyboard.press('Alt+t');
     await page.keyboard.type(free.spellName.toLowerCase());
     await expect(ticketOf(page).locator('[role="option"]').first()).toContainText(free.displayName);
     await page.keyboard.press('Enter');
     await expect(fieldOf(page, 'symbol')).toHaveValue(free.symbol);
+    await expect(ticketOf(page).getByLabel('资产账号')).toHaveValue(futuresAccount); // the first that trades futures
     await quoteOf(frames, free.symbol);
     await expect(page.getByTestId('ladder').locator('tbody tr')).not.toHaveCount(0);
 
@@ -156,14 +154,33 @@ test.describe('hot keys', { tag: '@page' }, () => {
     await expect(dialog).toHaveCount(0);
     expect(sent(frames, 'Trade_reqCancelOrder_REQ')).toEqual([]);
     await page.keyboard.press('Alt+c');
+    await expect(dialog.getByRole('button', { name: '确认撤单' })).toBeFocused();
     await page.keyboard.press('Enter');
     await expect(cell(page, 'blotter-table', ids[1]!, 'status')).toHaveCount(0);
     expect(sent(frames, 'Trade_reqCancelOrder_REQ').map(({ args }) => args[1])).toEqual([ids[1]]);
 
     await page.keyboard.press('Alt+Shift+C');
-    await expect(dialog).toContainText('撤销');
+    await expect(dialog.getByRole('button', { name: '确认撤单' })).toBeFocused();
     await page.keyboard.press('Enter');
     await expect.poll(() => numberOf(page.getByTestId('cancel-all'))).toBe(0);
+  });
+
+  test('act on the orders that are shown, even when an order has appeared just before the key', async ({ page }) => {
+    const frames = await openTrade(page);
+    const first = await placeOrder(page, frames, { qty: '100' });
+    await expect(cell(page, 'blotter-table', first, 'status')).toHaveText('已报');
+    await page.evaluate(() => {
+      const newest = () => document.querySelector<HTMLElement>('[data-testid="blotter-table"] tr[data-id]')?.dataset.id;
+      const before = newest();
+      const observer = new MutationObserver(() => {
+        if (newest() === before) return;
+        observer.disconnect();
+        window.dispatchEvent(new KeyboardEvent('keydown', { code: 'KeyC', altKey: true, cancelable: true }));
+      });
+      observer.observe(document.querySelector('[data-testid="blotter"]')!, { subtree: true, childList: true });
+    });
+    const second = await placeOrder(page, frames, { qty: '200' });
+    await expect(page.getByTestId('cancel-dialog')).toContainText(second);
   });
 
   test('are explained in a dialog, and do nothing while one is open', async ({ page }) => {

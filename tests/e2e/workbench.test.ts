@@ -1,6 +1,6 @@
 import type { Page } from '@playwright/test';
 import { candleFields, klinePeriods } from '@varnel/web-client';
-import { entry, openDesk, openView, sent, views } from './support/desk';
+import { openDesk, openView, sent, views } from './support/desk';
 import { fundAccounts, login, scenario, symbols, traderIds } from './support/scenario';
 import { expect, roots, stillMarket, test } from './support/test';
 
@@ -116,7 +116,7 @@ test.describe('the desk', () => {
   test('fits windows of 1280, 1000 and 600 pixels', { tag: '@page' }, async ({ page }) => {
     await openDesk(page);
     for (const view of views) {
-      await page.setViewportSize({ width: 1280, height: 800 }); // the inspector rests while it is out of sight
+      await page.setViewportSize({ width: 1280, height: 800 });
       await openView(page, view);
       for (const width of [1280, 1000, 600]) {
         await page.setViewportSize({ width, height: 800 });
@@ -131,7 +131,6 @@ test.describe('the desk', () => {
     await simulator.stop();
     await expect(page.getByTestId('connection')).toContainText('已断开');
     await expect(page.getByTestId('connection')).toContainText('1001');
-    await expect(entry(page, 'connection', 'close')).toHaveCount(1);
   });
 });
 
@@ -206,8 +205,6 @@ test.describe('K-lines', { tag: '@page' }, () => {
     await expect.poll(() => frames.replies('Data_getKLineData_RES').length).toBe(2);
     const calls = frames.sent.filter(({ invoke }) => invoke === 'Data_getKLineData_REQ');
     expect(calls).toHaveLength(3);
-    await expect(entry(page, 'call', 'Data_getKLineData_REQ').nth(1)).toContainText('尚无应答');
-    await expect(entry(page, 'call', 'Data_getKLineData_REQ').nth(0)).toContainText('成功');
   });
 
   test('without an answer end in a time-out', async ({ page }) => {
@@ -220,58 +217,58 @@ test.describe('K-lines', { tag: '@page' }, () => {
   });
 });
 
-test.describe('the inspector', () => {
-  test('shows calls and answers, formatted', { tag: '@page' }, async ({ page }) => {
-    await openDesk(page);
-    await page.getByRole('button', { name: '清空' }).click();
-    await sendFreely(page, 'Data_getFundAccountList_REQ', '["mine", 2]');
-    const call = entry(page, 'call', 'Data_getFundAccountList_REQ');
-    const answer = entry(page, 'event', 'Data_getFundAccountList_RES');
-    await expect(call).toContainText(/成功 · [\d.]+ ms/);
-    await expect(answer).toContainText(/[\d.]+ ms/);
+test.describe('a call by hand', () => {
+  const answer = (page: Page) => page.getByTestId('free-answer');
 
-    const detail = page.getByTestId('entry-detail').locator('pre');
-    await call.getByRole('button').click();
-    await expect(detail).toHaveText(['mine', '2']);
-    await answer.getByRole('button').click();
+  test('shows its answer, formatted', { tag: '@page' }, async ({ page }) => {
+    await openDesk(page);
+    await expect(answer(page)).toHaveCount(0);
+    await sendFreely(page, 'Data_getFundAccountList_REQ', '["mine", 2]');
     const envelope = { code: '0', msg: '', resultData: fundAccounts('futures'), uuid: 'mine' };
-    await expect(detail).toHaveText(JSON.stringify(envelope, null, 2));
+    await expect(answer(page)).toHaveText(JSON.stringify(envelope, null, 2));
   });
 
   for (const method of ['Data_getBuffer_REQ', 'Data_saveBuffer_REQ', 'Data_getTOKEN_REQ', 'NoSuch_call_REQ']) {
-    test(`marks ${method} as unanswered, because nobody handles it`, async ({ page }) => {
+    test(`gets no answer to ${method}, because nobody handles it`, async ({ page }) => {
       const frames = await openDesk(page);
-      await page.getByLabel('推送').uncheck();
-      await page.getByRole('button', { name: '清空' }).click();
       await sendFreely(page, method, '["u1"]');
-      await sendFreely(page, 'Data_getToken_REQ', '["later"]');
-      await expect(entry(page, 'call', 'Data_getToken_REQ')).toContainText('成功');
-
-      await expect(entry(page, 'call', method)).toContainText('尚无应答');
-      await expect(page.getByTestId('entry').and(page.locator('[data-kind="call"]'))).toHaveCount(2);
+      await expect(answer(page)).toHaveText('尚无应答');
+      await page.evaluate(() => window.CallBridge.invokeMethod('Data_getToken_REQ', 'later'));
+      await expect.poll(() => frames.replies('Data_getToken_RES').some(({ uuid }) => uuid === 'later')).toBe(true);
+      await expect(answer(page)).toHaveText('尚无应答');
       expect(frames.received.map(({ event }) => event)).not.toContain(method.replace('_REQ', '_RES'));
       expect(sent(frames, method)).toEqual([{ invoke: method, args: ['u1'] }]);
-
-      await page.getByLabel('只看未应答').check();
-      await expect(page.getByTestId('entry')).toHaveCount(1);
     });
   }
 
-  test('shows the empty reply of a call with too few arguments', { tag: '@page' }, async ({ page }) => {
+  test('shows the empty reply to too few arguments', { tag: '@page' }, async ({ page }) => {
     await openDesk(page);
-    await page.getByRole('button', { name: '清空' }).click();
     await sendFreely(page, 'Data_getOPStation_REQ', '["u1", "A"]');
-    await expect(entry(page, 'call', 'Data_getOPStation_REQ')).toContainText('空应答');
-    const answer = entry(page, 'event', 'Data_getOPStation_RES');
-    await answer.getByRole('button').click();
-    await expect(page.getByTestId('entry-detail').locator('pre')).toContainText('（空）');
+    await expect(answer(page)).toContainText('（空）');
+  });
+
+  test('shows the beginning of a long answer, and how long it was', { tag: '@page' }, async ({ page }) => {
+    await openDesk(page);
+    await sendFreely(page, 'Data_getEntrustList_REQ', '["u1", "{}", 0, 0]');
+    await expect(answer(page)).toContainText('{"code":"0"');
+    await expect(answer(page)).toContainText(/共 [\d,]{6,} 字符，显示前 65,536 个/);
+  });
+
+  test('can be followed in the inspector, to which the panel links', { tag: '@page' }, async ({ page, context }) => {
+    await openDesk(page);
+    await sendFreely(page, 'Data_getFundAccountList_REQ', '["mine", 2]');
+    const opened = context.waitForEvent('page');
+    await page.getByTestId('free-call').getByRole('link', { name: '调用记录' }).click();
+    const inspector = await opened;
+    await inspector.getByTestId('tools').getByLabel('查找').fill('mine');
+    await expect(inspector.getByTestId('row').and(inspector.locator('[data-kind="call"]'))).toHaveCount(1);
   });
 
   test('refuses a text that is not an argument list, and shows why', { tag: '@page' }, async ({ page }) => {
     const frames = await openDesk(page);
     const tokens = () => sent(frames, 'Data_getToken_REQ').length;
     const before = tokens();
-    const form = page.getByTestId('free-call');
+    const form = page.getByTestId('free-call').locator('form'); // the answer stands below it
     for (const bad of ['', '["u1"', '{"0":"u1"}', '"u1"']) {
       await form.getByLabel('参数').fill(bad);
       await expect(form.getByRole('button', { name: '发送' })).toBeDisabled();

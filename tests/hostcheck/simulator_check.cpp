@@ -1,3 +1,4 @@
+#include "host/PackedRow.h"
 #include "hostcheck/HostCheck.h"
 #include "terminal/Terminal.h"
 
@@ -11,15 +12,14 @@ constexpr double kSpeed = 1000; // as in the simulator's own tests
 
 std::unique_ptr<sim::Terminal> s_terminal;
 
-/// In the form that simulator/host/CPackMessageCommon.cpp describes.
 QVariant packedRows(const QList<QVariantMap> &rows)
 {
     QVariantList message;
     for (const QVariantMap &row : rows) {
-        QVariantList fields;
+        PackedRow fields;
         for (auto field = row.cbegin(); field != row.cend(); ++field)
-            fields.append(QVariant(QVariantList{field.key(), *field}));
-        message.append(QVariant(fields));
+            fields.append({field.key(), *field});
+        message.append(QVariant::fromValue(fields));
     }
     return message;
 }

@@ -1,5 +1,5 @@
 # Makes the Debian packages and looks at what each says of itself and brings.
-#   cmake -DBUILD=… -DWORK=… -DVERSION=… -DSOVERSION=… -P check_packages.cmake
+#   cmake -DBUILD=… -DWORK=… -DVERSION=… -DSOVERSION=… -DWINDOW=… -P check_packages.cmake
 file(REMOVE_RECURSE "${WORK}")
 execute_process(COMMAND "${CMAKE_CPACK_COMMAND}" -G DEB -B "${WORK}" --config "${BUILD}/CPackConfig.cmake"
     WORKING_DIRECTORY "${BUILD}" COMMAND_ERROR_IS_FATAL ANY)
@@ -45,6 +45,12 @@ expect(libvarnel-websdk-dev ARCHITECTURE ${here} DEPENDS "${runtime} \\(= ${vers
         "include/VarnelWebSDK/host/QvCore\\.h" "share/VarnelWebSDK/starter/QvCore\\.cpp"
         "lib/libvarnel_host_check\\.a")
 expect(varnel-simulator ARCHITECTURE ${here} DEPENDS "${runtime} \\(= ${version}\\)" libqt5widgets5
-    FILES "bin/varnel-simulator" "bin/varnel-call" "lib/varnel-simulator/libVarnelSimHost\\.so")
+    FILES "bin/varnel-simulator" "bin/varnel-call" "share/VarnelWebSDK/scenarios/scenario\\.schema\\.json"
+        "lib/varnel-simulator/libVarnelSimHost\\.so")
+if(WINDOW)
+    expect(varnel-simulator-window ARCHITECTURE ${here} DEPENDS "varnel-simulator \\(= ${version}\\)"
+            libqt5webenginewidgets5 libqt5webchannel5
+        FILES "bin/varnel-simulator-window" ONLY "/bin/varnel-simulator-window$")
+endif()
 expect(varnel-websdk-doc ARCHITECTURE all
     FILES "share/doc/VarnelWebSDK/docs/hosting\\.md" "share/doc/VarnelWebSDK/examples/01-embed/main\\.cpp")

@@ -1,3 +1,5 @@
+#include "../EndProcess.h"
+
 #include <QApplication>
 
 #include <gmock/gmock.h>
@@ -6,5 +8,5 @@ int main(int argc, char *argv[])
 {
     testing::InitGoogleMock(&argc, argv);
     QApplication application(argc, argv);
-    return RUN_ALL_TESTS();
+    return endProcess(RUN_ALL_TESTS());
 }

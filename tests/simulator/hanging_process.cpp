@@ -2,8 +2,9 @@
 
 #include <QCoreApplication>
 
+#include <chrono>
 #include <cstdio>
-#include <unistd.h>
+#include <thread>
 
 namespace {
 
@@ -24,5 +25,5 @@ int main(int argc, char *argv[])
     QCoreApplication::exec();
     say("hanging");
     while (true)
-        pause();
+        std::this_thread::sleep_for(std::chrono::hours(1));
 }

@@ -4,7 +4,7 @@ const simulator = 'http://127.0.0.1:8900';
 
 export default defineConfig({
   build: {
-    target: 'chrome90',
+    target: 'chrome87', // that of Qt WebEngine 5.15
     chunkSizeWarningLimit: 1000,
     modulePreload: { polyfill: false }, // it would watch every change of the page
     rollupOptions: {

@@ -1,16 +1,19 @@
 import { expect, type Page } from '@playwright/test';
 import { Frames } from './frames';
 
-export const entry = (page: Page, kind: 'call' | 'event' | 'connection', name: string) =>
-  page.getByTestId('entry').and(page.locator(`[data-kind="${kind}"][data-name="${name}"]`));
+/** The frames of the pages that `openDesk` has opened. */
+const framesOf = new WeakMap<Page, Frames>();
+
+const awaitAnswers = (page: Page) => expect.poll(() => framesOf.get(page)!.unanswered).toBe(0);
 
 /** Opens the desk and waits for the answers to its first calls. */
 export async function openDesk(page: Page, address = '/'): Promise<Frames> {
   const frames = new Frames(page);
+  framesOf.set(page, frames);
   await page.goto(address);
   await expect(page.getByTestId('connection')).toHaveText('已连接');
   await expect(page.getByTestId('kline-table').locator('tbody tr')).not.toHaveCount(0);
-  await expect(page.getByTestId('unanswered')).toHaveText('0');
+  await awaitAnswers(page);
   return frames;
 }
 
@@ -29,5 +32,5 @@ export async function openView(page: Page, view: (typeof views)[number]): Promis
   await page.getByRole('tab', { name: view }).click();
   // There are no strategies before one is started.
   if (view !== '策略') await expect(page.getByRole('tabpanel', { name: view }).locator('tbody tr')).not.toHaveCount(0);
-  await expect(page.getByTestId('unanswered')).toHaveText('0');
+  await awaitAnswers(page);
 }

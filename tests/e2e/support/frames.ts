@@ -1,4 +1,5 @@
 import type { Page, WebSocket } from '@playwright/test';
+import { answeredCalls } from '@varnel/web-client';
 import type { Envelope } from './peer';
 
 export interface Sent {
@@ -16,13 +17,32 @@ export class Frames {
   readonly sent: Sent[] = [];
   readonly received: Received[] = [];
   connections = 0;
+  /** By reply event, of the latest connection. */
+  private waiting = new Map<string, number>();
 
   constructor(page: Page) {
     page.on('websocket', (socket: WebSocket) => {
       this.connections += 1;
-      socket.on('framesent', ({ payload }) => this.sent.push(JSON.parse(String(payload)) as Sent));
-      socket.on('framereceived', ({ payload }) => this.received.push(JSON.parse(String(payload)) as Received));
+      const waiting = new Map<string, number>();
+      this.waiting = waiting;
+      socket.on('framesent', ({ payload }) => {
+        const call = JSON.parse(String(payload)) as Sent;
+        this.sent.push(call);
+        const reply = (answeredCalls as Readonly<Record<string, string>>)[call.invoke];
+        if (reply) waiting.set(reply, (waiting.get(reply) ?? 0) + 1);
+      });
+      socket.on('framereceived', ({ payload }) => {
+        const event = JSON.parse(String(payload)) as Received;
+        this.received.push(event);
+        const count = waiting.get(event.event);
+        if (count) waiting.set(event.event, count - 1);
+      });
     });
+  }
+
+  /** Calls of the latest connection that wait for their answers. */
+  get unanswered(): number {
+    return [...this.waiting.values()].reduce((sum, count) => sum + count, 0);
   }
 
   /** The replies with an envelope. */

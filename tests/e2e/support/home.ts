@@ -3,7 +3,7 @@ import { dirname, join } from 'node:path';
 
 /** A folder with the simulator for one test, because the terminal keeps its settings beside its program. */
 export class Home {
-  private readonly folder: string;
+  readonly folder: string;
   readonly program: string;
 
   constructor(simulator = process.env.VARNEL_SIMULATOR!) {

@@ -17,8 +17,9 @@ export class Simulator {
   readonly ended: Promise<Ended>;
   private readonly child: ChildProcessByStdio<null, Readable, Readable>;
 
-  constructor(args: readonly string[], program = process.env.VARNEL_SIMULATOR!) {
-    this.child = spawn(program, args, { stdio: ['ignore', 'pipe', 'pipe'] });
+  constructor(args: readonly string[], program = process.env.VARNEL_SIMULATOR!, environment: NodeJS.ProcessEnv = {}) {
+    const env = { ...process.env, ...environment };
+    this.child = spawn(program, args, { stdio: ['ignore', 'pipe', 'pipe'], env });
     this.child.stdout.setEncoding('utf8').on('data', (text: string) => (this.stdout += text));
     this.child.stderr.setEncoding('utf8').on('data', (text: string) => (this.stderr += text));
     // "close", not "exit": by then all output has been read.

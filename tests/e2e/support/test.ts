@@ -12,6 +12,8 @@ const folder = (path: string) => fileURLToPath(new URL(path, import.meta.url));
 /** What the simulator serves: the built workbench, or a page with nothing but the bridge (/bare.html). */
 export const roots = { workbench: folder('../../../web/workbench/dist'), bare: folder('../pages') };
 
+const inspector = folder('../../../web/inspector/dist');
+
 /**
  * The first step of this market comes after 30 seconds, later than a test ends. A slower market would cost time: the
  * simulator's message bus slows down with it, and the first page waits for an answer from there.
@@ -80,7 +82,10 @@ export const test = base.extend<Fixtures, { keptPages: KeptPages }>({
   },
 
   running: async ({ root, options, home }, use, testInfo) => {
-    const simulator = new Simulator(['--port', '0', '--root', root, ...options], home.program);
+    const simulator = new Simulator(
+      ['--port', '0', '--root', root, '--inspector', inspector, ...options],
+      home.program,
+    );
     try {
       await use({ simulator, url: await simulator.listening() });
       expect(await simulator.stop(), `exit of the simulator, which printed:\n${simulator.stderr}`).toEqual({

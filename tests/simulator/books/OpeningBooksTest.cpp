@@ -20,10 +20,10 @@ FundAccount fund(const char *account, FundProperty property, const QStringList &
 
 /// A market of generated securities and the books of some accounts, opened at a time.
 struct World {
-    explicit World(const char *start = "2025-03-03 10:15:20", quint64 seed = 7)
+    explicit World(const char *start = "2025-03-03 10:15:20", quint64 seed = 7, const OpeningTerms &terms = {})
         : clock(at(start)), exchange(listing({}, 120, seed, clock.now().date()), seed, clock.now().date(), clock)
     {
-        openBooks(books, exchange, seed, clock.now());
+        openBooks(books, exchange, seed, clock.now(), terms);
     }
 
     const TestClock clock;
@@ -296,4 +296,16 @@ TEST_F(OpeningBooksTest, BeforeTheFirstMinuteThereArePositionsButNoOrders)
     }
     EXPECT_EQ(320u, World("2025-03-03 09:31:00").books.orders().size());
     EXPECT_EQ(320u, World("2025-03-03 23:00:00").books.orders().size());
+}
+
+TEST(OpeningTermsTest, SayHowManyOrdersAndPositionsThereAre)
+{
+    OpeningTerms terms;
+    terms.orders = 3;
+    terms.positions = {{SecurityKind::Share, 2}, {SecurityKind::Bond, 1}, {SecurityKind::Future, 1}};
+    const World world("2025-03-03 10:15:20", 7, terms);
+    EXPECT_EQ(12u, world.books.orders().size());
+    const World early("2025-03-03 09:20:00", 7, terms);
+    EXPECT_EQ(3, early.books.ledger(QStringLiteral("A1"))->positions().size());
+    EXPECT_EQ(1, early.books.ledger(QStringLiteral("C1"))->positions().size());
 }

@@ -193,3 +193,17 @@ TEST(Instrument, PricesAreTheNearestDoublesOfTheirDecimals)
     EXPECT_EQ(13585, cotton.priceOf(2717));
     EXPECT_EQ(2717, cotton.ticksOf(13586));
 }
+
+TEST(Listing, TheLongestListHasUniqueNames)
+{
+    const QVector<Instrument> listed = listing({}, kMostGenerated, 7, QDate(2025, 3, 3));
+    QSet<QString> names;
+    QSet<QString> symbols;
+    for (const Instrument &instrument : listed) {
+        names.insert(instrument.name);
+        symbols.insert(instrument.symbol);
+    }
+    EXPECT_EQ(kMostGenerated, listed.size());
+    EXPECT_EQ(kMostGenerated, names.size());
+    EXPECT_EQ(kMostGenerated, symbols.size());
+}

@@ -2,6 +2,8 @@
 
 #include "exchange/TestClock.h"
 
+#include <thread>
+
 #include <gtest/gtest.h>
 
 using namespace sim;
@@ -251,6 +253,39 @@ TEST_F(QuoteTest, AnEarlierTimeGivesTheQuoteOfThatTime)
     clock.set(at("2025-03-03 14:30:00"));
     expectSame(then, *exchange.quote(kStock, at("2025-03-03 10:00:30")));
     EXPECT_FALSE(exchange.quote(QStringLiteral("nothing"), at("2025-03-03 10:00:30")));
+}
+
+TEST_F(QuoteTest, DoesNotDependOnTheQuotesAskedForBefore)
+{
+    // Later and earlier ones, of the same minute and of other days, the close and the time before the opening.
+    for (const char *time : {"2025-03-03 14:30:00", "2025-03-03 14:30:03", "2025-03-03 10:00:30", "2025-03-03 10:00:57",
+                             "2025-03-03 10:01:00", "2025-03-03 10:01:03", "2025-03-03 15:00:00", "2025-03-04 09:29:00",
+                             "2025-03-04 09:30:03", "2025-03-04 09:31:00", "2025-03-04 11:30:00", "2025-03-03 09:30:03",
+                             "2025-03-03 09:31:03", "2025-02-28 15:00:00", "2025-03-03 15:00:00"}) {
+        const Quote expected = *exchangeOf(stock()).quote(kStock, at(time));
+        const Quote actual = *exchange.quote(kStock, at(time));
+        expectSame(expected, actual);
+        EXPECT_EQ(expected.open, actual.open) << time;
+        EXPECT_EQ(expected.low, actual.low) << time;
+        EXPECT_EQ(expected.previousClose, actual.previousClose) << time;
+    }
+}
+
+TEST_F(QuoteTest, MayBeAskedForByTwoThreads)
+{
+    const auto sumOf = [this](int from, int by) {
+        double sum = 0;
+        for (int i = from; i >= 0 && i < 400; i += by)
+            sum += exchange.quote(kStock, at("2025-03-03 09:30:03").addSecs(qint64{17} * i))->amount;
+        return sum;
+    };
+    const double expected = sumOf(0, 1);
+    double forward = 0;
+    std::thread other([&] { forward = sumOf(0, 1); });
+    const double backward = sumOf(399, -1);
+    other.join();
+    EXPECT_EQ(expected, forward);
+    EXPECT_NEAR(expected, backward, expected * 1e-9); // added in another order
 }
 
 TEST_F(QuoteTest, LimitsOfAStepAreThoseOfItsQuote)

@@ -39,6 +39,9 @@ struct Files {
         write("root/data.unknown", "?");
         write("root/with space.txt", "space");
         write("root/sub/index.html", "<p>sub</p>");
+        write("inspector/index.html", "<p>inspector</p>");
+        write("inspector/assets/page.js", "page");
+        write("root/inspector/index.html", "<p>hidden</p>");
         write("rootless.txt", "secret"); // its path starts with the path of the root
         write("secret.txt", "secret");
         EXPECT_TRUE(QDir().mkpath(path("root/empty")));
@@ -85,7 +88,7 @@ protected:
     static QByteArray body(const QByteArray &answer) { return answer.mid(answer.indexOf("\r\n\r\n") + 4); }
 
     const Files files;
-    Gateway served{files.path("root"), {}};
+    Gateway served{files.path("root"), {}, files.path("inspector")};
     Gateway bare{QString(), {}};
 };
 
@@ -115,6 +118,24 @@ TEST_F(HttpTest, TheBridgeIsAlwaysServed)
         EXPECT_TRUE(answer.contains("text/javascript"));
         EXPECT_TRUE(body(answer).contains("window.CallBridge ="));
     }
+}
+
+TEST_F(HttpTest, TheInspectorIsServedWhateverTheRootIs)
+{
+    EXPECT_EQ("<p>inspector</p>", body(get("/inspector/")));
+    EXPECT_EQ("page", body(get("/inspector/assets/page.js")));
+    EXPECT_EQ(404, status(get("/inspector/secret.txt")));
+    EXPECT_EQ(404, status(get("/inspector/../secret.txt")));
+    // The page names its files relative to the folder.
+    const QByteArray moved = get("/inspector");
+    EXPECT_EQ(307, status(moved));
+    EXPECT_TRUE(moved.contains("\r\nLocation: /inspector/\r\n"));
+}
+
+TEST_F(HttpTest, WithoutAnInspectorOnePageSaysHowToGetIt)
+{
+    EXPECT_TRUE(body(get("/inspector/", &bare)).contains("--inspector DIR"));
+    EXPECT_EQ(404, status(get("/inspector/assets/page.js", &bare)));
 }
 
 TEST_F(HttpTest, WithoutARootOnePageSaysThatThisIsASimulation)
@@ -211,7 +232,7 @@ TEST_F(HttpTest, AHeadThatIsTooLongIs431)
 TEST_F(HttpTest, AnIncompleteHeadIs408AtTheDeadline)
 {
     // The clients must take their answers within the same time.
-    Gateway impatient(files.path("root"), {}, std::chrono::seconds(1));
+    Gateway impatient(files.path("root"), {}, QString(), std::chrono::seconds(1));
     ASSERT_TRUE(impatient.listen(0));
     QTcpSocket half;
     QTcpSocket silent;

@@ -2,16 +2,19 @@
 #include "TerminalTest.h"
 #include "gateway/PageConnection.h"
 
+#include "CommonQuotaHandler.h"
 #include "QvPresenterClass.h"
 
 #include <QApplication>
 #include <QFile>
 #include <QSemaphore>
+#include <QSet>
 #include <QWidget>
 
 #include <algorithm>
 #include <atomic>
 #include <memory>
+#include <mutex>
 #include <vector>
 
 using namespace sim;
@@ -63,6 +66,47 @@ public:
     QSemaphore viewDeleted;
     QSemaphore returned;
     std::atomic<bool> viewWasDeletedMeanwhile{false};
+};
+
+/// The symbols of the ticks that the terminal sends, whether a page wants them or not.
+class TerminalTicks {
+public:
+    TerminalTicks()
+    {
+        // Called on the emitting thread, perhaps once more after the disconnection.
+        m_connection = QObject::connect(CommonQuotaHandler::instance(), &CommonQuotaHandler::sigTickDataUpdate,
+                                        [log = m_log](const QString &symbol) {
+                                            const std::lock_guard lock(log->mutex);
+                                            log->symbols.append(symbol);
+                                        });
+    }
+
+    ~TerminalTicks() { QObject::disconnect(m_connection); }
+
+    /// Those of some ticks to come, without those of the current step.
+    QSet<QString> awaitSymbols() const
+    {
+        constexpr int kOfAStep = 2;
+        const int first = symbols().size() + kOfAStep;
+        EXPECT_TRUE(await([&] { return symbols().size() >= first + 3 * kOfAStep; }));
+        const QStringList later = symbols().mid(first);
+        return {later.begin(), later.end()};
+    }
+
+private:
+    struct Log {
+        std::mutex mutex;
+        QStringList symbols;
+    };
+
+    QStringList symbols() const
+    {
+        const std::lock_guard lock(m_log->mutex);
+        return m_log->symbols;
+    }
+
+    const std::shared_ptr<Log> m_log = std::make_shared<Log>();
+    QMetaObject::Connection m_connection;
 };
 
 /// Opens pages on a gateway. The base class decides whether quotes change.
@@ -160,6 +204,35 @@ TEST_F(LivePagesTest, APageReceivesNoTicksOfUnsubscribedSymbols)
     page->frames.clear();
     ASSERT_TRUE(awaitMoreTicks(*other, 3));
     EXPECT_TRUE(page->heard(kTick).isEmpty());
+}
+
+TEST_F(LivePagesTest, AQuoteThatNoPageWantsIsNotStreamed)
+{
+    const TerminalTicks ticks;
+    const auto one = openPage();
+    auto other = openPage();
+    const auto call = [](Page &page, const char *operation, const QJsonArray &symbols) {
+        page.invoke(qPrintable(QLatin1String(operation) + QStringLiteral("_REQ")), {kUuid, symbols});
+        page.awaitObject(qPrintable(QLatin1String(operation) + QStringLiteral("_RES")));
+        page.frames.clear();
+    };
+    call(*one, "Sub_subscribe", {kOne, kOther, kOther});
+    call(*one, "Sub_subscribe", {kOther});
+    call(*other, "Sub_subscribe", {kOne});
+    EXPECT_EQ(QSet<QString>({kOne, kOther}), ticks.awaitSymbols());
+    call(*one, "UnSub_subscribe", {kOne, kOther, QStringLiteral("unknown")});
+    call(*one, "UnSub_subscribe", {kOne});
+    EXPECT_EQ(QSet<QString>{kOne}, ticks.awaitSymbols()) << "the other page still wants it";
+
+    call(*one, "Sub_subscribe", {kOther});
+    call(*other, "UnSub_subscribeAll", {});
+    EXPECT_EQ(QSet<QString>{kOther}, ticks.awaitSymbols());
+
+    call(*other, "Sub_subscribe", {kOne, kOther});
+    EXPECT_EQ(QSet<QString>({kOne, kOther}), ticks.awaitSymbols());
+    other.reset();
+    ASSERT_TRUE(await([&] { return connections().size() == 1; }));
+    EXPECT_EQ(QSet<QString>{kOther}, ticks.awaitSymbols());
 }
 
 TEST_F(QuietPagesTest, ASubscriptionWithoutSymbolsIsAnswered)
@@ -266,14 +339,16 @@ TEST_F(QuietPagesTest, EveryCallReachesTheTerminalOnce)
         started += 2;
         page->awaitObject("Vlx_startStrategy_RES", 1);
     }
+    ASSERT_TRUE(await([&] { return connections().isEmpty(); }));
     for (int i = 0; i < kReloads; ++i) {
         const auto page = openPage();
+        ASSERT_TRUE(await([&] { return connections().size() == 1; })); // otherwise none would not mean that it is gone
         start(*page, kUuid);
         page->socket.close(); // before the answer, but after the call
         ASSERT_TRUE(page->awaitClosed());
         ++started;
+        ASSERT_TRUE(await([&] { return connections().isEmpty(); }));
     }
-    ASSERT_TRUE(await([&] { return connections().isEmpty(); }));
     const auto last = openPage();
     start(*last, kUuid);
     EXPECT_EQ(QStringLiteral("S20250303-%1").arg(started + 1, 4, 10, QLatin1Char('0')),

@@ -1,4 +1,5 @@
 #include "gateway/PageConnection.h"
+#include "CommonQuotaHandler.h"
 #include "Page.h"
 #include "TerminalTest.h"
 #include "gateway/Outbox.h"
@@ -19,6 +20,21 @@ protected:
     QList<PageConnection *> pages() const { return gateway.findChildren<PageConnection *>(); }
 
     Gateway gateway{QString(), {QStringLiteral("http://allowed.example")}};
+};
+
+/// Where the events of a page would go.
+class EventList : public PageSocket {
+public:
+    int number() const override { return 1; }
+    void send(const QCefEvent &event, const traffic::Entry &) override // on the test's thread here
+    {
+        names.append(event.eventName());
+    }
+    void close(int, const QString &) override { isClosed = true; }
+    void handled(const CallFrame &) override {}
+
+    QStringList names;
+    bool isClosed = false;
 };
 
 } // namespace
@@ -97,6 +113,52 @@ TEST_F(PageConnectionTest, PagesThatDisconnectDuringACallDoNotAffectOthers)
     EXPECT_EQ(QStringLiteral("mine"), other.uuid(0));
     EXPECT_TRUE(await([&] { return pages().size() == 1; }));
     EXPECT_EQ(1, other.frames.size());
+}
+
+TEST_F(PageConnectionTest, APageMayDisconnectWhileTheUserIsAskedAboutItsOrder)
+{
+    Page other(gateway);
+    ASSERT_TRUE(other.awaitOpen());
+    Page page(gateway);
+    ASSERT_TRUE(page.awaitOpen());
+    bool isOver = false;
+    terminal.askBeforeOrders([&](const std::vector<Order> &) {
+        page.socket.abort();
+        EXPECT_TRUE(await([&] { return pages().size() == 1; })); // gone, although its call has not returned
+        isOver = true;
+        return true;
+    });
+    page.invoke("Trade_insertOrder_REQ", {QStringLiteral("u"), QStringLiteral("880010001"), QStringLiteral("609001.SH"),
+                                          QStringLiteral("SH"), QStringLiteral("Buy"), QStringLiteral("Limit"),
+                                          QStringLiteral("13.00"), QStringLiteral("100"), QStringLiteral("mine")});
+    ASSERT_TRUE(await([&] { return isOver; }));
+    other.invoke("Data_getToken_REQ", {QStringLiteral("mine")});
+    EXPECT_FALSE(other.awaitObject("Data_getToken_RES").isEmpty());
+    EXPECT_TRUE(page.heard("Trade_insertOrder_RES").isEmpty());
+}
+
+TEST_F(PageConnectionTest, AViewOutlivesTheConnectionOfItsPageAndKeepsNothingOfIt)
+{
+    VarnelCefView view;
+    const auto first = std::make_shared<EventList>();
+    const auto second = std::make_shared<EventList>();
+    const auto subscription = CallFrame::read(R"({"invoke":"Sub_subscribe_REQ","args":["u","609801.SH"]})");
+    const auto token = CallFrame::read(R"({"invoke":"Data_getToken_REQ","args":["u"]})");
+    {
+        PageConnection connection(first, nullptr, &view);
+        connection.receive(subscription);
+    }
+    EXPECT_TRUE(first->isClosed);
+    PageConnection connection(second, nullptr, &view);
+    emit CommonQuotaHandler::instance()->sigTickDataUpdate(QStringLiteral("609801.SH"), {});
+    connection.receive(token);
+    EXPECT_EQ(QStringList{QStringLiteral("Sub_subscribe_RES")}, first->names);
+    EXPECT_EQ(QStringList{QStringLiteral("Data_getToken_RES")}, second->names);
+
+    connection.receive(subscription);
+    emit CommonQuotaHandler::instance()->sigTickDataUpdate(QStringLiteral("609801.SH"), {});
+    EXPECT_EQ(QStringLiteral("on_tickUpdate"), second->names.last());
+    EXPECT_EQ(1, first->names.size());
 }
 
 TEST_F(PageConnectionTest, AnInvalidFrameClosesOnlyItsOwnPage)

@@ -21,14 +21,15 @@ public:
         QByteArray payload;
     };
 
-    explicit RawPage(const sim::Gateway &gateway)
+    explicit RawPage(const sim::Gateway &gateway, const QByteArray &path = "/view")
     {
         QObject::connect(&socket, &QTcpSocket::readyRead, [this] {
             if (m_reads)
                 read();
         });
         socket.connectToHost(QHostAddress::LocalHost, gateway.port());
-        socket.write("GET /view HTTP/1.1\r\nHost: h\r\nUpgrade: websocket\r\nConnection: Upgrade\r\n"
+        socket.write("GET " + path +
+                     " HTTP/1.1\r\nHost: h\r\nUpgrade: websocket\r\nConnection: Upgrade\r\n"
                      "Sec-WebSocket-Version: 13\r\nSec-WebSocket-Key: AAAAAAAAAAAAAAAAAAAAAA==\r\n"
                      "Origin: http://127.0.0.1:" +
                      QByteArray::number(gateway.port()) + "\r\n\r\n");

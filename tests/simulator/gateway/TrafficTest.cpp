@@ -40,6 +40,7 @@ std::vector<Entry> entriesOf(const char *uuid)
 std::vector<std::pair<Entry::Kind, std::string>> kindsAndNames(const std::vector<Entry> &entries)
 {
     std::vector<std::pair<Entry::Kind, std::string>> rows;
+    rows.reserve(entries.size());
     for (const Entry &entry : entries)
         rows.emplace_back(entry.kind, entry.name.toStdString());
     return rows;

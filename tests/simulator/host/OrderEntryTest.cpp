@@ -162,6 +162,32 @@ TEST_F(OrderEntryTest, UnknownAccountsAndEmptyListsAreRefused)
     EXPECT_EQ(before, numberOfOrders());
 }
 
+TEST_F(OrderEntryTest, OrdersThatTheUserDoesNotConfirmAreRefused)
+{
+    QVector<qint64> askedFor;
+    bool answer = false;
+    terminal.askBeforeOrders([&](const std::vector<Order> &orders) {
+        for (const Order &order : orders)
+            askedFor.append(order.qty);
+        return answer;
+    });
+    const VarnelLogic::OrderRequest good = entry::line(kShare, "Buy", 100, kLow);
+    const entry::Outcome refused = entry::place(account, {good, good});
+    EXPECT_NE(0, refused.result);
+    EXPECT_EQ(QStringList{QStringLiteral("用户取消了委托")}, refused.errors);
+    expectDocumented(refused.errors.first());
+    EXPECT_EQ(QVector<qint64>({100, 100}), askedFor);
+    EXPECT_EQ(before, numberOfOrders());
+
+    answer = true;
+    EXPECT_EQ(0, place(good).result);
+    EXPECT_EQ(3, askedFor.size());
+    EXPECT_EQ(before + 1, numberOfOrders());
+
+    place(entry::line(kShare, "Buy", 100, QStringLiteral("x"))); // refused without a question
+    EXPECT_EQ(3, askedFor.size());
+}
+
 TEST_F(OrderEntryTest, EveryInvalidLineOfAListIsReportedAndNoOrderIsEntered)
 {
     const entry::Outcome outcome = entry::place(account, {entry::line(kShare, "Buy", 100, kLow),

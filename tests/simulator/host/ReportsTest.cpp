@@ -110,12 +110,60 @@ TEST_F(ReportsTest, UnknownCodesAreShownUnchanged)
     EXPECT_EQ(Cell(QStringLiteral("Lost"), QStringLiteral("Lost")), cell(record, "status"));
 }
 
+TEST_F(ReportsTest, ATextThatIsNoTimeIsShownAsNothing)
+{
+    QVariantMap record = order();
+    for (const char *text :
+         {"", "20250303", "2025030309410", "202503030941077", "2025030309410x", " 0250303094107", "20250230094107",
+          "20251303094107", "20250303240000", "20250303096000", "20250303094160", "00000303094107"}) {
+        record.insert(QStringLiteral("orderTime"), QLatin1String(text));
+        EXPECT_EQ(Cell(QString(), QLatin1String(text)), cell(record, "entrust_time")) << text;
+    }
+    for (const auto &[text, shown] : {QPair<const char *, const char *>{"20240229000000", "00:00:00"},
+                                      {"20250330023000", "02:30:00"},
+                                      {"99991231235959", "23:59:59"}}) {
+        record.insert(QStringLiteral("orderTime"), QLatin1String(text));
+        EXPECT_EQ(Cell(QLatin1String(shown), QLatin1String(text)), cell(record, "entrust_time")) << text;
+    }
+}
+
 TEST_F(ReportsTest, NumbersAreShownPlainlyOrGrouped)
 {
     EXPECT_EQ(Cell(QStringLiteral("1234500"), Q_INT64_C(1234500)), cell(order(), "entrust_qty"));
     EXPECT_EQ(Cell(QStringLiteral("1,234,500"), Q_INT64_C(1234500)), cell(order(), "entrust_qty", GroupedShowType));
     EXPECT_EQ(Cell(QStringLiteral("22591350.00"), 22591350.0), cell(order(), "entrust_amount"));
     EXPECT_EQ(Cell(QStringLiteral("22,591,350.00"), 22591350.0), cell(order(), "entrust_amount", GroupedShowType));
+}
+
+TEST_F(ReportsTest, NumbersAreRoundedAsTheirExactValuesAre)
+{
+    const auto shown = [&](const char *column, const QString &field, const QVariant &value) {
+        QVariantMap record = order();
+        record.insert(field, value);
+        return cell(record, column);
+    };
+    const QString amount = QStringLiteral("orderAmount");
+    const auto expectMoney = [&](const char *text, double value, double kept) {
+        EXPECT_EQ(Cell(QLatin1String(text), kept), shown("entrust_amount", amount, value));
+    };
+    expectMoney("0.00", 0, 0);
+    expectMoney("0.00", -0.0, 0);
+    expectMoney("-0.00", -0.001, 0);
+    expectMoney("0.01", 0.01, 0.01);
+    expectMoney("-0.07", -0.07, -0.07);
+    expectMoney("1.00", 1.005, 1); // is below 1.005, and 1.005 * 100 below 100.5
+    expectMoney("0.13", 0.125, 0.13);
+    expectMoney("0.38", 0.375, 0.38);
+    expectMoney("-1234567.89", -1234567.89, -1234567.89);
+    expectMoney("90071992547409.91", 90071992547409.91, 90071992547409.91);
+    expectMoney("10000000000000000.00", 1e16, 1e16);
+    expectMoney("100000000000000000000.00", 1e20, 1e20);
+    EXPECT_EQ(QStringLiteral("0.67"), shown("deal_price", QStringLiteral("dealPrice"), 2.0 / 3).first);
+    EXPECT_EQ(QVariant(0.6667), shown("deal_price", QStringLiteral("dealPrice"), 2.0 / 3).second);
+    EXPECT_EQ(Cell(QStringLiteral("-1200"), Q_INT64_C(-1200)),
+              shown("entrust_qty", Tessar_Fields::Security::orderQty, Q_INT64_C(-1200)));
+    EXPECT_EQ(Cell(QStringLiteral("12"), QStringLiteral("12")),
+              shown("entrust_qty", Tessar_Fields::Security::orderQty, QStringLiteral("12")));
 }
 
 TEST_F(ReportsTest, PricesHaveTheDecimalsOfTheirSecurity)

@@ -30,6 +30,7 @@ Entry reply(int page, const char *uuid)
 std::vector<std::string> namesOf(const std::vector<Entry> &entries)
 {
     std::vector<std::string> names;
+    names.reserve(entries.size());
     for (const Entry &entry : entries)
         names.push_back(entry.name.toStdString());
     return names;
@@ -116,6 +117,7 @@ TEST(TrafficLog, ListenersHearEveryEntryOfManyThreadsInOrder)
     std::vector<quint64> heard;
     log.listen([&](const Entry &entry) { heard.push_back(entry.number); });
     std::vector<std::thread> threads;
+    threads.reserve(kThreads);
     for (int i = 0; i < kThreads; ++i) {
         threads.emplace_back([&] {
             for (int n = 0; n < kEach; ++n)
@@ -140,7 +142,10 @@ TEST(TrafficLog, WhatHappensDuringACallBelongsToIt)
         {
             const CallScope none(0);
             log.add(entry(Entry::HostEvent, "without"));
+            log.hostCall("A::one");
+            log.hostCall("A::one");
         }
+        log.hostCall("A::one");
         call.done(true);
     }
     log.add(entry(Entry::HostEvent, "afterwards"));
@@ -149,7 +154,8 @@ TEST(TrafficLog, WhatHappensDuringACallBelongsToIt)
         calls.emplace_back(entry.name.toStdString(), entry.call);
     using Row = std::pair<std::string, quint64>;
     EXPECT_THAT(calls, ElementsAre(Row("before", 0), Row("Data_a_REQ", 2), Row("meanwhile", 2), Row("elsewhere", 0),
-                                   Row("without", 0), Row("Data_a_REQ", 2), Row("afterwards", 0)));
+                                   Row("without", 0), Row("A::one", 0), Row("A::one", 0), Row("A::one", 2),
+                                   Row("Data_a_REQ", 2), Row("afterwards", 0)));
 }
 
 TEST(TrafficLog, TheEndOfACallTellsWhatItDid)

@@ -125,7 +125,7 @@ export function clientTables(comments: Comments): Tables {
 }
 
 /** The document with new tables between its markers. */
-export function withTables(document: string, tables: Tables): string {
+export function withTables(document: string, tables: Readonly<Record<string, string>>): string {
   return Object.entries(tables).reduce((text, [name, rows]) => {
     const between = new RegExp(`(<!-- table of ${name}[^>]*-->\n)[^]*?(<!-- end of ${name} -->)`);
     if (!between.test(text)) throw new Error(`the document has no markers of the table of ${name}`);

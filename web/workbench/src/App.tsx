@@ -1,12 +1,10 @@
-import type { Connection } from '@varnel/web-client';
+import type { CallBridge, Connection } from '@varnel/web-client';
 import { useCallback, useState } from 'react';
 import type { ConnectionWatch } from './bridge';
 import { Header } from './desk/Header';
-import type { Journal } from './journal';
 import type { StrategyLog } from './live/StrategyLog';
 import { FreeCallForm } from './panels/FreeCallForm';
 import { HoldingsView } from './panels/HoldingsView';
-import { InspectorPanel } from './panels/InspectorPanel';
 import { OrdersView } from './panels/OrdersView';
 import { Overview } from './panels/Overview';
 import { SecuritiesView } from './panels/SecuritiesView';
@@ -22,12 +20,12 @@ import type { Proposal } from './useTicket';
 
 interface Props {
   sdk: Connection;
-  journal: Journal;
+  bridge: CallBridge;
   connection: ConnectionWatch;
   strategyLog: StrategyLog;
 }
 
-export function App({ sdk, journal, connection, strategyLog }: Props) {
+export function App({ sdk, bridge, connection, strategyLog }: Props) {
   const t = useTexts();
   useTheme();
   const [view, setView] = useState('overview');
@@ -94,12 +92,7 @@ export function App({ sdk, journal, connection, strategyLog }: Props) {
               size: 31,
               min: 260,
               className: 'column',
-              content: (
-                <>
-                  <InspectorPanel journal={journal} />
-                  <FreeCallForm bridge={journal} />
-                </>
-              ),
+              content: <FreeCallForm bridge={bridge} />,
             },
           ]}
         />

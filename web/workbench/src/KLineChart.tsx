@@ -10,6 +10,7 @@ import {
 import { useEffect, useRef, useState } from 'react';
 import { drawable, type Bar } from './candles';
 import { chartColours, type ChartColours } from './chartColours';
+import { lastOf } from './lastOf';
 import { direction, useFigures } from './figures';
 import { useFormats } from './formats';
 import { firstChange } from './liveCandles';
@@ -126,7 +127,7 @@ export function KLineChart({ title, bars }: Props) {
 
     if (at > 0 && shown.length >= before.bars.length && shown.length - at <= updatedAtMost) {
       for (const bar of shown.slice(at)) {
-        const isOld = bar.seconds < (before.bars.at(-1)?.seconds ?? 0);
+        const isOld = bar.seconds < (lastOf(before.bars)?.seconds ?? 0);
         series.candles.update({ ...bar, time: timeOf(bar) }, isOld);
         series.volumes.update(volume(bar), isOld);
       }

@@ -1,4 +1,4 @@
-import { useEffect, useRef } from 'react';
+import { useEffect, useLayoutEffect, useRef } from 'react';
 
 /** What the hot keys of the trade view do. `text` names the explanation in the help dialog. */
 export const hotKeys = [
@@ -27,7 +27,8 @@ export function actionOf({ code, altKey, shiftKey, ctrlKey, metaKey, repeat }: P
 /** Carries out hot keys while the component is shown and no dialog is open. */
 export function useHotKeys(actions: Readonly<Record<HotKeyAction, () => void>>): void {
   const latest = useRef(actions);
-  useEffect(() => {
+  // With the picture, not after it: a key acts on what the user sees.
+  useLayoutEffect(() => {
     latest.current = actions;
   });
   useEffect(() => {

@@ -1,5 +1,6 @@
 import { klinePeriods } from '@varnel/web-client';
 import { secondsOf, type Bar } from './candles';
+import { lastOf } from './lastOf';
 import type { Quote } from './quote';
 
 /** Figures that a quote has for the day so far. */
@@ -36,7 +37,7 @@ export function barsOf({ finished, running }: Candles): readonly Bar[] {
 
 /** Takes in a later answer of the terminal, whose candles replace those made from quotes. */
 export function withAnswer(candles: Candles, bars: readonly Bar[]): Candles {
-  const [first, last] = [bars[0], bars.at(-1)];
+  const [first, last] = [bars[0], lastOf(bars)];
   if (!first || !last) return candles;
   const finished = [...candles.finished.filter(({ seconds }) => seconds < first.seconds), ...bars];
   return { ...candles, finished, running: candles.running.filter(({ seconds }) => seconds > last.seconds) };
@@ -52,7 +53,7 @@ export function withQuote(candles: Candles, quote: Quote): Candles {
   const after = { ...candles, latest: totals };
   const isMinute = candles.period === klinePeriods.minute;
   const end = isMinute ? Math.ceil(totals.seconds / minute) * minute : dayOf(totals.seconds);
-  const [running, finished] = [candles.running.at(-1), candles.finished.at(-1)];
+  const [running, finished] = [lastOf(candles.running), lastOf(candles.finished)];
   if (end <= (finished?.seconds ?? -Infinity) || end < (running?.seconds ?? -Infinity)) return after;
 
   if (!isMinute) return withLast(after, dayBar(end, quote), running?.seconds === end);

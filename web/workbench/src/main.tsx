@@ -4,7 +4,6 @@ import { createRoot } from 'react-dom/client';
 import { App } from './App';
 import { ConnectionWatch, loadBridge } from './bridge';
 import { Providers, queries } from './desk/Providers';
-import { Journal } from './journal';
 import { StrategyLog } from './live/StrategyLog';
 import { SettingsStore } from './settings/SettingsStore';
 import { readSetting } from './settings/useSetting';
@@ -24,20 +23,17 @@ const root = createRoot(document.getElementById('desk')!);
 /** The desk appears in its language, theme and sizes at once, unless the terminal takes longer than this to tell them. */
 const patienceMs = 500;
 
-try {
-  const journal = new Journal(await loadBridge());
-  const sdk = connect(journal);
+async function start(): Promise<void> {
+  const bridge = await loadBridge();
+  const sdk = connect(bridge);
   const connection = new ConnectionWatch(sdk);
   const settings = new SettingsStore(sdk);
   window.addEventListener('pagehide', () => settings.flush());
 
-  if (sdk.state === 'open') journal.noteConnection('open');
   sdk.onOpen(({ again }) => {
-    journal.noteConnection('open');
     settings.retry();
     if (again) void queries.invalidateQueries(); // answers of the connection before may be out of date
   });
-  sdk.onClose(({ code, reason }) => journal.noteConnection('close', code, reason));
 
   const look = Promise.all([languageKey, themeKey, layoutKey].map((key) => settings.setting(key).read()));
   await Promise.race([look, new Promise((resolve) => setTimeout(resolve, patienceMs))]);
@@ -46,11 +42,13 @@ try {
   root.render(
     <StrictMode>
       <Providers desk={{ sdk, settings }}>
-        <App sdk={sdk} journal={journal} connection={connection} strategyLog={new StrategyLog(sdk)} />
+        <App sdk={sdk} bridge={bridge} connection={connection} strategyLog={new StrategyLog(sdk)} />
       </Providers>
     </StrictMode>,
   );
-} catch (error) {
+}
+
+function halt(error: unknown): void {
   const t = textsOf(preferredLanguage());
   root.render(
     <main className="halt" role="alert">
@@ -60,3 +58,5 @@ try {
     </main>,
   );
 }
+
+start().catch(halt);

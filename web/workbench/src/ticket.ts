@@ -1,4 +1,11 @@
-import { priceTypes, securityTypes, sides, type SecurityDetail, type SecurityEntry } from '@varnel/web-client';
+import {
+  priceTypes,
+  securityTypes,
+  sides,
+  type FundAccount,
+  type SecurityDetail,
+  type SecurityEntry,
+} from '@varnel/web-client';
 
 /** An order as typed, before it is sent. Prices and quantities are texts, because the terminal reads texts. */
 export interface Draft {
@@ -24,6 +31,9 @@ export const emptyDraft: Draft = {
 
 export type Direction = 'buy' | 'sell';
 
+/** What securities a fund account trades: futures, or everything else. */
+type Kind = 'future' | 'other';
+
 /**
  * Sides of futures first open and then close a position; other securities are bought and sold. The after-hours sides are
  * not offered: the terminal sets them for the after-hours price type.
@@ -31,10 +41,22 @@ export type Direction = 'buy' | 'sell';
 const sidesOf = {
   buy: { future: [sides.buyOpen, sides.buyClose], other: [sides.buy] },
   sell: { future: [sides.sellOpen, sides.sellClose], other: [sides.sell] },
-} as const satisfies Record<Direction, Record<'future' | 'other', readonly string[]>>;
+} as const satisfies Record<Direction, Record<Kind, readonly string[]>>;
 
-const kindOf = (security: { securityType: string } | undefined) =>
+const kindOf = (security: { securityType: string } | undefined): Kind =>
   security?.securityType === securityTypes.future ? 'future' : 'other';
+
+/** For each kind of securities the accounts that can trade it. */
+export type TradingAccounts = Readonly<Record<Kind, readonly FundAccount[]>>;
+
+/** The chosen account, which is never replaced; while none is chosen, the first one that can trade the security. */
+export function accountFor(
+  chosen: string,
+  security: { securityType: string } | undefined,
+  accounts: TradingAccounts,
+): string {
+  return chosen || (accounts[kindOf(security)][0]?.fundAccount ?? '');
+}
 
 export function sideChoices(security: { securityType: string } | undefined): readonly string[] {
   const kind = kindOf(security);

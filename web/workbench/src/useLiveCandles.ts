@@ -1,6 +1,7 @@
 import type { Connection } from '@varnel/web-client';
 import { useEffect, useMemo, useState } from 'react';
 import { barOf, type Bar } from './candles';
+import { lastOf } from './lastOf';
 import { barsOf, candlesOf, withAnswer, withQuote } from './liveCandles';
 import { useQuote } from './live/useWatch';
 import { quoteOf } from './quote';
@@ -26,8 +27,8 @@ export function useLiveCandles(sdk: Connection, query: KLineQuery, answered: rea
     if (quote) setCandles((before) => withQuote(before, quoteOf(quote)));
   }, [quote, answered]);
 
-  const ended = isFollowing ? candles.running.at(-2)?.time : undefined;
-  const known = candles.finished.at(-1)?.time;
+  const ended = isFollowing ? candles.running[candles.running.length - 2]?.time : undefined;
+  const known = lastOf(candles.finished)?.time;
   const [reopened, setReopened] = useState(0);
   useEffect(() => sdk.onOpen(({ again }) => again && setReopened((count) => count + 1)), [sdk]);
   useEffect(() => {

@@ -1,6 +1,7 @@
 import { priceTypes, type Connection, type OrderOutcome, type SecurityDetail } from '@varnel/web-client';
 import { useCallback, useEffect, useMemo, useRef, useState } from 'react';
-import { emptyDraft, fittingSide, isComplete, isMarket, tagMaker, type Draft } from './ticket';
+import { accountFor, emptyDraft, fittingSide, isComplete, isMarket, tagMaker } from './ticket';
+import type { Draft, TradingAccounts } from './ticket';
 import { useCommand, type Command } from './useCommand';
 
 const newTag = tagMaker();
@@ -35,15 +36,14 @@ export interface Ticket {
 
 interface Options {
   sdk: Connection;
-  /** The account while none is chosen. */
-  firstAccount: string;
+  accounts: TradingAccounts;
   securities: ReadonlyMap<string, SecurityDetail>;
   /** Each new object is filled in once. */
   proposal: Proposal | undefined;
 }
 
 /** The order ticket: fill in, review, confirm, send once. */
-export function useTicket({ sdk, firstAccount, securities, proposal }: Options): Ticket {
+export function useTicket({ sdk, accounts, securities, proposal }: Options): Ticket {
   const [typed, setTyped] = useState<Draft>(emptyDraft);
   const [reviewed, setReviewed] = useState<ReadyOrder>();
   const [placed, setPlaced] = useState<readonly string[]>([]);
@@ -53,10 +53,10 @@ export function useTicket({ sdk, firstAccount, securities, proposal }: Options):
   const draft = useMemo<Draft>(
     () => ({
       ...typed,
-      fundAccount: typed.fundAccount || firstAccount,
+      fundAccount: accountFor(typed.fundAccount, security, accounts),
       orderSide: fittingSide(typed.orderSide, security),
     }),
-    [typed, firstAccount, security],
+    [typed, accounts, security],
   );
 
   const change = useCallback(

@@ -3,6 +3,7 @@ import {
   sides,
   TimeoutError,
   type CancelledOrder,
+  type FundAccount,
   type Position,
   type SecurityDetail,
 } from '@varnel/web-client';
@@ -11,6 +12,7 @@ import { cancelOrders } from '../src/cancelling';
 import { closingOrder, isClosable, securityOf } from '../src/closing';
 import { quoteOf } from '../src/quote';
 import {
+  accountFor,
   emptyDraft,
   fittingSide,
   isComplete,
@@ -41,6 +43,26 @@ const future = {
   minQty: '1',
   maxQty: '50',
 };
+
+describe('the account of an order', () => {
+  const named = (...names: string[]) => names.map((fundAccount) => ({ fundAccount }) as FundAccount);
+  const accounts = { future: named('F1', 'F2'), other: named('S1', 'S2') };
+
+  it('is the first that can trade the security, while none is chosen', () => {
+    expect(accountFor('', future, accounts)).toBe('F1');
+    expect(accountFor('', share, accounts)).toBe('S1');
+    expect(accountFor('', undefined, accounts)).toBe('S1');
+  });
+
+  it('is the chosen one, even where the terminal will refuse it', () => {
+    expect(accountFor('S2', future, accounts)).toBe('S2');
+    expect(accountFor('F2', share, accounts)).toBe('F2');
+  });
+
+  it('is missing while the accounts are not known', () => {
+    expect(accountFor('', share, { future: [], other: [] })).toBe('');
+  });
+});
 
 describe('a price', () => {
   it.each([

@@ -2,6 +2,7 @@ import { securityTypes, type Connection, type SecurityClass, type SecurityEntry 
 import { useMemo, useState, type FormEvent } from 'react';
 import { commaParts } from '../freeCall';
 import { DataTable } from '../table/DataTable';
+import { symbolColumn, symbolOf } from '../table/symbolColumn';
 import type { Column } from '../table/types';
 import type { Texts } from '../texts';
 import { useTexts } from '../texts/useTexts';
@@ -22,22 +23,9 @@ function classes({ securityType, securitySubType, securityPost }: typeof anyClas
   return [{ securityType, securitySubType: commaParts(securitySubType), securityPost: commaParts(securityPost) }];
 }
 
-const symbolOf = ({ symbol }: SecurityEntry) => symbol;
-
 function columnsOf(t: Texts, onChoose: (symbol: string) => void): readonly Column<SecurityEntry>[] {
   return [
-    {
-      key: 'symbol',
-      title: t.symbol,
-      kind: 'text',
-      width: 11,
-      value: symbolOf,
-      write: ({ symbol }) => (
-        <button type="button" className="link" onClick={() => onChoose(symbol)}>
-          {symbol}
-        </button>
-      ),
-    },
+    symbolColumn(t, onChoose),
     { key: 'displayName', title: t.name, kind: 'text', value: ({ displayName }) => displayName },
     { key: 'spellName', title: t.field('spellName'), kind: 'text', value: ({ spellName }) => spellName },
   ];

@@ -1,11 +1,13 @@
-import type { Connection, Entrust, Execution, Position } from '@varnel/web-client';
+import { fundProperties, type Connection, type Entrust, type Execution, type Position } from '@varnel/web-client';
 import { useCallback, useMemo, useRef, useState } from 'react';
 import { flushSync } from 'react-dom';
 import { useHotKeys } from '../hotkeys';
+import { lastOf } from '../lastOf';
 import { useWatch, type StartWatch, type Watched } from '../live/useWatch';
 import { newestFirst, openStatuses, orderIdOf } from '../records';
 import { useTexts } from '../texts/useTexts';
 import { sideFor, type Direction } from '../ticket';
+import { Split } from '../ui/Split';
 import { Tabs } from '../ui/Tabs';
 import { useClosing } from '../useClosing';
 import { useFundAccounts } from '../useFundAccounts';
@@ -37,6 +39,12 @@ function useNewestFirst<Row extends Entrust | Execution>(start: StartWatch<Row>)
 export function TradeView({ sdk, proposal }: Props) {
   const t = useTexts();
   const accounts = useFundAccounts(sdk);
+  const futuresAccounts = useFundAccounts(sdk, fundProperties.futures).data;
+  const stockAccounts = useFundAccounts(sdk, fundProperties.stock).data;
+  const tradingAccounts = useMemo(
+    () => ({ future: futuresAccounts ?? [], other: stockAccounts ?? [] }),
+    [futuresAccounts, stockAccounts],
+  );
   const securities = useSecurities(sdk);
   const bySymbol = useMemo(
     () => new Map((securities.data ?? []).map((security) => [security.symbol, security])),
@@ -69,7 +77,7 @@ export function TradeView({ sdk, proposal }: Props) {
 
   const ticket = useTicket({
     sdk,
-    firstAccount: fundAccounts[0] ?? '',
+    accounts: tradingAccounts,
     securities: bySymbol,
     proposal,
   });
@@ -105,7 +113,7 @@ export function TradeView({ sdk, proposal }: Props) {
     blotter: () => focus('[data-testid="blotter"] .scroll'),
     cancelLast: () => {
       const ids = new Set(openIds());
-      const last = ticket.placed.filter((id) => ids.has(id)).at(-1);
+      const last = lastOf(ticket.placed.filter((id) => ids.has(id)));
       setNotice(last ? '' : t.noOwnOpenOrder);
       if (last) setAsked([last]);
     },
@@ -117,43 +125,79 @@ export function TradeView({ sdk, proposal }: Props) {
     help: () => setHelping(true),
   });
 
+  const books = [
+    {
+      id: 'positions',
+      title: t.positions,
+      content: <PositionsTable positions={positions} onClose={close} />,
+    },
+    { id: 'deals', title: t.executions, content: <DealsTable executions={executions} /> },
+    { id: 'basket', title: t.basket, content: <BasketPanel sdk={sdk} accounts={accounts} /> },
+  ];
   return (
     <div className="trade" ref={view}>
-      <div className="column entry">
-        <TicketPanel sdk={sdk} ticket={ticket} accounts={accounts} securities={securities} />
-        <LadderPanel ticket={ticket} openOrders={open.items} />
-      </div>
-      <div className="column">
-        <BlotterPanel sdk={sdk} open={open} latest={latest} asked={asked} onAsk={setAsked} />
-        <p className="notice" role="status" data-testid="notice">
-          {notice}
-        </p>
-        <Panel
-          title={t.book}
-          className="fill"
-          testId="book"
-          tools={
-            <button type="button" className="plain" onClick={() => setHelping(true)}>
-              {t.hotKeys}
-            </button>
-          }
-        >
-          <Tabs
-            label={t.book}
-            current={side}
-            onChange={setSide}
-            tabs={[
-              {
-                id: 'positions',
-                title: t.positions,
-                content: <PositionsTable positions={positions} onClose={close} />,
-              },
-              { id: 'deals', title: t.executions, content: <DealsTable executions={executions} /> },
-              { id: 'basket', title: t.basket, content: <BasketPanel sdk={sdk} accounts={accounts} /> },
-            ]}
-          />
-        </Panel>
-      </div>
+      <Split
+        id="trade"
+        parts={[
+          {
+            id: 'trade-entry',
+            size: 22,
+            min: 250,
+            className: 'column entry',
+            content: (
+              <>
+                <TicketPanel sdk={sdk} ticket={ticket} accounts={accounts} securities={securities} />
+                <LadderPanel ticket={ticket} openOrders={open.items} />
+              </>
+            ),
+          },
+          {
+            id: 'trade-records',
+            size: 78,
+            min: 400,
+            content: (
+              <Split
+                id="trade-records"
+                isVertical
+                parts={[
+                  {
+                    id: 'trade-orders',
+                    size: 50,
+                    min: 120,
+                    content: (
+                      <>
+                        <BlotterPanel sdk={sdk} open={open} latest={latest} asked={asked} onAsk={setAsked} />
+                        <p className="notice" role="status" data-testid="notice">
+                          {notice}
+                        </p>
+                      </>
+                    ),
+                  },
+                  {
+                    id: 'trade-book',
+                    size: 50,
+                    min: 120,
+                    content: (
+                      <Panel
+                        title={t.book}
+                        className="fill"
+                        testId="book"
+                        tools={
+                          <button type="button" className="plain" onClick={() => setHelping(true)}>
+                            {t.hotKeys}
+                          </button>
+                        }
+                      >
+                        <Tabs label={t.book} current={side} onChange={setSide} tabs={books} />
+                      </Panel>
+                    ),
+                  },
+                ]}
+              />
+            ),
+          },
+        ]}
+      />
       <HotKeysDialog open={isHelping} onClose={() => setHelping(false)} />
     </div>
   );

@@ -4,6 +4,7 @@ import { useFormats, toneOf, type Formats } from '../formats';
 import { useQuotes } from '../live/useWatch';
 import { clockOf, quoteOf, type Quote } from '../quote';
 import { DataTable } from '../table/DataTable';
+import { symbolColumn, symbolOf } from '../table/symbolColumn';
 import type { Column } from '../table/types';
 import type { Texts } from '../texts';
 import { useTexts } from '../texts/useTexts';
@@ -71,8 +72,6 @@ export function WatchPanel({ sdk, list, chosen, onChoose }: Props) {
   );
 }
 
-const symbolOf = ({ symbol }: Watched) => symbol;
-
 function columnsOf(
   t: Texts,
   formats: Formats,
@@ -89,18 +88,7 @@ function columnsOf(
   });
   const change = ({ quote: { figures, previousClose } }: Watched) => (figures.last - previousClose) / previousClose;
   return [
-    {
-      key: 'symbol',
-      title: t.symbol,
-      kind: 'text',
-      width: 11,
-      value: symbolOf,
-      write: ({ symbol }) => (
-        <button type="button" className="link" onClick={() => onChoose(symbol)}>
-          {symbol}
-        </button>
-      ),
-    },
+    symbolColumn(t, onChoose),
     { key: 'name', title: t.name, kind: 'text', value: ({ detail }) => detail?.displayName || null },
     { ...price('last', t.last, ({ figures }) => figures.last), tone: rise, isMarked: true },
     {

@@ -1,0 +1,96 @@
+#include "platform/ScenarioRules.h"
+
+namespace sim {
+
+namespace {
+
+constexpr qint64 kMaxQty = 1000000000;
+
+/// The most volatility for a price limit, as a multiple of it: see standardClasses().
+constexpr double kVolatilityPerLimit = 6;
+
+template <typename Owner, typename Value>
+struct Key {
+    const char *name;
+    Value Owner::*member;
+};
+
+constexpr Key<SecurityClass, double> kRates[] = {{"priceLimit", &SecurityClass::limitRate},
+                                                 {"fee", &SecurityClass::feeRate},
+                                                 {"saleTax", &SecurityClass::saleTaxRate},
+                                                 {"margin", &SecurityClass::marginRate}};
+
+constexpr Key<SecurityClass, qint64> kQuantities[] = {{"step", &SecurityClass::lot},
+                                                      {"smallest", &SecurityClass::minQty},
+                                                      {"largest", &SecurityClass::maxQty},
+                                                      {"shownStep", &SecurityClass::displayStep}};
+
+constexpr Key<MarketRules, double> kParts[] = {{"unlimitedRise", &MarketRules::unlimitedRise},
+                                               {"splitProbability", &MarketRules::splitProbability},
+                                               {"smallestFirstPart", &MarketRules::smallestFirstPart},
+                                               {"largestFirstPart", &MarketRules::largestFirstPart},
+                                               {"openingParticipation", &MarketRules::openingParticipation}};
+
+/// Reads the numbers from 0 to 1 that are there. The others stay as they are.
+template <typename Owner, size_t size>
+void readParts(JsonNode &node, const Key<Owner, double> (&keys)[size], Owner &owner)
+{
+    for (const auto &[name, member] : keys) {
+        const QString key = QString::fromLatin1(name);
+        if (node.has(key))
+            owner.*member = node.number(key, 0, 1).value_or(owner.*member);
+    }
+}
+
+void readClass(JsonNode &node, SecurityClass &securityClass)
+{
+    readParts(node, kRates, securityClass);
+    for (const auto &[name, member] : kQuantities) {
+        const QString key = QString::fromLatin1(name);
+        if (node.has(key))
+            securityClass.*member = node.wholeNumber(key, 1, kMaxQty).value_or(securityClass.*member);
+    }
+    const QString sameDay = QStringLiteral("soldSameDay");
+    if (node.has(sameDay))
+        securityClass.soldSameDay = node.boolean(sameDay);
+    node.finish();
+    if (securityClass.minQty > securityClass.maxQty)
+        node.fail(QStringLiteral("smallest"), QStringLiteral("must not be more than the largest order"));
+
+    // A narrower limit calms the prices, so that they stay inside it.
+    if (securityClass.limitRate > 0)
+        securityClass.volatility = qMin(securityClass.volatility, kVolatilityPerLimit * securityClass.limitRate);
+}
+
+} // namespace
+
+MarketRules readRules(JsonNode &root)
+{
+    const QString key = QStringLiteral("rules");
+    const QString subTypes = QStringLiteral("subTypes");
+    MarketRules rules;
+    std::optional<JsonNode> node;
+    if (root.has(key))
+        node = root.object(key);
+    if (!node)
+        return rules;
+    readParts(*node, kParts, rules);
+    if (rules.smallestFirstPart > rules.largestFirstPart)
+        node->fail(QStringLiteral("smallestFirstPart"), QStringLiteral("must not be more than the largest first part"));
+    std::optional<JsonNode> classes;
+    if (node->has(subTypes))
+        classes = node->object(subTypes);
+    node->finish();
+    if (!classes)
+        return rules;
+    for (SecurityClass &securityClass : rules.classes) {
+        if (!classes->has(securityClass.subType))
+            continue;
+        if (std::optional<JsonNode> one = classes->object(securityClass.subType))
+            readClass(*one, securityClass);
+    }
+    classes->finish();
+    return rules;
+}
+
+} // namespace sim
