@@ -3,6 +3,7 @@
 #include "CUnPackMessageCommon.h"
 #include "QvPresenterClass.h"
 #include "Tessar_Fields.h"
+#include "platform/PackedRow.h"
 #include "platform/SimulatedClock.h"
 #include "platform/Wakeup.h"
 #include "traffic/Scope.h"
@@ -29,14 +30,14 @@ QVariantMap rowOf(const QVariant &message)
     return unpack.GetRowValue();
 }
 
-/// The row in the form of CPackMessageCommon.
+/// The body of a message without an id of CPackMessageCommon's.
 QVariant packed(const QVariantMap &row)
 {
-    QVariantList fields;
+    PackedRow fields;
     fields.reserve(row.size());
     for (auto field = row.constBegin(); field != row.constEnd(); ++field)
-        fields.append(QVariant(QVariantList{field.key(), field.value()}));
-    return QVariantList{QVariant(fields)};
+        fields.append({field.key(), field.value()});
+    return QVariant::fromValue(fields);
 }
 
 /// Of an answer's records, as many go to the log of the traffic.
