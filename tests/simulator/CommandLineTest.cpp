@@ -50,6 +50,8 @@ const Mistake kMistakes[] = {
     {"OriginWithPath", "--allow-origin http://a.example/x",
      "--allow-origin \"http://a.example/x\" is not an origin such as http://localhost:5173"},
     {"ConfirmOrdersWithoutWindow", "--confirm-orders", "--confirm-orders needs --window"},
+    {"OriginWithSeparator", "--allow-origin http://a.example;x",
+     "--allow-origin \"http://a.example;x\" is not an origin such as http://localhost:5173"},
     {"OriginNull", "--allow-origin null", "--allow-origin \"null\" is not an origin such as http://localhost:5173"},
     {"StepWithoutReplay", "--step", "--step is for replay only"},
     {"VerifyWithoutReplay", "--verify", "--verify is for replay only"},
@@ -58,8 +60,6 @@ const Mistake kMistakes[] = {
     {"ReplayWithSeed", "replay a --seed 5", "--seed is not for replay: the recording has it"},
     {"ReplayThatIsRecorded", "replay a --record b", "--record is not for replay: the recording has it"},
     {"ReplayInTwoWays", "replay a --step --verify", "only one of --speed, --step and --verify can be chosen"},
-    {"ReplayWithoutAnAddress", "replay a b --window", "\"b\" is not an address such as http://localhost:5173"},
-    {"VerifyInAWindow", "replay a --verify --window", "--window is not for --verify, which ends at once"},
     {"VerifyInABrowser", "replay a --verify --open", "--open is not for --verify, which ends at once"},
     {"ReplayWithQuestions", "replay a --confirm-orders", "--confirm-orders needs --window"},
     {"ScenarioMissing", "--scenario /no/such.json",
@@ -222,6 +222,18 @@ TEST(CommandLine, TheWindowTakesTheOptionsOfTheSimulatorAndAddresses)
     ASSERT_TRUE(simulator.waitForFinished(kPatienceMs));
     EXPECT_EQ(QProcess::NormalExit, simulator.exitStatus());
     EXPECT_EQ(0, simulator.exitCode());
+}
+
+TEST(CommandLine, NoRecordingIsVerifiedInAWindow)
+{
+    QProcess simulator;
+    simulator.setProcessEnvironment(surroundings("offscreen", "1"));
+    simulator.start(QStringLiteral(SIMULATOR_BINARY), {QStringLiteral("replay"), QStringLiteral("a"),
+                                                       QStringLiteral("--verify"), QStringLiteral("--window")});
+    ASSERT_TRUE(simulator.waitForFinished(kPatienceMs));
+    EXPECT_EQ(2, simulator.exitCode());
+    EXPECT_EQ("varnel-simulator: --window is not for --verify, which ends at once\n",
+              simulator.readAllStandardError().toStdString());
 }
 
 TEST(CommandLine, AWindowWithoutADisplayGivesOneLineAndStatusOne)
