@@ -2,6 +2,8 @@
 
 #include "exchange/MarketRules.h"
 
+#include <algorithm>
+
 namespace sim {
 
 namespace {
@@ -40,22 +42,25 @@ Ledger *Books::ledgerToOpen(const QString &tradingAccount)
     return found == m_ledgers.end() ? nullptr : &*found;
 }
 
-int Books::enter(Order order, Money available, const PriceLimits &limits)
+int Books::enter(Order order, Money available, const PriceLimits &limits, QString refusal)
 {
-    const int number = int(m_orders.size());
+    const int number = m_firstOrder + int(m_orders.size());
     order.id = numbered(QStringLiteral("O") + m_orderIdPrefix, number + 1);
     order.changed = order.entered;
     order.highestPrice = limits.highest;
-    if (order.remark.isEmpty())
-        order.remark = violatedRule(order, limits);
-    if (order.remark.isEmpty())
-        order.remark = ledgerOf(order).shortage(order, available);
-    if (order.remark.isEmpty()) {
+    if (order.clientId.isEmpty())
+        order.clientId = QLatin1Char('C') + order.id;
+    if (refusal.isEmpty())
+        refusal = violatedRule(order, limits);
+    if (refusal.isEmpty())
+        refusal = ledgerOf(order).shortage(order, available);
+    if (refusal.isEmpty()) {
         const QString &exchange = order.instrument->exchange;
         order.exchangeOrderId = numbered(exchange, ++m_lastExchangeOrder[exchange]);
         ledgerOf(order).reserve(order);
     } else {
         order.status = OrderStatus::Rejected;
+        order.remark = refusal;
     }
     m_byOrderId.insert(order.id, number);
     m_orders.push_back(order);
@@ -64,7 +69,7 @@ int Books::enter(Order order, Money available, const PriceLimits &limits)
 
 void Books::fill(int order, const QDateTime &time, double price, qint64 qty)
 {
-    Order &filled = m_orders[size_t(order)];
+    Order &filled = m_orders[size_t(order - m_firstOrder)];
     Q_ASSERT(qty > 0 && qty <= filled.leaveQty());
     Ledger &ledger = ledgerOf(filled);
     ledger.release(filled);
@@ -72,20 +77,41 @@ void Books::fill(int order, const QDateTime &time, double price, qint64 qty)
     const Money amount = filled.amount(price, qty);
     filled.filledQty += qty;
     filled.filledAmount += amount;
+    filled.feeByRate += feeByRate(*filled.instrument, filled.side, amount);
     filled.status = filled.filledQty == filled.qty ? OrderStatus::Filled : OrderStatus::PartlyFilled;
     filled.changed = time;
     ledger.reserve(filled);
-    const QString id = numbered(QStringLiteral("E") + m_orderIdPrefix, int(m_executions.size()) + 1);
+    const QString id = numbered(QStringLiteral("E") + m_orderIdPrefix, ++m_lastExecution);
     m_executions.push_back({id, order, time, price, qty, amount, fee});
 }
 
-void Books::cancel(int order, const QDateTime &time)
+void Books::cancel(int order, const QDateTime &time, const QString &reason)
 {
-    Order &cancelled = m_orders[size_t(order)];
+    Order &cancelled = m_orders[size_t(order - m_firstOrder)];
     Q_ASSERT(cancelled.isOpen());
     ledgerOf(cancelled).release(cancelled);
     cancelled.status = cancelled.filledQty == 0 ? OrderStatus::Cancelled : OrderStatus::PartlyCancelled;
     cancelled.changed = time;
+    cancelled.remark = reason;
+}
+
+void Books::settle(const Prices &settlementPrices)
+{
+    for (Ledger &ledger : m_ledgers)
+        ledger.settle(settlementPrices);
+}
+
+void Books::forgetBefore(const QDateTime &time)
+{
+    const auto kept =
+        std::find_if(m_orders.begin(), m_orders.end(), [&](const Order &order) { return order.entered >= time; });
+    for (auto order = m_orders.begin(); order != kept; ++order)
+        m_byOrderId.remove(order->id);
+    m_firstOrder += int(kept - m_orders.begin());
+    m_orders = std::vector<Order>(kept, m_orders.end()); // with as much memory as they need
+    const auto keptExecutions = std::find_if(m_executions.begin(), m_executions.end(),
+                                             [&](const Execution &execution) { return execution.time >= time; });
+    m_executions = std::vector<Execution>(keptExecutions, m_executions.end());
 }
 
 } // namespace sim

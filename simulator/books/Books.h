@@ -28,13 +28,16 @@ public:
     /// Null for an unknown trading account.
     const Ledger *ledger(const QString &tradingAccount) const;
 
-    /// In the order of entry. The number of an order is its index.
+    /// Those of the current day, in the order of entry. Each order has a number, which no other one ever gets; that of the
+    /// first order here is firstOrder(), and the others follow.
     const std::vector<Order> &orders() const { return m_orders; }
+    int firstOrder() const { return m_firstOrder; }
+    const Order &order(int number) const { return m_orders[size_t(number - m_firstOrder)]; }
 
     /// The number of the order, -1 for an unknown identifier.
     int orderNumber(const QString &id) const { return m_byOrderId.value(id, -1); }
 
-    /// In the order in which they happened.
+    /// Those of the current day, in the order in which they happened.
     const std::vector<Execution> &executions() const { return m_executions; }
 
     // Writing
@@ -43,15 +46,21 @@ public:
     Ledger *ledgerToOpen(const QString &tradingAccount);
 
     /// Enters an order of a known trading account and returns its number. The order is rejected when it breaks a rule,
-    /// exceeds the price limits or costs more than the account has, or when its remark says already why. available: the
+    /// exceeds the price limits or costs more than the account has, or for the reason that is given. available: the
     /// account's money for new orders.
-    int enter(Order order, Money available, const PriceLimits &limits);
+    int enter(Order order, Money available, const PriceLimits &limits, QString refusal = {});
 
     /// Books a fill of an open order. qty: at most the order's open quantity.
     void fill(int order, const QDateTime &time, double price, qint64 qty);
 
-    /// Cancels what is open of an open order.
-    void cancel(int order, const QDateTime &time);
+    /// Cancels what is open of an open order. reason: a text for its owner where he did not ask for it.
+    void cancel(int order, const QDateTime &time, const QString &reason = {});
+
+    /// Settles every account: see Ledger::settle.
+    void settle(const Prices &settlementPrices);
+
+    /// Forgets the orders that were entered before that time, and the executions before it. None of the orders is open.
+    void forgetBefore(const QDateTime &time);
 
 private:
     Ledger &ledgerOf(const Order &order) { return m_ledgers[order.tradingAccount]; }
@@ -59,8 +68,10 @@ private:
     const Accounts &m_accounts;
     const QString m_orderIdPrefix;
     std::atomic<int> m_lastOrderId{0};
+    int m_firstOrder = 0;
     std::vector<Order> m_orders;     ///< not a QVector: detaching would invalidate references
-    QHash<QString, int> m_byOrderId; ///< indices in m_orders
+    QHash<QString, int> m_byOrderId; ///< numbers
+    int m_lastExecution = 0;
     std::vector<Execution> m_executions;
     QHash<QString, Ledger> m_ledgers;        ///< by trading account, one for each
     QHash<QString, int> m_lastExchangeOrder; ///< by exchange

@@ -45,6 +45,7 @@ struct Order {
     OrderStatus status = OrderStatus::Reported;
     qint64 filledQty = 0;
     Money filledAmount; ///< multiplier included
+    Money feeByRate;    ///< of its fills, before the minimum
     QDateTime changed;  ///< when it got its status
     QString remark;     ///< why it was rejected
 

@@ -10,7 +10,7 @@ qint64 affordableQty(const Order &order, Money available)
 {
     const Instrument &instrument = *order.instrument;
     const auto needed = [&](qint64 qty) {
-        return moneyToOpen(instrument, order.side, order.amount(order.reservePrice(), qty));
+        return moneyToOpen(order, order.amount(order.reservePrice(), qty));
     };
     const Money neededForMost = needed(instrument.maxQty);
     if (neededForMost <= available)

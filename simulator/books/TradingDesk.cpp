@@ -1,5 +1,6 @@
 #include "books/TradingDesk.h"
 
+#include "books/Settlement.h"
 #include "exchange/Exchange.h"
 #include "exchange/Random.h"
 
@@ -43,6 +44,11 @@ TradingDesk::TradingDesk(const Accounts &accounts, const QString &orderIdPrefix,
     , m_step(exchange.stepAt(start))
 {
     openBooks(m_books, exchange, seed, start, opening);
+    if (Exchange::phase(m_step) == Phase::Settlement) { // nobody need be told: it was before the start
+        settleDay();
+        m_touched.clear();
+        m_events.clear();
+    }
     for (int number = 0; number < int(m_books.orders().size()); ++number) {
         if (orderAt(number).isOpen())
             m_open.add(number, orderAt(number));
@@ -64,7 +70,7 @@ std::optional<Order> TradingDesk::order(const QString &id) const
 {
     const Reader books = read();
     const int number = books->orderNumber(id);
-    return number < 0 ? std::nullopt : std::make_optional(books->orders()[size_t(number)]);
+    return number < 0 ? std::nullopt : std::make_optional(books->order(number));
 }
 
 std::vector<Order> TradingDesk::place(const std::vector<Order> &orders, const QDateTime &now)
@@ -81,27 +87,34 @@ std::vector<Order> TradingDesk::place(const std::vector<Order> &orders, const QD
             return m_exchange.lastPrice(symbol, m_step).value_or(0);
         };
         QHash<QString, Money> withFrozen; // the available money, by trading account
-        for (Order order : orders) {
+        for (const Order &order : orders) {
             const Ledger &ledger = *m_books.ledger(order.tradingAccount);
             if (!withFrozen.contains(order.tradingAccount))
                 withFrozen.insert(order.tradingAccount, ledger.value(prices).available + ledger.frozenCash());
-            order.entered = m_now;
-            if (m_exchange.isHalted(order.instrument->symbol, m_step + 1))
-                order.remark = QStringLiteral("证券停牌，不能委托");
-            const int number = m_books.enter(order, withFrozen[order.tradingAccount] - ledger.frozenCash(),
-                                             m_exchange.limits(order.instrument->symbol, m_step));
-            const Order &asEntered = orderAt(number);
-            if (asEntered.isOpen()) {
-                m_open.add(number, asEntered);
-                touch(asEntered, false);
-            }
-            m_events.emplace_back(OrderEntered{asEntered});
-            entered.push_back(asEntered);
+            const int number = enter(order, withFrozen[order.tradingAccount] - ledger.frozenCash());
+            entered.push_back(orderAt(number));
         }
         reportTouched();
     }
     report();
     return entered;
+}
+
+int TradingDesk::enter(const Order &order, Money available)
+{
+    Order entered = order;
+    entered.entered = m_now;
+    const QString &symbol = order.instrument->symbol;
+    const QString refusal =
+        m_exchange.isHalted(symbol, m_step + 1) ? QStringLiteral("证券停牌，不能委托") : QString();
+    const int number = m_books.enter(entered, available, m_exchange.limits(symbol, m_step), refusal);
+    const Order &asEntered = orderAt(number);
+    if (asEntered.isOpen()) {
+        m_open.add(number, asEntered);
+        touch(asEntered, false);
+    }
+    m_events.emplace_back(OrderEntered{asEntered});
+    return number;
 }
 
 QStringList TradingDesk::cancel(const std::vector<CancelRequest> &requests, const QDateTime &now)
@@ -164,16 +177,56 @@ void TradingDesk::playAllSteps(qint64 lastStep)
 bool TradingDesk::playStep(qint64 lastStep)
 {
     if (m_open.isEmpty())
-        m_step = qMax(m_step, lastStep);
+        m_step = qMax(m_step, qMin(lastStep, steps::nextOfBooks(m_step) - 1));
     if (m_step >= lastStep)
         return false;
     ++m_step;
     const QDateTime time = m_exchange.timeOfStep(m_step);
     moveClock(time);
+    const Phase phase = Exchange::phase(m_step);
+    if (phase == Phase::DayBegins)
+        beginDay();
+    else if (phase == Phase::Settlement)
+        settleDay();
     for (const OpenOrders::Fill &fillable : m_open.fillsAt(m_exchange, m_step))
         fill(fillable, time);
     reportTouched();
     return true;
+}
+
+void TradingDesk::settleDay()
+{
+    for (const int number : settlement::expiringOrders(m_books, m_exchange, m_step))
+        cancelByBroker(number, QStringLiteral("当日有效，收市后失效"));
+    settlement::settle(m_books, m_exchange, m_step);
+    m_touched.clear(); // every position that there still is
+    for (const FundAccount &fund : m_books.accounts().fundAccounts(AllFunds)) {
+        for (const QString &account : fund.tradingAccounts) {
+            const QList<PositionKey> keys = m_books.ledger(account)->positions().keys();
+            m_touched[account] = QSet<PositionKey>(keys.begin(), keys.end());
+        }
+    }
+}
+
+void TradingDesk::beginDay()
+{
+    settlement::forgetPastDays(m_books, m_exchange, m_step);
+    m_events.emplace_back(DayBegan{});
+    for (const QString &account : settlement::accountsShortOfMargin(m_books, m_exchange, m_step)) {
+        for (const int number : settlement::openOrders(m_books, account))
+            cancelByBroker(number, QStringLiteral("保证金不足，撤销委托"));
+        for (const Order &order : settlement::closingOrders(m_books, m_exchange, account, m_step))
+            enter(order, Money());
+    }
+}
+
+void TradingDesk::cancelByBroker(int number, const QString &reason)
+{
+    const Order &order = orderAt(number);
+    m_open.remove(number, order);
+    m_books.cancel(number, m_now, reason);
+    m_events.emplace_back(OrderChanged{order});
+    touch(order, false);
 }
 
 void TradingDesk::fill(const OpenOrders::Fill &fillable, const QDateTime &time)

@@ -82,11 +82,15 @@ private:
     using PositionKey = QPair<QString, bool>; ///< as in Ledger::positions
 
     // Called with the mutex held.
-    const Order &orderAt(int number) const { return m_books.orders()[size_t(number)]; }
+    const Order &orderAt(int number) const { return m_books.order(number); }
     void moveClock(const QDateTime &now);
     bool playStep(qint64 lastStep); ///< plays the next step; false when there is none up to the last
     void playAllSteps(qint64 lastStep);
     void fill(const OpenOrders::Fill &fillable, const QDateTime &time);
+    void beginDay();
+    void settleDay();
+    void cancelByBroker(int number, const QString &reason);
+    int enter(const Order &order, Money available);
     QString cancel(const CancelRequest &request);
     qint64 qtyToFill(const Order &order) const;
     void touch(const Order &order, bool isFill);

@@ -70,6 +70,11 @@ void TradeEvents::announce(const PositionChanged &event)
                    recordOf(positionFields(), PositionSource{fund, event.tradingAccount, event.position}));
 }
 
+void TradeEvents::announce(const DayBegan &)
+{
+    m_bus.announce(OrdersLoadedEvent, {});
+}
+
 void TradeEvents::announce(const AssetChanged &event)
 {
     m_bus.announce(AssetEvent, {{Tessar_Fields::UserAccount::tradingAccount, event.tradingAccount}});

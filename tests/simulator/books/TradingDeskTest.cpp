@@ -287,9 +287,9 @@ TEST_F(TradingDeskTest, AnOrderAtMarketPriceFreezesMoneyAtTheUpperLimitOfItsDay)
     for (const auto &[time, day] : table) {
         desk.advance(at(time));
         const Money before = desk.ledger(QStringLiteral("A1"))->frozenCash();
-        world.place(world.order(share, Side::Buy, 1000), at(time));
+        const Order order = world.place(world.order(share, Side::Buy, 1000), at(time));
         const Money amount = Money::rounded(world.exchange.quote(share.symbol, at(day))->upperLimit * 1000);
-        EXPECT_EQ(moneyToOpen(share, Side::Buy, amount), desk.ledger(QStringLiteral("A1"))->frozenCash() - before);
+        EXPECT_EQ(moneyToOpen(order, amount), desk.ledger(QStringLiteral("A1"))->frozenCash() - before);
     }
     desk.advance(at("2025-03-05 10:00:00"));
     EXPECT_EQ(Money(), desk.ledger(QStringLiteral("A1"))->frozenCash());
