@@ -322,7 +322,7 @@ bool Scenario::parse(const QByteArray &text, const QString &fileName, Scenario &
 
 QStringList Scenario::builtInNames()
 {
-    return {QStringLiteral("default"), QStringLiteral("quiet"), QStringLiteral("large")};
+    return {QStringLiteral("default"), QStringLiteral("quiet"), QStringLiteral("large"), QStringLiteral("week")};
 }
 
 QString Scenario::builtIn(const QString &name)

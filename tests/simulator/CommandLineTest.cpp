@@ -63,7 +63,7 @@ const Mistake kMistakes[] = {
     {"VerifyInABrowser", "replay a --verify --open", "--open is not for --verify, which ends at once"},
     {"ReplayWithQuestions", "replay a --confirm-orders", "--confirm-orders needs --window"},
     {"ScenarioMissing", "--scenario /no/such.json",
-     "--scenario \"/no/such.json\" is neither a file nor a built-in scenario: there are default, quiet, large"},
+     "--scenario \"/no/such.json\" is neither a file nor a built-in scenario: there are default, quiet, large, week"},
 };
 
 } // namespace
