@@ -225,9 +225,10 @@ TEST_F(LedgerTest, ASettlementEndsTheDay)
     ledger.settle([&](const QString &symbol) { return symbol == future.symbol ? 4020.0 : 11.0; });
     EXPECT_DOUBLE_EQ(cash + 300 * (4020 - 4010) - 300 * (4020 - 4000), ledger.cash().yuan());
     EXPECT_EQ(1500, ledger.closableQty(share.symbol, false));
-    EXPECT_DOUBLE_EQ(14500, ledger.positions()[{share.symbol, false}].holdingCost.yuan());
-    EXPECT_DOUBLE_EQ(300 * 4020, ledger.positions()[{future.symbol, true}].holdingCost.yuan());
-    EXPECT_DOUBLE_EQ(300 * 4010, ledger.positions()[{future.symbol, false}].openCost.yuan());
+    const auto position = [&](const Instrument &of, bool isShort) { return ledger.positions()[{of.symbol, isShort}]; };
+    EXPECT_DOUBLE_EQ(14500, position(share, false).holdingCost.yuan());
+    EXPECT_DOUBLE_EQ(300 * 4020, position(future, true).holdingCost.yuan());
+    EXPECT_DOUBLE_EQ(300 * 4010, position(future, false).openCost.yuan());
     EXPECT_EQ(Money(), ledger.fees());
     EXPECT_EQ(Money(), ledger.closeProfitByDate());
     const Valuation value = ledger.value(at(4020));
