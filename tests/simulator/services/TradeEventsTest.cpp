@@ -226,7 +226,6 @@ TEST_F(TradeEventsTest, ExecutionsOfStrategiesHaveTheirOwnEvent)
 
 TEST_F(TradeEventsTest, AfterTheSettlementEveryPositionIsReportedAndANewDayLoadsItsOrders)
 {
-    Listener listener;
     terminal.playMarket(QDateTime(QDate(2025, 3, 4), QTime(9, 0), Qt::UTC));
     bool isLoaded = false; // the first time is that of the start
     const QList<Event> events = listener.until([&](const Event &event) {
