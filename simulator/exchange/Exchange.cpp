@@ -23,6 +23,12 @@ constexpr int kStepsPerDay = kStepsPerMinute * calendar::kMinutesPerDay;
 
 constexpr int kLevels = 5;
 
+/// The volume of the first `steps` steps of a minute, in whole lots.
+qint64 volumeBy(int steps, qint64 ofMinute, qint64 lot)
+{
+    return ofMinute / lot * steps / kStepsPerMinute * lot;
+}
+
 /// The volume of a minute relative to the average minute: high at the opening and at the close, low at noon.
 double relativeVolume(int minuteOfDay)
 {
@@ -193,8 +199,7 @@ Exchange::Ticks Exchange::beginOf(const Listed &listed, qint64 minute, const Tic
     Ticks begin{whole.open, whole.open, whole.open, whole.open, 0, 0};
     for (int step = 1; step <= steps; ++step)
         begin.append({0, priceOf(step), priceOf(step), priceOf(step), 0, 0});
-    const qint64 lot = m_instruments[listed.index].lot;
-    begin.volume = whole.volume / lot * steps / kStepsPerMinute * lot;
+    begin.volume = volumeBy(steps, whole.volume, m_instruments[listed.index].lot);
     if (begin.volume > 0) {
         const double average = qBound(double(begin.low), whole.value / double(whole.volume), double(begin.high));
         begin.value = average * double(begin.volume);
@@ -202,13 +207,14 @@ Exchange::Ticks Exchange::beginOf(const Listed &listed, qint64 minute, const Tic
     return begin;
 }
 
-void Exchange::addDepth(const Listed &listed, qint64 step, qint64 last, Quote &quote) const
+template <typename Levels>
+void Exchange::addDepth(const Listed &listed, qint64 step, qint64 last, const PriceLimits &limits, Levels &levels) const
 {
     const PricePath &path = listed.path;
     const Instrument &instrument = m_instruments[listed.index];
     const double usualLots = double(instrument.dailyVolume) / calendar::kMinutesPerDay / double(instrument.lot) / 4;
-    const qint64 lowest = qMax<qint64>(1, instrument.ticksOf(quote.lowerLimit));
-    const qint64 highest = instrument.limitRate > 0 ? instrument.ticksOf(quote.upperLimit) : INT64_MAX;
+    const qint64 lowest = qMax<qint64>(1, instrument.ticksOf(limits.lower));
+    const qint64 highest = limits.areSet() ? instrument.ticksOf(limits.upper) : INT64_MAX;
 
     // The last price is the best bid or the best ask.
     const qint64 bestBid = path.chance(step, BestSide) < 0.5 ? last : last - 1;
@@ -219,8 +225,8 @@ void Exchange::addDepth(const Listed &listed, qint64 step, qint64 last, Quote &q
             const double lots = usualLots * (0.2 + 1.6 * path.chance(step, Depth + purpose));
             return QuoteLevel{instrument.priceOf(ticks), (1 + std::llround(lots)) * instrument.lot};
         };
-        quote.bids.append(levelAt(bestBid - level, quint64(level)));
-        quote.asks.append(levelAt(bestBid + 1 + level, quint64(kLevels) + quint64(level)));
+        levels.bids.append(levelAt(bestBid - level, quint64(level)));
+        levels.asks.append(levelAt(bestBid + 1 + level, quint64(kLevels) + quint64(level)));
     }
 }
 
@@ -255,6 +261,23 @@ std::optional<double> Exchange::lastPrice(const QString &symbol, qint64 step) co
     const Ticks whole = minuteTicks(*found, moment.minute, openTicks(*found, moment.minute));
     const qint64 last = beginOf(*found, moment.minute, whole, moment.stepsOfMinute).close;
     return m_instruments[found->index].priceOf(last);
+}
+
+std::optional<StepTrades> Exchange::trades(const QString &symbol, qint64 step) const
+{
+    const auto found = m_bySymbol.constFind(symbol);
+    const Moment moment(step);
+    if (found == m_bySymbol.constEnd() || !isTraded(*found, moment))
+        return std::nullopt;
+    const Instrument &instrument = m_instruments[found->index];
+    const Ticks whole = minuteTicks(*found, moment.minute, openTicks(*found, moment.minute));
+    const qint64 last = beginOf(*found, moment.minute, whole, moment.stepsOfMinute).close;
+    StepTrades trades;
+    trades.last = instrument.priceOf(last);
+    trades.volume = volumeBy(moment.stepsOfMinute, whole.volume, instrument.lot) -
+                    volumeBy(moment.stepsOfMinute - 1, whole.volume, instrument.lot);
+    addDepth(*found, step, last, limitsOf(*found, moment.day), trades);
+    return trades;
 }
 
 PriceLimits Exchange::limitsOf(const Listed &listed, qint64 day) const
@@ -297,7 +320,7 @@ std::optional<Quote> Exchange::quote(const QString &symbol, const QDateTime &tim
     quote.lowerLimit = limits.lower;
     quote.volume = ticks.volume;
     quote.amount = ticks.amount(instrument);
-    addDepth(*found, step, ticks.close, quote);
+    addDepth(*found, step, ticks.close, limits, quote);
     return quote;
 }
 

@@ -64,6 +64,10 @@ public:
     /// The last price of the step's quote, computed without the rest of the quote.
     std::optional<double> lastPrice(const QString &symbol, qint64 step) const;
 
+    /// What trades at that step, with the levels of its quote. At a step's price some of its volume trades on the side of
+    /// the best level with that price.
+    std::optional<StepTrades> trades(const QString &symbol, qint64 step) const;
+
     /// The price limits of the step's trading day, those that its quotes show. None for an unknown symbol.
     PriceLimits limits(const QString &symbol, qint64 step) const;
 
@@ -98,7 +102,8 @@ private:
     Ticks beginOf(const Listed &listed, qint64 minute, const Ticks &whole, int steps) const;
 
     /// Adds five price levels on each side of the last price.
-    void addDepth(const Listed &listed, qint64 step, qint64 last, Quote &quote) const;
+    template <typename Levels>
+    void addDepth(const Listed &listed, qint64 step, qint64 last, const PriceLimits &limits, Levels &levels) const;
 
     const QVector<Instrument> m_instruments;
     const MarketRules m_rules;

@@ -29,4 +29,12 @@ struct Quote {
     QVector<QuoteLevel> asks;
 };
 
+/// What trades at one step of the exchange, and the price levels that it shows. A plain value.
+struct StepTrades {
+    double last = 0;
+    qint64 volume = 0; ///< of this step alone, in whole lots
+    QVector<QuoteLevel> bids;
+    QVector<QuoteLevel> asks;
+};
+
 } // namespace sim

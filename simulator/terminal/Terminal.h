@@ -3,6 +3,7 @@
 #include "HostApi.h"
 #include "books/TradingDesk.h"
 #include "exchange/Exchange.h"
+#include "platform/Alarm.h"
 #include "platform/MessageBus.h"
 #include "platform/QuoteFeed.h"
 #include "platform/Scenario.h"
@@ -12,6 +13,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace sim {
@@ -38,6 +40,10 @@ public:
     /// Exchange time.
     QDateTime now() const { return m_clock.now(); }
 
+    /// The quote that the terminal shows now: the exchange's, with the orders that wait there. Nothing for an unknown
+    /// symbol and before the first trading day.
+    std::optional<Quote> quote(const QString &symbol) const;
+
     /// Plays the open orders up to that time. Called at every change of the quotes; late or missing calls do not change
     /// the result.
     void playMarket(const QDateTime &time);
@@ -61,6 +67,8 @@ public:
 private:
     Q_DISABLE_COPY(Terminal)
 
+    Quote withOrders(Quote quote) const;
+
     const Login m_login;
     const QString m_station;
     const SimulatedClock m_clock;
@@ -68,6 +76,7 @@ private:
     const Accounts m_accounts;
     const std::shared_ptr<MessageBus> m_bus;
     TradeEvents m_tradeEvents;
+    Alarm m_alarm; ///< for the messages of the desk, which checks it
     TradingDesk m_desk;
     StrategyPlatform m_strategies;
     OrderQuestion m_orderQuestion;
