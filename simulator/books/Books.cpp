@@ -67,8 +67,8 @@ Order &Books::openOrder(int number)
 
 void Books::change(Order &order, OrderStatus status, const QDateTime &time)
 {
-    const bool isStillOpen = status == OrderStatus::Sent || status == OrderStatus::Reported ||
-                             status == OrderStatus::PartlyFilled;
+    const bool isStillOpen =
+        status == OrderStatus::Sent || status == OrderStatus::Reported || status == OrderStatus::PartlyFilled;
     if (isStillOpen && order.status == OrderStatus::ToBeCancelled)
         return;
     order.status = status;

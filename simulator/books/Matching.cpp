@@ -212,7 +212,9 @@ void Matching::remove(int number, const Order &order)
 /// Whether the last price reaches an order that may trade at that step.
 bool Matching::isReached(const Security &security, qint64 last, bool isClose)
 {
-    const auto reaches = [](const Levels &levels, qint64 key) { return !levels.empty() && levels.begin()->first <= key; };
+    const auto reaches = [](const Levels &levels, qint64 key) {
+        return !levels.empty() && levels.begin()->first <= key;
+    };
     const auto &[buys, sells, afterHoursBuys, afterHoursSells] = security.queues;
     return reaches(buys, kBuying * last) || reaches(sells, kSelling * last) ||
            (isClose && (reaches(afterHoursBuys, kBuying * last) || reaches(afterHoursSells, kSelling * last)));
@@ -273,7 +275,8 @@ void Matching::addTo(Quote &quote, const Instrument &instrument) const
             qtys[own->first] += own->second.open;
         auto next = qtys.begin();
         for (QuoteLevel &level : shown) {
-            level = next == qtys.end() ? QuoteLevel() : QuoteLevel{instrument.priceOf(sign * next->first), next->second};
+            level =
+                next == qtys.end() ? QuoteLevel() : QuoteLevel{instrument.priceOf(sign * next->first), next->second};
             if (next != qtys.end())
                 ++next;
         }

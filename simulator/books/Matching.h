@@ -58,7 +58,7 @@ public:
 private:
     struct Waiting {
         qint64 open;
-        qint64 turn;                 ///< the volume of others at this price that must have traded, counted in Level::traded
+        qint64 turn; ///< the volume of others at this price that must have traded, counted in Level::traded
         qint64 lastStep = INT64_MAX; ///< of an order at market price
     };
 

@@ -19,9 +19,9 @@ namespace sim {
 class Exchange;
 
 /// The broker's trading desk: takes orders and cancels, plays their way to the exchange and what fills them there, and
-/// keeps the books. Made and destroyed by the Terminal. Everything may be called from any thread: one mutex guards the books.
-/// Nobody else writes to the books. Its only source of time is the `now` of the calls. It never calls its listener
-/// while the books are locked.
+/// keeps the books. Made and destroyed by the Terminal. Everything may be called from any thread: one mutex guards the
+/// books. Nobody else writes to the books. Its only source of time is the `now` of the calls. It never calls its
+/// listener while the books are locked.
 class TradingDesk {
 public:
     /// Locks the books while it exists. Keep it for a statement or a short block, and no pointer into the books longer

@@ -64,8 +64,8 @@ public:
     /// The last price of the step's quote, computed without the rest of the quote.
     std::optional<double> lastPrice(const QString &symbol, qint64 step) const;
 
-    /// What trades at that step, with the levels of its quote. At a step's price some of its volume trades on the side of
-    /// the best level with that price.
+    /// What trades at that step, with the levels of its quote. At a step's price some of its volume trades on the side
+    /// of the best level with that price.
     std::optional<StepTrades> trades(const QString &symbol, qint64 step) const;
 
     /// The price limits of the step's trading day, those that its quotes show. None for an unknown symbol.

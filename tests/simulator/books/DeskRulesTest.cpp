@@ -140,8 +140,8 @@ protected:
             ASSERT_LE(order.filledQty, order.qty);
             ASSERT_EQ(order.filledQty == order.qty, order.status == OrderStatus::Filled);
             if (order.isOpen() && opens(order.side))
-                frozen[order.tradingAccount] += moneyToOpen(
-                    *order.instrument, order.side, order.amount(order.reservePrice(), order.leaveQty()));
+                frozen[order.tradingAccount] +=
+                    moneyToOpen(*order.instrument, order.side, order.amount(order.reservePrice(), order.leaveQty()));
             ++m_states[order.status];
         }
         for (const char *account : {"A1", "A2", "C1"}) {
@@ -206,10 +206,9 @@ TEST_P(DeskRulesTest, HoldThroughThousandsOfActions)
     EXPECT_GT(m_taken, 100);
     EXPECT_LT(m_taken, m_fills - 20);
     EXPECT_GT(m_shown, 200);
-    for (const OrderStatus status :
-         {OrderStatus::ToBeSent, OrderStatus::Sent, OrderStatus::Reported, OrderStatus::PartlyFilled,
-          OrderStatus::Filled, OrderStatus::ToBeCancelled, OrderStatus::PartlyCancelled, OrderStatus::Cancelled,
-          OrderStatus::Rejected})
+    for (const OrderStatus status : {OrderStatus::ToBeSent, OrderStatus::Sent, OrderStatus::Reported,
+                                     OrderStatus::PartlyFilled, OrderStatus::Filled, OrderStatus::ToBeCancelled,
+                                     OrderStatus::PartlyCancelled, OrderStatus::Cancelled, OrderStatus::Rejected})
         EXPECT_GT(m_states[status], 0) << int(status);
     int late = 0;
     for (const Order &order : m_world.desk.read()->orders())

@@ -13,9 +13,10 @@ struct DeskWorld {
     explicit DeskWorld(const char *start, quint64 seed = 7, const sim::OrderDelays &delays = {})
         : clock(at(start))
         , exchange(sim::listing({}, 120, seed, clock.now().date()), seed, clock.now().date(), clock)
-        , desk(accounts, QStringLiteral("20250303"), exchange, seed, clock.now(),
-               [this](const sim::DeskEvents &more) { events.insert(events.end(), more.begin(), more.end()); }, {},
-               delays)
+        , desk(
+              accounts, QStringLiteral("20250303"), exchange, seed, clock.now(),
+              [this](const sim::DeskEvents &more) { events.insert(events.end(), more.begin(), more.end()); }, {},
+              delays)
     {
     }
 

@@ -113,8 +113,7 @@ TEST_F(MatchingTest, AnOrderTakesTheLevelsThatItReachesAndWaitsBehindWhatWasTher
             if (order.status == OrderStatus::Rejected)
                 continue;
             const QDateTime end = at("2025-03-03 10:05:00");
-            const Parts expected =
-                expectedParts(alone, order, Exchange::stepAt(kEntered), Exchange::stepAt(end));
+            const Parts expected = expectedParts(alone, order, Exchange::stepAt(kEntered), Exchange::stepAt(end));
             alone.desk.advance(end);
             EXPECT_EQ(expected, partsOf(alone, order)) << qPrintable(instrument.symbol) << " " << away;
             if (expected.empty())

@@ -164,10 +164,13 @@ TEST_F(TradingDeskTest, ACancelEndsAnOpenOrderOrGivesTheReason)
     const Order refused = world.place(world.order(share, Side::Buy, 50, 1), time);
     const QString &account = open.tradingAccount;
     const QDateTime asked = at("2025-03-03 10:00:03");
-    const std::vector<TradingDesk::CancelRequest> requests{
-        {open.id, QString()},  {open.id, QStringLiteral("A2")}, {open.id, account},
-        {open.id, account},    {filled.id, account},            {refused.id, account},
-        {QStringLiteral("nothing"), account}};
+    const std::vector<TradingDesk::CancelRequest> requests{{open.id, QString()},
+                                                           {open.id, QStringLiteral("A2")},
+                                                           {open.id, account},
+                                                           {open.id, account},
+                                                           {filled.id, account},
+                                                           {refused.id, account},
+                                                           {QStringLiteral("nothing"), account}};
     EXPECT_EQ(QStringList({QStringLiteral("交易账号与委托不符"), QStringLiteral("交易账号与委托不符"), QString(),
                            QStringLiteral("委托正在撤单"), QStringLiteral("委托已全部成交，不能撤单"),
                            QStringLiteral("废单不能撤单"), QStringLiteral("委托不存在")}),
