@@ -39,6 +39,9 @@ struct VARNEL_HOST_API Scenario {
     /// place and the problem; the scenario is then unusable.
     static bool read(const QString &fileName, Scenario &scenario, QString &error);
 
+    /// The same for the text of such a file. fileName: only for the mistakes.
+    static bool parse(const QByteArray &text, const QString &fileName, Scenario &scenario, QString &error);
+
     /// The scenarios that are built in; the first one is the default.
     static QStringList builtInNames();
 
