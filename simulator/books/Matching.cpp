@@ -50,12 +50,8 @@ public:
                 continue;
             const qint64 key = sign * m_instrument.ticksOf(other.price);
             qint64 offered = other.qty;
-            while (offered > 0 && m_ours > 0 && !queue.empty() && queue.begin()->first <= key) {
-                Level &best = queue.begin()->second;
-                offered -= fillFirstOf(best, other.price, offered);
-                if (best.orders.empty())
-                    queue.erase(queue.begin());
-            }
+            while (offered > 0 && m_ours > 0 && !queue.empty() && queue.begin()->first <= key)
+                offered -= fillFirst(queue, other.price, offered);
             // The price has reached what still waits: nobody stands before it any more.
             for (auto level = queue.begin(); level != queue.end() && level->first <= key; ++level)
                 level->second.traded = qMax(level->second.traded, level->second.lastTurn);
@@ -68,11 +64,10 @@ public:
         const qint64 key = sign * m_instrument.ticksOf(m_trades.last);
         if (keyOfBest(othersOf(sign), m_instrument, sign) == key)
             return; // it was the others who waited at that price
-        const auto best = queue.begin();
-        if (best == queue.end() || best->first != key)
-            return; // nobody waits there, or somebody with a better price has found too little and comes first
-        Level &level = best->second;
-        while (m_volume > 0 && m_ours > 0 && !level.orders.empty()) {
+        // Somebody with a better price who has found too little comes first.
+        const auto isNext = [&] { return !queue.empty() && queue.begin()->first == key; };
+        while (m_volume > 0 && m_ours > 0 && isNext()) {
+            Level &level = queue.begin()->second;
             const qint64 before = level.orders.begin()->second.turn - level.traded;
             if (before > 0) {
                 const qint64 ofOthers = qMin(before, m_volume);
@@ -80,35 +75,35 @@ public:
                 m_volume -= ofOthers;
                 m_ours = qMin(m_ours, m_volume);
             } else {
-                fillFirstOf(level, m_trades.last, m_volume);
+                fillFirst(queue, m_trades.last, m_volume);
             }
         }
-        level.traded += m_volume; // the rest was of others
-        if (level.orders.empty())
-            queue.erase(best);
+        if (isNext())
+            queue.begin()->second.traded += m_volume; // the rest was of others
     }
 
-    /// Fills whole what waits for this price, however much trades.
-    void takeAll(Levels &queue, int sign)
+    /// Fills the orders that allow the one price of the step.
+    void takeOnePrice(Levels &queue, int sign)
     {
         const qint64 key = sign * m_instrument.ticksOf(m_trades.last);
-        while (!queue.empty() && queue.begin()->first <= key) {
-            for (const auto &[number, waiting] : queue.begin()->second.orders)
-                m_outcome.fills.push_back({number, m_trades.last, waiting.open});
-            queue.erase(queue.begin());
-        }
+        while (m_ours > 0 && !queue.empty() && queue.begin()->first <= key)
+            fillFirst(queue, m_trades.last, m_ours);
     }
 
     /// Removes the orders at market price whose time is over.
-    void expire(Levels &queue, qint64 step)
+    void expire(Levels &queue)
     {
         const auto found = queue.find(kAnyPrice);
         if (found == queue.end())
             return;
         std::map<int, Waiting> &orders = found->second.orders;
-        while (!orders.empty() && orders.begin()->second.lastStep <= step) {
-            m_outcome.expired.push_back(orders.begin()->first);
-            orders.erase(orders.begin());
+        for (auto order = orders.begin(); order != orders.end();) {
+            if (--order->second.stepsLeft > 0) {
+                ++order;
+                continue;
+            }
+            m_outcome.expired.push_back(order->first);
+            order = orders.erase(order);
         }
         if (orders.empty())
             queue.erase(found);
@@ -117,12 +112,11 @@ public:
 private:
     const QVector<QuoteLevel> &othersOf(int sign) const { return sign < 0 ? m_trades.asks : m_trades.bids; }
 
-    qint64 roundedUp(qint64 qty) const { return wholeLots(qty + m_instrument.lot - 1, m_instrument.lot); }
-
-    /// Fills the first order of the level as far as offer and volume go. Returns how much of the offer that uses up, in
-    /// whole lots, so that every offer stays in whole lots. Only the end of an order is less than a lot.
-    qint64 fillFirstOf(Level &level, double price, qint64 offered)
+    /// Fills the first order as far as offer and volume go. Returns how much of the offer that uses up, in whole lots, so
+    /// that every offer stays in whole lots. Only the end of an order is less than a lot.
+    qint64 fillFirst(Levels &queue, double price, qint64 offered)
     {
+        Level &level = queue.begin()->second;
         const auto first = level.orders.begin();
         Waiting &waiting = first->second;
         const qint64 qty = qMin(waiting.open, qMin(offered, m_ours));
@@ -131,7 +125,9 @@ private:
         level.open -= qty;
         if (waiting.open == 0)
             level.orders.erase(first);
-        const qint64 used = roundedUp(qty);
+        if (level.orders.empty())
+            queue.erase(queue.begin());
+        const qint64 used = wholeLots(qty + m_instrument.lot - 1, m_instrument.lot);
         m_volume -= used;
         m_ours -= used;
         return used;
@@ -173,7 +169,7 @@ void Matching::add(int number, const Order &order, const Exchange &exchange, qin
     Level &level = security.queues[queue][key];
     Waiting waiting{order.leaveQty(), level.traded};
     if (key == kAnyPrice) {
-        waiting.lastStep = step + kMarketOrderSteps;
+        waiting.stepsLeft = kMarketOrderSteps;
     } else if (queue == Buys || queue == Sells) {
         if (security.shownStep != step) {
             security.shown = exchange.trades(instrument.symbol, step).value_or(StepTrades());
@@ -209,44 +205,51 @@ void Matching::remove(int number, const Order &order)
         m_bySecurity.erase(security);
 }
 
-/// Whether the last price reaches an order that may trade at that step.
-bool Matching::isReached(const Security &security, qint64 last, bool isClose)
-{
-    const auto reaches = [](const Levels &levels, qint64 key) {
-        return !levels.empty() && levels.begin()->first <= key;
-    };
-    const auto &[buys, sells, afterHoursBuys, afterHoursSells] = security.queues;
-    return reaches(buys, kBuying * last) || reaches(sells, kSelling * last) ||
-           (isClose && (reaches(afterHoursBuys, kBuying * last) || reaches(afterHoursSells, kSelling * last)));
-}
-
 Matching::Outcome Matching::play(const Exchange &exchange, qint64 step)
 {
     Outcome outcome;
-    const bool isClose = Exchange::isClose(step);
+    const Phase phase = Exchange::phase(step);
+    if (phase != Phase::OpeningMatch && phase != Phase::Continuous && phase != Phase::AfterHours)
+        return outcome;
+    const bool isAfterHours = phase == Phase::AfterHours;
     for (auto one = m_bySecurity.begin(); one != m_bySecurity.end();) {
         const Instrument &instrument = *one->first;
         Security &security = one->second;
-        // Most orders wait far away. The last price is the best level of one side, so it is all that they need.
-        const std::optional<double> last = exchange.lastPrice(instrument.symbol, step);
-        if (last && isReached(security, instrument.ticksOf(*last), isClose)) {
-            const StepTrades trades = exchange.trades(instrument.symbol, step).value();
-            Step played(instrument, trades, exchange.rules().participation, outcome);
-            auto &[buys, sells, afterHoursBuys, afterHoursSells] = security.queues;
-            played.takeLevels(buys, kBuying);
-            played.takeLevels(sells, kSelling);
-            played.takeTurns(buys, kBuying);
-            played.takeTurns(sells, kSelling);
-            played.expire(buys, step);
-            played.expire(sells, step);
-            if (isClose) {
-                played.takeAll(afterHoursBuys, kBuying);
-                played.takeAll(afterHoursSells, kSelling);
+        Levels &buys = security.queues[isAfterHours ? AfterHoursBuys : Buys];
+        Levels &sells = security.queues[isAfterHours ? AfterHoursSells : Sells];
+        if (const std::optional<StepTrades> trades = tradesThatReach(buys, sells, instrument, exchange, step)) {
+            Step played(instrument, *trades, exchange.rules().participation, outcome);
+            if (phase == Phase::Continuous) {
+                played.takeLevels(buys, kBuying);
+                played.takeLevels(sells, kSelling);
+                played.takeTurns(buys, kBuying);
+                played.takeTurns(sells, kSelling);
+            } else {
+                played.takeOnePrice(buys, kBuying);
+                played.takeOnePrice(sells, kSelling);
             }
+            played.expire(buys);
+            played.expire(sells);
         }
         one = security.isEmpty() ? m_bySecurity.erase(one) : std::next(one);
     }
     return outcome;
+}
+
+/// Nothing where no order can trade, which is found out with the last price alone: most orders wait far away, and the last
+/// price is the best level of one side.
+std::optional<StepTrades> Matching::tradesThatReach(const Levels &buys, const Levels &sells,
+                                                    const Instrument &instrument, const Exchange &exchange, qint64 step)
+{
+    if (buys.empty() && sells.empty())
+        return std::nullopt;
+    const std::optional<double> last = exchange.lastPrice(instrument.symbol, step);
+    if (!last)
+        return std::nullopt;
+    const auto reaches = [key = instrument.ticksOf(*last)](const Levels &levels, int sign) {
+        return !levels.empty() && levels.begin()->first <= sign * key;
+    };
+    return reaches(buys, kBuying) || reaches(sells, kSelling) ? exchange.trades(instrument.symbol, step) : std::nullopt;
 }
 
 void Matching::addTo(Quote &quote, const Instrument &instrument) const
@@ -254,6 +257,9 @@ void Matching::addTo(Quote &quote, const Instrument &instrument) const
     const auto found = m_bySecurity.find(&instrument);
     if (found == m_bySecurity.end())
         return;
+    const qint64 bestBid = keyOfBest(quote.bids, instrument, kSelling);
+    if (bestBid != kAnyPrice && bestBid == keyOfBest(quote.asks, instrument, kSelling))
+        return; // the price of the opening call, at which all would trade
     const Levels &buys = found->second.queues[Buys];
     const Levels &sells = found->second.queues[Sells];
     // Without levels on the other side, the orders there are the other side.

@@ -7,6 +7,7 @@
 #include <array>
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <vector>
 
 namespace sim {
@@ -18,9 +19,10 @@ struct Order;
 /// The orders that the exchange has accepted, by security, side and price, and what fills them at each step.
 ///
 /// An order that reaches the other side of the market takes the displayed levels there, at their prices. An order that
-/// waits at the price that trades is filled when what was displayed there before it has traded. Orders with a better
-/// price come first, and at one price the earlier ones. All together they get a part of the volume of the step
-/// (MarketRules::participation), in whole lots.
+/// waits at the price that trades is filled when what was displayed there before it has traded. At the opening and after
+/// hours there is one price, at which all orders fill that allow it. Orders with a better price come first, and at one
+/// price the earlier ones. All together they get a part of the volume of the step (MarketRules::participation), in whole
+/// lots.
 ///
 /// A plain value; the TradingDesk has one and guards it.
 class Matching {
@@ -37,7 +39,7 @@ public:
         std::vector<int> expired; ///< orders at market price that have found too little: they are no longer here
     };
 
-    /// The steps in which an order at market price takes what it can get. Its rest is cancelled.
+    /// The steps in which an order at market price takes what trades. Its rest is cancelled.
     static constexpr int kMarketOrderSteps = 20;
 
     /// step: the latest one, after which the order was accepted.
@@ -59,7 +61,7 @@ private:
     struct Waiting {
         qint64 open;
         qint64 turn; ///< the volume of others at this price that must have traded, counted in Level::traded
-        qint64 lastStep = INT64_MAX; ///< of an order at market price
+        int stepsLeft = 0;           ///< for an order at market price
     };
 
     /// The orders at one price, by number, which is the order of their acceptance.
@@ -86,7 +88,9 @@ private:
 
     static Queue queueOf(const Order &order);
     static qint64 keyOf(const Order &order);
-    static bool isReached(const Security &security, qint64 last, bool isClose);
+    static std::optional<StepTrades> tradesThatReach(const Levels &buys, const Levels &sells,
+                                                     const Instrument &instrument, const Exchange &exchange,
+                                                     qint64 step);
 
     // By address: the instruments of an exchange are one array, so this is the order of the listing.
     std::map<const Instrument *, Security> m_bySecurity; ///< only securities with orders

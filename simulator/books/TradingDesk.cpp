@@ -11,6 +11,8 @@ namespace {
 
 constexpr quint64 kDelays = 0xde1a; // separates the desk's random numbers from those of the market
 
+const QString kHalted = QStringLiteral("证券停牌，不能委托");
+
 /// Why an order cannot be cancelled; empty when it can.
 QString whyNotCancellable(OrderStatus status)
 {
@@ -43,7 +45,7 @@ TradingDesk::TradingDesk(const Accounts &accounts, const QString &orderIdPrefix,
     , m_books(accounts, orderIdPrefix)
     , m_messages(delays, random::subkey(random::scramble(seed), kDelays))
     , m_now(start)
-    , m_step(Exchange::stepAt(start))
+    , m_step(exchange.stepAt(start))
 {
     openBooks(m_books, exchange, seed, start, opening);
     for (int number = 0; number < int(m_books.orders().size()); ++number) {
@@ -103,6 +105,8 @@ std::vector<Order> TradingDesk::place(const std::vector<Order> &orders, const QD
             if (!withFrozen.contains(order.tradingAccount))
                 withFrozen.insert(order.tradingAccount, ledger.value(prices).available + ledger.frozenCash());
             order.entered = m_now;
+            if (m_exchange.isHalted(order.instrument->symbol, m_step + 1))
+                order.remark = kHalted;
             const int number = m_books.enter(order, withFrozen[order.tradingAccount] - ledger.frozenCash(),
                                              m_exchange.limits(order.instrument->symbol, m_step));
             const Order &asEntered = orderAt(number);
@@ -188,7 +192,7 @@ bool TradingDesk::playNext(const QDateTime &now)
     // At one time the step comes first: an order can fill in the steps after its acceptance, and up to its cancel.
     const std::optional<QDateTime> message = m_messages.next();
     const bool isMessageDue = message && *message <= now;
-    const qint64 lastStep = Exchange::stepAt(isMessageDue ? *message : now);
+    const qint64 lastStep = m_exchange.stepAt(isMessageDue ? *message : now);
     if (m_matching.isEmpty())
         m_step = qMax(m_step, lastStep);
     if (m_step < lastStep)
@@ -204,7 +208,7 @@ bool TradingDesk::playNext(const QDateTime &now)
 void TradingDesk::playStep()
 {
     ++m_step;
-    moveClock(Exchange::timeOfStep(m_step));
+    moveClock(m_exchange.timeOfStep(m_step));
     const Matching::Outcome outcome = m_matching.play(m_exchange, m_step);
     for (const Matching::Fill &one : outcome.fills)
         fill(one);
@@ -239,7 +243,10 @@ void TradingDesk::playMessage()
 void TradingDesk::reachExchange(int number)
 {
     const Order &order = orderAt(number);
-    const QString reason = violatedRule(order, m_exchange.limits(order.instrument->symbol, m_step));
+    const QString &symbol = order.instrument->symbol;
+    const QString reason = m_exchange.isHalted(symbol, m_step + 1)
+                               ? kHalted
+                               : violatedRule(order, m_exchange.limits(symbol, m_step));
     if (reason.isEmpty()) {
         m_books.accept(number, m_now);
         m_matching.add(number, order, m_exchange, m_step);

@@ -14,6 +14,8 @@ struct QuoteLevel {
 
 /// The quote of a security: its day so far and five price levels on each side.
 struct Quote {
+    static constexpr int kLevels = 5;
+
     QString symbol;
     QDateTime time; ///< of the last change
     double previousClose = 0;

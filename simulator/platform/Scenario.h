@@ -4,6 +4,7 @@
 #include "books/Accounts.h"
 #include "books/OpeningBooks.h"
 #include "books/OrderMessages.h"
+#include "exchange/Halts.h"
 #include "exchange/MarketRules.h"
 
 #include <QDateTime>
@@ -30,6 +31,7 @@ struct VARNEL_HOST_API Scenario {
     QVector<AlgoPermission> algoPermissions;
     QVector<Instrument> securities;
     int generatedSecurities = 0; ///< how many more are made up from the seed
+    QVector<Halt> halts;
     OpeningTerms opening;
     OrderDelays orderDelays;
     int busDelay = 20; ///< milliseconds of a request or event on the bus, at normal speed

@@ -78,8 +78,8 @@ protected:
             const Execution &execution = books.executions()[i];
             const Order &order = books.orders()[size_t(execution.order)];
             const Instrument &instrument = *order.instrument;
-            const qint64 step = Exchange::stepAt(execution.time);
-            ASSERT_EQ(Exchange::timeOfStep(step), execution.time);
+            const qint64 step = m_world.exchange.stepAt(execution.time);
+            ASSERT_EQ(m_world.exchange.timeOfStep(step), execution.time);
             ASSERT_GT(execution.time, order.entered);
             volume[&instrument] += execution.qty;
             filled.insert(execution.order);
@@ -171,7 +171,7 @@ protected:
     DeskWorld m_world{"2025-03-03 10:15:20", 7, {{1, 1200}, {5, 1500}, {10, 6000}}}; // so slow that they meet steps
     random::Sequence m_chance{quint64(GetParam())};
     QDateTime m_now = m_world.clock.now();
-    qint64 m_step = Exchange::stepAt(m_now);
+    qint64 m_step = m_world.exchange.stepAt(m_now);
     const std::vector<const Instrument *> m_traded{
         &m_world.any(SecurityKind::Share, 0),  &m_world.any(SecurityKind::Share, 3),
         &m_world.any(SecurityKind::Bond, 0),   &m_world.any(SecurityKind::Fund, 0),
@@ -193,8 +193,8 @@ TEST_P(DeskRulesTest, HoldThroughThousandsOfActions)
 {
     for (int second = 0; second < kSeconds && !HasFatalFailure(); ++second) {
         m_now = m_now.addSecs(1);
-        const bool isStep = Exchange::stepAt(m_now) > m_step;
-        m_step = Exchange::stepAt(m_now);
+        const bool isStep = m_world.exchange.stepAt(m_now) > m_step;
+        m_step = m_world.exchange.stepAt(m_now);
         if (isStep) {
             playStep();
             expectSoundQuotes();

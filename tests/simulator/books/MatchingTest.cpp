@@ -10,10 +10,7 @@ namespace {
 
 const QDateTime kEntered = at("2025-03-03 10:00:00");
 
-qint64 stepAfter(const QDateTime &time, int steps = 1)
-{
-    return Exchange::stepAt(time) + steps;
-}
+const qint64 kEnteredStep = steps::at({}, kEntered);
 
 struct Part {
     qint64 step;
@@ -36,7 +33,7 @@ Parts partsOf(const DeskWorld &world, const Order &order)
 {
     Parts parts;
     for (const Execution &execution : world.executionsOf(order))
-        parts.push_back({Exchange::stepAt(execution.time), execution.price, execution.qty});
+        parts.push_back({world.exchange.stepAt(execution.time), execution.price, execution.qty});
     return parts;
 }
 
@@ -113,7 +110,7 @@ TEST_F(MatchingTest, AnOrderTakesTheLevelsThatItReachesAndWaitsBehindWhatWasTher
             if (order.status == OrderStatus::Rejected)
                 continue;
             const QDateTime end = at("2025-03-03 10:05:00");
-            const Parts expected = expectedParts(alone, order, Exchange::stepAt(kEntered), Exchange::stepAt(end));
+            const Parts expected = expectedParts(alone, order, kEnteredStep, alone.exchange.stepAt(end));
             alone.desk.advance(end);
             EXPECT_EQ(expected, partsOf(alone, order)) << qPrintable(instrument.symbol) << " " << away;
             if (expected.empty())
@@ -139,17 +136,17 @@ TEST_F(MatchingTest, AnOrderAtMarketPriceTakesTheLevelsAndItsRestIsCancelled)
     constexpr int kSteps = Matching::kMarketOrderSteps;
     qint64 volume = 0;
     for (int step = 1; step <= kSteps; ++step)
-        volume += world.exchange.trades(thin.symbol, stepAfter(kEntered, step))->volume;
+        volume += world.exchange.trades(thin.symbol, kEnteredStep + step)->volume;
     ASSERT_GT(volume, 0);
     const Order order = world.placeAtExchange(world.order(thin, Side::Buy, volume), kEntered);
     ASSERT_EQ(OrderStatus::Reported, order.status) << qPrintable(order.remark);
 
-    desk.advance(Exchange::timeOfStep(stepAfter(kEntered, kSteps - 1)));
+    desk.advance(world.exchange.timeOfStep(kEnteredStep + kSteps - 1));
     const Parts parts = partsOf(world, order);
     ASSERT_FALSE(parts.empty());
     EXPECT_EQ(world.exchange.trades(thin.symbol, parts[0].step)->asks[0].price, parts[0].price);
     EXPECT_EQ(OrderStatus::PartlyFilled, world.now(order).status);
-    desk.advance(Exchange::timeOfStep(stepAfter(kEntered, kSteps)));
+    desk.advance(world.exchange.timeOfStep(kEnteredStep + kSteps));
     EXPECT_EQ(OrderStatus::PartlyCancelled, world.now(order).status);
     EXPECT_EQ(QStringLiteral("对手方数量不足，市价委托剩余部分撤销"), world.now(order).remark);
     EXPECT_EQ(Money(), desk.ledger(order.tradingAccount)->frozenCash());

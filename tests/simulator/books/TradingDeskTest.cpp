@@ -80,18 +80,20 @@ TEST_F(TradingDeskTest, TheOrdersOfAListTravelTogetherAndAreNotOvertaken)
 
 TEST_F(TradingDeskTest, TheExchangeRefusesAnOrderThatBreaksTheRulesWhenItArrives)
 {
-    // Sent just before the first step of the next day, which has other price limits.
+    // Sent just before the limits of the next day hold.
     DeskWorld slow(kMorning, 7, {{1, 1}, {3000, 3000}, {1, 1}});
-    const QDateTime time = at("2025-03-04 09:30:02");
-    const double limit = slow.exchange.quote(share.symbol, time)->upperLimit;
-    const double nextLimit = slow.exchange.quote(share.symbol, at("2025-03-04 09:30:03"))->upperLimit;
-    ASSERT_NE(limit, nextLimit);
-    const bool isRise = nextLimit > limit;
-    const double price = isRise ? slow.exchange.quote(share.symbol, time)->lowerLimit : limit;
+    const QDateTime time = at("2025-03-03 15:29:58");
+    const auto limits = [&](const QDateTime &when) {
+        return slow.exchange.limits(share.symbol, slow.exchange.stepAt(when));
+    };
+    const PriceLimits now = limits(time);
+    const PriceLimits next = limits(soonAfter(time.addSecs(3)));
+    ASSERT_NE(now.upper, next.upper);
+    const double price = next.upper > now.upper ? now.lower : now.upper;
     const Order order = slow.place(slow.order(share, Side::Buy, 100, price), time);
     EXPECT_EQ(OrderStatus::ToBeSent, order.status) << qPrintable(order.remark);
     EXPECT_NE(Money(), slow.desk.ledger(order.tradingAccount)->frozenCash());
-    slow.desk.advance(at("2025-03-04 09:30:06"));
+    slow.desk.advance(soonAfter(time.addSecs(3)));
     const Order refused = slow.now(order);
     EXPECT_EQ(OrderStatus::Rejected, refused.status);
     EXPECT_EQ(QStringLiteral("委托价格超出涨跌停范围"), refused.remark);
@@ -100,30 +102,81 @@ TEST_F(TradingDeskTest, TheExchangeRefusesAnOrderThatBreaksTheRulesWhenItArrives
     EXPECT_EQ(2u, slow.reported<AssetChanged>().size());
 }
 
-TEST_F(TradingDeskTest, AfterHoursOrdersFillAtTheClose)
+TEST_F(TradingDeskTest, AfterHoursOrdersFillAfterTheCloseAtItsPrice)
 {
-    Order after = world.order(share, Side::AfterHoursBuy, 1000, world.price(share, at("2025-03-03 15:00:00"), 1));
+    const QDateTime close = at("2025-03-03 15:00:00");
+    const Instrument &growth = world.growthShare();
+    Order after = world.order(growth, Side::AfterHoursBuy, 200, world.price(growth, close, 1));
     after.priceType = PriceType::AfterHours;
     Order tooLow = after;
-    tooLow.price = world.price(share, at("2025-03-03 15:00:00"), -1);
+    tooLow.price = world.price(growth, close, -1);
+    Order unfit = world.order(share, Side::AfterHoursBuy, 1000, world.price(share, close, 1));
     const QDateTime noon = at("2025-03-03 11:45:00");
-    const std::vector<Order> orders = desk.place({after, tooLow}, noon);
-    desk.advance(at("2025-03-03 14:59:59"));
-    EXPECT_EQ(OrderStatus::Reported, world.now(orders[0]).status);
-    desk.advance(at("2025-03-03 15:00:00"));
+    const std::vector<Order> orders = desk.place({after, tooLow, unfit}, noon);
+    EXPECT_EQ(QStringLiteral("该证券不支持盘后定价交易"), orders[2].remark);
+    desk.advance(at("2025-03-03 15:05:02"));
+    EXPECT_TRUE(world.executionsOf(orders[0]).empty());
+    desk.advance(at("2025-03-03 15:30:00"));
     EXPECT_EQ(OrderStatus::Filled, world.now(orders[0]).status);
-    EXPECT_EQ(world.price(share, at("2025-03-03 15:00:00")), world.executionsOf(orders[0])[0].price);
-    EXPECT_EQ(OrderStatus::Reported, world.now(orders[1]).status);
+    const Execution first = world.executionsOf(orders[0]).at(0);
+    EXPECT_EQ(world.price(growth, close), first.price);
+    EXPECT_GT(first.time, at("2025-03-03 15:05:00"));
+    EXPECT_TRUE(world.executionsOf(orders[1]).empty());
+}
+
+TEST_F(TradingDeskTest, OrdersOfTheOpeningCallTradeAtTheOpen)
+{
+    const double open = world.exchange.quote(share.symbol, at("2025-03-03 09:30:03"))->open;
+    const Order good = world.place(world.order(share, Side::Buy, 100, share.priceOf(share.ticksOf(open) + 5)),
+                                   at("2025-03-03 09:20:30"));
+    const Order low = world.place(world.order(share, Side::Buy, 100, share.priceOf(share.ticksOf(open) - 1)),
+                                  at("2025-03-03 09:20:30"));
+    desk.advance(at("2025-03-03 09:24:59"));
+    EXPECT_TRUE(world.executionsOf(good).empty());
+    desk.advance(at("2025-03-03 09:29:59"));
+    ASSERT_EQ(1u, world.executionsOf(good).size());
+    EXPECT_EQ(open, world.executionsOf(good)[0].price);
+    EXPECT_EQ(at("2025-03-03 09:25:00"), world.executionsOf(good)[0].time);
+    EXPECT_TRUE(world.executionsOf(low).empty());
 }
 
 TEST_F(TradingDeskTest, OrdersEnteredWhileTheMarketIsClosedWaitUntilItOpens)
 {
     const Order order = world.place(world.order(share, Side::Buy, share.lot), at("2025-03-03 15:30:00"));
     EXPECT_EQ(at("2025-03-03 15:30:00"), order.entered);
-    desk.advance(at("2025-03-04 09:30:00"));
+    desk.advance(at("2025-03-04 09:24:59"));
     EXPECT_EQ(OrderStatus::Reported, world.now(order).status);
-    desk.advance(at("2025-03-04 09:30:03"));
+    desk.advance(at("2025-03-04 09:25:00"));
     EXPECT_EQ(OrderStatus::Filled, world.now(order).status);
+}
+
+TEST_F(TradingDeskTest, AHaltedSecurityTakesNoOrdersAndThoseThatWaitStay)
+{
+    const QDateTime from = at("2025-03-03 10:00:00");
+    world.exchange.halt(share.symbol, from, at("2025-03-03 10:30:00"));
+    const double price = world.price(share, from, 20);
+    const Order waiting = world.place(world.order(share, Side::Buy, 100, price), at("2025-03-03 09:59:59"));
+    const Order refused = world.place(world.order(share, Side::Buy, 100, price), at("2025-03-03 10:00:01"));
+    EXPECT_EQ(OrderStatus::Rejected, world.now(refused).status);
+    EXPECT_EQ(QStringLiteral("证券停牌，不能委托"), world.now(refused).remark);
+    desk.advance(at("2025-03-03 10:29:59"));
+    for (const Execution &execution : world.executionsOf(waiting))
+        EXPECT_LE(execution.time, from);
+    const Order again = world.place(world.order(share, Side::Buy, 100, price), at("2025-03-03 10:30:01"));
+    EXPECT_NE(OrderStatus::Rejected, world.now(again).status);
+}
+
+TEST_F(TradingDeskTest, TheExchangeRefusesAnOrderForASecurityThatWasHaltedMeanwhile)
+{
+    DeskWorld slow(kMorning, 7, {{1, 1}, {3000, 3000}, {1, 1}});
+    const QDateTime time = at("2025-03-03 09:59:59");
+    slow.exchange.halt(share.symbol, soonAfter(time), at("2025-03-03 10:30:00"));
+    const Order order = slow.place(slow.order(share, Side::Buy, 100, slow.price(share, time, -20)), time);
+    EXPECT_EQ(OrderStatus::ToBeSent, order.status);
+    slow.desk.advance(time.addSecs(4));
+    EXPECT_EQ(OrderStatus::Rejected, slow.now(order).status);
+    EXPECT_EQ(QStringLiteral("证券停牌，不能委托"), slow.now(order).remark);
+    EXPECT_EQ(Money(), slow.desk.ledger(order.tradingAccount)->frozenCash());
 }
 
 TEST_F(TradingDeskTest, OrdersThatTheAccountCannotAffordAreRejected)
@@ -228,7 +281,7 @@ TEST_F(TradingDeskTest, AnOrderThatIsToBeCancelledCanBeFilledInPart)
 {
     const QDateTime time = at("2025-03-03 10:00:00");
     DeskWorld slow(kMorning, 7, {{1, 1}, {5, 5}, {4000, 4000}});
-    const qint64 volume = slow.exchange.trades(share.symbol, Exchange::stepAt(time) + 1)->volume;
+    const qint64 volume = slow.exchange.trades(share.symbol, slow.exchange.stepAt(time) + 1)->volume;
     const Order order = slow.placeAtExchange(slow.order(share, Side::Buy, volume), time);
     slow.desk.cancel({{order.id, order.tradingAccount}}, soonAfter(time));
     slow.desk.advance(at("2025-03-03 10:00:03"));
@@ -330,11 +383,15 @@ TEST_F(TradingDeskTest, OrdersAreCheckedAgainstThePriceLimitsThatTheQuoteShows)
 
 TEST_F(TradingDeskTest, AnOrderAtMarketPriceFreezesMoneyAtTheUpperLimitOfItsDay)
 {
-    for (const char *time : {"2025-03-03 15:30:00", "2025-03-04 15:30:00"}) {
+    const struct {
+        const char *entered;
+        const char *day;
+    } table[] = {{"2025-03-03 15:29:59", "2025-03-03 15:00:00"}, {"2025-03-04 15:30:00", "2025-03-05 10:00:00"}};
+    for (const auto &[time, day] : table) {
         desk.advance(at(time));
         const Money before = desk.ledger(QStringLiteral("A1"))->frozenCash();
         world.place(world.order(share, Side::Buy, 1000), at(time));
-        const Money amount = Money::rounded(world.exchange.quote(share.symbol, at(time))->upperLimit * 1000);
+        const Money amount = Money::rounded(world.exchange.quote(share.symbol, at(day))->upperLimit * 1000);
         EXPECT_EQ(moneyToOpen(share, Side::Buy, amount), desk.ledger(QStringLiteral("A1"))->frozenCash() - before);
     }
     desk.advance(at("2025-03-05 10:00:00"));
