@@ -28,8 +28,8 @@ public:
     /// Null for an unknown trading account.
     const Ledger *ledger(const QString &tradingAccount) const;
 
-    /// Those of the current day, in the order of entry. Each order has a number, which no other one ever gets; that of the
-    /// first order here is firstOrder(), and the others follow.
+    /// Those of the current day, in the order of entry. Each order has a number, which no other one ever gets; that of
+    /// the first order here is firstOrder(), and the others follow.
     const std::vector<Order> &orders() const { return m_orders; }
     int firstOrder() const { return m_firstOrder; }
     const Order &order(int number) const { return m_orders[size_t(number - m_firstOrder)]; }
@@ -45,16 +45,33 @@ public:
     /// For opening balances. Null for an unknown trading account.
     Ledger *ledgerToOpen(const QString &tradingAccount);
 
-    /// Enters an order of a known trading account and returns its number. The order is rejected when it breaks a rule,
-    /// exceeds the price limits or costs more than the account has, or for the reason that is given. available: the
-    /// account's money for new orders.
+    /// Enters an order of a known trading account and returns its number. The broker rejects the order when it breaks a
+    /// rule, exceeds the price limits or costs more than the account has, or for the reason that is given; otherwise it
+    /// is to be sent. available: the account's money for new orders.
     int enter(Order order, Money available, const PriceLimits &limits, QString refusal = {});
 
-    /// Books a fill of an open order. qty: at most the order's open quantity.
+    // The states of an open order. An order that is to be cancelled stays so while it is sent, accepted or partly
+    // filled.
+
+    void send(int order, const QDateTime &time);
+
+    /// The exchange accepts the order and gives it a number.
+    void accept(int order, const QDateTime &time);
+
+    /// The exchange refuses the order. reason: a text for its owner.
+    void reject(int order, const QDateTime &time, const QString &reason);
+
+    /// Books a fill. qty: at most the order's open quantity.
     void fill(int order, const QDateTime &time, double price, qint64 qty);
 
-    /// Cancels what is open of an open order. reason: a text for its owner where he did not ask for it.
+    /// Its owner wants the order cancelled.
+    void requestCancel(int order, const QDateTime &time);
+
+    /// Cancels what is open. reason: a text for its owner where he did not ask for it.
     void cancel(int order, const QDateTime &time, const QString &reason = {});
+
+    /// Tells the owner of an order that is done that its cancel came too late.
+    void noteLateCancel(int order);
 
     /// Settles every account: see Ledger::settle.
     void settle(const Prices &settlementPrices);
@@ -64,6 +81,8 @@ public:
 
 private:
     Ledger &ledgerOf(const Order &order) { return m_ledgers[order.tradingAccount]; }
+    Order &openOrder(int number);
+    static void change(Order &order, OrderStatus status, const QDateTime &time);
 
     const Accounts &m_accounts;
     const QString m_orderIdPrefix;

@@ -31,7 +31,10 @@ void enterGiven(Books &books, const Exchange &exchange, const QString &tradingAc
         order.qty = entered.qty;
         order.price = entered.price;
         order.entered = start;
-        books.enter(order, books.ledger(tradingAccount)->value(prices).available, exchange.limits(entered.symbol, step));
+        const int number = books.enter(order, books.ledger(tradingAccount)->value(prices).available,
+                                       exchange.limits(entered.symbol, step));
+        if (books.order(number).isOpen())
+            books.accept(number, start);
     }
 }
 

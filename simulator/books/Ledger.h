@@ -50,8 +50,9 @@ public:
     /// By symbol and whether they are short. A position that was closed today stays, with quantity 0.
     const QMap<QPair<QString, bool>, Position> &positions() const { return m_positions; }
 
-    /// Ends a trading day. Futures are marked to the settlement prices: the profit since the last settlement, or since they
-    /// were opened, becomes cash. What was bought today can be sold from now on, and the sums of the day begin again.
+    /// Ends a trading day. Futures are marked to the settlement prices: the profit since the last settlement, or since
+    /// they were opened, becomes cash. What was bought today can be sold from now on, and the sums of the day begin
+    /// again.
     void settle(const Prices &settlementPrices);
 
     /// The quantity that an order may close now; 0 without a position.
@@ -83,8 +84,8 @@ private:
 /// The broker's fee, with tax, for that amount, before the minimum.
 Money feeByRate(const Instrument &instrument, Side side, Money amount);
 
-/// The fee of the order's next fill. The fills of an order pay at least the minimum together: the first pays all of it, a
-/// later one what the order's fee by rate exceeds what was paid.
+/// The fee of the order's next fill. The fills of an order pay at least the minimum together: the first pays all of it,
+/// a later one what the order's fee by rate exceeds what was paid.
 Money feeOf(const Order &order, Money amount);
 
 /// The money that it takes to open a position of that amount: all of it, or the margin of futures, and the fee.
