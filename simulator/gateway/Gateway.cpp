@@ -5,8 +5,9 @@
 namespace sim {
 
 Gateway::Gateway(const QString &root, const QStringList &allowedOrigins, const QString &inspector,
-                 std::chrono::milliseconds httpDeadline)
-    : m_server({root, inspector, allowedOrigins, httpDeadline}, [this](PageNews news) { tell(std::move(news)); })
+                 std::chrono::milliseconds httpDeadline, int pagesBefore)
+    : m_server({root, inspector, allowedOrigins, httpDeadline, pagesBefore},
+               [this](PageNews news) { tell(std::move(news)); })
 {
 }
 

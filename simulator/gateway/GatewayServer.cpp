@@ -41,6 +41,7 @@ struct Shared {
         , httpDeadline(settings.httpDeadline)
         , listener(std::move(listener))
         , origins(settings.allowedOrigins)
+        , lastPage(settings.pagesBefore)
     {
     }
 
@@ -48,7 +49,7 @@ struct Shared {
     const std::chrono::milliseconds httpDeadline;
     const GatewayServer::Listener listener;
     Origins origins;
-    std::atomic<int> lastPage{0};
+    std::atomic<int> lastPage;
     Connections connections;
     net::io_context context{1};
     PageQueue queue{context};

@@ -82,6 +82,7 @@ void PageConnection::receive(const CallFrame &frame)
 
 void PageConnection::invoke(const CallFrame &frame)
 {
+    const Terminal::Moment moment(Terminal::instance());
     traffic::Entry entry;
     entry.kind = traffic::Entry::Call;
     entry.page = m_number;

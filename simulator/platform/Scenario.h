@@ -3,6 +3,7 @@
 #include "HostApi.h"
 #include "books/Accounts.h"
 #include "books/OpeningBooks.h"
+#include "exchange/Halts.h"
 #include "exchange/MarketRules.h"
 
 #include <QDateTime>
@@ -29,6 +30,7 @@ struct VARNEL_HOST_API Scenario {
     QVector<AlgoPermission> algoPermissions;
     QVector<Instrument> securities;
     int generatedSecurities = 0; ///< how many more are made up from the seed
+    QVector<Halt> halts;
     OpeningTerms opening;
     int busDelay = 20; ///< milliseconds of a request or event on the bus, at normal speed
     MarketRules rules;
@@ -36,6 +38,9 @@ struct VARNEL_HOST_API Scenario {
     /// Reads a scenario file. On failure it returns false, and error has a line for each mistake, with the file, the
     /// place and the problem; the scenario is then unusable.
     static bool read(const QString &fileName, Scenario &scenario, QString &error);
+
+    /// The same for the text of such a file. fileName: only for the mistakes.
+    static bool parse(const QByteArray &text, const QString &fileName, Scenario &scenario, QString &error);
 
     /// The scenarios that are built in; the first one is the default.
     static QStringList builtInNames();

@@ -8,26 +8,25 @@
 
 #include <QtGlobal>
 
+#include <utility>
+
 namespace sim {
 
 namespace {
 
 Terminal *s_terminal = nullptr; // set before any thread that reads it starts, reset after the last one ended
 
-constexpr double kMicrosecondsPerMillisecond = 1000;
-
 } // namespace
 
-Terminal::Terminal(const Scenario &scenario, const Login &login, double speed)
+Terminal::Terminal(const Scenario &scenario, const Login &login, double speed, bool stands)
     : m_login(login)
     , m_station(scenario.station)
-    , m_clock(scenario.start, speed)
+    , m_clock(scenario.start, speed, stands)
     , m_exchange(listing(scenario.securities, scenario.generatedSecurities, scenario.seed, scenario.start.date(),
                          scenario.rules),
-                 scenario.seed, scenario.start.date(), m_clock, scenario.rules)
+                 scenario.seed, scenario.start.date(), m_clock, scenario.rules, scenario.halts)
     , m_accounts(scenario.traders, scenario.fundAccounts)
-    , m_bus(std::make_shared<MessageBus>(
-          std::chrono::microseconds(qint64(scenario.busDelay * kMicrosecondsPerMillisecond / speed))))
+    , m_bus(std::make_shared<MessageBus>(m_clock, std::chrono::milliseconds(scenario.busDelay)))
     , m_tradeEvents(*m_bus, m_accounts)
     , m_desk(
           m_accounts, scenario.start.toString(QStringLiteral("yyyyMMdd")), m_exchange, scenario.seed, scenario.start,
@@ -68,17 +67,60 @@ void Terminal::playMarket(const QDateTime &time)
     m_desk.advance(time);
 }
 
+void Terminal::setTimeLimit(const QDateTime &limit)
+{
+    m_clock.setLimit(limit);
+    tellThatTimeMoved();
+}
+
+void Terminal::liftTimeLimit()
+{
+    m_clock.liftLimit();
+    tellThatTimeMoved();
+}
+
+void Terminal::skipTo(const QDateTime &time)
+{
+    m_clock.skipTo(time);
+    tellThatTimeMoved();
+}
+
+void Terminal::tellThatTimeMoved()
+{
+    m_bus->timeMoved();
+    m_quoteFeed->timeMoved();
+}
+
+Terminal::Moment::Moment(Terminal &terminal) : m_hold(terminal.m_clock)
+{
+    terminal.m_desk.advance(terminal.now());
+}
+
 Prices Terminal::latestPrices() const
 {
-    return [this, step = Exchange::stepAt(now())](const QString &symbol) {
+    return [this, step = m_exchange.stepAt(now())](const QString &symbol) {
         return m_exchange.lastPrice(symbol, step).value_or(0);
     };
 }
 
-bool Terminal::mayPlace(const std::vector<Order> &orders) const
+Terminal::OrderQuestion Terminal::askBeforeOrders(OrderQuestion question)
 {
-    const traffic::CallScope none(0); // what happens while the event loop spins belongs to no call
-    return !m_orderQuestion || m_orderQuestion(orders);
+    return std::exchange(m_orderQuestion, std::move(question));
+}
+
+bool Terminal::mayPlace(const std::vector<Order> &orders)
+{
+    const OrderQuestion question = m_orderQuestion; // it may be ended while it is asked
+    if (!question)
+        return true;
+    bool may = false;
+    {
+        const traffic::CallScope none(0); // what happens while the event loop spins belongs to no call
+        const SimulatedClock::Release goesOn(m_clock);
+        may = question(orders);
+    }
+    m_desk.advance(now());
+    return may;
 }
 
 Terminal &Terminal::instance()

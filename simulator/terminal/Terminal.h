@@ -22,7 +22,8 @@ namespace sim {
 /// outlive it: in their destructors they use only the bus, which they share.
 class VARNEL_HOST_API Terminal {
 public:
-    Terminal(const Scenario &scenario, const Login &login, double speed);
+    /// stands: exchange time stands at the start until it is told to go on.
+    Terminal(const Scenario &scenario, const Login &login, double speed, bool stands = false);
     ~Terminal();
 
     /// The existing terminal. Without one the process aborts with a message.
@@ -33,10 +34,33 @@ public:
     const Accounts &accounts() const { return m_accounts; }
     TradingDesk &desk() { return m_desk; }
     const TradingDesk &desk() const { return m_desk; }
+    Exchange &exchange() { return m_exchange; }
     const Exchange &exchange() const { return m_exchange; }
 
     /// Exchange time.
     QDateTime now() const { return m_clock.now(); }
+
+    /// While it exists, exchange time stands still, and the market has been played up to it. A call of a page is made
+    /// in one, so that its answer depends on the time of the call alone.
+    class VARNEL_HOST_API Moment {
+    public:
+        explicit Moment(Terminal &terminal);
+
+    private:
+        const SimulatedClock::Hold m_hold;
+    };
+
+    /// Exchange time goes no further than this. A limit in the past is one of this moment.
+    void setTimeLimit(const QDateTime &limit);
+
+    /// Exchange time runs on from where it is.
+    void liftTimeLimit();
+
+    /// How long to wait in real time until that exchange time: at most an hour, 0 when it has come.
+    std::chrono::milliseconds realTimeUntil(const QDateTime &time) const { return m_clock.realTimeUntil(time); }
+
+    /// Makes it that time at once, and moves the limit there if it comes earlier.
+    void skipTo(const QDateTime &time);
 
     /// Plays the open orders up to that time. Called at every change of the quotes; late or missing calls do not change
     /// the result.
@@ -48,12 +72,12 @@ public:
     /// Shows the user the orders of one call, and returns whether they may be placed. It may spin the event loop.
     using OrderQuestion = std::function<bool(const std::vector<Order> &)>;
 
-    /// From now on the user is asked before orders are placed; an empty function ends that. User-interface thread only,
-    /// as the next one.
-    void askBeforeOrders(OrderQuestion question) { m_orderQuestion = std::move(question); }
+    /// From now on the user is asked before orders are placed; an empty function ends that. Returns what was asked
+    /// before. User-interface thread only, as the next one.
+    OrderQuestion askBeforeOrders(OrderQuestion question);
 
-    /// Asks the user, if that is wanted.
-    bool mayPlace(const std::vector<Order> &orders) const;
+    /// Asks the user, if that is wanted. Exchange time runs on meanwhile, also in a Moment.
+    bool mayPlace(const std::vector<Order> &orders);
 
     const std::shared_ptr<MessageBus> &bus() const { return m_bus; }
     QuoteFeed &quoteFeed() { return *m_quoteFeed; }
@@ -61,10 +85,12 @@ public:
 private:
     Q_DISABLE_COPY(Terminal)
 
+    void tellThatTimeMoved();
+
     const Login m_login;
     const QString m_station;
-    const SimulatedClock m_clock;
-    const Exchange m_exchange;
+    SimulatedClock m_clock;
+    Exchange m_exchange;
     const Accounts m_accounts;
     const std::shared_ptr<MessageBus> m_bus;
     TradeEvents m_tradeEvents;

@@ -1,6 +1,7 @@
+#include "Program.h"
+
 #include <QDir>
 #include <QFile>
-#include <QProcess>
 #include <QProcessEnvironment>
 #include <QTemporaryDir>
 
@@ -16,28 +17,6 @@
 #endif
 
 namespace {
-
-constexpr int kPatienceMs = 30000;
-
-struct Outcome {
-    int status;
-    QString out;
-    QString err;
-};
-
-QString text(QByteArray output)
-{
-    return QString::fromUtf8(output.replace("\r\n", "\n")); // on Windows lines end so
-}
-
-Outcome run(const QStringList &options, const QString &program = QStringLiteral(SIMULATOR_BINARY))
-{
-    QProcess simulator;
-    simulator.start(program, options);
-    EXPECT_TRUE(simulator.waitForFinished(kPatienceMs));
-    EXPECT_EQ(QProcess::NormalExit, simulator.exitStatus());
-    return {simulator.exitCode(), text(simulator.readAllStandardOutput()), text(simulator.readAllStandardError())};
-}
 
 struct Mistake {
     const char *name;
@@ -74,6 +53,15 @@ const Mistake kMistakes[] = {
     {"OriginWithSeparator", "--allow-origin http://a.example;x",
      "--allow-origin \"http://a.example;x\" is not an origin such as http://localhost:5173"},
     {"OriginNull", "--allow-origin null", "--allow-origin \"null\" is not an origin such as http://localhost:5173"},
+    {"StepWithoutReplay", "--step", "--step is for replay only"},
+    {"VerifyWithoutReplay", "--verify", "--verify is for replay only"},
+    {"ReplayWithoutFile", "replay", "replay needs one file"},
+    {"ReplayOfTwoFiles", "replay a b", "replay needs one file"},
+    {"ReplayWithSeed", "replay a --seed 5", "--seed is not for replay: the recording has it"},
+    {"ReplayThatIsRecorded", "replay a --record b", "--record is not for replay: the recording has it"},
+    {"ReplayInTwoWays", "replay a --step --verify", "only one of --speed, --step and --verify can be chosen"},
+    {"VerifyInABrowser", "replay a --verify --open", "--open is not for --verify, which ends at once"},
+    {"ReplayWithQuestions", "replay a --confirm-orders", "--confirm-orders needs --window"},
     {"ScenarioMissing", "--scenario /no/such.json",
      "--scenario \"/no/such.json\" is neither a file nor a built-in scenario: there are default, quiet, large"},
 };
@@ -113,8 +101,9 @@ TEST(CommandLine, HelpAndVersionGoToStandardOutput)
     const Outcome help = run({QStringLiteral("--help")});
     EXPECT_EQ(0, help.status);
     EXPECT_EQ(QString(), help.err);
-    for (const char *option : {"--port", "--scenario", "--seed", "--speed", "--login", "--root", "--inspector",
-                               "--allow-origin", "--open", "--window", "--confirm-orders"})
+    for (const char *option :
+         {"--port", "--scenario", "--seed", "--speed", "--login", "--root", "--inspector", "--allow-origin", "--open",
+          "--window", "--confirm-orders", "--record", "replay FILE", "--step", "--verify"})
         EXPECT_TRUE(help.out.contains(QLatin1String(option))) << option;
     const Outcome version = run({QStringLiteral("--version")});
     EXPECT_EQ(0, version.status);
@@ -135,14 +124,6 @@ TEST(CommandLine, APortInUseGivesOneLineAndStatusOne)
 }
 
 namespace {
-
-QByteArray readLine(QProcess &process)
-{
-    QByteArray line;
-    while (!line.endsWith('\n') && process.waitForReadyRead(kPatienceMs))
-        line += process.readAllStandardOutput();
-    return line;
-}
 
 /// What the simulator that printed the line answers to a request for that page.
 QByteArray answerOf(const QByteArray &listeningLine, const QByteArray &path)
@@ -241,6 +222,18 @@ TEST(CommandLine, TheWindowTakesTheOptionsOfTheSimulatorAndAddresses)
     ASSERT_TRUE(simulator.waitForFinished(kPatienceMs));
     EXPECT_EQ(QProcess::NormalExit, simulator.exitStatus());
     EXPECT_EQ(0, simulator.exitCode());
+}
+
+TEST(CommandLine, NoRecordingIsVerifiedInAWindow)
+{
+    QProcess simulator;
+    simulator.setProcessEnvironment(surroundings("offscreen", "1"));
+    simulator.start(QStringLiteral(SIMULATOR_BINARY), {QStringLiteral("replay"), QStringLiteral("a"),
+                                                       QStringLiteral("--verify"), QStringLiteral("--window")});
+    ASSERT_TRUE(simulator.waitForFinished(kPatienceMs));
+    EXPECT_EQ(2, simulator.exitCode());
+    EXPECT_EQ("varnel-simulator: --window is not for --verify, which ends at once\n",
+              simulator.readAllStandardError().toStdString());
 }
 
 TEST(CommandLine, AWindowWithoutADisplayGivesOneLineAndStatusOne)
