@@ -118,7 +118,7 @@ async function run() {
   const alone = figuresOf(simulator.pid).descriptors + 1; // with the page that takes stock
 
   const warmUp = Math.min(60, minutes * 12);
-  console.log(`warming up for ${warmUp} s with ${options.pages} pages; then ${minutes} minutes`);
+  console.log(`warming up for ${warmUp.toFixed(0)} s with ${options.pages} pages; then ${minutes} minutes`);
   await crowd(world, warmUp, Number(options.seed) + 1, Number(options.pages));
   const before = await takeStock(simulator, world, alone);
   await before.page.close();
