@@ -81,7 +81,9 @@ GivenOpening::Entered readOrder(JsonNode &node, bool isFutures, const QVector<In
     const Instrument *security = readSymbol(node, isFutures, securities, order.symbol);
     const QString text = node.text(side);
     if (!text.isEmpty() && !sides(isFutures).contains(text))
-        node.fail(side, QStringLiteral("must be one of %1").arg(QStringList(sides(isFutures).keys()).join(QStringLiteral(", "))));
+        node.fail(
+            side,
+            QStringLiteral("must be one of %1").arg(QStringList(sides(isFutures).keys()).join(QStringLiteral(", "))));
     order.side = sides(isFutures).value(text);
     order.qty = readQty(node);
     order.price = readPrice(node, security);
