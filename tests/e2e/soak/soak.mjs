@@ -26,7 +26,7 @@ const { values: options } = parseArgs({
 const minutes = Number(options.minutes);
 
 /** Memory that may stay: allocators keep some, and each order of the day stays in the books. */
-const spareMiB = 24;
+const spareMiB = 8;
 const spareOfAnOrder = 4 / 1024;
 
 /** Two minutes without any answer: then those that are missing do not come. */
