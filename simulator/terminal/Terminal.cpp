@@ -30,7 +30,11 @@ Terminal::Terminal(const Scenario &scenario, const Login &login, double speed, b
     , m_tradeEvents(*m_bus, m_accounts)
     , m_desk(
           m_accounts, scenario.start.toString(QStringLiteral("yyyyMMdd")), m_exchange, scenario.seed, scenario.start,
-          [this](const DeskEvents &events) { m_tradeEvents.announce(events); }, scenario.opening)
+          [this](const DeskEvents &events) {
+              m_tradeEvents.announce(events);
+              m_alarm.check();
+          },
+          scenario.opening, scenario.orderDelays)
     , m_strategies(*m_bus, scenario)
 {
     Q_ASSERT(!s_terminal);
@@ -44,17 +48,20 @@ Terminal::Terminal(const Scenario &scenario, const Login &login, double speed, b
             playMarket(time);
             m_strategies.onTime(time);
         },
-        [](const Quote &quote) {
+        [this](const Quote &quote) {
             traffic::Entry entry;
             entry.kind = traffic::Entry::Quote;
             entry.name = quote.symbol;
             traffic::log().add(std::move(entry));
-            QuoteTicks::emitTick(quote);
+            QuoteTicks::emitTick(withOrders(quote));
         });
+    m_alarm.start(
+        m_clock, [this] { return m_desk.nextMessage(); }, [this](const QDateTime &time) { m_desk.advance(time); });
 }
 
 Terminal::~Terminal()
 {
+    m_alarm.stop();
     m_quoteFeed->stop();
     m_bus->stop();
     traffic::log().setExchangeClock({});
@@ -65,6 +72,18 @@ void Terminal::playMarket(const QDateTime &time)
 {
     m_tradeEvents.announceOrdersLoaded();
     m_desk.advance(time);
+}
+
+std::optional<Quote> Terminal::quote(const QString &symbol) const
+{
+    const std::optional<Quote> quote = m_exchange.quote(symbol);
+    return quote ? std::make_optional(withOrders(*quote)) : std::nullopt;
+}
+
+Quote Terminal::withOrders(Quote quote) const
+{
+    m_desk.addOrdersTo(quote);
+    return quote;
 }
 
 void Terminal::setTimeLimit(const QDateTime &limit)
@@ -89,6 +108,7 @@ void Terminal::tellThatTimeMoved()
 {
     m_bus->timeMoved();
     m_quoteFeed->timeMoved();
+    m_alarm.check();
 }
 
 Terminal::Moment::Moment(Terminal &terminal) : m_hold(terminal.m_clock)

@@ -3,6 +3,7 @@
 #include "HostApi.h"
 #include "books/TradingDesk.h"
 #include "exchange/Exchange.h"
+#include "platform/Alarm.h"
 #include "platform/MessageBus.h"
 #include "platform/QuoteFeed.h"
 #include "platform/Scenario.h"
@@ -12,6 +13,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace sim {
@@ -39,6 +41,10 @@ public:
 
     /// Exchange time.
     QDateTime now() const { return m_clock.now(); }
+
+    /// The quote that the terminal shows now: the exchange's, with the orders that wait there. Nothing for an unknown
+    /// symbol and before the first trading day.
+    std::optional<Quote> quote(const QString &symbol) const;
 
     /// While it exists, exchange time stands still, and the market has been played up to it. A call of a page is made
     /// in one, so that its answer depends on the time of the call alone.
@@ -85,6 +91,7 @@ public:
 private:
     Q_DISABLE_COPY(Terminal)
 
+    Quote withOrders(Quote quote) const;
     void tellThatTimeMoved();
 
     const Login m_login;
@@ -94,6 +101,7 @@ private:
     const Accounts m_accounts;
     const std::shared_ptr<MessageBus> m_bus;
     TradeEvents m_tradeEvents;
+    Alarm m_alarm; ///< for the messages of the desk, which checks it
     TradingDesk m_desk;
     StrategyPlatform m_strategies;
     OrderQuestion m_orderQuestion;
