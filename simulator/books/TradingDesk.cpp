@@ -244,9 +244,8 @@ void TradingDesk::reachExchange(int number)
 {
     const Order &order = orderAt(number);
     const QString &symbol = order.instrument->symbol;
-    const QString reason = m_exchange.isHalted(symbol, m_step + 1)
-                               ? kHalted
-                               : violatedRule(order, m_exchange.limits(symbol, m_step));
+    const QString reason =
+        m_exchange.isHalted(symbol, m_step + 1) ? kHalted : violatedRule(order, m_exchange.limits(symbol, m_step));
     if (reason.isEmpty()) {
         m_books.accept(number, m_now);
         m_matching.add(number, order, m_exchange, m_step);
