@@ -1,6 +1,7 @@
 #include "gateway/Gateway.h"
 
 #include "gateway/PageConnection.h"
+#include "terminal/Terminal.h"
 
 namespace sim {
 
@@ -8,12 +9,15 @@ Gateway::Gateway(const QString &root, const QStringList &allowedOrigins, const Q
                  std::chrono::milliseconds httpDeadline)
     : m_server({root, inspector, allowedOrigins, httpDeadline}, [this](PageNews news) { tell(std::move(news)); })
 {
+    Terminal::instance().control().setDrop([this](int page) { m_server.dropPages(page); });
 }
 
 Gateway::~Gateway()
 {
+    Terminal::instance().control().setDrop({});
     qDeleteAll(findChildren<PageConnection *>(QString(), Qt::FindDirectChildrenOnly));
     m_server.stop();
+    Terminal::instance().control().awaitRuns(); // the answers to commands go to the server
     m_news.clear(); // no page may outlive the server
 }
 

@@ -1,5 +1,6 @@
 #include "gateway/GatewayServer.h"
 
+#include "gateway/ControlSession.h"
 #include "gateway/HttpFiles.h"
 #include "gateway/Logging.h"
 #include "gateway/PageSession.h"
@@ -112,7 +113,7 @@ private:
             end(); // the client has closed the connection, or it broke
         else if (isMalformed || !request.target().starts_with('/'))
             answer({400});
-        else if (pathOf(request) != "/view" && pathOf(request) != "/traffic")
+        else if (pathOf(request) != "/view" && pathOf(request) != "/traffic" && pathOf(request) != "/control")
             answer(m_shared.files.answer(bytesOf(request.method_string()), pathOf(request)));
         else
             decideOnWebSocket(request);
@@ -133,8 +134,10 @@ private:
         } else {
             if (pathOf(request) == "/view")
                 openPage(std::move(m_socket), request, ++m_shared.lastPage, m_shared.pages);
-            else
+            else if (pathOf(request) == "/traffic")
                 openTraffic(std::move(m_socket), request, m_shared.connections);
+            else
+                openControl(std::move(m_socket), request, m_shared.connections);
             end();
         }
     }
@@ -311,6 +314,15 @@ quint16 GatewayServer::port() const
 int GatewayServer::newPageNumber()
 {
     return ++d->lastPage;
+}
+
+void GatewayServer::dropPages(int number)
+{
+    net::post(d->context, [this, number] {
+        const Connections all = d->connections; // a connection that is dropped leaves at once
+        for (const auto &connection : all)
+            connection->dropIf(number);
+    });
 }
 
 void GatewayServer::stop()

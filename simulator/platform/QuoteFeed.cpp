@@ -53,6 +53,12 @@ void QuoteFeed::stopStreaming(const QStringList &symbols)
     }
 }
 
+void QuoteFeed::timeMoved()
+{
+    const std::lock_guard lock(m_mutex);
+    m_wake.notify_all();
+}
+
 void QuoteFeed::stop()
 {
     {

@@ -27,16 +27,6 @@ constexpr qint64 kMaxSeed = Q_INT64_C(1) << 53; // JSON's numbers are exact up t
 
 // A value that could not be read is empty, invalid or nothing. Its mistake is noted, and no other one follows from it.
 
-QDateTime dateTime(JsonNode &node, const QString &key)
-{
-    const QString text = node.text(key);
-    QDateTime time = QDateTime::fromString(text, QStringLiteral("yyyy-MM-dd HH:mm:ss"));
-    if (!time.isValid() && !text.isEmpty())
-        node.fail(key, QStringLiteral("must be a date and time like 2025-03-03 10:00:00"));
-    time.setTimeSpec(Qt::UTC);
-    return time;
-}
-
 QDate date(JsonNode &node, const QString &key)
 {
     const QString text = node.text(key);
@@ -275,7 +265,7 @@ Scenario readRoot(JsonNode root)
     Scenario scenario;
     scenario.name = root.text(QStringLiteral("name"));
     scenario.seed = quint64(root.wholeNumber(QStringLiteral("seed"), 0, kMaxSeed).value_or(0));
-    scenario.start = dateTime(root, QStringLiteral("start"));
+    scenario.start = readDateTime(root, QStringLiteral("start"));
     scenario.station = root.text(QStringLiteral("station"));
     scenario.traders = readTraders(root);
     scenario.logins = readLogins(root, scenario.traders);
@@ -289,6 +279,9 @@ Scenario readRoot(JsonNode root)
     const QString busDelay = QStringLiteral("busDelay");
     if (root.has(busDelay))
         scenario.busDelay = int(root.wholeNumber(busDelay, 0, kMaxBusDelay).value_or(0));
+    scenario.faults = readFaults(root);
+    scenario.timeline = readTimeline(root, scenario.start);
+    scenario.orderFlow = readOrderFlow(root, scenario.fundAccounts);
     if (root.has(QStringLiteral("$schema")))
         root.text(QStringLiteral("$schema")); // for editors
     root.finish();
@@ -328,7 +321,8 @@ bool Scenario::read(const QString &fileName, Scenario &scenario, QString &error)
 
 QStringList Scenario::builtInNames()
 {
-    return {QStringLiteral("default"), QStringLiteral("quiet"), QStringLiteral("large")};
+    return {QStringLiteral("default"), QStringLiteral("quiet"), QStringLiteral("storm"), QStringLiteral("bad-day"),
+            QStringLiteral("large")};
 }
 
 QString Scenario::builtIn(const QString &name)

@@ -4,6 +4,7 @@
 #include "books/Accounts.h"
 #include "books/OpeningBooks.h"
 #include "exchange/MarketRules.h"
+#include "platform/ScenarioEvents.h"
 
 #include <QDateTime>
 #include <QMap>
@@ -32,6 +33,9 @@ struct VARNEL_HOST_API Scenario {
     OpeningTerms opening;
     int busDelay = 20; ///< milliseconds of a request or event on the bus, at normal speed
     MarketRules rules;
+    QVector<FaultSetting> faults;    ///< from the start
+    QVector<TimelineEntry> timeline; ///< in the order of the file
+    OrderFlowTerms orderFlow;
 
     /// Reads a scenario file. On failure it returns false, and error has a line for each mistake, with the file, the
     /// place and the problem; the scenario is then unusable.

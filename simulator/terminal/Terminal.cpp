@@ -33,12 +33,16 @@ Terminal::Terminal(const Scenario &scenario, const Login &login, double speed)
           m_accounts, scenario.start.toString(QStringLiteral("yyyyMMdd")), m_exchange, scenario.seed, scenario.start,
           [this](const DeskEvents &events) { m_tradeEvents.announce(events); }, scenario.opening)
     , m_strategies(*m_bus, scenario)
+    , m_flow(scenario.orderFlow, m_accounts, m_desk, m_exchange, m_agenda, scenario.seed)
+    , m_control(*this, m_faults, m_agenda, m_flow)
 {
     Q_ASSERT(!s_terminal);
     s_terminal = this;
     traffic::log().setExchangeClock([this] { return m_clock.msecsSinceEpoch(); });
     KLineService::install(*m_bus, m_exchange);
     PermissionService::install(*m_bus, scenario);
+    for (const FaultSetting &fault : scenario.faults)
+        m_faults.set(fault);
     m_quoteFeed = std::make_unique<QuoteFeed>(
         m_exchange, m_clock,
         [this](const QDateTime &time) {
@@ -52,10 +56,14 @@ Terminal::Terminal(const Scenario &scenario, const Login &login, double speed)
             traffic::log().add(std::move(entry));
             QuoteTicks::emitTick(quote);
         });
+    // From here on the agenda's thread uses all of the above.
+    m_control.plan(scenario.timeline);
+    m_flow.start(scenario.start);
 }
 
 Terminal::~Terminal()
 {
+    m_agenda.stop();
     m_quoteFeed->stop();
     m_bus->stop();
     traffic::log().setExchangeClock({});
@@ -65,7 +73,45 @@ Terminal::~Terminal()
 void Terminal::playMarket(const QDateTime &time)
 {
     m_tradeEvents.announceOrdersLoaded();
+    m_agenda.playUntil(time);
     m_desk.advance(time);
+}
+
+Terminal::Moment::Moment(Terminal &terminal) : m_hold(terminal.m_clock)
+{
+    const QDateTime now = terminal.now();
+    terminal.m_agenda.playUntil(now);
+    terminal.m_desk.advance(now);
+}
+
+void Terminal::pause()
+{
+    m_clock.pause();
+    tellThatTimeMoved();
+}
+
+void Terminal::resume()
+{
+    m_clock.resume();
+    tellThatTimeMoved();
+}
+
+void Terminal::setSpeed(double speed)
+{
+    m_clock.setSpeed(speed);
+    tellThatTimeMoved();
+}
+
+void Terminal::skipTo(const QDateTime &time)
+{
+    m_clock.skipTo(time);
+    tellThatTimeMoved();
+}
+
+void Terminal::tellThatTimeMoved()
+{
+    m_agenda.timeMoved();
+    m_quoteFeed->timeMoved();
 }
 
 Prices Terminal::latestPrices() const

@@ -3,12 +3,16 @@
 #include "HostApi.h"
 #include "books/TradingDesk.h"
 #include "exchange/Exchange.h"
+#include "platform/Agenda.h"
+#include "platform/Faults.h"
 #include "platform/MessageBus.h"
 #include "platform/QuoteFeed.h"
 #include "platform/Scenario.h"
 #include "platform/SimulatedClock.h"
 #include "platform/StrategyPlatform.h"
 #include "services/TradeEvents.h"
+#include "terminal/Control.h"
+#include "terminal/OrderFlow.h"
 
 #include <functional>
 #include <memory>
@@ -38,7 +42,32 @@ public:
     /// Exchange time.
     QDateTime now() const { return m_clock.now(); }
 
-    /// Plays the open orders up to that time. Called at every change of the quotes; late or missing calls do not change
+    /// While it exists, exchange time stands still, and the world has been played up to it. A call of a page is made
+    /// in one, so that its answer depends on the time of the call alone.
+    class VARNEL_HOST_API Moment {
+    public:
+        explicit Moment(Terminal &terminal);
+
+    private:
+        const SimulatedClock::Hold m_hold;
+    };
+
+    // Exchange time stands still from pause to resume, runs at the speed's multiple of real time, and may be moved
+    // forward. Any thread.
+    void pause();
+    void resume();
+    bool isPaused() const { return m_clock.isPaused(); }
+    void setSpeed(double speed);
+    double speed() const { return m_clock.speed(); }
+    void skipTo(const QDateTime &time);
+
+    /// What goes wrong at present.
+    Faults &faults() { return m_faults; }
+
+    /// Where commands go, and the state that they change.
+    Control &control() { return m_control; }
+
+    /// Plays the agenda and the open orders up to that time. Called at every change of the quotes; late or missing calls do not change
     /// the result.
     void playMarket(const QDateTime &time);
 
@@ -61,9 +90,12 @@ public:
 private:
     Q_DISABLE_COPY(Terminal)
 
+    void tellThatTimeMoved();
+
     const Login m_login;
     const QString m_station;
-    const SimulatedClock m_clock;
+    SimulatedClock m_clock;
+    Faults m_faults;
     const Exchange m_exchange;
     const Accounts m_accounts;
     const std::shared_ptr<MessageBus> m_bus;
@@ -71,6 +103,9 @@ private:
     TradingDesk m_desk;
     StrategyPlatform m_strategies;
     OrderQuestion m_orderQuestion;
+    Agenda m_agenda{m_clock};
+    OrderFlow m_flow;
+    Control m_control;
     std::unique_ptr<QuoteFeed> m_quoteFeed; ///< last: its thread uses all of the above
 };
 

@@ -39,7 +39,8 @@ public:
     }
 
     void close(int, const QString &) override {} // the page has gone, or sends what only a page with the key can send
-    void handled(const CallFrame &) override {}  // nothing waits for that
+    void drop() override {}
+    void handled(const CallFrame &) override {} // nothing waits for that
 
 private:
     PageBridge &m_bridge;

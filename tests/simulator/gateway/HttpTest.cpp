@@ -1,4 +1,5 @@
 #include "Await.h"
+#include "TerminalTest.h"
 #include "gateway/Gateway.h"
 
 #include <QDir>
@@ -63,7 +64,7 @@ struct Files {
     QTemporaryDir folder;
 };
 
-class HttpTest : public testing::Test {
+class HttpTest : public QuietTerminalTest {
 protected:
     HttpTest()
     {
