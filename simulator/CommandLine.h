@@ -1,6 +1,8 @@
 #pragma once
 
 #include "platform/Scenario.h"
+#include "recording/Recording.h"
+#include "recording/Replay.h"
 
 #include <QStringList>
 #include <QUrl>
@@ -15,6 +17,7 @@ struct CommandLine {
     enum Outcome { Run, ShowText, Refuse };
 
     quint16 port = 8900;
+    bool listens = true; ///< on that port
     double speed = 1;
     QString root;
     QString inspector;
@@ -24,15 +27,24 @@ struct CommandLine {
     QVector<QUrl> pages; ///< to open in the window; none means the simulator's own
     bool confirmOrders = false;
     Scenario scenario;
+    QByteArray scenarioText;
     Login login;
+    QString recordTo;          ///< the file of the recording to write; empty for none
+    bool isReplay = false;     ///< of this recording
+    RecordingReader recording; ///< open
+    Replay::Mode mode = Replay::Timed;
     QString text; ///< the help, the version, one line about a mistake, or a line for each mistake in the scenario
 
     Outcome parse(const QStringList &arguments);
 
 private:
     QString checkOptions(const QCommandLineParser &parser);
+    QString checkAddresses(const QCommandLineParser &parser);
+    QString checkRun(const QCommandLineParser &parser);
+    QString checkReplay(const QCommandLineParser &parser);
     bool readScenario(const QCommandLineParser &parser);
     QString checkWithScenario(const QCommandLineParser &parser);
+    QString logIn(const QString &account, const QString &source);
 };
 
 } // namespace sim

@@ -1,25 +1,51 @@
-#include "Browser.h"
 #include "CommandLine.h"
+#include "Console.h"
+#include "ExitStatus.h"
+#include "PlayRecording.h"
+#include "Serving.h"
 #include "Shutdown.h"
 #include "Window.h"
-#include "gateway/Gateway.h"
+#include "recording/Recorder.h"
+#include "recording/SettingsFolder.h"
 #include "terminal/Terminal.h"
 
 #include <QApplication>
 #include <QLoggingCategory>
 
-#include <cstdio>
-
 namespace {
 
-constexpr int kCannotListen = 1;
-constexpr int kNoWindow = 1;
-constexpr int kBadCommandLine = 2;
-
-void print(FILE *stream, const QString &text)
+std::unique_ptr<sim::Recorder> recorderFor(const sim::CommandLine &options)
 {
-    std::fputs(text.toLocal8Bit().constData(), stream);
-    std::fflush(stream);
+    sim::RecordingHead head;
+    head.simulator = QCoreApplication::applicationVersion();
+    head.scenario = options.scenarioText;
+    head.seed = options.scenario.seed;
+    head.speed = options.speed;
+    head.login = options.login.account;
+    head.settings = sim::SettingsFolder::read(options.login.account);
+    const QString file = options.recordTo;
+    return std::make_unique<sim::Recorder>(file, head, [file](const QString &problem) {
+        sim::printError(QStringLiteral("the recording ends here: cannot write %1: %2").arg(file, problem));
+    });
+}
+
+int simulate(const sim::CommandLine &options)
+{
+    sim::Terminal terminal(options.scenario, options.login, options.speed);
+    sim::Serving serving(options, terminal);
+    sim::quitOnSignals(); // before the address is printed, which callers wait for
+    return serving.begin() ? QApplication::exec() : sim::ExitStatus::kCannotListen;
+}
+
+int simulateAndRecord(const sim::CommandLine &options)
+{
+    const std::unique_ptr<sim::Recorder> recorder = recorderFor(options);
+    if (!recorder->isOpen()) {
+        sim::printError(QStringLiteral("cannot write %1: %2").arg(options.recordTo, recorder->errorString()));
+        return sim::ExitStatus::kBadCommandLine;
+    }
+    const int status = simulate(options); // how it ends is recorded, too
+    return recorder->finish() || status != 0 ? status : sim::ExitStatus::kRecordingFailed;
 }
 
 } // namespace
@@ -28,8 +54,8 @@ int main(int argc, char *argv[])
 {
     const QString problem = sim::Window::prepare(argc, argv);
     if (!problem.isEmpty()) {
-        print(stderr, QStringLiteral("varnel-simulator: %1\n").arg(problem));
-        return kNoWindow;
+        sim::printError(problem);
+        return sim::ExitStatus::kNoWindow;
     }
     qSetMessagePattern(QStringLiteral("%{time hh:mm:ss.zzz} %{type} %{category}: %{message}"));
     // Outside a login session Qt would warn about a missing runtime folder, which nothing here uses.
@@ -44,28 +70,15 @@ int main(int argc, char *argv[])
     options.window = sim::Window::isThere;
     switch (options.parse(QCoreApplication::arguments())) {
     case sim::CommandLine::Refuse:
-        print(stderr, options.text + QLatin1Char('\n'));
-        return kBadCommandLine;
+        sim::printErrorLines(options.text);
+        return sim::ExitStatus::kBadCommandLine;
     case sim::CommandLine::ShowText:
-        print(stdout, options.text);
+        sim::print(options.text);
         return 0;
     case sim::CommandLine::Run:
         break;
     }
-
-    sim::Terminal terminal(options.scenario, options.login, options.speed);
-    sim::Gateway gateway(options.root, options.allowedOrigins, options.inspector);
-    if (!gateway.listen(options.port)) {
-        print(stderr, QStringLiteral("varnel-simulator: cannot listen on 127.0.0.1:%1: %2\n")
-                          .arg(options.port)
-                          .arg(gateway.errorString()));
-        return kCannotListen;
-    }
-    sim::quitOnSignals();
-    const auto window = sim::Window::open(options, terminal, gateway);
-    const QString address = QStringLiteral("http://127.0.0.1:%1/").arg(gateway.port());
-    print(stdout, QStringLiteral("listening on %1\n").arg(address));
-    if (options.open && !sim::openInBrowser(address))
-        print(stderr, QStringLiteral("varnel-simulator: no browser could be started; open %1 yourself\n").arg(address));
-    return QApplication::exec();
+    if (options.isReplay)
+        return sim::playRecording(options, argv);
+    return options.recordTo.isEmpty() ? simulate(options) : simulateAndRecord(options);
 }

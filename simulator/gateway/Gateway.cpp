@@ -6,8 +6,9 @@
 namespace sim {
 
 Gateway::Gateway(const QString &root, const QStringList &allowedOrigins, const QString &inspector,
-                 std::chrono::milliseconds httpDeadline)
-    : m_server({root, inspector, allowedOrigins, httpDeadline}, [this](PageNews news) { tell(std::move(news)); })
+                 std::chrono::milliseconds httpDeadline, int pagesBefore)
+    : m_server({root, inspector, allowedOrigins, httpDeadline, pagesBefore},
+               [this](PageNews news) { tell(std::move(news)); })
 {
     Terminal::instance().control().setDrop([this](int page) { m_server.dropPages(page); });
 }

@@ -23,8 +23,9 @@ class Gateway : public QObject {
 public:
     /// root, inspector: the folders of the static files and of the inspector, or empty. allowedOrigins: in addition to
     /// its own. httpDeadline: for a client to send the head of its request, and again to receive the answer.
+    /// pagesBefore: how many numbers of pages are taken.
     Gateway(const QString &root, const QStringList &allowedOrigins, const QString &inspector = {},
-            std::chrono::milliseconds httpDeadline = std::chrono::seconds(10));
+            std::chrono::milliseconds httpDeadline = std::chrono::seconds(10), int pagesBefore = 0);
 
     /// Closes all pages.
     ~Gateway() override;

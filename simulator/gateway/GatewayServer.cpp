@@ -41,7 +41,10 @@ constexpr std::chrono::milliseconds kAcceptPause(100);
 /// What the connections share. Input and output thread only, apart from the number.
 struct Shared {
     Shared(const GatewayServer::Settings &settings, GatewayServer::Listener listener)
-        : files(settings.root, settings.inspector), httpDeadline(settings.httpDeadline), listener(std::move(listener))
+        : files(settings.root, settings.inspector)
+        , httpDeadline(settings.httpDeadline)
+        , listener(std::move(listener))
+        , lastPage(settings.pagesBefore)
     {
         for (const QString &origin : settings.allowedOrigins)
             allowedOrigins.insert(origin.toUtf8());
@@ -50,8 +53,8 @@ struct Shared {
     const HttpFiles files;
     const std::chrono::milliseconds httpDeadline;
     const GatewayServer::Listener listener;
+    std::atomic<int> lastPage;
     QSet<QByteArray> allowedOrigins; ///< constant once the server listens
-    std::atomic<int> lastPage{0};
     Connections connections;
     net::io_context context{1};
     PageQueue queue{context};

@@ -23,6 +23,7 @@ public:
         QString inspector;                      ///< the folder of the inspector, or empty
         QStringList allowedOrigins;             ///< in addition to its own
         std::chrono::milliseconds httpDeadline; ///< for the head of a request, and again for the answer
+        int pagesBefore;                        ///< the first page has the number after it
     };
 
     /// Hears what happens at the pages. Called on the server's thread.

@@ -1,7 +1,7 @@
 #include "CPackMessageCommon.h"
 
 #include "Tessar_Fields.h"
-#include "host/PackedRow.h"
+#include "platform/PackedRow.h"
 
 #include <algorithm>
 #include <atomic>

@@ -1,6 +1,6 @@
 #include "CUnPackMessageCommon.h"
 
-#include "host/PackedRow.h"
+#include "platform/PackedRow.h"
 
 class CUnPackMessageCommon::Private {
 public:

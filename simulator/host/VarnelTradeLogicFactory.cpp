@@ -39,6 +39,7 @@ int VarnelTradeLogicFactory::SendRequestSync(const Basic_Trade_REQ_Type &type, c
     }
 
     Terminal &terminal = Terminal::instance();
+    terminal.awaitSlowServer();
     const QStringList reasons = terminal.desk().cancel(cancels, terminal.now());
     QList<QMap<QString, QVariant>> answers;
     for (int i = 0; i < reasons.size(); ++i)

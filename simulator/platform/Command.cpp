@@ -90,8 +90,8 @@ const std::array<CommandInfo, Command::kCount> &Command::all()
         {CommandName::Resume, "resume", "", "Lets time run on."},
         {CommandName::Step, "step", "", "Pauses, and goes to the next change of the quotes."},
         {CommandName::Speed, "speed", "X", "Runs time X times as fast as real time, 0.01 to 1000."},
-        {CommandName::Jump, "jump", "close|TIME",
-         "Goes to the next close, or to a later time such as 14:57:00 or 2025-03-04 09:30:00. Open orders fill on the "
+        {CommandName::Jump, "jump", "TIME",
+         "Goes to a later time at once: close (the next one), 14:57:00, or 2025-03-04 09:30:00. Open orders fill on the "
          "way."},
         {CommandName::Fault, "fault", "NAME[=VALUE]", "Switches a fault on, or sets its value; 0 switches it off."},
         {CommandName::Clear, "clear", "[NAME]", "Switches a fault off, or all."},

@@ -20,10 +20,6 @@ const std::array<FaultInfo, Faults::kCount> &Faults::all()
         {Fault::RefuseOrdersSilently, "refuse-orders-silently", FaultKind::Count, kMostTimes,
          "The next N calls that place orders are refused without a reason: the reply looks like a success, and has no "
          "order."},
-        {Fault::FillInParts, "fill-in-parts", FaultKind::Count, kMostTimes,
-         "The next N orders fill in up to five parts, one at each change of the quotes."},
-        {Fault::LateCancels, "late-cancels", FaultKind::Count, kMostTimes,
-         "The next N cancels come too late: the order has filled whole just before."},
         {Fault::AnswerAfterPush, "answer-after-push", FaultKind::Count, kMostTimes,
          "The next N calls that place orders are answered after the push of their orders."},
         {Fault::LatePushes, "late-pushes", FaultKind::Milliseconds, kMostMilliseconds,

@@ -18,8 +18,6 @@ enum class Fault {
     SilentKLines,
     RefuseOrders,
     RefuseOrdersSilently,
-    FillInParts,
-    LateCancels,
     AnswerAfterPush,
     LatePushes,
     FailPermissions,

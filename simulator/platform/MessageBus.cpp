@@ -1,11 +1,15 @@
 #include "platform/MessageBus.h"
 
-#include "CPackMessageCommon.h"
 #include "CUnPackMessageCommon.h"
 #include "QvPresenterClass.h"
 #include "Tessar_Fields.h"
+#include "platform/Faults.h"
+#include "platform/PackedRow.h"
+#include "platform/SimulatedClock.h"
 #include "platform/Wakeup.h"
 #include "traffic/Scope.h"
+
+#include <algorithm>
 
 namespace sim {
 
@@ -25,6 +29,16 @@ QVariantMap rowOf(const QVariant &message)
     CUnPackMessageCommon unpack;
     unpack.SetUnPackMsg(message, false);
     return unpack.GetRowValue();
+}
+
+/// The body of a message without an id of CPackMessageCommon's.
+QVariant packed(const QVariantMap &row)
+{
+    PackedRow fields;
+    fields.reserve(row.size());
+    for (auto field = row.constBegin(); field != row.constEnd(); ++field)
+        fields.append({field.key(), field.value()});
+    return QVariant::fromValue(fields);
 }
 
 /// Of an answer's records, as many go to the log of the traffic.
@@ -60,7 +74,8 @@ void logAnswer(const QString &name, const QVariantMap &request, const QVariantLi
 
 } // namespace
 
-MessageBus::MessageBus(std::chrono::microseconds latency) : m_latency(latency)
+MessageBus::MessageBus(const SimulatedClock &clock, std::chrono::milliseconds latency, const Faults *faults)
+    : m_clock(clock), m_latency(latency), m_faults(faults)
 {
     m_thread = std::thread([this] { run(); });
 }
@@ -140,30 +155,58 @@ void MessageBus::publish(int pid, std::unique_ptr<CEventMessageCommon> event)
     const QVariantMap row = rowOf(event->Msg());
     traffic::Entry entry = entryOf(traffic::Entry::HostEvent, row, row.value(Tessar_Fields::System::clientMsgID));
     const std::lock_guard lock(m_mutex);
-    send(m_presenters.value(pid).name, std::move(event), std::move(entry));
+    if (!m_stopping)
+        send(m_presenters.value(pid).name, std::move(event), std::move(entry), dueOfNext());
 }
 
 void MessageBus::announce(int eventId, const QVariantMap &row)
 {
-    CPackMessageCommon pack;
-    for (auto field = row.constBegin(); field != row.constEnd(); ++field)
-        pack.AddVaule(field.key(), field.value());
-    auto event = std::make_unique<CEventMessageCommon>();
-    event->SetType(eventId);
-    event->SetMsg(pack.GetPackedMsg(0));
-    traffic::Entry entry = entryOf(traffic::Entry::HostEvent, row, pack.GetValue(Tessar_Fields::System::clientMsgID));
-    const std::lock_guard lock(m_mutex);
-    send(kTerminalName, std::move(event), std::move(entry));
+    announceLate(eventId, row, {}, {});
 }
 
-void MessageBus::send(const QString &sender, std::unique_ptr<CEventMessageCommon> event, traffic::Entry entry)
+QDateTime MessageBus::announceLate(int eventId, const QVariantMap &row, std::chrono::milliseconds delay,
+                                   const QDateTime &notBefore)
 {
+    const std::lock_guard lock(m_mutex);
+    QVariantMap identified = row;
+    QVariant &id = identified[Tessar_Fields::System::clientMsgID];
+    if (!id.isValid())
+        id = QStringLiteral("T%1").arg(++m_lastId);
+    auto event = std::make_unique<CEventMessageCommon>();
+    event->SetType(eventId);
+    event->SetMsg(packed(identified));
     if (m_stopping)
-        return;
+        return {};
+    QDateTime due = dueOfNext().addMSecs(delay.count());
+    if (notBefore.isValid())
+        due = std::max(due, notBefore);
+    send(kTerminalName, std::move(event), entryOf(traffic::Entry::HostEvent, row, id), due);
+    return due;
+}
+
+QDateTime MessageBus::dueOfNext() const
+{
+    return m_clock.now().addMSecs(m_latency.count());
+}
+
+void MessageBus::send(const QString &sender, std::unique_ptr<CEventMessageCommon> event, traffic::Entry entry,
+                      const QDateTime &due)
+{
     const int id = event->Type().toInt();
     entry.name = m_eventIds.key(id, QString::number(id));
     traffic::log().add(std::move(entry));
-    m_events.push_back({Clock::now() + m_latency, sender, std::move(event), {}, {}, traffic::CallScope::current()});
+    enqueue({due, sender, std::move(event), {}, {}, traffic::CallScope::current()});
+}
+
+void MessageBus::enqueue(QueuedEvent event)
+{
+    // What follows from a message and what others send at the time of that message are due at the same time. Which
+    // comes first must not depend on which thread was faster.
+    event.isConsequence = std::this_thread::get_id() == m_thread.get_id();
+    const auto isBefore = [](const QueuedEvent &one, const QueuedEvent &other) {
+        return one.due != other.due ? one.due < other.due : one.isConsequence && !other.isConsequence;
+    };
+    m_events.insert(std::upper_bound(m_events.begin(), m_events.end(), event, isBefore), std::move(event));
     m_wake.notify_all();
 }
 
@@ -174,7 +217,8 @@ bool MessageBus::request(std::unique_ptr<CMessageCommon> request)
         !m_services.contains(request->Type().toString()))
         return false;
     logRequest(*request);
-    m_requests.push_back({Clock::now() + m_latency, std::move(request), traffic::CallScope::current()});
+    const qint64 slow = m_faults ? m_faults->delay(Fault::SlowAnswers).count() : 0;
+    m_requests.push_back({dueOfNext().addMSecs(slow), std::move(request), traffic::CallScope::current()});
     m_wake.notify_all();
     return true;
 }
@@ -191,11 +235,16 @@ std::optional<QVariantList> MessageBus::requestAndWait(std::unique_ptr<CMessageC
             return fetch(*request, lock); // the bus thread answers itself: it cannot wait for itself
         Reply reply;
         answer = reply.get_future();
-        m_events.push_back(
-            {Clock::now() + m_latency, {}, {}, std::move(request), std::move(reply), traffic::CallScope::current()});
-        m_wake.notify_all();
+        ++m_waitingSenders;
+        enqueue({dueOfNext(), {}, {}, std::move(request), std::move(reply), traffic::CallScope::current()});
     }
     return answer.get();
+}
+
+void MessageBus::timeMoved()
+{
+    const std::lock_guard lock(m_mutex);
+    m_wake.notify_all();
 }
 
 void MessageBus::stop()
@@ -209,19 +258,23 @@ void MessageBus::stop()
         m_thread.join();
 }
 
+bool MessageBus::isDue(const QueuedEvent &event) const
+{
+    return m_waitingSenders > 0 || event.due <= m_clock.now();
+}
+
 void MessageBus::run()
 {
     std::unique_lock lock(m_mutex);
     while (!m_stopping) {
-        const auto now = Clock::now();
-        if (!m_events.empty() && m_events.front().due <= now) {
+        if (!m_events.empty() && isDue(m_events.front())) {
             QueuedEvent queued = std::move(m_events.front());
             m_events.pop_front();
             deliver(std::move(queued), lock);
             continue;
         }
         const bool mayAnswerNext = !m_requests.empty() && mayAnswer(m_requests.front());
-        if (mayAnswerNext && m_requests.front().due <= now) {
+        if (mayAnswerNext && m_requests.front().due <= m_clock.now()) {
             Request request = std::move(m_requests.front());
             m_requests.pop_front();
             answer(std::move(request), lock);
@@ -230,12 +283,12 @@ void MessageBus::run()
         if (m_events.empty() && !mayAnswerNext) {
             m_wake.wait(lock);
         } else {
-            auto due = Clock::time_point::max();
+            QDateTime due;
             if (!m_events.empty())
                 due = m_events.front().due;
-            if (mayAnswerNext)
-                due = std::min(due, m_requests.front().due);
-            m_wake.wait_until(lock, due);
+            if (mayAnswerNext && (!due.isValid() || m_requests.front().due < due))
+                due = m_requests.front().due;
+            m_wake.wait_until(lock, RealClock::now() + m_clock.realTimeUntil(due));
         }
     }
     for (QueuedEvent &queued : m_events) {
@@ -253,8 +306,10 @@ bool MessageBus::mayAnswer(const Request &request) const
 
 void MessageBus::deliver(QueuedEvent queued, std::unique_lock<std::mutex> &lock)
 {
+    const FrozenTime time(queued.due);
     const traffic::CallScope scope(queued.call);
     if (queued.reply) {
+        --m_waitingSenders;
         queued.reply->set_value(fetch(*queued.request, lock));
         return;
     }
@@ -274,16 +329,17 @@ void MessageBus::deliver(QueuedEvent queued, std::unique_lock<std::mutex> &lock)
 
 void MessageBus::answer(Request request, std::unique_lock<std::mutex> &lock)
 {
+    const FrozenTime time(request.due);
     const traffic::CallScope scope(request.call);
     const int pid = request.message->Srcid();
     const QVariant answerType = m_services.value(request.message->Type().toString()).answerType;
-    const QVariantList list = fetch(*request.message, lock);
+    const std::optional<QVariantList> list = fetch(*request.message, lock);
     const auto presenter = m_presenters.find(pid);
-    if (presenter == m_presenters.end())
+    if (!list || presenter == m_presenters.end())
         return;
     ++presenter->unacknowledged;
     call(pid, lock, [&](const Presenter &presenter) {
-        presenter.object->ProcQuotationMsg(presenter.name, answerType, list);
+        presenter.object->ProcQuotationMsg(presenter.name, answerType, *list);
         // Queued after everything that the call has queued for the presenter's thread.
         presenter.acknowledged->post();
     });
@@ -313,13 +369,14 @@ void MessageBus::acknowledged(int pid)
     m_wake.notify_all();
 }
 
-QVariantList MessageBus::fetch(const CMessageCommon &request, std::unique_lock<std::mutex> &lock)
+std::optional<QVariantList> MessageBus::fetch(const CMessageCommon &request, std::unique_lock<std::mutex> &lock)
 {
     const Service service = m_services.value(request.Type().toString());
     lock.unlock();
     const QVariantMap row = rowOf(request.Msg());
-    QVariantList list = service.answer(row);
-    logAnswer(service.answerType, row, list);
+    std::optional<QVariantList> list = service.answer(row);
+    if (list)
+        logAnswer(service.answerType, row, *list);
     lock.lock();
     return list;
 }

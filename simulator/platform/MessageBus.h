@@ -5,6 +5,7 @@
 #include "HostApi.h"
 #include "traffic/Entry.h"
 
+#include <QDateTime>
 #include <QHash>
 #include <QString>
 #include <QVariant>
@@ -24,21 +25,28 @@ class QvPresenterClass;
 
 namespace sim {
 
+class Faults;
+class SimulatedClock;
 class Wakeup;
 
 /// The terminal's message bus: carries requests and events between presenters, on a thread of its own.
+/// It works in exchange time. What it carries is due some time after it was sent, and is handled in that order, as of
+/// the time at which it was due. So what the terminal answers does not depend on the pace of the machine.
 /// Made by the Terminal and shared with every presenter, so that it outlives them all. After stop() it accepts nothing
 /// and calls nobody. Everything may be called from any thread. It calls presenters on its own thread only, and without
 /// holding its mutex. Flow control: the presenter acknowledges each answer; at most 16 are outstanding.
 class VARNEL_HOST_API MessageBus {
 public:
-    /// Makes the answer to a request from the fields of the request. Called on the bus thread.
-    using Answer = std::function<QVariantList(const QVariantMap &request)>;
+    /// Makes the answer to a request from the fields of the request; nothing when it is never answered. Called on the bus
+    /// thread.
+    using Answer = std::function<std::optional<QVariantList>(const QVariantMap &request)>;
 
     /// Receives the fields of an event. Called on the bus thread.
     using Listener = std::function<void(const QVariantMap &row)>;
 
-    explicit MessageBus(std::chrono::microseconds latency);
+    /// latency: of a request or event, in exchange time. faults: which slow answers down, or null. Neither they nor the
+    /// clock are used after stop().
+    MessageBus(const SimulatedClock &clock, std::chrono::milliseconds latency, const Faults *faults = nullptr);
     ~MessageBus();
 
     /// From now on requests of that type are answered with a message of answerType.
@@ -71,22 +79,31 @@ public:
 
     void publish(int pid, std::unique_ptr<CEventMessageCommon> event);
 
-    /// Publishes an event of the terminal itself. Subscribers unpack the row; without a message id it gets a new one.
+    /// Publishes an event of the terminal itself. Subscribers unpack the row; without a message id it gets one of the
+    /// terminal's own: the ids of requests, which answers show, depend on the requests alone.
     /// The queue of these events is not limited: none may be lost, and the caller cannot wait, because it may be the
     /// thread that handles them. They are small, and each stands for something that happened.
     void announce(int eventId, const QVariantMap &row);
 
+    /// The same with a longer latency. Returns when it is due, which is not before that time.
+    QDateTime announceLate(int eventId, const QVariantMap &row, std::chrono::milliseconds delay,
+                           const QDateTime &notBefore);
+
     /// False when nobody serves such requests, the sender is unknown, the queue is full, or the bus has stopped.
     bool request(std::unique_ptr<CMessageCommon> request);
 
-    /// The same, but waits for the answer. Nothing when the request is refused.
+    /// The same, but waits for the answer. Nothing when the request is refused. The exchange time may stand still
+    /// meanwhile: then it is answered before its time.
     std::optional<QVariantList> requestAndWait(std::unique_ptr<CMessageCommon> request);
+
+    /// To be called when the clock's time or limit was moved.
+    void timeMoved();
 
     /// Waits for the current call, drops the queues and ends the thread.
     void stop();
 
 private:
-    using Clock = std::chrono::steady_clock;
+    using RealClock = std::chrono::steady_clock;
     using Reply = std::promise<std::optional<QVariantList>>;
 
     struct Presenter {
@@ -100,29 +117,37 @@ private:
         Answer answer;
     };
     struct Request {
-        Clock::time_point due;
+        QDateTime due;
         std::unique_ptr<CMessageCommon> message;
         quint64 call; ///< of a page, to which it belongs
     };
     struct QueuedEvent { ///< an event, or the request of a sender that waits for the reply
-        Clock::time_point due;
+        QDateTime due;
         QString sender = {};
         std::unique_ptr<CEventMessageCommon> event = {};
         std::unique_ptr<CMessageCommon> request = {};
         std::optional<Reply> reply = {};
-        quint64 call = 0; ///< of a page, to which it belongs
+        quint64 call = 0;           ///< of a page, to which it belongs
+        bool isConsequence = false; ///< the bus thread has sent it
     };
 
-    void send(const QString &sender, std::unique_ptr<CEventMessageCommon> event,
-              traffic::Entry entry); ///< with the mutex held
+    // Called with the mutex held.
+    QDateTime dueOfNext() const; ///< of what is sent now
+    void send(const QString &sender, std::unique_ptr<CEventMessageCommon> event, traffic::Entry entry,
+              const QDateTime &due);
+    void enqueue(QueuedEvent event);
+    bool isDue(const QueuedEvent &event) const;
+
     void run();
     bool mayAnswer(const Request &request) const;
     void deliver(QueuedEvent queued, std::unique_lock<std::mutex> &lock);
     void answer(Request request, std::unique_lock<std::mutex> &lock);
     void call(int pid, std::unique_lock<std::mutex> &lock, const std::function<void(const Presenter &)> &call);
-    QVariantList fetch(const CMessageCommon &request, std::unique_lock<std::mutex> &lock);
+    std::optional<QVariantList> fetch(const CMessageCommon &request, std::unique_lock<std::mutex> &lock);
 
-    const std::chrono::microseconds m_latency;
+    const SimulatedClock &m_clock;
+    const std::chrono::milliseconds m_latency;
+    const Faults *const m_faults; ///< or null
 
     // Guarded by m_mutex
     std::mutex m_mutex;
@@ -134,10 +159,12 @@ private:
     QHash<int, QVector<int>> m_subscribers; ///< event id to addresses, in the order of subscription
     QHash<QString, int> m_eventIds;
     std::deque<Request> m_requests;
-    std::deque<QueuedEvent> m_events;
+    std::deque<QueuedEvent> m_events; ///< by their time; of the same time consequences first
+    int m_waitingSenders = 0;
     int m_lastPid = 0;
-    int m_calling = 0;   ///< the presenter that is being called, or 0
-    quint64 m_calls = 0; ///< that have begun
+    quint64 m_lastId = 0; ///< of the terminal's own events
+    int m_calling = 0;    ///< the presenter that is being called, or 0
+    quint64 m_calls = 0;  ///< that have begun
     bool m_stopping = false;
 
     std::thread m_thread; ///< last: it uses all of the above

@@ -302,7 +302,11 @@ bool Scenario::read(const QString &fileName, Scenario &scenario, QString &error)
         error = QStringLiteral("%1: %2").arg(fileName, file.errorString());
         return false;
     }
-    const QByteArray text = file.readAll();
+    return parse(file.readAll(), fileName, scenario, error);
+}
+
+bool Scenario::parse(const QByteArray &text, const QString &fileName, Scenario &scenario, QString &error)
+{
     JsonValue root;
     const JsonSyntaxError syntaxError = parseJson(text, root);
     if (!syntaxError.problem.isEmpty()) {

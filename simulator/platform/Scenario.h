@@ -41,6 +41,9 @@ struct VARNEL_HOST_API Scenario {
     /// place and the problem; the scenario is then unusable.
     static bool read(const QString &fileName, Scenario &scenario, QString &error);
 
+    /// The same with the text of a file; its name is for the mistakes.
+    static bool parse(const QByteArray &text, const QString &fileName, Scenario &scenario, QString &error);
+
     /// The scenarios that are built in; the first one is the default.
     static QStringList builtInNames();
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace sim {
 
@@ -144,6 +145,21 @@ SimulatedClock::Hold::~Hold()
 {
     const std::lock_guard lock(m_clock.m_mutex);
     --m_clock.m_holds;
+}
+
+SimulatedClock::Release::Release(SimulatedClock &clock)
+    : m_clock(clock), m_holds([&clock] {
+        const std::lock_guard lock(clock.m_mutex);
+        return std::exchange(clock.m_holds, 0);
+    }())
+{
+}
+
+SimulatedClock::Release::~Release()
+{
+    const std::lock_guard lock(m_clock.m_mutex);
+    m_clock.m_heldAt = m_clock.reached();
+    m_clock.m_holds += m_holds;
 }
 
 FrozenTime::FrozenTime(const QDateTime &time) : m_time(time), m_before(t_frozen)

@@ -58,6 +58,18 @@ public:
         SimulatedClock &m_clock;
     };
 
+    /// While it exists, time runs on in spite of the holds of this thread. They then stand at the time that it has got.
+    class VARNEL_HOST_API Release {
+    public:
+        explicit Release(SimulatedClock &clock);
+        ~Release();
+
+    private:
+        Q_DISABLE_COPY(Release)
+        SimulatedClock &m_clock;
+        const int m_holds;
+    };
+
 private:
     using Milliseconds = qint64; ///< of exchange time, since the start
 

@@ -8,39 +8,39 @@
 
 #include <QtGlobal>
 
+#include <utility>
+
 namespace sim {
 
 namespace {
 
 Terminal *s_terminal = nullptr; // set before any thread that reads it starts, reset after the last one ended
 
-constexpr double kMicrosecondsPerMillisecond = 1000;
 
 } // namespace
 
-Terminal::Terminal(const Scenario &scenario, const Login &login, double speed)
+Terminal::Terminal(const Scenario &scenario, const Login &login, double speed, bool stands)
     : m_login(login)
     , m_station(scenario.station)
-    , m_clock(scenario.start, speed)
+    , m_clock(scenario.start, speed, stands)
     , m_exchange(listing(scenario.securities, scenario.generatedSecurities, scenario.seed, scenario.start.date(),
                          scenario.rules),
                  scenario.seed, scenario.start.date(), m_clock, scenario.rules)
     , m_accounts(scenario.traders, scenario.fundAccounts)
-    , m_bus(std::make_shared<MessageBus>(
-          std::chrono::microseconds(qint64(scenario.busDelay * kMicrosecondsPerMillisecond / speed))))
-    , m_tradeEvents(*m_bus, m_accounts)
+    , m_bus(std::make_shared<MessageBus>(m_clock, std::chrono::milliseconds(scenario.busDelay), &m_faults))
+    , m_tradeEvents(*m_bus, m_accounts, m_faults)
     , m_desk(
           m_accounts, scenario.start.toString(QStringLiteral("yyyyMMdd")), m_exchange, scenario.seed, scenario.start,
           [this](const DeskEvents &events) { m_tradeEvents.announce(events); }, scenario.opening)
-    , m_strategies(*m_bus, scenario)
+    , m_strategies(*m_bus, scenario, m_faults)
     , m_flow(scenario.orderFlow, m_accounts, m_desk, m_exchange, m_agenda, scenario.seed)
     , m_control(*this, m_faults, m_agenda, m_flow)
 {
     Q_ASSERT(!s_terminal);
     s_terminal = this;
     traffic::log().setExchangeClock([this] { return m_clock.msecsSinceEpoch(); });
-    KLineService::install(*m_bus, m_exchange);
-    PermissionService::install(*m_bus, scenario);
+    KLineService::install(*m_bus, m_exchange, m_faults);
+    PermissionService::install(*m_bus, scenario, m_faults);
     for (const FaultSetting &fault : scenario.faults)
         m_faults.set(fault);
     m_quoteFeed = std::make_unique<QuoteFeed>(
@@ -73,15 +73,25 @@ Terminal::~Terminal()
 void Terminal::playMarket(const QDateTime &time)
 {
     m_tradeEvents.announceOrdersLoaded();
+    play(time);
+}
+
+void Terminal::play(const QDateTime &time)
+{
     m_agenda.playUntil(time);
     m_desk.advance(time);
 }
 
-Terminal::Moment::Moment(Terminal &terminal) : m_hold(terminal.m_clock)
+void Terminal::setTimeLimit(const QDateTime &limit)
 {
-    const QDateTime now = terminal.now();
-    terminal.m_agenda.playUntil(now);
-    terminal.m_desk.advance(now);
+    m_clock.setLimit(limit);
+    tellThatTimeMoved();
+}
+
+void Terminal::liftTimeLimit()
+{
+    m_clock.liftLimit();
+    tellThatTimeMoved();
 }
 
 void Terminal::pause()
@@ -111,7 +121,13 @@ void Terminal::skipTo(const QDateTime &time)
 void Terminal::tellThatTimeMoved()
 {
     m_agenda.timeMoved();
+    m_bus->timeMoved();
     m_quoteFeed->timeMoved();
+}
+
+Terminal::Moment::Moment(Terminal &terminal) : m_hold(terminal.m_clock)
+{
+    terminal.play(terminal.now());
 }
 
 Prices Terminal::latestPrices() const
@@ -121,10 +137,29 @@ Prices Terminal::latestPrices() const
     };
 }
 
-bool Terminal::mayPlace(const std::vector<Order> &orders) const
+Terminal::OrderQuestion Terminal::askBeforeOrders(OrderQuestion question)
 {
-    const traffic::CallScope none(0); // what happens while the event loop spins belongs to no call
-    return !m_orderQuestion || m_orderQuestion(orders);
+    return std::exchange(m_orderQuestion, std::move(question));
+}
+
+bool Terminal::mayPlace(const std::vector<Order> &orders)
+{
+    const OrderQuestion question = m_orderQuestion; // it may be ended while it is asked
+    if (!question)
+        return true;
+    bool may = false;
+    letTimeRun([&] { may = question(orders); });
+    return may;
+}
+
+void Terminal::letTimeRun(const std::function<void()> &meanwhile)
+{
+    {
+        const traffic::CallScope none(0); // what happens while the event loop spins belongs to no call
+        const SimulatedClock::Release goesOn(m_clock);
+        meanwhile();
+    }
+    play(now());
 }
 
 Terminal &Terminal::instance()

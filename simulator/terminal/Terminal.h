@@ -26,7 +26,8 @@ namespace sim {
 /// outlive it: in their destructors they use only the bus, which they share.
 class VARNEL_HOST_API Terminal {
 public:
-    Terminal(const Scenario &scenario, const Login &login, double speed);
+    /// stands: exchange time stands at the start until it is told to go on.
+    Terminal(const Scenario &scenario, const Login &login, double speed, bool stands = false);
     ~Terminal();
 
     /// The existing terminal. Without one the process aborts with a message.
@@ -52,6 +53,15 @@ public:
         const SimulatedClock::Hold m_hold;
     };
 
+    /// Exchange time goes no further than this. A limit in the past is one of this moment.
+    void setTimeLimit(const QDateTime &limit);
+
+    /// Exchange time runs on from where it is.
+    void liftTimeLimit();
+
+    /// How long to wait in real time until that exchange time: at most an hour, 0 when it has come.
+    std::chrono::milliseconds realTimeUntil(const QDateTime &time) const { return m_clock.realTimeUntil(time); }
+
     // Exchange time stands still from pause to resume, runs at the speed's multiple of real time, and may be moved
     // forward. Any thread.
     void pause();
@@ -67,8 +77,8 @@ public:
     /// Where commands go, and the state that they change.
     Control &control() { return m_control; }
 
-    /// Plays the agenda and the open orders up to that time. Called at every change of the quotes; late or missing calls do not change
-    /// the result.
+    /// Plays the agenda and the open orders up to that time. Called at every change of the quotes; late or missing
+    /// calls do not change the result.
     void playMarket(const QDateTime &time);
 
     /// The latest prices of all securities.
@@ -77,12 +87,18 @@ public:
     /// Shows the user the orders of one call, and returns whether they may be placed. It may spin the event loop.
     using OrderQuestion = std::function<bool(const std::vector<Order> &)>;
 
-    /// From now on the user is asked before orders are placed; an empty function ends that. User-interface thread only,
-    /// as the next one.
-    void askBeforeOrders(OrderQuestion question) { m_orderQuestion = std::move(question); }
+    /// From now on the user is asked before orders are placed; an empty function ends that. Returns what was asked
+    /// before. User-interface thread only, as the next one.
+    OrderQuestion askBeforeOrders(OrderQuestion question);
 
-    /// Asks the user, if that is wanted.
-    bool mayPlace(const std::vector<Order> &orders) const;
+    /// Asks the user, if that is wanted. Exchange time runs on meanwhile, also in a Moment.
+    bool mayPlace(const std::vector<Order> &orders);
+
+    /// Does what may take long and spin the event loop. Exchange time runs on meanwhile, also in a Moment.
+    void letTimeRun(const std::function<void()> &meanwhile);
+
+    /// Holds this thread while a server is slow.
+    void awaitSlowServer() { m_faults.awaitSlowServer(m_clock.speed()); }
 
     const std::shared_ptr<MessageBus> &bus() const { return m_bus; }
     QuoteFeed &quoteFeed() { return *m_quoteFeed; }
@@ -90,6 +106,7 @@ public:
 private:
     Q_DISABLE_COPY(Terminal)
 
+    void play(const QDateTime &time);
     void tellThatTimeMoved();
 
     const Login m_login;

@@ -1,4 +1,4 @@
-#include "host/PackedRow.h"
+#include "platform/PackedRow.h"
 #include "hostcheck/HostCheck.h"
 #include "terminal/Terminal.h"
 

@@ -72,6 +72,16 @@ const Mistake kMistakes[] = {
      "--allow-origin \"http://a.example/x\" is not an origin such as http://localhost:5173"},
     {"ConfirmOrdersWithoutWindow", "--confirm-orders", "--confirm-orders needs --window"},
     {"OriginNull", "--allow-origin null", "--allow-origin \"null\" is not an origin such as http://localhost:5173"},
+    {"StepWithoutReplay", "--step", "--step is for replay only"},
+    {"VerifyWithoutReplay", "--verify", "--verify is for replay only"},
+    {"ReplayWithoutFile", "replay", "replay needs one file"},
+    {"ReplayOfTwoFiles", "replay a b", "replay needs one file"},
+    {"ReplayWithSeed", "replay a --seed 5", "--seed is not for replay: the recording has it"},
+    {"ReplayThatIsRecorded", "replay a --record b", "--record is not for replay: the recording has it"},
+    {"ReplayInTwoWays", "replay a --step --verify", "only one of --speed, --step and --verify can be chosen"},
+    {"ReplayMissing", "replay /no/such.jsonl", "/no/such.jsonl: No such file or directory"},
+    {"ReplayOfNoRecording", "replay /dev/null", "/dev/null: line 1: not the head of a recording"},
+    {"RecordingInNoFolder", "--record /no/such/file", "cannot write /no/such/file: No such file or directory"},
     {"ScenarioMissing", "--scenario /no/such.json",
      "--scenario \"/no/such.json\" is neither a file nor a built-in scenario: there are default, quiet, large"},
 };
@@ -112,7 +122,8 @@ TEST(CommandLine, HelpAndVersionGoToStandardOutput)
     EXPECT_EQ(0, help.status);
     EXPECT_EQ(QString(), help.err);
     for (const char *option : {"--port", "--scenario", "--seed", "--speed", "--login", "--root", "--inspector",
-                               "--allow-origin", "--open", "--window", "--confirm-orders"})
+                               "--allow-origin", "--open", "--window", "--confirm-orders", "--record", "replay FILE",
+                               "--step", "--verify"})
         EXPECT_TRUE(help.out.contains(QLatin1String(option))) << option;
     const Outcome version = run({QStringLiteral("--version")});
     EXPECT_EQ(0, version.status);
@@ -310,4 +321,76 @@ TEST_P(CommandLineSignal, EndsAHangingShutdownAtOnceWhenItComesASecondTime)
 }
 
 INSTANTIATE_TEST_SUITE_P(All, CommandLineSignal, testing::Values(SIGINT, SIGTERM));
+#endif
+
+#ifdef Q_OS_LINUX
+namespace {
+
+/// A recording of a simulator that made the call for the token, and was then killed.
+QString killedRecording(const QTemporaryDir &folder)
+{
+    const QString file = folder.filePath(QStringLiteral("r.jsonl"));
+    QProcess simulator;
+    simulator.start(QStringLiteral(SIMULATOR_BINARY),
+                    {QStringLiteral("--port"), QStringLiteral("0"), QStringLiteral("--record"), file});
+    const QByteArray line = readLine(simulator);
+    QProcess call;
+    call.start(QStringLiteral(CALL_BINARY),
+               {QStringLiteral("--port"), QString::fromLatin1(line.mid(line.lastIndexOf(':') + 1).chopped(2)),
+                QStringLiteral("Data_getToken_REQ")});
+    EXPECT_TRUE(call.waitForFinished(kPatienceMs));
+    EXPECT_EQ(0, call.exitCode());
+    simulator.setReadChannel(QProcess::StandardError);
+    QByteArray log; // it says that the page has gone
+    while (!log.contains("page 1 gone") && simulator.waitForReadyRead(kPatienceMs))
+        log += simulator.readAllStandardError();
+    QFile recording(file);
+    EXPECT_TRUE(recording.open(QIODevice::ReadOnly));
+    for (QByteArray text; !text.contains("\"kind\":\"reply\"");) // the recorder has a thread of its own
+        text += recording.readAll();
+    simulator.kill();
+    EXPECT_TRUE(simulator.waitForFinished(kPatienceMs));
+    return file;
+}
+
+} // namespace
+
+TEST(CommandLine, TheRecordingOfAKilledSimulatorCanBeVerified)
+{
+    QTemporaryDir folder;
+    const Outcome outcome = run({QStringLiteral("replay"), killedRecording(folder), QStringLiteral("--verify")});
+    EXPECT_EQ(0, outcome.status) << qPrintable(outcome.err);
+    EXPECT_EQ(QStringLiteral("1 call, 1 reply: no difference\n"), outcome.out);
+}
+
+TEST(CommandLine, ARecordingIsPlayedStepByStep)
+{
+    QTemporaryDir folder;
+    QProcess simulator;
+    simulator.start(QStringLiteral(SIMULATOR_BINARY), {QStringLiteral("replay"), killedRecording(folder),
+                                                       QStringLiteral("--step"), QStringLiteral("--port=0")});
+    EXPECT_TRUE(readLine(simulator).startsWith("listening on "));
+    simulator.write("\n");
+    const QByteArray call = readLine(simulator);
+    EXPECT_TRUE(call.startsWith("line ")) << call.toStdString();
+    EXPECT_TRUE(call.endsWith("  page 1  Data_getToken_REQ [\"varnel-call\"]\n")) << call.toStdString();
+    simulator.closeWriteChannel();
+    ASSERT_TRUE(simulator.waitForFinished(kPatienceMs));
+    EXPECT_EQ(0, simulator.exitCode());
+    EXPECT_EQ(QByteArray("1 call played\n"), simulator.readAllStandardOutput());
+}
+
+TEST(CommandLine, AFullDiskEndsTheRecordingAndNotTheRun)
+{
+    QProcess simulator;
+    simulator.start(QStringLiteral(SIMULATOR_BINARY), {QStringLiteral("--port"), QStringLiteral("0"),
+                                                       QStringLiteral("--record"), QStringLiteral("/dev/full")});
+    EXPECT_TRUE(readLine(simulator).startsWith("listening on "));
+    kill(pid_t(simulator.processId()), SIGTERM);
+    ASSERT_TRUE(simulator.waitForFinished(kPatienceMs));
+    EXPECT_EQ(1, simulator.exitCode());
+    EXPECT_EQ(
+        QByteArray("varnel-simulator: the recording ends here: cannot write /dev/full: No space left on device\n"),
+        simulator.readAllStandardError());
+}
 #endif

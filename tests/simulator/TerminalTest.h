@@ -9,8 +9,8 @@ class TerminalTest : public testing::Test {
 protected:
     static constexpr double kSpeed = 1000;
 
-    explicit TerminalTest(double speed = kSpeed, const QTime &start = QTime())
-        : scenario(defaultScenario(start)), terminal(scenario, scenario.logins.first(), speed)
+    explicit TerminalTest(double speed = kSpeed, const QTime &start = QTime(), bool stands = false)
+        : scenario(defaultScenario(start)), terminal(scenario, scenario.logins.first(), speed, stands)
     {
     }
 

@@ -1,7 +1,7 @@
 # Reads the includes of the simulator: a folder may include files of its own and of the folders before it in this list.
 #   cmake -DROOT=… -P check_layers.cmake
 cmake_policy(SET CMP0057 NEW) # IN_LIST
-set(layers exchange books traffic platform services terminal host gateway window call)
+set(layers exchange books traffic platform services terminal host gateway recording window call)
 
 set(problems "")
 set(above ${layers})

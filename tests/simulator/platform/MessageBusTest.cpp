@@ -406,3 +406,70 @@ TEST(MessageBus, APresenterMayOutliveTheTerminal)
     terminal.reset();
     EXPECT_NE(0, presenter.ask(kEcho, 1));
 }
+
+namespace {
+
+/// Time passes when the test says so.
+class SkippingTerminalTest : public StandingTerminalTest {
+protected:
+    static constexpr int kLatencyMs = 20;
+
+    QDateTime after(int milliseconds) const { return scenario.start.addMSecs(milliseconds); }
+};
+
+} // namespace
+
+TEST_F(SkippingTerminalTest, AnswersAreMadeAtTheTimeAtWhichTheRequestsAreDue)
+{
+    QVector<QDateTime> times;
+    terminal.bus()->serve(kEcho, kEchoed, [&](const QVariantMap &) {
+        times.append(terminal.now());
+        return QVariantList{QStringLiteral("echo")};
+    });
+    Presenter presenter("p");
+    presenter.ask(kEcho, 1);
+    terminal.skipTo(after(5));
+    presenter.ask(kEcho, 2);
+    terminal.skipTo(after(1000)); // however late the machine is
+    presenter.await(2);
+    EXPECT_EQ((QVector<QDateTime>{after(kLatencyMs), after(5 + kLatencyMs)}), times);
+}
+
+TEST_F(SkippingTerminalTest, WhatTheTerminalCausesIsDueBeforeWhatOthersSendThenOrLater)
+{
+    RowReader reader; // of kEvent
+    const QString kText = QStringLiteral("text");
+    terminal.bus()->listen(kEvent + 1, [&](const QVariantMap &) {
+        terminal.bus()->announce(kEvent, {{kText, QStringLiteral("caused")}});
+    });
+    terminal.bus()->announce(kEvent + 1, {});
+    terminal.skipTo(after(kLatencyMs - 1)); // it is not due yet
+    for (const int time : {kLatencyMs + 1, kLatencyMs}) {
+        const FrozenTime frozen(after(time));
+        terminal.bus()->announce(kEvent, {{kText, QStringLiteral("sent at %1").arg(time)}});
+    }
+    terminal.skipTo(after(1000));
+    QStringList texts;
+    for (const QVariantMap &row : reader.await(3))
+        texts.append(row.value(kText).toString());
+    EXPECT_EQ(QStringList({QStringLiteral("caused"), QStringLiteral("sent at 20"), QStringLiteral("sent at 21")}),
+              texts);
+}
+
+TEST_F(SkippingTerminalTest, ASenderThatWaitsGetsItsAnswerWhileTimeStandsStill)
+{
+    terminal.bus()->serve(kEcho, kEchoed, [](const QVariantMap &) { return QVariantList{QStringLiteral("echo")}; });
+    Presenter presenter("p");
+    const Terminal::Moment moment(terminal);
+    QVariant reply;
+    EXPECT_EQ(0, presenter.sendRequest_Sync(new CountedRequest(presenter.pluginPid(), kEcho, 1), reply));
+    EXPECT_EQ(QVariantList{QStringLiteral("echo")}, reply.toList());
+}
+
+TEST_F(SkippingTerminalTest, EventsOfTheTerminalTakeNoIdsFromRequests)
+{
+    const auto idOfNext = [] { return CPackMessageCommon().GetValue(Tessar_Fields::System::clientMsgID).toLongLong(); };
+    const qint64 before = idOfNext();
+    terminal.bus()->announce(kEvent, {});
+    EXPECT_EQ(before + 1, idOfNext());
+}

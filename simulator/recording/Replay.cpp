@@ -1,0 +1,232 @@
+#include "recording/Replay.h"
+
+#include "terminal/Terminal.h"
+
+#include <algorithm>
+
+namespace sim {
+
+namespace {
+
+/// The text around a place, for a line of a screen.
+QString excerpt(const QString &text, int place)
+{
+    constexpr int kBefore = 40;
+    constexpr int kAfter = 60;
+    const int begin = std::max(0, place - kBefore);
+    return (begin > 0 ? QStringLiteral("…") : QString()) + text.mid(begin, place - begin + kAfter) +
+           (place + kAfter < text.size() ? QStringLiteral("…") : QString());
+}
+
+QString counted(int number, const QString &one, const QString &many)
+{
+    return QStringLiteral("%1 %2").arg(number).arg(number == 1 ? one : many);
+}
+
+QString methodOf(const QString &reply)
+{
+    return reply.chopped(3) + QStringLiteral("REQ"); // …_RES
+}
+
+} // namespace
+
+Replay::Replay(RecordingReader &recording, Terminal &terminal, Mode mode, std::chrono::milliseconds patience)
+    : m_recording(recording), m_terminal(terminal), m_mode(mode), m_patience(patience)
+{
+    m_timer.setSingleShot(true);
+    m_timer.setTimerType(Qt::PreciseTimer);
+    connect(&m_timer, &QTimer::timeout, this, &Replay::proceed);
+}
+
+Replay::~Replay() = default;
+
+void Replay::start()
+{
+    proceedLater();
+}
+
+void Replay::step()
+{
+    ++m_steps;
+    proceedLater();
+}
+
+void Replay::endAfterSteps()
+{
+    m_endsAfterSteps = true;
+    proceedLater();
+}
+
+void Replay::proceedLater()
+{
+    if (std::exchange(m_isPosted, true))
+        return;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            m_isPosted = false;
+            proceed();
+        },
+        Qt::QueuedConnection);
+}
+
+void Replay::proceed()
+{
+    if (m_hasEnded)
+        return;
+    if (!m_entry) {
+        QString error;
+        m_entry = m_recording.next(error);
+        if (!error.isEmpty())
+            return end(Outcome::Broken, error);
+        if (!m_entry)
+            return endWithCount();
+    }
+    if (!isDue() || !play() || m_hasEnded)
+        return;
+    m_entry.reset();
+    m_timer.stop();
+    proceedLater();
+}
+
+/// Moves the time to that of the entry. False when it has not come yet.
+bool Replay::isDue()
+{
+    const RecordedEntry::Kind kind = m_entry->kind;
+    const bool isOfPage =
+        kind == RecordedEntry::PageOpened || kind == RecordedEntry::PageClosed || kind == RecordedEntry::Call;
+    // All else follows from the calls and the time; a reply must have the time to come.
+    if (!isOfPage && (kind != RecordedEntry::Reply || m_mode != Verify))
+        return true;
+    if (m_mode == Timed) {
+        m_terminal.setTimeLimit(m_entry->time);
+        const auto time = m_terminal.realTimeUntil(m_entry->time);
+        if (time.count() > 0)
+            m_timer.start(time);
+        return time.count() == 0;
+    }
+    if (m_mode == Stepwise && kind == RecordedEntry::Call) {
+        if (m_steps == 0) {
+            if (m_endsAfterSteps)
+                endWithCount();
+            return false;
+        }
+        --m_steps;
+    }
+    m_terminal.skipTo(m_entry->time);
+    return true;
+}
+
+/// False when it waits for a reply, or has ended.
+bool Replay::play()
+{
+    switch (m_entry->kind) {
+    case RecordedEntry::PageOpened:
+        m_pages[m_entry->page] = std::make_unique<PlayedPage>(m_entry->page, [this] {
+            if (m_isWaiting)
+                proceedLater();
+        });
+        return true;
+    case RecordedEntry::PageClosed:
+        if (endWithUntaken())
+            return false;
+        m_pages.erase(m_entry->page);
+        return true;
+    case RecordedEntry::Call:
+        if (endWithUntaken())
+            return false;
+        call();
+        return true;
+    case RecordedEntry::Reply:
+        return m_mode != Verify || compareReply();
+    default:
+        return true;
+    }
+}
+
+void Replay::call()
+{
+    const auto page = m_pages.find(m_entry->page);
+    if (page == m_pages.end())
+        return end(Outcome::Broken, place() + QStringLiteral("a call of a page that is not open"));
+    ++m_calls;
+    const Terminal::OrderQuestion question = m_terminal.askBeforeOrders({}); // the user has answered in the recorded run
+    page->second->call(*m_entry);
+    m_terminal.askBeforeOrders(question);
+    emit called(m_recording.line(), *m_entry);
+}
+
+bool Replay::compareReply()
+{
+    const auto page = m_pages.find(m_entry->page);
+    const std::optional<PlayedPage::Reply> reply =
+        page == m_pages.end() ? std::nullopt : page->second->take(m_entry->name);
+    const QString what = place() + QStringLiteral("the reply to %1 of page %2 (uuid \"%3\") ")
+                                       .arg(methodOf(m_entry->name))
+                                       .arg(m_entry->page)
+                                       .arg(m_entry->uuid);
+    if (!reply) {
+        if (m_isWaiting && !m_timer.isActive()) {
+            end(Outcome::Different, what + QStringLiteral("does not come"));
+        } else if (!m_isWaiting) {
+            m_isWaiting = true;
+            m_timer.start(m_patience);
+        }
+        return false;
+    }
+    m_isWaiting = false;
+    ++m_replies;
+    QStringList recorded;
+    for (const QVariant &argument : qAsConst(m_entry->args))
+        recorded.append(argument.toString());
+    if (recorded == reply->args)
+        return true;
+    const QString before = recorded.join(QLatin1Char('\n'));
+    const QString now = reply->args.join(QLatin1Char('\n'));
+    const int end1 = std::min(before.size(), now.size());
+    const int difference =
+        int(std::mismatch(before.cbegin(), before.cbegin() + end1, now.cbegin()).first - before.cbegin());
+    end(Outcome::Different, what + QStringLiteral("differs at character %1\n  recorded: %2\n  now:      %3")
+                                       .arg(difference + 1)
+                                       .arg(excerpt(before, difference), excerpt(now, difference)));
+    return false;
+}
+
+/// Ends when the page of the entry got a reply that the recording does not have.
+bool Replay::endWithUntaken()
+{
+    const auto page = m_pages.find(m_entry->page);
+    const PlayedPage::Reply *const reply =
+        m_mode != Verify || page == m_pages.end() ? nullptr : page->second->untaken();
+    if (!reply)
+        return false;
+    end(Outcome::Different,
+        place() + QStringLiteral("before it page %1 gets a reply to %2 (uuid \"%3\") that was not "
+                                 "recorded\n  now:      %4")
+                      .arg(m_entry->page)
+                      .arg(methodOf(reply->name), reply->uuid, excerpt(reply->args.join(QLatin1Char('\n')), 0)));
+    return true;
+}
+
+void Replay::end(Outcome::Kind kind, const QString &text)
+{
+    m_hasEnded = true;
+    m_timer.stop();
+    emit ended({kind, text});
+}
+
+void Replay::endWithCount()
+{
+    const QString calls = counted(m_calls, QStringLiteral("call"), QStringLiteral("calls"));
+    end(Outcome::Done, m_mode == Verify
+                           ? QStringLiteral("%1, %2: no difference")
+                                 .arg(calls, counted(m_replies, QStringLiteral("reply"), QStringLiteral("replies")))
+                           : calls + QStringLiteral(" played"));
+}
+
+QString Replay::place() const
+{
+    return QStringLiteral("%1: line %2: ").arg(m_recording.fileName()).arg(m_recording.line());
+}
+
+} // namespace sim

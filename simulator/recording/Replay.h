@@ -1,0 +1,82 @@
+#pragma once
+
+#include "recording/PlayedPage.h"
+#include "recording/Recording.h"
+
+#include <QObject>
+#include <QTimer>
+
+#include <chrono>
+#include <functional>
+#include <map>
+#include <memory>
+
+namespace sim {
+
+class Terminal;
+
+/// Plays a recording on a fresh terminal of its scenario, seed and login: its pages make their calls again, in their
+/// order, at the exchange times that were recorded. Made and destroyed by main or a test; user-interface thread only.
+class Replay : public QObject {
+    Q_OBJECT
+public:
+    enum Mode {
+        Verify,   ///< at once; compares each reply with the recorded one, and ends at the first difference
+        Timed,    ///< at the pace of the terminal's clock
+        Stepwise, ///< a call for each step()
+    };
+
+    struct Outcome {
+        enum Kind { Done, Different, Broken };
+
+        Kind kind;
+        QString text; ///< what was played, the difference, or what is broken: one line or some
+    };
+
+    /// The terminal's time must stand at the start. patience: how long to wait for a reply to be compared.
+    Replay(RecordingReader &recording, Terminal &terminal, Mode mode,
+           std::chrono::milliseconds patience = std::chrono::seconds(30));
+    ~Replay() override;
+
+    void start();
+
+    /// Stepwise: makes the next call, and takes the other entries before it.
+    void step();
+
+    /// Stepwise: ends when the steps that were asked for have been made.
+    void endAfterSteps();
+
+signals:
+    void called(int line, const sim::RecordedEntry &call); ///< a call has been made
+    void ended(const sim::Replay::Outcome &outcome);       ///< once
+
+private:
+    void proceedLater();
+    void proceed();
+    bool isDue();
+    bool play();
+    void call();
+    bool compareReply();
+    void wait(std::chrono::milliseconds time);
+    void end(Outcome::Kind kind, const QString &text);
+    void endWithCount();
+    bool endWithUntaken();
+    QString place() const;
+
+    RecordingReader &m_recording;
+    Terminal &m_terminal;
+    const Mode m_mode;
+    const std::chrono::milliseconds m_patience;
+    std::optional<RecordedEntry> m_entry; ///< the next one to play
+    std::map<int, std::unique_ptr<PlayedPage>> m_pages;
+    QTimer m_timer;
+    bool m_isWaiting = false; ///< for a reply
+    bool m_isPosted = false;  ///< proceed() will run
+    bool m_hasEnded = false;
+    bool m_endsAfterSteps = false;
+    int m_steps = 0; ///< that were asked for and not made yet
+    int m_calls = 0;
+    int m_replies = 0;
+};
+
+} // namespace sim

@@ -1,0 +1,27 @@
+#include "OrderEntry.h"
+#include "TerminalTest.h"
+
+using namespace sim;
+
+class MomentTest : public StandingTerminalTest {};
+
+TEST_F(MomentTest, TheMarketHasBeenPlayedUpToItHoweverLateTheQuotesAre)
+{
+    const entry::Outcome placed = entry::place(
+        QStringLiteral("A880010001"), {entry::line(QStringLiteral("609801.SH"), "Buy", 100, QString(), "Market")});
+    ASSERT_EQ(0, placed.result) << qPrintable(placed.errors.join(QLatin1Char(' ')));
+    for (int i = 1; i <= 50; ++i) {
+        terminal.skipTo(scenario.start.addSecs(60 * i));
+        const Terminal::Moment moment(terminal);
+        const auto books = terminal.desk().read();
+        EXPECT_EQ(OrderStatus::Filled, books->orders()[size_t(books->orderNumber(placed.id()))].status);
+    }
+}
+
+TEST_F(MomentTest, TimeStandsStillInIt)
+{
+    const Terminal::Moment moment(terminal);
+    const QDateTime time = terminal.now();
+    terminal.skipTo(time.addSecs(60));
+    EXPECT_EQ(time, terminal.now());
+}
