@@ -38,7 +38,8 @@ const QString kVersion = QStringLiteral("version");
 /// Whether the text looks like an origin as browsers send it.
 bool isOrigin(const QString &text)
 {
-    static const QRegularExpression form(QStringLiteral("^[a-z][a-z0-9+.-]*://[^/?#\\s@]+\\z"));
+    static const QRegularExpression form(
+        QStringLiteral("^[a-z][a-z0-9+.-]*://([A-Za-z0-9._-]+|\\[[0-9A-Fa-f:.]+\\])(:[0-9]{1,5})?\\z"));
     return form.match(text).hasMatch();
 }
 

@@ -10,15 +10,18 @@ Gateway::Gateway(const QString &root, const QStringList &allowedOrigins, const Q
     : m_server({root, inspector, allowedOrigins, httpDeadline, pagesBefore},
                [this](PageNews news) { tell(std::move(news)); })
 {
-    Terminal::instance().control().setDrop([this](int page) { m_server.dropPages(page); });
+    if (Terminal::isThere())
+        Terminal::instance().control().setDrop([this](int page) { m_server.dropPages(page); });
 }
 
 Gateway::~Gateway()
 {
-    Terminal::instance().control().setDrop({});
+    if (Terminal::isThere())
+        Terminal::instance().control().setDrop({});
     qDeleteAll(findChildren<PageConnection *>(QString(), Qt::FindDirectChildrenOnly));
     m_server.stop();
-    Terminal::instance().control().awaitRuns(); // the answers to commands go to the server
+    if (Terminal::isThere())
+        Terminal::instance().control().awaitRuns(); // the answers to commands go to the server
     m_news.clear(); // no page may outlive the server
 }
 

@@ -3,10 +3,9 @@
 #include "gateway/ControlSession.h"
 #include "gateway/HttpFiles.h"
 #include "gateway/Logging.h"
+#include "gateway/Origins.h"
 #include "gateway/PageSession.h"
 #include "gateway/TrafficSession.h"
-
-#include <QSet>
 
 #include <boost/asio/executor_work_guard.hpp>
 #include <boost/asio/steady_timer.hpp>
@@ -30,8 +29,6 @@ using Field = http::field;
 
 constexpr std::size_t kMaxHead = GatewayServer::kMaxHead;
 
-constexpr quint16 kHttpPort = 80; // an origin does not contain this port
-
 /// For pages to agree to the end of their connections when the server stops.
 constexpr std::chrono::seconds kStopDeadline(1);
 
@@ -44,17 +41,16 @@ struct Shared {
         : files(settings.root, settings.inspector)
         , httpDeadline(settings.httpDeadline)
         , listener(std::move(listener))
+        , origins(settings.allowedOrigins)
         , lastPage(settings.pagesBefore)
     {
-        for (const QString &origin : settings.allowedOrigins)
-            allowedOrigins.insert(origin.toUtf8());
     }
 
     const HttpFiles files;
     const std::chrono::milliseconds httpDeadline;
     const GatewayServer::Listener listener;
+    Origins origins;
     std::atomic<int> lastPage;
-    QSet<QByteArray> allowedOrigins; ///< constant once the server listens
     Connections connections;
     net::io_context context{1};
     PageQueue queue{context};
@@ -114,12 +110,22 @@ private:
             answer({431});
         else if (error && !isMalformed)
             end(); // the client has closed the connection, or it broke
-        else if (isMalformed || !request.target().starts_with('/'))
+        else if (isMalformed || !request.target().starts_with('/') || request.count(Field::host) != 1)
             answer({400});
         else if (pathOf(request) != "/view" && pathOf(request) != "/traffic" && pathOf(request) != "/control")
+        else if (!m_shared.origins.isHost(bytesOf(request[Field::host])))
+            refuseHost(request);
+        else if (pathOf(request) != "/view" && pathOf(request) != "/traffic")
             answer(m_shared.files.answer(bytesOf(request.method_string()), pathOf(request)));
         else
             decideOnWebSocket(request);
+    }
+
+    void refuseHost(const Request &request)
+    {
+        qCWarning(gatewayLog, "A request for the host \"%s\" was refused; --allow-origin with its origin lets it in",
+                  bytesOf(request[Field::host]).left(200).constData());
+        answer({421});
     }
 
     void decideOnWebSocket(const Request &request)
@@ -147,7 +153,7 @@ private:
 
     bool isAllowed(const Request &request) const
     {
-        return request.count(Field::origin) == 1 && m_shared.allowedOrigins.contains(bytesOf(request[Field::origin]));
+        return request.count(Field::origin) == 1 && m_shared.origins.mayConnect(bytesOf(request[Field::origin]));
     }
 
     static QByteArray pathOf(const Request &request)
@@ -171,7 +177,7 @@ private:
         m_reply.content_length(std::size_t(m_body.size()));
         // No caching: developers reload pages that they have just built.
         m_reply.set(Field::cache_control, "no-store");
-        m_reply.set("X-Content-Type-Options", "nosniff");
+        protect(reply);
         m_reply.set(Field::connection, "close");
         if (!reply.location.isEmpty())
             m_reply.set(Field::location, view(reply.location));
@@ -192,6 +198,18 @@ private:
             http::async_write_header(m_socket, m_serializer, then);
         else
             http::async_write(m_socket, m_serializer, then);
+    }
+
+    /// Says to browsers what other pages may do with the answer.
+    void protect(const HttpReply &reply)
+    {
+        QByteArray policy = m_shared.origins.frameAncestors();
+        if (!reply.policy.isEmpty())
+            policy += "; " + reply.policy;
+        m_reply.set("Content-Security-Policy", view(policy));
+        m_reply.set("Cross-Origin-Resource-Policy", reply.isForAnyOrigin ? "cross-origin" : "same-origin");
+        m_reply.set("Referrer-Policy", "same-origin");
+        m_reply.set("X-Content-Type-Options", "nosniff");
     }
 
     void dropRest()
@@ -298,9 +316,7 @@ QString GatewayServer::listen(quint16 port)
         return QString::fromLocal8Bit(error.message().c_str());
 
     d->port = d->acceptor.local_endpoint(error).port();
-    const QByteArray suffix = d->port == kHttpPort ? QByteArray() : ':' + QByteArray::number(d->port);
-    d->allowedOrigins.insert("http://127.0.0.1" + suffix);
-    d->allowedOrigins.insert("http://localhost" + suffix);
+    d->origins.addOwn(d->port);
     d->accept();
     d->thread = std::thread([this] {
         d->context.run();

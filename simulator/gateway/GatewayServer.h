@@ -12,8 +12,9 @@ namespace sim {
 
 /// Serves files over HTTP, and a WebSocket to each page, on an input and output thread of its own. So neither a page
 /// that reads slowly nor a long answer delays other threads. Made, started and destroyed by the Gateway on the
-/// user-interface thread. It listens on the loopback address only. It accepts WebSockets only from pages of its own
-/// origin and of the allowed origins, because pages can place orders and see all traffic.
+/// user-interface thread. It listens on the loopback address only. Its own origins and the allowed ones are trusted: it
+/// accepts WebSockets only from their pages, because pages can place orders and see all traffic; it answers only
+/// requests for their hosts; and only their pages may show its pages in frames.
 class GatewayServer {
 public:
     static constexpr int kMaxHead = 16 * 1024; ///< bytes of the head of a request

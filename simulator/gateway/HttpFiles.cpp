@@ -49,19 +49,45 @@ QString canonical(const QString &folder)
     return folder.isEmpty() ? QString() : QFileInfo(folder).canonicalFilePath();
 }
 
-/// The file of that path below the folder, or the index of the folder of that path; empty when there is none.
-QString fileBelow(const QString &folder, const QString &path)
+/// Where an opened file really is.
+QString placeOf(const QFile &file)
 {
-    // The canonical path contains neither ".." nor links: it shows where the file really is.
-    QString file = QFileInfo(folder + path).canonicalFilePath();
-    if (QFileInfo(file).isDir())
-        file = QFileInfo(file + QStringLiteral("/index.html")).canonicalFilePath();
-    const QString inside = folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/');
-    return file.startsWith(inside) && QFileInfo(file).isFile() ? file : QString();
+#ifdef Q_OS_LINUX
+    return QFile::symLinkTarget(QStringLiteral("/proc/self/fd/%1").arg(file.handle()));
+#else
+    return QFileInfo(file).canonicalFilePath(); // a link that was changed since it was opened would not be noticed
+#endif
 }
+
+/// Opens the file of that path below the folder, or the index of the folder of that path; null when there is none.
+std::unique_ptr<QFile> openBelow(const QString &folder, const QString &path)
+{
+    QString name = folder + path;
+    if (QFileInfo(name).isDir())
+        name += QStringLiteral("/index.html");
+    auto file = std::make_unique<QFile>(name);
+    if (!QFileInfo(name).isFile() || !file->open(QIODevice::ReadOnly))
+        return nullptr;
+    // ".." and links may have led anywhere. A link may change at any time, so what counts is where the open file is.
+    const QString inside = folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/');
+    return placeOf(*file).startsWith(inside) ? std::move(file) : nullptr;
+}
+
+std::unique_ptr<QFile> openResource(const QString &name)
+{
+    auto file = std::make_unique<QFile>(QStringLiteral(":/gateway/") + name);
+    return file->open(QIODevice::ReadOnly) ? std::move(file) : nullptr;
+}
+
+const QString kBridge = QStringLiteral("/bridge.js");
 
 /// Its page names its files relative to this.
 const QString kInspector = QStringLiteral("/inspector/");
+
+/// What the inspector loads. It shows texts of pages and of the terminal, none of which may do anything there.
+const QByteArray kInspectorPolicy =
+    "default-src 'self'; style-src 'self' 'unsafe-inline'; img-src 'self' data:; "
+    "connect-src 'self' ws://127.0.0.1:* ws://localhost:*; object-src 'none'; base-uri 'none'; form-action 'none'";
 
 } // namespace
 
@@ -71,22 +97,18 @@ HttpFiles::HttpFiles(const QString &root, const QString &inspector)
     initResources();
 }
 
-QString HttpFiles::fileFor(const QByteArray &path) const
+std::unique_ptr<QFile> HttpFiles::open(const QString &path) const
 {
-    const QByteArray bytes = QByteArray::fromPercentEncoding(path);
-    if (bytes.contains('\0') || bytes.contains('\\')) // '\0' ends a path for the system; '\\' is a separator on Windows
-        return QString();
-    const QString decoded = QString::fromUtf8(bytes);
-    if (decoded == QLatin1String("/bridge.js"))
-        return QStringLiteral(":/gateway/bridge.js");
-    if (decoded.startsWith(kInspector)) {
+    if (path == kBridge)
+        return openResource(QStringLiteral("bridge.js"));
+    if (path.startsWith(kInspector)) {
         if (m_inspector.isEmpty())
-            return decoded == kInspector ? QStringLiteral(":/gateway/inspector.html") : QString();
-        return fileBelow(m_inspector, decoded.mid(kInspector.size() - 1));
+            return path == kInspector ? openResource(QStringLiteral("inspector.html")) : nullptr;
+        return openBelow(m_inspector, path.mid(kInspector.size() - 1));
     }
     if (m_root.isEmpty())
-        return decoded == QLatin1String("/") ? QStringLiteral(":/gateway/index.html") : QString();
-    return fileBelow(m_root, decoded);
+        return path == QLatin1String("/") ? openResource(QStringLiteral("index.html")) : nullptr;
+    return openBelow(m_root, path);
 }
 
 HttpReply HttpFiles::answer(const QByteArray &method, const QByteArray &path) const
@@ -95,10 +117,18 @@ HttpReply HttpFiles::answer(const QByteArray &method, const QByteArray &path) co
         return {405, {}, {}, "GET, HEAD"};
     if (path == "/inspector")
         return {307, {}, {}, {}, kInspector.toLatin1()};
-    QFile file(fileFor(path));
-    if (file.fileName().isEmpty() || !file.open(QIODevice::ReadOnly))
+    const QByteArray bytes = QByteArray::fromPercentEncoding(path);
+    if (bytes.contains('\0') || bytes.contains('\\')) // '\0' ends a path for the system; '\\' is a separator on Windows
         return {404};
-    return {200, contentType(file.fileName()), file.readAll()};
+    const QString decoded = QString::fromUtf8(bytes);
+    const std::unique_ptr<QFile> file = open(decoded);
+    if (!file)
+        return {404};
+    HttpReply reply{200, contentType(file->fileName()), file->readAll()};
+    if (decoded.startsWith(kInspector))
+        reply.policy = kInspectorPolicy;
+    reply.isForAnyOrigin = decoded == kBridge; // pages of a developer's own server load it from here
+    return reply;
 }
 
 } // namespace sim

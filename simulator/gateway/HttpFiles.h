@@ -3,6 +3,10 @@
 #include <QByteArray>
 #include <QString>
 
+#include <memory>
+
+class QFile;
+
 namespace sim {
 
 /// The answer to one HTTP request. A plain value.
@@ -12,6 +16,8 @@ struct HttpReply {
     QByteArray body = {};        ///< the file
     QByteArray allow = {};       ///< the allowed methods, when another was tried
     QByteArray location = {};    ///< where the file is, when it is elsewhere
+    QByteArray policy = {};      ///< directives of Content-Security-Policy: what a page may load; empty for anything
+    bool isForAnyOrigin = false; ///< pages of other origins may load it as a script
 };
 
 /// Static files: the built-in ones (bridge.js, and a page when there is no root), those of the inspector below
@@ -26,7 +32,7 @@ public:
     HttpReply answer(const QByteArray &method, const QByteArray &path) const;
 
 private:
-    QString fileFor(const QByteArray &path) const;
+    std::unique_ptr<QFile> open(const QString &path) const;
 
     QString m_root; ///< canonical, like the next
     QString m_inspector;

@@ -162,6 +162,11 @@ void Terminal::letTimeRun(const std::function<void()> &meanwhile)
     play(now());
 }
 
+bool Terminal::isThere()
+{
+    return s_terminal;
+}
+
 Terminal &Terminal::instance()
 {
     if (!s_terminal)

@@ -32,6 +32,7 @@ public:
 
     /// The existing terminal. Without one the process aborts with a message.
     static Terminal &instance();
+    static bool isThere();
 
     const Login &login() const { return m_login; }
     const QString &station() const { return m_station; }

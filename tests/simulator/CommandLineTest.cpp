@@ -71,6 +71,8 @@ const Mistake kMistakes[] = {
     {"OriginWithPath", "--allow-origin http://a.example/x",
      "--allow-origin \"http://a.example/x\" is not an origin such as http://localhost:5173"},
     {"ConfirmOrdersWithoutWindow", "--confirm-orders", "--confirm-orders needs --window"},
+    {"OriginWithSeparator", "--allow-origin http://a.example;x",
+     "--allow-origin \"http://a.example;x\" is not an origin such as http://localhost:5173"},
     {"OriginNull", "--allow-origin null", "--allow-origin \"null\" is not an origin such as http://localhost:5173"},
     {"StepWithoutReplay", "--step", "--step is for replay only"},
     {"VerifyWithoutReplay", "--verify", "--verify is for replay only"},

@@ -229,7 +229,7 @@ TEST_F(PageConnectionTest, APageThatStopsReadingIsDisconnected)
     QTcpSocket stalled;
     stalled.setReadBufferSize(1);
     stalled.connectToHost(QHostAddress::LocalHost, gateway.port());
-    stalled.write("GET /view HTTP/1.1\r\nHost: h\r\nUpgrade: websocket\r\nConnection: Upgrade\r\n"
+    stalled.write("GET /view HTTP/1.1\r\nHost: allowed.example\r\nUpgrade: websocket\r\nConnection: Upgrade\r\n"
                   "Sec-WebSocket-Version: 13\r\nSec-WebSocket-Key: AAAAAAAAAAAAAAAAAAAAAA==\r\n"
                   "Origin: http://allowed.example\r\n\r\n");
     ASSERT_TRUE(await([&] { return pages().size() == 2; }));

@@ -28,11 +28,12 @@ public:
                 read();
         });
         socket.connectToHost(QHostAddress::LocalHost, gateway.port());
-        socket.write("GET " + path +
-                     " HTTP/1.1\r\nHost: h\r\nUpgrade: websocket\r\nConnection: Upgrade\r\n"
+        const QByteArray host = "127.0.0.1:" + QByteArray::number(gateway.port());
+        socket.write("GET " + path + " HTTP/1.1\r\nHost: " + host +
+                     "\r\nUpgrade: websocket\r\nConnection: Upgrade\r\n"
                      "Sec-WebSocket-Version: 13\r\nSec-WebSocket-Key: AAAAAAAAAAAAAAAAAAAAAA==\r\n"
-                     "Origin: http://127.0.0.1:" +
-                     QByteArray::number(gateway.port()) + "\r\n\r\n");
+                     "Origin: http://" +
+                     host + "\r\n\r\n");
     }
 
     bool awaitOpen()

@@ -1,7 +1,7 @@
 import type { Tick, Update, Watch } from '@varnel/web-client';
 import { useCallback, useEffect, useRef, useState } from 'react';
 import { useSdk } from '../desk/DeskContext';
-import { nextFrame } from './frame';
+import { nextDrawing } from './frame';
 
 export interface Watched<Item> {
   /** In the order of the watch, which is oldest first for orders and executions; the same array until something changes. */
@@ -18,8 +18,8 @@ export type StartWatch<Item> = (listener: (update: Update<Item>) => void) => Wat
 const nothing: Watched<never> = { items: [], isReady: false, error: undefined };
 
 /**
- * The records of a watch, which lives as long as the component is shown. A burst of updates is drawn once, with the next
- * frame. `start` must stay the same from one rendering to the next (`useCallback`); without it nothing is watched.
+ * The records of a watch, which lives as long as the component is shown. A burst of updates is drawn once. `start` must
+ * stay the same from one rendering to the next (`useCallback`); without it nothing is watched.
  */
 export function useWatch<Item>(start: StartWatch<Item> | undefined): Watched<Item> {
   const [watched, setWatched] = useState<Watched<Item>>(nothing);
@@ -46,7 +46,7 @@ export function useWatch<Item>(start: StartWatch<Item> | undefined): Watched<Ite
     const announce = () => {
       if (isAnnounced) return;
       isAnnounced = true;
-      nextFrame(draw);
+      nextDrawing(draw);
     };
     const watch = start(announce);
     watch.ready.then(
