@@ -112,10 +112,9 @@ private:
             end(); // the client has closed the connection, or it broke
         else if (isMalformed || !request.target().starts_with('/') || request.count(Field::host) != 1)
             answer({400});
-        else if (pathOf(request) != "/view" && pathOf(request) != "/traffic" && pathOf(request) != "/control")
         else if (!m_shared.origins.isHost(bytesOf(request[Field::host])))
             refuseHost(request);
-        else if (pathOf(request) != "/view" && pathOf(request) != "/traffic")
+        else if (pathOf(request) != "/view" && pathOf(request) != "/traffic" && pathOf(request) != "/control")
             answer(m_shared.files.answer(bytesOf(request.method_string()), pathOf(request)));
         else
             decideOnWebSocket(request);

@@ -1,7 +1,7 @@
-#include "Await.h"
 #include "TerminalTest.h"
 #include "exchange/Exchange.h"
 
+#include <algorithm>
 #include <future>
 
 using namespace sim;
@@ -22,6 +22,14 @@ QString run(Terminal &terminal, const char *text)
     return done.get_future().get();
 }
 
+/// Gives commands that change nothing until the condition holds.
+template <typename Condition>
+void awaitWhileItRuns(Terminal &terminal, Condition condition)
+{
+    while (!condition())
+        run(terminal, "clear");
+}
+
 /// The orders that were entered after the start, one line each.
 QStringList newOrders(const Terminal &terminal, const QDateTime &start)
 {
@@ -37,6 +45,14 @@ QStringList newOrders(const Terminal &terminal, const QDateTime &start)
                              .arg(int(order.status)));
     }
     return lines;
+}
+
+int openFlowOrders(const Terminal &terminal)
+{
+    const TradingDesk::Reader books = terminal.desk().read();
+    return int(std::count_if(books->orders().begin(), books->orders().end(), [](const Order &order) {
+        return order.algoId == QLatin1String("FLOW-01") && order.isOpen();
+    }));
 }
 
 Scenario withFlow(int ordersPerSecond)
@@ -76,7 +92,7 @@ TEST_F(FastControlTest, APauseStopsTimeUntilItResumes)
     EXPECT_EQ(time, terminal.now());
     EXPECT_EQ(quote->time, terminal.exchange().quote(QStringLiteral("609001.SH"))->time);
     EXPECT_EQ(QString(), run(terminal, "resume"));
-    EXPECT_TRUE(await([&] { return terminal.now() > time; }));
+    awaitWhileItRuns(terminal, [&] { return terminal.now() > time; });
 }
 
 TEST_F(FastControlTest, NothingFillsDuringAPause)
@@ -92,7 +108,7 @@ TEST_F(FastControlTest, NothingFillsDuringAPause)
     terminal.playMarket(terminal.now());
     EXPECT_EQ(0, terminal.desk().order(placed.id)->filledQty);
     EXPECT_EQ(QString(), run(terminal, "resume"));
-    EXPECT_TRUE(await([&] { return terminal.desk().order(placed.id)->status == OrderStatus::Filled; }));
+    awaitWhileItRuns(terminal, [&] { return terminal.desk().order(placed.id)->status == OrderStatus::Filled; });
 }
 
 TEST_F(StandingControlTest, AStepGoesToTheNextChangeOfTheQuotesAndPauses)
@@ -118,7 +134,7 @@ TEST_F(StandingControlTest, TheSpeedChangesAtOnce)
     EXPECT_EQ(QString(), run(terminal, "speed 1000"));
     EXPECT_EQ(1000, terminal.speed());
     const QDateTime later = terminal.now().addSecs(2);
-    EXPECT_TRUE(await([&] { return terminal.now() >= later; }));
+    awaitWhileItRuns(terminal, [&] { return terminal.now() >= later; });
 }
 
 TEST_F(StandingControlTest, FaultsAreSetAndCleared)
@@ -171,18 +187,20 @@ TEST(OrderFlow, IsTheSameHoweverOftenSomebodyLooks)
 
 TEST(OrderFlow, CancelsWhatItEntersAndReleasesTheMoney)
 {
-    const Scenario scenario = withFlow(100);
-    Terminal terminal(scenario, scenario.logins.first(), kStill);
-    const Money before = terminal.desk().ledger(kStock)->frozenCash();
-    terminal.skipTo(scenario.start.addSecs(10));
-    { const Terminal::Moment moment(terminal); }
-    EXPECT_LT(before, terminal.desk().ledger(kStock)->frozenCash());
-    run(terminal, "jump close"); // it enters nothing on the way
-    const int orders = newOrders(terminal, scenario.start).size();
-    terminal.skipTo(QDateTime(scenario.start.date(), QTime(16, 0), Qt::UTC));
-    { const Terminal::Moment moment(terminal); }
-    EXPECT_EQ(orders, newOrders(terminal, scenario.start).size());
-    const TradingDesk::Reader books = terminal.desk().read();
-    for (const Order &order : books->orders())
-        EXPECT_FALSE(order.entered >= scenario.start && order.isOpen()) << qPrintable(order.id);
+    const auto moneyAfterTheClose = [](int ordersPerSecond) {
+        const Scenario scenario = withFlow(ordersPerSecond);
+        Terminal terminal(scenario, scenario.logins.first(), kStill);
+        terminal.skipTo(scenario.start.addSecs(10));
+        { const Terminal::Moment moment(terminal); }
+        EXPECT_EQ(ordersPerSecond, openFlowOrders(terminal)); // those of the last second
+        run(terminal, "jump close");                          // it enters nothing on the way
+        const int orders = newOrders(terminal, scenario.start).size();
+        terminal.skipTo(QDateTime(scenario.start.date(), QTime(16, 0), Qt::UTC));
+        { const Terminal::Moment moment(terminal); }
+        EXPECT_EQ(orders, newOrders(terminal, scenario.start).size());
+        EXPECT_EQ(0, openFlowOrders(terminal));
+        const std::optional<Ledger> ledger = terminal.desk().ledger(kStock);
+        return std::make_pair(ledger->cash().yuan(), ledger->frozenCash().yuan());
+    };
+    EXPECT_EQ(moneyAfterTheClose(0), moneyAfterTheClose(100));
 }
