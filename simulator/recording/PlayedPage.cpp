@@ -15,7 +15,6 @@ public:
 
     int number() const override { return m_number; }
     void close(int, const QString &) override {}
-    void drop() override {}
     void handled(const CallFrame &) override {}
 
     void send(const QCefEvent &event, const traffic::Entry &delivery) override

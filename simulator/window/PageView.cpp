@@ -39,8 +39,7 @@ public:
     }
 
     void close(int, const QString &) override {} // the page has gone, or sends what only a page with the key can send
-    void drop() override {}
-    void handled(const CallFrame &) override {} // nothing waits for that
+    void handled(const CallFrame &) override {}  // nothing waits for that
 
 private:
     PageBridge &m_bridge;
