@@ -238,8 +238,8 @@ QString CommandLine::checkReplay(const QCommandLineParser &parser)
 bool CommandLine::readScenario(const QCommandLineParser &parser)
 {
     if (isReplay)
-        return Scenario::parse(recording.head().scenario, recording.placeOfHead() + QStringLiteral("scenario"), scenario,
-                               text);
+        return Scenario::parse(recording.head().scenario, recording.placeOfHead() + QStringLiteral("scenario"),
+                               scenario, text);
     const QString wanted = parser.isSet(kScenario) ? parser.value(kScenario) : Scenario::builtInNames().first();
     const QString builtIn = Scenario::builtIn(wanted);
     QFile file(builtIn.isEmpty() ? wanted : builtIn);

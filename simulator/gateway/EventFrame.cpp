@@ -12,7 +12,8 @@ namespace sim {
 
 namespace {
 
-/// The symbol in the text of a tick. Quotes in a text are escaped, so that this can only be the member of that name.
+/// The symbol in the text of a tick, as JSON writes it. Quotes in a text are escaped, so that this can only be the
+/// member of that name.
 QString symbolIn(const QString &tick)
 {
     const QString member = QStringLiteral("\"symbol\":\"");
@@ -20,7 +21,10 @@ QString symbolIn(const QString &tick)
     if (before < 0)
         return QString();
     const int begin = before + member.size();
-    return tick.mid(begin, tick.indexOf(QLatin1Char('"'), begin) - begin);
+    int end = begin;
+    while (end < tick.size() && tick[end] != QLatin1Char('"'))
+        end += tick[end] == QLatin1Char('\\') ? 2 : 1; // what is escaped may be a quote
+    return tick.mid(begin, end - begin);
 }
 
 /// Copies of one event share its arguments, until one of them changes: then it gets arguments of its own.

@@ -41,7 +41,7 @@ struct VARNEL_HOST_API Scenario {
     /// place and the problem; the scenario is then unusable.
     static bool read(const QString &fileName, Scenario &scenario, QString &error);
 
-    /// The same with the text of a file; its name is for the mistakes.
+    /// The same for the text of such a file. fileName: only for the mistakes.
     static bool parse(const QByteArray &text, const QString &fileName, Scenario &scenario, QString &error);
 
     /// The scenarios that are built in; the first one is the default.

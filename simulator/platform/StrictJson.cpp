@@ -2,6 +2,26 @@
 
 namespace sim {
 
+namespace {
+
+/// Keys and values of the text can hold line ends and other control characters: a mistake shows them as JSON escapes,
+/// so that it stays one line.
+QString onOneLine(const QString &mistake)
+{
+    QString shown;
+    for (const QChar character : mistake) {
+        const QChar::Category category = character.category();
+        if (category == QChar::Other_Control || category == QChar::Separator_Line ||
+            category == QChar::Separator_Paragraph)
+            shown += QStringLiteral("\\u%1").arg(character.unicode(), 4, 16, QLatin1Char('0'));
+        else
+            shown += character;
+    }
+    return shown;
+}
+
+} // namespace
+
 void JsonMistakes::add(int offset, const QString &path, const QString &problem)
 {
     m_mistakes.insert(offset, path.isEmpty() ? problem : path + QStringLiteral(": ") + problem);
@@ -14,7 +34,7 @@ QStringList JsonMistakes::lines(const QString &fileName, const QByteArray &text)
         const QString place = fileName + QLatin1Char(':') + placeOf(text, offset) + QStringLiteral(": ");
         QStringList here;
         for (const QString &mistake : m_mistakes.values(offset))
-            here.prepend(place + mistake); // QMultiMap has the newest first
+            here.prepend(place + onOneLine(mistake)); // QMultiMap has the newest first
         lines += here;
     }
     return lines;

@@ -150,7 +150,8 @@ void Replay::call()
     if (page == m_pages.end())
         return end(Outcome::Broken, place() + QStringLiteral("a call of a page that is not open"));
     ++m_calls;
-    const Terminal::OrderQuestion question = m_terminal.askBeforeOrders({}); // the user has answered in the recorded run
+    const Terminal::OrderQuestion question =
+        m_terminal.askBeforeOrders({}); // the user has answered in the recorded run
     page->second->call(*m_entry);
     m_terminal.askBeforeOrders(question);
     emit called(m_recording.line(), *m_entry);

@@ -50,8 +50,8 @@ QString copyProgram(const QString &folder)
 {
     const QDir programs(QCoreApplication::applicationDirPath());
     const QString program = QFileInfo(QCoreApplication::applicationFilePath()).fileName();
-    QString problem =
-        copyFiles(programs, {program, QStringLiteral("*.dll"), QStringLiteral("qt.conf")}, folder + QStringLiteral("/bin"));
+    QString problem = copyFiles(programs, {program, QStringLiteral("*.dll"), QStringLiteral("qt.conf")},
+                                folder + QStringLiteral("/bin"));
     if (problem.isEmpty())
         problem = copyFiles(programs.filePath(QStringLiteral("platforms")), {QStringLiteral("*.dll")},
                             folder + QStringLiteral("/bin/platforms"));
@@ -67,8 +67,8 @@ BOOL WINAPI ignoreConsoleEvent(DWORD)
 /// Runs the copy with the same arguments and standard streams.
 int becomeCopy(const QString &folder, char *[], QString &problem)
 {
-    const QString program = QDir::toNativeSeparators(
-        folder + QStringLiteral("/bin/") + QFileInfo(QCoreApplication::applicationFilePath()).fileName());
+    const QString program = QDir::toNativeSeparators(folder + QStringLiteral("/bin/") +
+                                                     QFileInfo(QCoreApplication::applicationFilePath()).fileName());
     std::wstring arguments = GetCommandLineW();
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;

@@ -16,7 +16,6 @@ namespace {
 
 Terminal *s_terminal = nullptr; // set before any thread that reads it starts, reset after the last one ended
 
-
 } // namespace
 
 Terminal::Terminal(const Scenario &scenario, const Login &login, double speed, bool stands)

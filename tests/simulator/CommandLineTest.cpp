@@ -1,6 +1,7 @@
+#include "Program.h"
+
 #include <QDir>
 #include <QFile>
-#include <QProcess>
 #include <QProcessEnvironment>
 #include <QTemporaryDir>
 
@@ -16,28 +17,6 @@
 #endif
 
 namespace {
-
-constexpr int kPatienceMs = 30000;
-
-struct Outcome {
-    int status;
-    QString out;
-    QString err;
-};
-
-QString text(QByteArray output)
-{
-    return QString::fromUtf8(output.replace("\r\n", "\n")); // on Windows lines end so
-}
-
-Outcome run(const QStringList &options, const QString &program = QStringLiteral(SIMULATOR_BINARY))
-{
-    QProcess simulator;
-    simulator.start(program, options);
-    EXPECT_TRUE(simulator.waitForFinished(kPatienceMs));
-    EXPECT_EQ(QProcess::NormalExit, simulator.exitStatus());
-    return {simulator.exitCode(), text(simulator.readAllStandardOutput()), text(simulator.readAllStandardError())};
-}
 
 struct Mistake {
     const char *name;
@@ -81,9 +60,8 @@ const Mistake kMistakes[] = {
     {"ReplayWithSeed", "replay a --seed 5", "--seed is not for replay: the recording has it"},
     {"ReplayThatIsRecorded", "replay a --record b", "--record is not for replay: the recording has it"},
     {"ReplayInTwoWays", "replay a --step --verify", "only one of --speed, --step and --verify can be chosen"},
-    {"ReplayMissing", "replay /no/such.jsonl", "/no/such.jsonl: No such file or directory"},
-    {"ReplayOfNoRecording", "replay /dev/null", "/dev/null: line 1: not the head of a recording"},
-    {"RecordingInNoFolder", "--record /no/such/file", "cannot write /no/such/file: No such file or directory"},
+    {"VerifyInABrowser", "replay a --verify --open", "--open is not for --verify, which ends at once"},
+    {"ReplayWithQuestions", "replay a --confirm-orders", "--confirm-orders needs --window"},
     {"ScenarioMissing", "--scenario /no/such.json",
      "--scenario \"/no/such.json\" is neither a file nor a built-in scenario: there are default, quiet, large"},
 };
@@ -123,9 +101,9 @@ TEST(CommandLine, HelpAndVersionGoToStandardOutput)
     const Outcome help = run({QStringLiteral("--help")});
     EXPECT_EQ(0, help.status);
     EXPECT_EQ(QString(), help.err);
-    for (const char *option : {"--port", "--scenario", "--seed", "--speed", "--login", "--root", "--inspector",
-                               "--allow-origin", "--open", "--window", "--confirm-orders", "--record", "replay FILE",
-                               "--step", "--verify"})
+    for (const char *option :
+         {"--port", "--scenario", "--seed", "--speed", "--login", "--root", "--inspector", "--allow-origin", "--open",
+          "--window", "--confirm-orders", "--record", "replay FILE", "--step", "--verify"})
         EXPECT_TRUE(help.out.contains(QLatin1String(option))) << option;
     const Outcome version = run({QStringLiteral("--version")});
     EXPECT_EQ(0, version.status);
@@ -146,14 +124,6 @@ TEST(CommandLine, APortInUseGivesOneLineAndStatusOne)
 }
 
 namespace {
-
-QByteArray readLine(QProcess &process)
-{
-    QByteArray line;
-    while (!line.endsWith('\n') && process.waitForReadyRead(kPatienceMs))
-        line += process.readAllStandardOutput();
-    return line;
-}
 
 /// What the simulator that printed the line answers to a request for that page.
 QByteArray answerOf(const QByteArray &listeningLine, const QByteArray &path)
@@ -254,6 +224,18 @@ TEST(CommandLine, TheWindowTakesTheOptionsOfTheSimulatorAndAddresses)
     EXPECT_EQ(0, simulator.exitCode());
 }
 
+TEST(CommandLine, NoRecordingIsVerifiedInAWindow)
+{
+    QProcess simulator;
+    simulator.setProcessEnvironment(surroundings("offscreen", "1"));
+    simulator.start(QStringLiteral(SIMULATOR_BINARY), {QStringLiteral("replay"), QStringLiteral("a"),
+                                                       QStringLiteral("--verify"), QStringLiteral("--window")});
+    ASSERT_TRUE(simulator.waitForFinished(kPatienceMs));
+    EXPECT_EQ(2, simulator.exitCode());
+    EXPECT_EQ("varnel-simulator: --window is not for --verify, which ends at once\n",
+              simulator.readAllStandardError().toStdString());
+}
+
 TEST(CommandLine, AWindowWithoutADisplayGivesOneLineAndStatusOne)
 {
     QProcess simulator;
@@ -323,76 +305,4 @@ TEST_P(CommandLineSignal, EndsAHangingShutdownAtOnceWhenItComesASecondTime)
 }
 
 INSTANTIATE_TEST_SUITE_P(All, CommandLineSignal, testing::Values(SIGINT, SIGTERM));
-#endif
-
-#ifdef Q_OS_LINUX
-namespace {
-
-/// A recording of a simulator that made the call for the token, and was then killed.
-QString killedRecording(const QTemporaryDir &folder)
-{
-    const QString file = folder.filePath(QStringLiteral("r.jsonl"));
-    QProcess simulator;
-    simulator.start(QStringLiteral(SIMULATOR_BINARY),
-                    {QStringLiteral("--port"), QStringLiteral("0"), QStringLiteral("--record"), file});
-    const QByteArray line = readLine(simulator);
-    QProcess call;
-    call.start(QStringLiteral(CALL_BINARY),
-               {QStringLiteral("--port"), QString::fromLatin1(line.mid(line.lastIndexOf(':') + 1).chopped(2)),
-                QStringLiteral("Data_getToken_REQ")});
-    EXPECT_TRUE(call.waitForFinished(kPatienceMs));
-    EXPECT_EQ(0, call.exitCode());
-    simulator.setReadChannel(QProcess::StandardError);
-    QByteArray log; // it says that the page has gone
-    while (!log.contains("page 1 gone") && simulator.waitForReadyRead(kPatienceMs))
-        log += simulator.readAllStandardError();
-    QFile recording(file);
-    EXPECT_TRUE(recording.open(QIODevice::ReadOnly));
-    for (QByteArray text; !text.contains("\"kind\":\"reply\"");) // the recorder has a thread of its own
-        text += recording.readAll();
-    simulator.kill();
-    EXPECT_TRUE(simulator.waitForFinished(kPatienceMs));
-    return file;
-}
-
-} // namespace
-
-TEST(CommandLine, TheRecordingOfAKilledSimulatorCanBeVerified)
-{
-    QTemporaryDir folder;
-    const Outcome outcome = run({QStringLiteral("replay"), killedRecording(folder), QStringLiteral("--verify")});
-    EXPECT_EQ(0, outcome.status) << qPrintable(outcome.err);
-    EXPECT_EQ(QStringLiteral("1 call, 1 reply: no difference\n"), outcome.out);
-}
-
-TEST(CommandLine, ARecordingIsPlayedStepByStep)
-{
-    QTemporaryDir folder;
-    QProcess simulator;
-    simulator.start(QStringLiteral(SIMULATOR_BINARY), {QStringLiteral("replay"), killedRecording(folder),
-                                                       QStringLiteral("--step"), QStringLiteral("--port=0")});
-    EXPECT_TRUE(readLine(simulator).startsWith("listening on "));
-    simulator.write("\n");
-    const QByteArray call = readLine(simulator);
-    EXPECT_TRUE(call.startsWith("line ")) << call.toStdString();
-    EXPECT_TRUE(call.endsWith("  page 1  Data_getToken_REQ [\"varnel-call\"]\n")) << call.toStdString();
-    simulator.closeWriteChannel();
-    ASSERT_TRUE(simulator.waitForFinished(kPatienceMs));
-    EXPECT_EQ(0, simulator.exitCode());
-    EXPECT_EQ(QByteArray("1 call played\n"), simulator.readAllStandardOutput());
-}
-
-TEST(CommandLine, AFullDiskEndsTheRecordingAndNotTheRun)
-{
-    QProcess simulator;
-    simulator.start(QStringLiteral(SIMULATOR_BINARY), {QStringLiteral("--port"), QStringLiteral("0"),
-                                                       QStringLiteral("--record"), QStringLiteral("/dev/full")});
-    EXPECT_TRUE(readLine(simulator).startsWith("listening on "));
-    kill(pid_t(simulator.processId()), SIGTERM);
-    ASSERT_TRUE(simulator.waitForFinished(kPatienceMs));
-    EXPECT_EQ(1, simulator.exitCode());
-    EXPECT_EQ(
-        QByteArray("varnel-simulator: the recording ends here: cannot write /dev/full: No space left on device\n"),
-        simulator.readAllStandardError());
-}
 #endif

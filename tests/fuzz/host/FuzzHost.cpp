@@ -28,18 +28,6 @@ void start()
 
 } // namespace
 
-/// Leaks are not looked for: Qt 5.15's JSON reader loses the array or object of a key that comes twice in an object,
-/// and fontconfig its configuration. The contract tests look for them.
-// The sanitizer asks for this name.
-#ifdef __clang__
-#    pragma clang diagnostic ignored "-Wreserved-identifier"
-#endif
-extern "C" int __lsan_is_turned_off(); // NOLINT
-extern "C" int __lsan_is_turned_off()  // NOLINT
-{
-    return 1;
-}
-
 void FuzzHost::begin(Decisions &decisions)
 {
     currentDecisions = &decisions;

@@ -110,6 +110,8 @@ TEST(EventFramesTest, TheSymbolOfATickIsKnown)
     };
     EXPECT_EQ(QStringLiteral("609801.SH"), symbolOf("{\"last\":18.02,\"symbol\":\"609801.SH\",\"time\":\"x\"}"));
     EXPECT_EQ(QStringLiteral("B"), symbolOf("{\"name\":\"\\\"symbol\\\":\\\"A\\\"\",\"symbol\":\"B\"}"));
+    EXPECT_NE(symbolOf("{\"symbol\":\"A\\\"B\"}"), symbolOf("{\"symbol\":\"A\\\"C\"}")); // not cut at a quote in it
+    EXPECT_NE(symbolOf("{\"symbol\":\"A\\\\\"}"), symbolOf("{\"symbol\":\"A\"}"));
     EXPECT_EQ(QString(), symbolOf("{\"last\":18.02}"));
     EXPECT_EQ(QString(), symbolOf(""));
     EXPECT_EQ(QString(), symbolOf("{\"symbol\":\"A\"}", "Data_getCurrentTick_RES"));

@@ -111,3 +111,17 @@ TEST(SimulatedClock, AThreadCanHaveATimeOfItsOwn)
     std::thread([&] { elsewhere = clock.now(); }).join();
     EXPECT_EQ(kStart, elsewhere);
 }
+
+TEST(SimulatedClock, RunsOnInAReleaseAndStandsBehindIt)
+{
+    SimulatedClock clock(kStart, kStanding);
+    const SimulatedClock::Hold outer(clock);
+    const SimulatedClock::Hold inner(clock);
+    {
+        const SimulatedClock::Release release(clock);
+        clock.skipTo(kStart.addSecs(60));
+        EXPECT_EQ(kStart.addSecs(60), clock.now());
+    }
+    clock.skipTo(kStart.addSecs(120));
+    EXPECT_EQ(kStart.addSecs(60), clock.now());
+}

@@ -1,0 +1,106 @@
+// The program records a run, and plays it again.
+#include "Program.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#ifdef Q_OS_LINUX // elsewhere there is no varnel-call
+
+#    include <csignal>
+
+namespace {
+
+/// A recording of a simulator that made the call for the token, and was then killed.
+QString killedRecording(const QTemporaryDir &folder)
+{
+    const QString file = folder.filePath(QStringLiteral("r.jsonl"));
+    QProcess simulator;
+    simulator.start(QStringLiteral(SIMULATOR_BINARY),
+                    {QStringLiteral("--port"), QStringLiteral("0"), QStringLiteral("--record"), file});
+    const QByteArray line = readLine(simulator);
+    QProcess call;
+    call.start(QStringLiteral(CALL_BINARY),
+               {QStringLiteral("--port"), QString::fromLatin1(line.mid(line.lastIndexOf(':') + 1).chopped(2)),
+                QStringLiteral("Data_getToken_REQ")});
+    EXPECT_TRUE(call.waitForFinished(kPatienceMs));
+    EXPECT_EQ(0, call.exitCode());
+    simulator.setReadChannel(QProcess::StandardError);
+    QByteArray log; // it says that the page has gone
+    while (!log.contains("page 1 gone") && simulator.waitForReadyRead(kPatienceMs))
+        log += simulator.readAllStandardError();
+    QFile recording(file);
+    EXPECT_TRUE(recording.open(QIODevice::ReadOnly));
+    for (QByteArray text; !text.contains("\"kind\":\"reply\"");) // the recorder has a thread of its own
+        text += recording.readAll();
+    simulator.kill();
+    EXPECT_TRUE(simulator.waitForFinished(kPatienceMs));
+    return file;
+}
+
+} // namespace
+
+TEST(RecordingProgram, TheRecordingOfAKilledSimulatorCanBeVerified)
+{
+    QTemporaryDir folder;
+    const Outcome outcome = run({QStringLiteral("replay"), killedRecording(folder), QStringLiteral("--verify")});
+    EXPECT_EQ(0, outcome.status) << qPrintable(outcome.err);
+    EXPECT_EQ(QStringLiteral("1 call, 1 reply: no difference\n"), outcome.out);
+}
+
+TEST(RecordingProgram, ARecordingIsPlayedStepByStep)
+{
+    QTemporaryDir folder;
+    QProcess simulator;
+    simulator.start(QStringLiteral(SIMULATOR_BINARY), {QStringLiteral("replay"), killedRecording(folder),
+                                                       QStringLiteral("--step"), QStringLiteral("--port=0")});
+    EXPECT_TRUE(readLine(simulator).startsWith("listening on "));
+    simulator.write("\n");
+    const QByteArray call = readLine(simulator);
+    EXPECT_TRUE(call.startsWith("line ")) << call.toStdString();
+    EXPECT_TRUE(call.endsWith("  page 1  Data_getToken_REQ [\"varnel-call\"]\n")) << call.toStdString();
+    simulator.closeWriteChannel();
+    ASSERT_TRUE(simulator.waitForFinished(kPatienceMs));
+    EXPECT_EQ(0, simulator.exitCode());
+    EXPECT_EQ(QByteArray("1 call played\n"), simulator.readAllStandardOutput());
+}
+
+TEST(RecordingProgram, AFullDiskEndsTheRecordingAndNotTheRun)
+{
+    QProcess simulator;
+    simulator.start(QStringLiteral(SIMULATOR_BINARY), {QStringLiteral("--port"), QStringLiteral("0"),
+                                                       QStringLiteral("--record"), QStringLiteral("/dev/full")});
+    EXPECT_TRUE(readLine(simulator).startsWith("listening on "));
+    kill(pid_t(simulator.processId()), SIGTERM);
+    ASSERT_TRUE(simulator.waitForFinished(kPatienceMs));
+    EXPECT_EQ(1, simulator.exitCode());
+    EXPECT_EQ(
+        QByteArray("varnel-simulator: the recording ends here: cannot write /dev/full: No space left on device\n"),
+        simulator.readAllStandardError());
+}
+
+struct BadFile {
+    const char *name;
+    const char *options; ///< separated by blanks
+    const char *error;
+};
+
+class RecordingProgramMistake : public testing::TestWithParam<BadFile> {};
+
+TEST_P(RecordingProgramMistake, GivesOneLineAndStatusTwo)
+{
+    const Outcome outcome = run(QString::fromLatin1(GetParam().options).split(QLatin1Char(' ')));
+    EXPECT_EQ(2, outcome.status);
+    EXPECT_EQ(QString(), outcome.out);
+    EXPECT_EQ(QStringLiteral("varnel-simulator: %1\n").arg(QLatin1String(GetParam().error)), outcome.err);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, RecordingProgramMistake,
+                         testing::Values(BadFile{"ReplayMissing", "replay /no/such.jsonl",
+                                                 "/no/such.jsonl: No such file or directory"},
+                                         BadFile{"ReplayOfNoRecording", "replay /dev/null",
+                                                 "/dev/null: line 1: not the head of a recording"},
+                                         BadFile{"RecordingInNoFolder", "--record /no/such/file",
+                                                 "cannot write /no/such/file: No such file or directory"}),
+                         [](const auto &info) { return info.param.name; });
+
+#endif
