@@ -24,6 +24,18 @@ QString noArgument(const QString &argument, Command &)
     return argument.isEmpty() ? QString() : QStringLiteral("takes nothing behind it");
 }
 
+QString readSymbolIfAny(const QString &argument, Command &command)
+{
+    command.symbol = argument;
+    return QString();
+}
+
+QString readSymbol(const QString &argument, Command &command)
+{
+    command.symbol = argument;
+    return argument.isEmpty() ? QStringLiteral("needs a symbol such as 609801.SH") : QString();
+}
+
 QString readSpeed(const QString &argument, Command &command)
 {
     bool ok = false;
@@ -79,7 +91,8 @@ using Reading = QString (*)(const QString &argument, Command &command);
 
 /// In the order of the table.
 constexpr std::array<Reading, Command::kCount> kReadings{
-    noArgument, noArgument, noArgument, readSpeed, readTime, readFault, readFaultToClear, readOrders, readPage};
+    noArgument, readSymbolIfAny,  noArgument, readSpeed,  readTime,
+    readFault,  readFaultToClear, readSymbol, readOrders, readPage};
 
 } // namespace
 
@@ -87,7 +100,7 @@ const std::array<CommandInfo, Command::kCount> &Command::all()
 {
     static const std::array<CommandInfo, kCount> table{{
         {CommandName::Pause, "pause", "", "Lets exchange time stand still: no quote, no fill, no message on the bus."},
-        {CommandName::Resume, "resume", "", "Lets time run on."},
+        {CommandName::Resume, "resume", "[SYMBOL]", "Lets time run on; with a symbol, ends the halt of that security."},
         {CommandName::Step, "step", "", "Pauses, and goes to the next change of the quotes."},
         {CommandName::Speed, "speed", "X", "Runs time X times as fast as real time, 0.01 to 1000."},
         {CommandName::Jump, "jump", "TIME",
@@ -95,6 +108,7 @@ const std::array<CommandInfo, Command::kCount> &Command::all()
          "way."},
         {CommandName::Fault, "fault", "NAME[=VALUE]", "Switches a fault on, or sets its value; 0 switches it off."},
         {CommandName::Clear, "clear", "[NAME]", "Switches a fault off, or all."},
+        {CommandName::Halt, "halt", "SYMBOL", "Halts a security: it is not traded until its halt ends."},
         {CommandName::Burst, "burst", "N", "Enters N orders at once, and cancels them a second later."},
         {CommandName::Drop, "drop", "[PAGE]", "Breaks the connection of the page with this number, or of all."},
     }};
@@ -119,11 +133,11 @@ QString Command::parse(const QString &text, Command &command)
     return QStringLiteral("\"%1\" is not a command: there are %2").arg(word, words.join(QStringLiteral(", ")));
 }
 
-QDateTime jumpTarget(const QString &time, const QDateTime &now)
+QDateTime jumpTarget(const QString &time, const QDateTime &now, const TradingCalendar &calendar)
 {
     QDateTime target;
     if (time == kClose)
-        target = calendar::endOfDay(calendar::daysEndedBy(now));
+        target = calendar.endOfDay(calendar.daysEndedBy(now));
     else if (const QTime ofDay = QTime::fromString(time, kTimeOfDay); ofDay.isValid())
         target = QDateTime(now.date(), ofDay, Qt::UTC);
     else

@@ -10,8 +10,10 @@
 
 namespace sim {
 
+class TradingCalendar;
+
 /// What the simulator can be told to do while it runs, by a scenario's timeline or by a person.
-enum class CommandName { Pause, Resume, Step, Speed, Jump, Fault, Clear, Burst, Drop };
+enum class CommandName { Pause, Resume, Step, Speed, Jump, Fault, Clear, Halt, Burst, Drop };
 
 /// A line of the table of the commands.
 struct CommandInfo {
@@ -36,6 +38,7 @@ struct VARNEL_HOST_API Command {
 
     CommandName name = CommandName::Pause;
     double speed = 1;
+    QString symbol;       ///< to halt, or whose halt ends
     QString time;         ///< to jump to: "close", a time of the day, or a date and a time
     FaultSetting fault;   ///< to set or clear
     bool isOfAll = false; ///< all faults are cleared, all connections dropped
@@ -43,6 +46,6 @@ struct VARNEL_HOST_API Command {
 };
 
 /// The time that a jump at that time goes to. Invalid when it lies before, or is none.
-QDateTime VARNEL_HOST_API jumpTarget(const QString &time, const QDateTime &now);
+QDateTime VARNEL_HOST_API jumpTarget(const QString &time, const QDateTime &now, const TradingCalendar &calendar);
 
 } // namespace sim

@@ -1,6 +1,7 @@
 #include "platform/ScenarioEvents.h"
 
 #include "books/Accounts.h"
+#include "platform/ScenarioDays.h"
 
 #include <algorithm>
 #include <cmath>
@@ -42,16 +43,6 @@ QDateTime readTime(JsonNode &node, const QDateTime &start)
 }
 
 } // namespace
-
-QDateTime readDateTime(JsonNode &node, const QString &key)
-{
-    const QString text = node.text(key);
-    QDateTime time = QDateTime::fromString(text, QStringLiteral("yyyy-MM-dd HH:mm:ss"));
-    if (!time.isValid() && !text.isEmpty())
-        node.fail(key, QStringLiteral("must be a date and time like 2025-03-03 10:00:00"));
-    time.setTimeSpec(Qt::UTC);
-    return time;
-}
 
 QVector<FaultSetting> readFaults(JsonNode &root)
 {

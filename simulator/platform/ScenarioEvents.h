@@ -31,7 +31,4 @@ QVector<TimelineEntry> readTimeline(JsonNode &root, const QDateTime &start);
 /// The key "orderFlow".
 OrderFlowTerms readOrderFlow(JsonNode &root, const QVector<FundAccount> &fundAccounts);
 
-/// The date and time under the key, such as 2025-03-03 10:00:00. Invalid after a mistake.
-QDateTime readDateTime(JsonNode &node, const QString &key);
-
 } // namespace sim

@@ -52,11 +52,10 @@ QString Control::carryOut(const Command &command, const QDateTime &time)
         m_terminal.pause();
         break;
     case CommandName::Resume:
-        m_terminal.resume();
-        break;
+        return resume(command, time);
     case CommandName::Step:
         m_terminal.pause();
-        m_terminal.skipTo(Exchange::timeOfStep(Exchange::stepAt(time) + 1));
+        m_terminal.skipTo(m_terminal.exchange().timeOfStep(m_terminal.exchange().stepAt(time) + 1));
         break;
     case CommandName::Speed:
         m_terminal.setSpeed(command.speed);
@@ -73,6 +72,8 @@ QString Control::carryOut(const Command &command, const QDateTime &time)
             for (const FaultInfo &info : Faults::all())
                 m_faults.set({info.fault, 0});
         break;
+    case CommandName::Halt:
+        return halt(command, time);
     case CommandName::Burst:
         m_flow.burst(command.count, time);
         break;
@@ -82,9 +83,30 @@ QString Control::carryOut(const Command &command, const QDateTime &time)
     return QString();
 }
 
+QString Control::resume(const Command &command, const QDateTime &time)
+{
+    if (command.symbol.isEmpty()) {
+        m_terminal.resume();
+        return QString();
+    }
+    Exchange &exchange = m_terminal.exchange();
+    if (!exchange.isHalted(command.symbol, exchange.stepAt(time)))
+        return QStringLiteral("%1 is not halted").arg(command.symbol);
+    exchange.resume(command.symbol, time);
+    return QString();
+}
+
+QString Control::halt(const Command &command, const QDateTime &time)
+{
+    if (!m_terminal.exchange().instrument(command.symbol))
+        return QStringLiteral("%1 is not listed").arg(command.symbol);
+    m_terminal.exchange().halt(command.symbol, time);
+    return QString();
+}
+
 QString Control::jump(const Command &command, const QDateTime &time)
 {
-    const QDateTime target = jumpTarget(command.time, time);
+    const QDateTime target = jumpTarget(command.time, time, m_terminal.exchange().calendar());
     if (!target.isValid())
         return QStringLiteral("%1 has passed: it is %2")
             .arg(command.time, time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")));

@@ -42,6 +42,8 @@ public:
 
 private:
     QString carryOut(const Command &command, const QDateTime &time);
+    QString resume(const Command &command, const QDateTime &time);
+    QString halt(const Command &command, const QDateTime &time);
     QString jump(const Command &command, const QDateTime &time);
     QString drop(const Command &command);
 

@@ -2,7 +2,6 @@
 
 #include "exchange/Exchange.h"
 #include "exchange/Random.h"
-#include "exchange/TradingCalendar.h"
 #include "platform/Agenda.h"
 
 #include <algorithm>
@@ -23,9 +22,10 @@ constexpr double kFarBelow = 0.8; // of the last price: the limit of an order wi
 const QString kTag = QStringLiteral("FLOW");
 const QString kInstance = QStringLiteral("FLOW-01");
 
-bool trades(const QDateTime &time)
+bool trades(const Exchange &exchange, const QDateTime &time)
 {
-    return calendar::secondsTradedBy(time.addSecs(1)) > calendar::secondsTradedBy(time);
+    const qint64 next = exchange.stepAt(time) + 1;
+    return Exchange::phase(next) == Phase::Continuous && exchange.timeOfStep(next) <= time.addSecs(steps::kSeconds);
 }
 
 FundAccount fundOf(const OrderFlowTerms &terms, const Accounts &accounts)
@@ -68,7 +68,7 @@ void OrderFlow::start(const QDateTime &time)
 void OrderFlow::beat(const QDateTime &time)
 {
     const bool isSkipped = m_skipsUntil.isValid() && time < m_skipsUntil;
-    const bool isTrading = !isSkipped && trades(time);
+    const bool isTrading = !isSkipped && trades(m_exchange, time);
     if (m_toCancel.size() == kBeatsOfLife || (!isTrading && !m_toCancel.empty())) {
         m_desk.cancel(m_toCancel.front(), time);
         m_toCancel.pop_front();
@@ -113,7 +113,7 @@ Order OrderFlow::order(const QDateTime &time)
     const qint64 number = m_ordered++;
     const double chance = random::from0To1(m_key, number);
     const Instrument &instrument = *m_instruments[size_t(chance * double(m_instruments.size()))];
-    const qint64 step = Exchange::stepAt(time);
+    const qint64 step = m_exchange.stepAt(time);
     const PriceLimits limits = m_exchange.limits(instrument.symbol, step);
     const double last = m_exchange.lastPrice(instrument.symbol, step).value_or(instrument.price);
     Order order;

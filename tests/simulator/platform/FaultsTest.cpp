@@ -1,3 +1,4 @@
+#include "exchange/TradingCalendar.h"
 #include "platform/Command.h"
 
 #include <gtest/gtest.h>
@@ -43,7 +44,7 @@ QString jump(const char *time, const char *now)
     const QString form = QStringLiteral("yyyy-MM-dd HH:mm:ss");
     QDateTime from = QDateTime::fromString(QLatin1String(now), form);
     from.setTimeSpec(Qt::UTC);
-    return jumpTarget(QLatin1String(time), from).toString(form);
+    return jumpTarget(QLatin1String(time), from, TradingCalendar()).toString(form);
 }
 
 QByteArray contentsOf(const char *path)
@@ -114,6 +115,9 @@ TEST(Commands, AreReadWithTheirArguments)
     EXPECT_EQ(20, commandOf("fault late-pushes=20").fault.value);
     EXPECT_TRUE(commandOf("clear").isOfAll);
     EXPECT_FALSE(commandOf("clear late-pushes").isOfAll);
+    EXPECT_EQ(QStringLiteral("609801.SH"), commandOf("halt 609801.SH").symbol);
+    EXPECT_EQ(QStringLiteral("609801.SH"), commandOf("resume 609801.SH").symbol);
+    EXPECT_EQ(QString(), commandOf("resume").symbol);
     EXPECT_EQ(2000, commandOf("burst 2000").count);
     EXPECT_TRUE(commandOf("drop").isOfAll);
     EXPECT_EQ(7, commandOf("drop 7").count);
@@ -124,6 +128,7 @@ TEST(Commands, MistakesAreExplained)
 {
     EXPECT_EQ(QStringLiteral("pause takes nothing behind it"), problemOfCommand("pause now"));
     EXPECT_EQ(QStringLiteral("speed needs a number from 0.01 to 1000"), problemOfCommand("speed 0"));
+    EXPECT_EQ(QStringLiteral("halt needs a symbol such as 609801.SH"), problemOfCommand("halt"));
     EXPECT_EQ(QStringLiteral("burst needs a number of orders from 1 to 100000"), problemOfCommand("burst 0"));
     EXPECT_EQ(QStringLiteral("drop needs the number of a page, or nothing behind it to drop them all"),
               problemOfCommand("drop all"));

@@ -149,6 +149,23 @@ TEST_F(StandingControlTest, FaultsAreSetAndCleared)
     EXPECT_FALSE(terminal.faults().isOn(Fault::SilentKLines));
 }
 
+TEST_F(StandingControlTest, ASecurityIsHaltedAndResumed)
+{
+    const QString symbol = QStringLiteral("609001.SH");
+    const auto isHalted = [&] {
+        const Exchange &exchange = terminal.exchange();
+        return exchange.isHalted(symbol, exchange.stepAt(terminal.now()));
+    };
+    EXPECT_EQ(QStringLiteral("609001.SH is not halted"), run(terminal, "resume 609001.SH"));
+    EXPECT_EQ(QStringLiteral("nothing is not listed"), run(terminal, "halt nothing"));
+    EXPECT_EQ(QString(), run(terminal, "halt 609001.SH"));
+    terminal.skipTo(scenario.start.addSecs(30));
+    EXPECT_TRUE(isHalted());
+    EXPECT_EQ(QString(), run(terminal, "resume 609001.SH"));
+    terminal.skipTo(scenario.start.addSecs(120));
+    EXPECT_FALSE(isHalted());
+}
+
 TEST(Timeline, ActsAtItsExchangeTimes)
 {
     Scenario scenario;
