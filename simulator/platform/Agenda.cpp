@@ -4,7 +4,7 @@
 
 namespace sim {
 
-Agenda::Agenda(SimulatedClock &clock) : m_clock(clock)
+Agenda::Agenda(const SimulatedClock &clock) : m_clock(clock)
 {
     m_thread = std::thread([this] { run(); });
 }
@@ -86,7 +86,6 @@ void Agenda::run()
     while (!m_isStopping) {
         if (!m_soon.empty()) {
             // The order of the entries settles what comes first: what is due by now, and then this.
-            const SimulatedClock::Hold hold(m_clock);
             const QDateTime now = m_clock.now();
             for (Action &action : std::exchange(m_soon, {}))
                 m_entries.emplace(now, std::move(action));

@@ -25,7 +25,7 @@ public:
     using Action = std::function<void(const QDateTime &time)>;
 
     /// The clock must live until stop().
-    explicit Agenda(SimulatedClock &clock);
+    explicit Agenda(const SimulatedClock &clock);
     ~Agenda();
 
     /// Those of the same time happen in the order in which they were entered.
@@ -48,7 +48,7 @@ private:
     void run();
     Action takeUntil(const QDateTime &time, QDateTime &due);
 
-    SimulatedClock &m_clock;
+    const SimulatedClock &m_clock;
     std::mutex m_playing; ///< held during actions; taken before m_mutex
 
     // Guarded by m_mutex

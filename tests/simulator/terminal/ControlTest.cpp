@@ -60,6 +60,7 @@ Scenario withFlow(int ordersPerSecond)
     Scenario scenario;
     QString error;
     EXPECT_TRUE(Scenario::read(Scenario::defaultFile(), scenario, error));
+    scenario.start.setTime(QTime(14, 50));
     scenario.orderFlow = {QStringLiteral("880010001"), ordersPerSecond};
     return scenario;
 }
