@@ -157,8 +157,8 @@ int main(int argc, char *argv[])
     }
 
     SimulatorSocket socket;
-    const QString error = socket.connect(options.port, options.timeout.value_or(kPatience),
-                                         options.isControl ? "/control" : "/view");
+    const QString error =
+        socket.connect(options.port, options.timeout.value_or(kPatience), options.isControl ? "/control" : "/view");
     if (!error.isEmpty())
         return fail(QStringLiteral("no simulator answers on 127.0.0.1:%1: %2").arg(options.port).arg(error));
     const int status = options.isControl          ? control(socket, options)

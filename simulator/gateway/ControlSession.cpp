@@ -200,9 +200,9 @@ private:
     Connections &m_connections;
     beast::flat_buffer m_frame;
     std::deque<QByteArray> m_waiting;
-    QByteArray m_text;   ///< the frame that is being written
-    QJsonObject m_state; ///< that was sent last
-    int m_looks = 0;     ///< since then
+    QByteArray m_text;    ///< the frame that is being written
+    QJsonObject m_state;  ///< that was sent last
+    int m_looks = 0;      ///< since then
     bool m_isBusy = true; ///< opening, writing or closing
     bool m_isStopping = false;
     bool m_hasEnded = false;

@@ -22,7 +22,7 @@ Gateway::~Gateway()
     m_server.stop();
     if (Terminal::isThere())
         Terminal::instance().control().awaitRuns(); // the answers to commands go to the server
-    m_news.clear(); // no page may outlive the server
+    m_news.clear();                                 // no page may outlive the server
 }
 
 bool Gateway::listen(quint16 port)

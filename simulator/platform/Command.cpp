@@ -90,9 +90,9 @@ QString readPage(const QString &argument, Command &command)
 using Reading = QString (*)(const QString &argument, Command &command);
 
 /// In the order of the table.
-constexpr std::array<Reading, Command::kCount> kReadings{
-    noArgument, readSymbolIfAny,  noArgument, readSpeed,  readTime,
-    readFault,  readFaultToClear, readSymbol, readOrders, readPage};
+constexpr std::array<Reading, Command::kCount> kReadings{noArgument, readSymbolIfAny, noArgument,       readSpeed,
+                                                         readTime,   readFault,       readFaultToClear, readSymbol,
+                                                         readOrders, readPage};
 
 } // namespace
 
@@ -104,7 +104,8 @@ const std::array<CommandInfo, Command::kCount> &Command::all()
         {CommandName::Step, "step", "", "Pauses, and goes to the next change of the quotes."},
         {CommandName::Speed, "speed", "X", "Runs time X times as fast as real time, 0.01 to 1000."},
         {CommandName::Jump, "jump", "TIME",
-         "Goes to a later time at once: close (the next one), 14:57:00, or 2025-03-04 09:30:00. Open orders fill on the "
+         "Goes to a later time at once: close (the next one), 14:57:00, or 2025-03-04 09:30:00. Open orders fill on "
+         "the "
          "way."},
         {CommandName::Fault, "fault", "NAME[=VALUE]", "Switches a fault on, or sets its value; 0 switches it off."},
         {CommandName::Clear, "clear", "[NAME]", "Switches a fault off, or all."},

@@ -37,8 +37,8 @@ class Wakeup;
 /// holding its mutex. Flow control: the presenter acknowledges each answer; at most 16 are outstanding.
 class VARNEL_HOST_API MessageBus {
 public:
-    /// Makes the answer to a request from the fields of the request; nothing when it is never answered. Called on the bus
-    /// thread.
+    /// Makes the answer to a request from the fields of the request; nothing when it is never answered. Called on the
+    /// bus thread.
     using Answer = std::function<std::optional<QVariantList>(const QVariantMap &request)>;
 
     /// Receives the fields of an event. Called on the bus thread.

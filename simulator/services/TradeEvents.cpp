@@ -73,8 +73,7 @@ void TradeEvents::announce(const OrderExecuted &event)
 void TradeEvents::announce(const PositionChanged &event)
 {
     const FundAccount &fund = *m_accounts.fundAccountOf(event.tradingAccount);
-    announce(PositionEvent,
-             recordOf(positionFields(), PositionSource{fund, event.tradingAccount, event.position}));
+    announce(PositionEvent, recordOf(positionFields(), PositionSource{fund, event.tradingAccount, event.position}));
 }
 
 void TradeEvents::announce(const AssetChanged &event)

@@ -13,8 +13,8 @@ class Faults;
 class MessageBus;
 
 /// Announces the events of the trading desk on the bus, as the records that the list queries return.
-/// Made and destroyed by the Terminal. May be called from any thread, one at a time; the bus delivers on its own thread. It makes the
-/// records from the events alone.
+/// Made and destroyed by the Terminal. May be called from any thread, one at a time; the bus delivers on its own
+/// thread. It makes the records from the events alone.
 class TradeEvents {
 public:
     /// All must outlive it.

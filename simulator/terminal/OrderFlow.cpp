@@ -36,8 +36,8 @@ FundAccount fundOf(const OrderFlowTerms &terms, const Accounts &accounts)
 
 } // namespace
 
-OrderFlow::OrderFlow(const OrderFlowTerms &terms, const Accounts &accounts, TradingDesk &desk,
-                     const Exchange &exchange, Agenda &agenda, quint64 seed)
+OrderFlow::OrderFlow(const OrderFlowTerms &terms, const Accounts &accounts, TradingDesk &desk, const Exchange &exchange,
+                     Agenda &agenda, quint64 seed)
     : m_terms(terms)
     , m_fund(fundOf(terms, accounts))
     , m_trader(accounts.traders().lastKey())
@@ -86,9 +86,8 @@ void OrderFlow::beat(const QDateTime &time)
 
 void OrderFlow::burst(int orders, const QDateTime &time)
 {
-    m_agenda.enter(time.addMSecs(kLifeMs), [this, entered = place(orders, time)](const QDateTime &now) {
-        m_desk.cancel(entered, now);
-    });
+    m_agenda.enter(time.addMSecs(kLifeMs),
+                   [this, entered = place(orders, time)](const QDateTime &now) { m_desk.cancel(entered, now); });
 }
 
 OrderFlow::Cancels OrderFlow::place(int count, const QDateTime &time)

@@ -12,10 +12,9 @@ class Agenda;
 class Exchange;
 
 /// A trading programme of the scenario: it enters orders all the time and cancels each a second later, through the desk
-/// as anybody else. Its limits are the lowest that the exchange accepts, so that hardly any order fills. It trades while
-/// the market does.
-/// Made by the Terminal. It acts on the agenda, one action at a time; only skipTo and burst are called from outside,
-/// from an action of the agenda.
+/// as anybody else. Its limits are the lowest that the exchange accepts, so that hardly any order fills. It trades
+/// while the market does. Made by the Terminal. It acts on the agenda, one action at a time; only skipTo and burst are
+/// called from outside, from an action of the agenda.
 class OrderFlow {
 public:
     /// All but the terms must outlive the agenda.

@@ -39,10 +39,9 @@ protected:
 
     void placeOrder(const QString &uuid = QStringLiteral("u"))
     {
-        page->invoke("Trade_insertOrder_REQ",
-                     {uuid, QStringLiteral("880010001"), QStringLiteral("609001.SH"), QStringLiteral("SH"),
-                      QStringLiteral("Buy"), QStringLiteral("Limit"), QStringLiteral("13.00"), QStringLiteral("100"),
-                      QString()});
+        page->invoke("Trade_insertOrder_REQ", {uuid, QStringLiteral("880010001"), QStringLiteral("609001.SH"),
+                                               QStringLiteral("SH"), QStringLiteral("Buy"), QStringLiteral("Limit"),
+                                               QStringLiteral("13.00"), QStringLiteral("100"), QString()});
     }
 
     void askForCandles(const QString &uuid)

@@ -56,8 +56,7 @@ QByteArray contentsOf(const char *path)
 
 QString argumentOf(const FaultInfo &info)
 {
-    return info.kind == FaultKind::Switch ? QString()
-                                          : QLatin1String(info.kind == FaultKind::Count ? "[=N]" : "=MS");
+    return info.kind == FaultKind::Switch ? QString() : QLatin1String(info.kind == FaultKind::Count ? "[=N]" : "=MS");
 }
 
 } // namespace
@@ -74,12 +73,13 @@ TEST(Faults, AreReadWithAndWithoutAValue)
 
 TEST(Faults, MistakesAreExplained)
 {
-    EXPECT_TRUE(problemOf("").startsWith(QLatin1String("\"\" is not a fault: there are slow-answers, silent-klines, ")));
+    EXPECT_TRUE(
+        problemOf("").startsWith(QLatin1String("\"\" is not a fault: there are slow-answers, silent-klines, ")));
     EXPECT_TRUE(problemOf("nothing=1").startsWith(QLatin1String("\"nothing\" is not a fault: there are ")));
     const QString slow = QStringLiteral("the value of slow-answers must be a whole number from 0 to 600000, such as "
                                         "slow-answers=1000");
-    for (const char *wrong : {"slow-answers", "slow-answers=", "slow-answers=-1", "slow-answers=1.5",
-                              "slow-answers=600001"})
+    for (const char *wrong :
+         {"slow-answers", "slow-answers=", "slow-answers=-1", "slow-answers=1.5", "slow-answers=600001"})
         EXPECT_EQ(slow, problemOf(wrong)) << wrong;
     EXPECT_EQ(QStringLiteral("the value of silent-klines must be 1, or 0 to switch it off, such as silent-klines=1"),
               problemOf("silent-klines=2"));

@@ -37,12 +37,12 @@ QStringList newOrders(const Terminal &terminal, const QDateTime &start)
     const TradingDesk::Reader books = terminal.desk().read();
     for (const Order &order : books->orders()) {
         if (order.entered >= start)
-            lines.append(QStringLiteral("%1 %2 %3 %4 %5 %6 %7")
-                             .arg(order.id, order.clientId, order.entered.toString(Qt::ISODateWithMs),
-                                  order.instrument->symbol)
-                             .arg(order.price)
-                             .arg(order.qty)
-                             .arg(int(order.status)));
+            lines.append(
+                QStringLiteral("%1 %2 %3 %4 %5 %6 %7")
+                    .arg(order.id, order.clientId, order.entered.toString(Qt::ISODateWithMs), order.instrument->symbol)
+                    .arg(order.price)
+                    .arg(order.qty)
+                    .arg(int(order.status)));
     }
     return lines;
 }
@@ -209,12 +209,16 @@ TEST(OrderFlow, CancelsWhatItEntersAndReleasesTheMoney)
         const Scenario scenario = withFlow(ordersPerSecond);
         Terminal terminal(scenario, scenario.logins.first(), kStill);
         terminal.skipTo(scenario.start.addSecs(10));
-        { const Terminal::Moment moment(terminal); }
+        {
+            const Terminal::Moment moment(terminal);
+        }
         EXPECT_EQ(ordersPerSecond, openFlowOrders(terminal)); // those of the last second
         run(terminal, "jump close");                          // it enters nothing on the way
         const int orders = newOrders(terminal, scenario.start).size();
         terminal.skipTo(QDateTime(scenario.start.date(), QTime(16, 0), Qt::UTC));
-        { const Terminal::Moment moment(terminal); }
+        {
+            const Terminal::Moment moment(terminal);
+        }
         EXPECT_EQ(orders, newOrders(terminal, scenario.start).size());
         EXPECT_EQ(0, openFlowOrders(terminal));
         const std::optional<Ledger> ledger = terminal.desk().ledger(kStock);
