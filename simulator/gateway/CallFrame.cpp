@@ -1,5 +1,7 @@
 #include "gateway/CallFrame.h"
 
+#include "gateway/ByteOrderMarks.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -17,17 +19,6 @@ CallFrame bad(const char *reason)
     frame.closeCode = kWrongData;
     frame.closeReason = QStringLiteral("bad frame: ") + QLatin1String(reason);
     return frame;
-}
-
-/// Qt's parser takes a U+FEFF at the beginning of a text for a byte order mark and drops it, unless it is written as an
-/// escape. One at the very beginning is outside of all texts, where Qt skips it.
-QByteArray withEscapedMarks(const QByteArray &json)
-{
-    static const QByteArray mark = QByteArrayLiteral("\xef\xbb\xbf");
-    if (json.indexOf(mark, 1) < 0)
-        return json;
-    QByteArray rest = json.mid(1);
-    return json.left(1) + rest.replace(mark, "\\ufeff");
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "recording/Recording.h"
 
+#include "gateway/ByteOrderMarks.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -117,8 +119,8 @@ bool RecordingReader::open(const QString &fileName, QString &error)
         return false;
     }
     if (head->value(Key::version) != RecordingHead::kVersion) {
-        error = placeOfHead() + QStringLiteral("version %1 of the format is not known")
-                                    .arg(head->value(Key::version).toVariant().toString());
+        error = placeOfHead() +
+                QStringLiteral("version %1 of the format is not known").arg(head->value(Key::version).toInt());
         return false;
     }
     m_head.simulator = head->value(Key::simulator).toString();
@@ -172,7 +174,7 @@ std::optional<QJsonObject> RecordingReader::readLine(QString &error)
     if (text.isEmpty())
         return std::nullopt;
     ++m_line;
-    const QJsonDocument document = QJsonDocument::fromJson(text);
+    const QJsonDocument document = QJsonDocument::fromJson(withEscapedMarks(text));
     if (document.isObject())
         return document.object();
     if (text.endsWith('\n'))

@@ -207,6 +207,49 @@ TEST_F(SlowPagesTest, TwoHundredPagesGetTheirAnswersAndEachPush)
     EXPECT_TRUE(await([&] { return pages() == 0; }));
 }
 
+TEST_F(SlowPagesTest, TwoHundredPagesThatDoNotReadDelayNobodyAndKeepOnlyTheNewestTicks)
+{
+    constexpr int kPages = 200;
+    constexpr int kSymbols = 20;
+    constexpr int kTicks = 2000;
+    std::vector<std::unique_ptr<RawPage>> stalled(kPages);
+    std::vector<VarnelCefView *> views;
+    for (std::unique_ptr<RawPage> &page : stalled) {
+        views.push_back(open(page, gateway));
+        ASSERT_TRUE(views.back());
+        page->stopReading();
+    }
+    // Far more than the system's buffers hold, so that what follows waits in the simulator.
+    const QCefEvent megabytes = event(kReply, QString(8000000, QLatin1Char('x')));
+    views.front()->broadcastEvent(megabytes);
+    for (int i = 0; i < kTicks; ++i) {
+        const QCefEvent each = tick(i % kSymbols, i);
+        for (VarnelCefView *const view : views)
+            view->broadcastEvent(each);
+    }
+    Page other(gateway);
+    ASSERT_TRUE(other.awaitOpen());
+    for (int i = 0; i < 20; ++i) {
+        other.invoke("Data_getToken_REQ", {QString::number(i)});
+        ASSERT_TRUE(other.awaitFrames(i + 1));
+        EXPECT_EQ(QString::number(i), other.uuid(i));
+    }
+    EXPECT_EQ(kPages + 1, pages());
+
+    stalled.front()->readAgain();
+    ASSERT_TRUE(stalled.front()->awaitFrames(1 + kSymbols));
+    stalled.front()->invoke("Data_getToken_REQ", {QStringLiteral("last")});
+    const auto isLast = [&] {
+        const QJsonObject last = stalled.front()->event(stalled.front()->frames.size() - 1);
+        return last.value(QStringLiteral("args")).toArray().at(0).toString().contains(QLatin1String("\"last\""));
+    };
+    ASSERT_TRUE(await(isLast));
+    const Received received(*stalled.front());
+    EXPECT_EQ(kSymbols, received.ticks);
+    for (int symbol = 0; symbol < kSymbols; ++symbol)
+        EXPECT_EQ(kTicks - kSymbols + symbol, received.newest.value(QStringLiteral("S%1").arg(symbol)));
+}
+
 TEST_F(SlowPagesTest, CallsThatAreReadBeforeTheEndOfTheConnectionAreMade)
 {
     // Far more than may wait for the user-interface thread at once.

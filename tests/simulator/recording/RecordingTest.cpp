@@ -35,7 +35,7 @@ Entry call()
                   1.5,
                   true,
                   QVariant::fromValue(nullptr),
-                  QVariantList{QStringLiteral("\u2028 \"甲\"\n")},
+                  QVariantList{QStringLiteral("\u2028 \"甲\"\n"), QStringLiteral("\ufeff甲")},
                   QVariantMap{{QStringLiteral("k"), 1}}};
     entry.exchangeTime = QDateTime(QDate(2025, 3, 3), QTime(10, 0, 1, 7), Qt::UTC).toMSecsSinceEpoch();
     return entry;
@@ -146,6 +146,8 @@ TEST_F(RecordingTest, ABrokenFileIsToldWithItsLine)
     EXPECT_EQ(QStringLiteral("line 1: not a JSON object"), problemOf("hello\n"));
     EXPECT_EQ(QStringLiteral("line 1: version 2 of the format is not known"),
               problemOf(QByteArray(good).replace("\"version\":1", "\"version\":2")));
+    EXPECT_EQ(QStringLiteral("line 1: version 0 of the format is not known"), // not the text itself: it has two lines
+              problemOf(QByteArray(good).replace("\"version\":1", "\"version\":\"1\\n\"")));
     EXPECT_EQ(QStringLiteral("line 2: not a JSON object"), problemOf(good + "{broken\n" + recordingLine(call())));
     EXPECT_EQ(QStringLiteral("line 2: no known kind of entry"), problemOf(good + "{\"kind\":\"song\"}\n"));
     EXPECT_EQ(QStringLiteral("line 2: no time"), problemOf(good + "{\"kind\":\"call\",\"time\":\"noon\"}\n"));

@@ -1,13 +1,17 @@
 #include "HostileValues.h"
 
-#include "Replies.h"
-
 #include "VarnelCefView.h"
 
 #include <cmath>
 #include <limits>
 
 namespace {
+
+/// A QString, as Qt 6 spells it.
+QString operator""_qs(const char16_t *text, std::size_t length)
+{
+    return QString(reinterpret_cast<const QChar *>(text), int(length));
+}
 
 constexpr int deep = 1000; // Qt's JSON reader takes 1024 levels
 
