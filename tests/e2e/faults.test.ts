@@ -12,8 +12,8 @@ async function send(page: Page, frames: Frames): Promise<void> {
   await confirmButton(page).click();
 }
 
-test.describe('on a bad day the workbench', { tag: '@page' }, () => {
-  test.use({ options: [...stillMarket, '--fault', 'refuse-orders', '--fault', 'silent-klines'] });
+test.describe('after a refusal the workbench', { tag: '@page' }, () => {
+  test.use({ options: [...stillMarket, '--fault', 'refuse-orders'] });
 
   test('shows why an order was refused', async ({ page }) => {
     const frames = await openDesk(page);
