@@ -147,6 +147,8 @@ void placeAndCancel(benchmark::State &state, const OrderRequestList &list)
     for (const QVariant &order : response.toList())
         cancels.push_back({order.toMap().value(Tessar_Fields::Security::orderID).toString(), list.Account()});
     desk.cancel(cancels, Terminal::instance().now());
+    while (const std::optional<QDateTime> next = desk.nextMessage())
+        desk.advance(*next);
     state.ResumeTiming();
 }
 
@@ -157,6 +159,31 @@ void placedOrders(benchmark::State &state)
         placeAndCancel(state, list);
 }
 BENCHMARK(placedOrders)->Name("orders placed/host")->ArgName("orders")->Arg(1)->Arg(50)->Arg(5000);
+
+/// Orders that wait far from the price, spread over all securities that have a price limit: the steps of an hour.
+void stepsWithOrders(benchmark::State &state)
+{
+    const Exchange &exchange = Terminal::instance().exchange();
+    const qint64 first = exchange.stepAt(QDateTime(Terminal::instance().now().date(), QTime(10, 0), Qt::UTC));
+    std::vector<Order> orders;
+    for (const Instrument &instrument : exchange.instruments()) {
+        const PriceLimits limits = exchange.limits(instrument.symbol, first);
+        if (!limits.areSet())
+            continue;
+        Order order;
+        order.instrument = &instrument;
+        order.price = limits.lower;
+        order.qty = instrument.minQty;
+        orders.push_back(order);
+    }
+    Matching matching;
+    for (int number = 0; number < state.range(0); ++number)
+        matching.add(number, orders[size_t(number) % orders.size()], exchange, first);
+    qint64 step = 0;
+    while (state.KeepRunning())
+        benchmark::DoNotOptimize(matching.play(exchange, first + 1 + step++ % 1200));
+}
+BENCHMARK(stepsWithOrders)->Name("step of the market/host")->ArgName("open orders")->Arg(1000)->Arg(10000)->Arg(100000);
 
 // Quotes
 

@@ -50,21 +50,56 @@ int Books::enter(Order order, Money available, const PriceLimits &limits)
         order.remark = violatedRule(order, limits);
     if (order.remark.isEmpty())
         order.remark = ledgerOf(order).shortage(order, available);
-    if (order.remark.isEmpty()) {
-        const QString &exchange = order.instrument->exchange;
-        order.exchangeOrderId = numbered(exchange, ++m_lastExchangeOrder[exchange]);
+    if (order.remark.isEmpty())
         ledgerOf(order).reserve(order);
-    } else {
+    else
         order.status = OrderStatus::Rejected;
-    }
     m_byOrderId.insert(order.id, number);
     m_orders.push_back(order);
     return number;
 }
 
+Order &Books::openOrder(int number)
+{
+    Order &order = m_orders[size_t(number)];
+    Q_ASSERT(order.isOpen());
+    return order;
+}
+
+void Books::change(Order &order, OrderStatus status, const QDateTime &time)
+{
+    const bool isStillOpen =
+        status == OrderStatus::Sent || status == OrderStatus::Reported || status == OrderStatus::PartlyFilled;
+    if (isStillOpen && order.status == OrderStatus::ToBeCancelled)
+        return;
+    order.status = status;
+    order.changed = time;
+}
+
+void Books::send(int order, const QDateTime &time)
+{
+    change(openOrder(order), OrderStatus::Sent, time);
+}
+
+void Books::accept(int order, const QDateTime &time)
+{
+    Order &accepted = openOrder(order);
+    const QString &exchange = accepted.instrument->exchange;
+    accepted.exchangeOrderId = numbered(exchange, ++m_lastExchangeOrder[exchange]);
+    change(accepted, OrderStatus::Reported, time);
+}
+
+void Books::reject(int order, const QDateTime &time, const QString &reason)
+{
+    Order &rejected = openOrder(order);
+    ledgerOf(rejected).release(rejected);
+    rejected.remark = reason;
+    change(rejected, OrderStatus::Rejected, time);
+}
+
 void Books::fill(int order, const QDateTime &time, double price, qint64 qty)
 {
-    Order &filled = m_orders[size_t(order)];
+    Order &filled = openOrder(order);
     Q_ASSERT(qty > 0 && qty <= filled.leaveQty());
     Ledger &ledger = ledgerOf(filled);
     ledger.release(filled);
@@ -72,20 +107,28 @@ void Books::fill(int order, const QDateTime &time, double price, qint64 qty)
     const Money amount = filled.amount(price, qty);
     filled.filledQty += qty;
     filled.filledAmount += amount;
-    filled.status = filled.filledQty == filled.qty ? OrderStatus::Filled : OrderStatus::PartlyFilled;
-    filled.changed = time;
+    change(filled, filled.filledQty == filled.qty ? OrderStatus::Filled : OrderStatus::PartlyFilled, time);
     ledger.reserve(filled);
     const QString id = numbered(QStringLiteral("E") + m_orderIdPrefix, int(m_executions.size()) + 1);
     m_executions.push_back({id, order, time, price, qty, amount, fee});
 }
 
-void Books::cancel(int order, const QDateTime &time)
+void Books::requestCancel(int order, const QDateTime &time)
 {
-    Order &cancelled = m_orders[size_t(order)];
-    Q_ASSERT(cancelled.isOpen());
+    change(openOrder(order), OrderStatus::ToBeCancelled, time);
+}
+
+void Books::cancel(int order, const QDateTime &time, const QString &reason)
+{
+    Order &cancelled = openOrder(order);
     ledgerOf(cancelled).release(cancelled);
-    cancelled.status = cancelled.filledQty == 0 ? OrderStatus::Cancelled : OrderStatus::PartlyCancelled;
-    cancelled.changed = time;
+    cancelled.remark = reason;
+    change(cancelled, cancelled.filledQty == 0 ? OrderStatus::Cancelled : OrderStatus::PartlyCancelled, time);
+}
+
+void Books::noteLateCancel(int order)
+{
+    m_orders[size_t(order)].remark = QStringLiteral("撤单太晚，委托已全部成交");
 }
 
 } // namespace sim

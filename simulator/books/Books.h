@@ -42,19 +42,39 @@ public:
     /// For opening balances. Null for an unknown trading account.
     Ledger *ledgerToOpen(const QString &tradingAccount);
 
-    /// Enters an order of a known trading account and returns its number. The order is rejected when it breaks a rule,
-    /// exceeds the price limits or costs more than the account has, or when its remark says already why. available: the
+    /// Enters an order of a known trading account and returns its number. The broker rejects the order when it breaks a
+    /// rule, exceeds the price limits or costs more than the account has, or when its remark says already why; otherwise
+    /// it is to be sent. available: the
     /// account's money for new orders.
     int enter(Order order, Money available, const PriceLimits &limits);
 
-    /// Books a fill of an open order. qty: at most the order's open quantity.
+    // The states of an open order. An order that is to be cancelled stays so while it is sent, accepted or partly
+    // filled.
+
+    void send(int order, const QDateTime &time);
+
+    /// The exchange accepts the order and gives it a number.
+    void accept(int order, const QDateTime &time);
+
+    /// The exchange refuses the order. reason: a text for its owner.
+    void reject(int order, const QDateTime &time, const QString &reason);
+
+    /// Books a fill. qty: at most the order's open quantity.
     void fill(int order, const QDateTime &time, double price, qint64 qty);
 
-    /// Cancels what is open of an open order.
-    void cancel(int order, const QDateTime &time);
+    /// Its owner wants the order cancelled.
+    void requestCancel(int order, const QDateTime &time);
+
+    /// Cancels what is open. reason: a text for its owner where he did not ask for it.
+    void cancel(int order, const QDateTime &time, const QString &reason = {});
+
+    /// Tells the owner of an order that is done that its cancel came too late.
+    void noteLateCancel(int order);
 
 private:
     Ledger &ledgerOf(const Order &order) { return m_ledgers[order.tradingAccount]; }
+    Order &openOrder(int number);
+    static void change(Order &order, OrderStatus status, const QDateTime &time);
 
     const Accounts &m_accounts;
     const QString m_orderIdPrefix;

@@ -301,8 +301,10 @@ void AccountDay::enterOrder(int second)
     const Order order = makeOrder(second);
     const int number = m_books.enter(order, available, m_session.limits(order.instrument->symbol));
     const int cancelMinute = happens(kCancels) ? minute + int(whole(0, kLongestWait)) : -1;
-    if (m_books.orders()[number].isOpen())
-        m_working.append({number, second, cancelMinute});
+    if (!m_books.orders()[size_t(number)].isOpen())
+        return;
+    m_books.accept(number, order.entered); // what took milliseconds is long over
+    m_working.append({number, second, cancelMinute});
 }
 
 void AccountDay::findFills(int minute, QVector<Fill> &fills)

@@ -33,6 +33,24 @@ bool isOfShort(Side side)
     return side == Side::SellOpen || side == Side::BuyClose;
 }
 
+bool Order::isOpen() const
+{
+    switch (status) {
+    case OrderStatus::ToBeSent:
+    case OrderStatus::Sent:
+    case OrderStatus::Reported:
+    case OrderStatus::PartlyFilled:
+    case OrderStatus::ToBeCancelled:
+        return true;
+    case OrderStatus::Filled:
+    case OrderStatus::PartlyCancelled:
+    case OrderStatus::Cancelled:
+    case OrderStatus::Rejected:
+        return false;
+    }
+    return false;
+}
+
 Money Order::amount(double price, qint64 qty) const
 {
     return Money::rounded(price * double(qty) * instrument->multiplier);

@@ -15,7 +15,17 @@ enum class Side { Buy, Sell, BuyOpen, SellOpen, BuyClose, SellClose, AfterHoursB
 
 enum class PriceType { Limit, Market, AfterHours };
 
-enum class OrderStatus { Reported, PartlyFilled, Filled, PartlyCancelled, Cancelled, Rejected };
+enum class OrderStatus {
+    ToBeSent,      ///< entered, still at the broker
+    Sent,          ///< on its way to the exchange
+    Reported,      ///< accepted by the exchange
+    PartlyFilled,  ///< the rest is open
+    Filled,        ///< whole
+    ToBeCancelled, ///< its owner wants it cancelled, and the exchange has not done so yet: it can still be filled
+    PartlyCancelled,
+    Cancelled,
+    Rejected, ///< by the broker or by the exchange
+};
 
 bool isBuy(Side side);
 
@@ -29,7 +39,7 @@ bool isOfShort(Side side);
 struct Order {
     QString id;              ///< given by the books when the order is entered
     QString clientId;        ///< from Books::nextClientOrderId
-    QString exchangeOrderId; ///< empty while the exchange does not know the order
+    QString exchangeOrderId; ///< empty until the exchange has accepted the order
     QString tradingAccount;
     QString trader;
     QString tag;    ///< text of the page's choice
@@ -42,13 +52,16 @@ struct Order {
     qint64 qty = 0;
     QDateTime entered;
 
-    OrderStatus status = OrderStatus::Reported;
+    OrderStatus status = OrderStatus::ToBeSent;
     qint64 filledQty = 0;
     Money filledAmount; ///< multiplier included
     QDateTime changed;  ///< when it got its status
-    QString remark;     ///< why it was rejected
+    QString remark;     ///< why it was rejected, or not cancelled, or not filled whole
 
-    bool isOpen() const { return status == OrderStatus::Reported || status == OrderStatus::PartlyFilled; }
+    /// Whether it can still change.
+    bool isOpen() const;
+
+    bool isAtExchange() const { return !exchangeOrderId.isEmpty(); }
 
     /// The quantity that can still be filled; 0 when the order is not open.
     qint64 leaveQty() const { return isOpen() ? qty - filledQty : 0; }

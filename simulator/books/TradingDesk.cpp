@@ -9,12 +9,12 @@ namespace sim {
 
 namespace {
 
-// What a random number is for.
-enum Chance : qint64 { IsSplit, FirstPart };
+constexpr quint64 kDelays = 0xde1a; // separates the desk's random numbers from those of the market
 
-constexpr quint64 kFills = 0xf111; // separates the desk's random numbers from those of the market
+const QString kHalted = QStringLiteral("证券停牌，不能委托");
 
-QString whyNotOpen(OrderStatus status)
+/// Why an order cannot be cancelled; empty when it can.
+QString whyNotCancellable(OrderStatus status)
 {
     switch (status) {
     case OrderStatus::Filled:
@@ -24,6 +24,10 @@ QString whyNotOpen(OrderStatus status)
         return QStringLiteral("委托已撤单");
     case OrderStatus::Rejected:
         return QStringLiteral("废单不能撤单");
+    case OrderStatus::ToBeCancelled:
+        return QStringLiteral("委托正在撤单");
+    case OrderStatus::ToBeSent:
+    case OrderStatus::Sent:
     case OrderStatus::Reported:
     case OrderStatus::PartlyFilled:
         break;
@@ -34,19 +38,34 @@ QString whyNotOpen(OrderStatus status)
 } // namespace
 
 TradingDesk::TradingDesk(const Accounts &accounts, const QString &orderIdPrefix, const Exchange &exchange, quint64 seed,
-                         const QDateTime &start, Listener listener, const OpeningTerms &opening)
+                         const QDateTime &start, Listener listener, const OpeningTerms &opening,
+                         const OrderDelays &delays)
     : m_exchange(exchange)
-    , m_key(random::subkey(random::scramble(seed), kFills))
     , m_listener(std::move(listener))
     , m_books(accounts, orderIdPrefix)
+    , m_messages(delays, random::subkey(random::scramble(seed), kDelays))
     , m_now(start)
     , m_step(exchange.stepAt(start))
 {
     openBooks(m_books, exchange, seed, start, opening);
     for (int number = 0; number < int(m_books.orders().size()); ++number) {
         if (orderAt(number).isOpen())
-            m_open.add(number, orderAt(number));
+            m_matching.add(number, orderAt(number), exchange, m_step);
     }
+}
+
+void TradingDesk::addOrdersTo(Quote &quote) const
+{
+    const Instrument *instrument = m_exchange.instrument(quote.symbol);
+    const std::lock_guard lock(m_mutex);
+    if (instrument)
+        m_matching.addTo(quote, *instrument);
+}
+
+std::optional<QDateTime> TradingDesk::nextMessage() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_messages.next();
 }
 
 std::optional<Ledger> TradingDesk::ledger(const QString &tradingAccount) const
@@ -73,32 +92,37 @@ std::vector<Order> TradingDesk::place(const std::vector<Order> &orders, const QD
     entered.reserve(orders.size());
     {
         const std::lock_guard lock(m_mutex);
-        moveClock(now);
-        playAllSteps(m_exchange.stepAt(m_now));
+        playAll(now);
 
         // New orders change only the frozen money of an account: its positions are valued once.
         const Prices prices = [this](const QString &symbol) {
             return m_exchange.lastPrice(symbol, m_step).value_or(0);
         };
         QHash<QString, Money> withFrozen; // the available money, by trading account
+        std::vector<int> sent;
         for (Order order : orders) {
             const Ledger &ledger = *m_books.ledger(order.tradingAccount);
             if (!withFrozen.contains(order.tradingAccount))
                 withFrozen.insert(order.tradingAccount, ledger.value(prices).available + ledger.frozenCash());
             order.entered = m_now;
             if (m_exchange.isHalted(order.instrument->symbol, m_step + 1))
-                order.remark = QStringLiteral("证券停牌，不能委托");
+                order.remark = kHalted;
             const int number = m_books.enter(order, withFrozen[order.tradingAccount] - ledger.frozenCash(),
                                              m_exchange.limits(order.instrument->symbol, m_step));
             const Order &asEntered = orderAt(number);
             if (asEntered.isOpen()) {
-                m_open.add(number, asEntered);
+                if (request.comesTooLate)
+                    m_filledBeforeCancel.insert(number);
+                sent.push_back(number);
                 touch(asEntered, false);
             }
             m_events.emplace_back(OrderEntered{asEntered});
             entered.push_back(asEntered);
         }
         reportTouched();
+        if (!sent.empty())
+            m_messages.sendOrders(sent, m_now);
+        playAll(m_now); // without delays the orders are there
     }
     report();
     return entered;
@@ -109,40 +133,43 @@ QStringList TradingDesk::cancel(const std::vector<CancelRequest> &requests, cons
     QStringList reasons;
     {
         const std::lock_guard lock(m_mutex);
-        moveClock(now);
-        playAllSteps(m_exchange.stepAt(m_now));
-        for (const CancelRequest &request : requests)
-            reasons.append(cancel(request));
-        reportTouched();
+        playAll(now);
+        std::vector<int> sent;
+        bool areAtExchange = true;
+        for (const CancelRequest &request : requests) {
+            reasons.append(whyNotCancelled(request));
+            if (!reasons.last().isEmpty())
+                continue;
+            const int number = m_books.orderNumber(request.orderId);
+            m_books.requestCancel(number, m_now);
+            noteChange(number);
+            areAtExchange = areAtExchange && orderAt(number).isAtExchange();
+            sent.push_back(number);
+        }
+        if (!sent.empty())
+            m_messages.sendCancels(sent, areAtExchange, m_now);
+        playAll(m_now);
     }
     report();
     return reasons;
 }
 
-QString TradingDesk::cancel(const CancelRequest &request)
+QString TradingDesk::whyNotCancelled(const CancelRequest &request) const
 {
     const int number = m_books.orderNumber(request.orderId);
     if (number < 0)
         return QStringLiteral("委托不存在");
-    const Order &order = orderAt(number);
-    if (order.tradingAccount != request.tradingAccount)
+    if (orderAt(number).tradingAccount != request.tradingAccount)
         return QStringLiteral("交易账号与委托不符");
-    if (!order.isOpen())
-        return whyNotOpen(order.status);
-    m_open.remove(number, order);
-    m_books.cancel(number, m_now);
-    m_events.emplace_back(OrderChanged{order});
-    touch(order, false);
-    return {};
+    return whyNotCancellable(orderAt(number).status);
 }
 
 void TradingDesk::advance(const QDateTime &now)
 {
-    const qint64 lastStep = m_exchange.stepAt(now);
     for (bool isMore = true; isMore;) {
         {
             const std::lock_guard lock(m_mutex); // released after each step, so that no caller waits for a whole day
-            isMore = playStep(lastStep);
+            isMore = playNext(now);
             if (!isMore)
                 moveClock(now);
         }
@@ -155,51 +182,114 @@ void TradingDesk::moveClock(const QDateTime &now)
     m_now = qMax(m_now, now);
 }
 
-void TradingDesk::playAllSteps(qint64 lastStep)
+void TradingDesk::playAll(const QDateTime &now)
 {
-    while (playStep(lastStep)) {
+    while (playNext(now)) {
     }
+    moveClock(now); // not before: what is played has times of its own
 }
 
-bool TradingDesk::playStep(qint64 lastStep)
+bool TradingDesk::playNext(const QDateTime &now)
 {
-    if (m_open.isEmpty())
+    // At one time the step comes first: an order can fill in the steps after its acceptance, and up to its cancel.
+    const std::optional<QDateTime> message = m_messages.next();
+    const bool isMessageDue = message && *message <= now;
+    const qint64 lastStep = m_exchange.stepAt(isMessageDue ? *message : now);
+    if (m_matching.isEmpty())
         m_step = qMax(m_step, lastStep);
-    if (m_step >= lastStep)
+    if (m_step < lastStep)
+        playStep();
+    else if (isMessageDue)
+        playMessage();
+    else
         return false;
-    ++m_step;
-    const QDateTime time = m_exchange.timeOfStep(m_step);
-    moveClock(time);
-    for (const OpenOrders::Fill &fillable : m_open.fillsAt(m_exchange, m_step))
-        fill(fillable, time);
     reportTouched();
     return true;
 }
 
-void TradingDesk::fill(const OpenOrders::Fill &fillable, const QDateTime &time)
+void TradingDesk::playStep()
 {
-    const Order &order = orderAt(fillable.order);
-    m_books.fill(fillable.order, time, fillable.price, qtyToFill(order));
-    if (!order.isOpen())
-        m_open.remove(fillable.order, order);
-    m_events.emplace_back(OrderChanged{order});
+    ++m_step;
+    moveClock(m_exchange.timeOfStep(m_step));
+    const Matching::Outcome outcome = m_matching.play(m_exchange, m_step);
+    for (const Matching::Fill &one : outcome.fills)
+        fill(one);
+    for (const int number : outcome.expired) {
+        m_books.cancel(number, m_now, QStringLiteral("对手方数量不足，市价委托剩余部分撤销"));
+        noteChange(number);
+        touch(orderAt(number), false);
+    }
+}
+
+void TradingDesk::playMessage()
+{
+    moveClock(*m_messages.next());
+    const OrderMessages::Message message = m_messages.take();
+    for (const int number : message.orders) {
+        switch (message.kind) {
+        case OrderMessages::OrderIsSent:
+            m_books.send(number, m_now);
+            noteChange(number);
+            break;
+        case OrderMessages::OrderReachesExchange:
+            reachExchange(number);
+            break;
+        case OrderMessages::CancelReachesExchange:
+            cancelAtExchange(number);
+            break;
+        }
+    }
+}
+
+/// The exchange accepts the order, or refuses it by the rules of that moment.
+void TradingDesk::reachExchange(int number)
+{
+    const Order &order = orderAt(number);
+    const QString &symbol = order.instrument->symbol;
+    const QString reason =
+        m_exchange.isHalted(symbol, m_step + 1) ? kHalted : violatedRule(order, m_exchange.limits(symbol, m_step));
+    if (reason.isEmpty()) {
+        m_books.accept(number, m_now);
+        m_matching.add(number, order, m_exchange, m_step);
+    } else {
+        m_books.reject(number, m_now, reason);
+        touch(order, false);
+    }
+    noteChange(number);
+}
+
+void TradingDesk::cancelAtExchange(int number)
+{
+    const Order &order = orderAt(number);
+    const bool isLate = m_filledBeforeCancel.erase(number) > 0;
+    if (isLate && order.isOpen() && order.isAtExchange() && order.price > 0) {
+        m_matching.remove(number, order);
+        fill({number, order.price, order.leaveQty()});
+        m_books.noteLateCancel(number);
+    } else if (order.isOpen()) {
+        m_matching.remove(number, order);
+        m_books.cancel(number, m_now);
+        touch(order, false);
+    } else if (order.status == OrderStatus::Filled) {
+        m_books.noteLateCancel(number);
+    } else {
+        return; // the exchange was faster
+    }
+    noteChange(number);
+}
+
+void TradingDesk::fill(const Matching::Fill &fill)
+{
+    m_books.fill(fill.order, m_now, fill.price, fill.qty);
+    const Order &order = orderAt(fill.order);
+    noteChange(fill.order);
     m_events.emplace_back(OrderExecuted{order, m_books.executions().back()});
     touch(order, true);
 }
 
-qint64 TradingDesk::qtyToFill(const Order &order) const
+void TradingDesk::noteChange(int number)
 {
-    const qint64 open = order.leaveQty();
-    const qint64 lots = open / order.instrument->lot;
-    if (order.priceType != PriceType::Limit || isAfterHours(order) || order.filledQty > 0 || lots < 2)
-        return open;
-    const quint64 key = random::subkey(m_key, random::hash(order.id));
-    const MarketRules &rules = m_exchange.rules();
-    if (random::from0To1(key, IsSplit) >= rules.splitProbability)
-        return open;
-    const double part =
-        rules.smallestFirstPart + (rules.largestFirstPart - rules.smallestFirstPart) * random::from0To1(key, FirstPart);
-    return qMax<qint64>(1, qint64(double(lots) * part)) * order.instrument->lot;
+    m_events.emplace_back(OrderChanged{orderAt(number)});
 }
 
 void TradingDesk::touch(const Order &order, bool isFill)

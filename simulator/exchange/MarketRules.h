@@ -26,11 +26,8 @@ struct MarketRules {
     /// Without a price limit, money is set aside for a rise of this part above the previous close.
     double unlimitedRise = 0.2;
 
-    // An order with a limit price of several lots fills in two parts with this probability; the first part is between
-    // these shares of it.
-    double splitProbability = 0.4;
-    double smallestFirstPart = 0.25;
-    double largestFirstPart = 0.75;
+    /// The largest part of a step's volume that fills orders; at least one lot of it may.
+    double participation = 0.5;
 
     /// For the orders of before the start: the part of a minute's volume that fills one order.
     double openingParticipation = 0.02;

@@ -29,7 +29,7 @@ public:
     QMap<QString, QVariant> GetQuotaSnapshot(const QString &symbol, int) override
     {
         sim::traffic::log().hostCall("CommonQuotaHandler::GetQuotaSnapshot");
-        const std::optional<sim::Quote> quote = sim::Terminal::instance().exchange().quote(symbol);
+        const std::optional<sim::Quote> quote = sim::Terminal::instance().quote(symbol);
         return quote ? sim::QuoteTicks::fieldsOf(*quote) : QVariantMap();
     }
 

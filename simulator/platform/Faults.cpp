@@ -20,6 +20,8 @@ const std::array<FaultInfo, Faults::kCount> &Faults::all()
         {Fault::RefuseOrdersSilently, "refuse-orders-silently", FaultKind::Count, kMostTimes,
          "The next N calls that place orders are refused without a reason: the reply looks like a success, and has no "
          "order."},
+        {Fault::LateCancels, "late-cancels", FaultKind::Count, kMostTimes,
+         "The next N cancels come too late: the exchange fills the orders whole, at their limits, just before."},
         {Fault::AnswerAfterPush, "answer-after-push", FaultKind::Count, kMostTimes,
          "The next N calls that place orders are answered after the push of their orders."},
         {Fault::LatePushes, "late-pushes", FaultKind::Milliseconds, kMostMilliseconds,

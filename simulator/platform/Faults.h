@@ -18,6 +18,7 @@ enum class Fault {
     SilentKLines,
     RefuseOrders,
     RefuseOrdersSilently,
+    LateCancels,
     AnswerAfterPush,
     LatePushes,
     FailPermissions,

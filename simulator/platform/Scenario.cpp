@@ -23,6 +23,7 @@ constexpr int kMaxTick = 1000;
 constexpr int kMaxOrders = 10000; // of one fund account at the opening
 constexpr int kMaxPositions = 1000;
 constexpr int kMaxBusDelay = 10000;
+constexpr int kMaxOrderDelay = 600000;
 constexpr qint64 kMaxCount = 1000000000;
 constexpr qint64 kMaxSeed = Q_INT64_C(1) << 53; // JSON's numbers are exact up to here
 
@@ -252,6 +253,37 @@ OpeningTerms readOpening(JsonNode &root)
     return terms;
 }
 
+/// The rest keeps its default.
+OrderDelays readOrderDelays(JsonNode &root)
+{
+    const QString key = QStringLiteral("orderDelays");
+    const QString shortest = QStringLiteral("shortest");
+    const QString longest = QStringLiteral("longest");
+    OrderDelays delays;
+    std::optional<JsonNode> node;
+    if (root.has(key))
+        node = root.object(key);
+    if (!node)
+        return delays;
+    const QPair<QString, Delay *> members[] = {{QStringLiteral("send"), &delays.send},
+                                               {QStringLiteral("accept"), &delays.accept},
+                                               {QStringLiteral("cancel"), &delays.cancel}};
+    for (const auto &[name, delay] : members) {
+        std::optional<JsonNode> range;
+        if (node->has(name))
+            range = node->object(name);
+        if (!range)
+            continue;
+        delay->shortest = int(range->wholeNumber(shortest, 0, kMaxOrderDelay).value_or(0));
+        delay->longest = int(range->wholeNumber(longest, 0, kMaxOrderDelay).value_or(kMaxOrderDelay));
+        range->finish();
+        if (delay->shortest > delay->longest)
+            range->fail(shortest, QStringLiteral("must not be more than the longest"));
+    }
+    node->finish();
+    return delays;
+}
+
 Scenario readRoot(JsonNode root)
 {
     Scenario scenario;
@@ -270,6 +302,7 @@ Scenario readRoot(JsonNode root)
     scenario.generatedSecurities =
         int(root.wholeNumber(QStringLiteral("generatedSecurities"), 0, kMostGenerated).value_or(0));
     scenario.opening = readOpening(root);
+    scenario.orderDelays = readOrderDelays(root);
     const QString busDelay = QStringLiteral("busDelay");
     if (root.has(busDelay))
         scenario.busDelay = int(root.wholeNumber(busDelay, 0, kMaxBusDelay).value_or(0));

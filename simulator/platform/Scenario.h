@@ -3,6 +3,7 @@
 #include "HostApi.h"
 #include "books/Accounts.h"
 #include "books/OpeningBooks.h"
+#include "books/OrderMessages.h"
 #include "exchange/Halts.h"
 #include "exchange/MarketRules.h"
 #include "platform/ScenarioEvents.h"
@@ -33,6 +34,7 @@ struct VARNEL_HOST_API Scenario {
     int generatedSecurities = 0; ///< how many more are made up from the seed
     QVector<Halt> halts;
     OpeningTerms opening;
+    OrderDelays orderDelays;
     int busDelay = 20; ///< milliseconds of a request or event on the bus, at normal speed
     MarketRules rules;
     QVector<FaultSetting> faults;    ///< from the start

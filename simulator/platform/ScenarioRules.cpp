@@ -29,9 +29,7 @@ constexpr Key<SecurityClass, bool> kSwitches[] = {{"soldSameDay", &SecurityClass
                                                   {"afterHours", &SecurityClass::afterHours}};
 
 constexpr Key<MarketRules, double> kParts[] = {{"unlimitedRise", &MarketRules::unlimitedRise},
-                                               {"splitProbability", &MarketRules::splitProbability},
-                                               {"smallestFirstPart", &MarketRules::smallestFirstPart},
-                                               {"largestFirstPart", &MarketRules::largestFirstPart},
+                                               {"participation", &MarketRules::participation},
                                                {"openingParticipation", &MarketRules::openingParticipation}};
 
 /// Reads the numbers from 0 to 1 that are there. The others stay as they are.
@@ -80,8 +78,6 @@ MarketRules readRules(JsonNode &root)
     if (!node)
         return rules;
     readParts(*node, kParts, rules);
-    if (rules.smallestFirstPart > rules.largestFirstPart)
-        node->fail(QStringLiteral("smallestFirstPart"), QStringLiteral("must not be more than the largest first part"));
     std::optional<JsonNode> classes;
     if (node->has(subTypes))
         classes = node->object(subTypes);

@@ -22,9 +22,12 @@ const CodeTable<Side> &sideCodes()
 const CodeTable<OrderStatus> &orderStatusCodes()
 {
     static const CodeTable<OrderStatus> table({
+        {OrderStatus::ToBeSent, QStringLiteral("ToBeSent"), QStringLiteral("待报")},
+        {OrderStatus::Sent, QStringLiteral("Sent"), QStringLiteral("正报")},
         {OrderStatus::Reported, QStringLiteral("Reported"), QStringLiteral("已报")},
         {OrderStatus::PartlyFilled, QStringLiteral("PartlyFilled"), QStringLiteral("部分成交")},
         {OrderStatus::Filled, QStringLiteral("Filled"), QStringLiteral("全部成交")},
+        {OrderStatus::ToBeCancelled, QStringLiteral("ToBeCancelled"), QStringLiteral("待撤")},
         {OrderStatus::PartlyCancelled, QStringLiteral("PartlyCancelled"), QStringLiteral("部成部撤")},
         {OrderStatus::Cancelled, QStringLiteral("Cancelled"), QStringLiteral("已撤")},
         {OrderStatus::Rejected, QStringLiteral("Rejected"), QStringLiteral("废单")},

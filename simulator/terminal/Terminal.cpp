@@ -30,7 +30,11 @@ Terminal::Terminal(const Scenario &scenario, const Login &login, double speed, b
     , m_tradeEvents(*m_bus, m_accounts, m_faults)
     , m_desk(
           m_accounts, scenario.start.toString(QStringLiteral("yyyyMMdd")), m_exchange, scenario.seed, scenario.start,
-          [this](const DeskEvents &events) { m_tradeEvents.announce(events); }, scenario.opening)
+          [this](const DeskEvents &events) {
+              m_tradeEvents.announce(events);
+              m_alarm.check();
+          },
+          scenario.opening, scenario.orderDelays)
     , m_strategies(*m_bus, scenario, m_faults)
     , m_flow(scenario.orderFlow, m_accounts, m_desk, m_exchange, m_agenda, scenario.seed)
     , m_control(*this, m_faults, m_agenda, m_flow)
@@ -48,13 +52,15 @@ Terminal::Terminal(const Scenario &scenario, const Login &login, double speed, b
             playMarket(time);
             m_strategies.onTime(time);
         },
-        [](const Quote &quote) {
+        [this](const Quote &quote) {
             traffic::Entry entry;
             entry.kind = traffic::Entry::Quote;
             entry.name = quote.symbol;
             traffic::log().add(std::move(entry));
-            QuoteTicks::emitTick(quote);
+            QuoteTicks::emitTick(withOrders(quote));
         });
+    m_alarm.start(
+        m_clock, [this] { return m_desk.nextMessage(); }, [this](const QDateTime &time) { play(time); });
     // From here on the agenda's thread uses all of the above.
     m_control.plan(scenario.timeline);
     m_flow.start(scenario.start);
@@ -63,6 +69,7 @@ Terminal::Terminal(const Scenario &scenario, const Login &login, double speed, b
 Terminal::~Terminal()
 {
     m_agenda.stop();
+    m_alarm.stop();
     m_quoteFeed->stop();
     m_bus->stop();
     traffic::log().setExchangeClock({});
@@ -79,6 +86,18 @@ void Terminal::play(const QDateTime &time)
 {
     m_agenda.playUntil(time);
     m_desk.advance(time);
+}
+
+std::optional<Quote> Terminal::quote(const QString &symbol) const
+{
+    const std::optional<Quote> quote = m_exchange.quote(symbol);
+    return quote ? std::make_optional(withOrders(*quote)) : std::nullopt;
+}
+
+Quote Terminal::withOrders(Quote quote) const
+{
+    m_desk.addOrdersTo(quote);
+    return quote;
 }
 
 void Terminal::setTimeLimit(const QDateTime &limit)
@@ -122,6 +141,7 @@ void Terminal::tellThatTimeMoved()
     m_agenda.timeMoved();
     m_bus->timeMoved();
     m_quoteFeed->timeMoved();
+    m_alarm.check();
 }
 
 Terminal::Moment::Moment(Terminal &terminal) : m_hold(terminal.m_clock)

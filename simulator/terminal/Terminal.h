@@ -4,6 +4,7 @@
 #include "books/TradingDesk.h"
 #include "exchange/Exchange.h"
 #include "platform/Agenda.h"
+#include "platform/Alarm.h"
 #include "platform/Faults.h"
 #include "platform/MessageBus.h"
 #include "platform/QuoteFeed.h"
@@ -16,6 +17,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace sim {
@@ -44,6 +46,10 @@ public:
 
     /// Exchange time.
     QDateTime now() const { return m_clock.now(); }
+
+    /// The quote that the terminal shows now: the exchange's, with the orders that wait there. Nothing for an unknown
+    /// symbol and before the first trading day.
+    std::optional<Quote> quote(const QString &symbol) const;
 
     /// While it exists, exchange time stands still, and the world has been played up to it. A call of a page is made
     /// in one, so that its answer depends on the time of the call alone.
@@ -108,6 +114,7 @@ public:
 private:
     Q_DISABLE_COPY(Terminal)
 
+    Quote withOrders(Quote quote) const;
     void play(const QDateTime &time);
     void tellThatTimeMoved();
 
@@ -119,6 +126,7 @@ private:
     const Accounts m_accounts;
     const std::shared_ptr<MessageBus> m_bus;
     TradeEvents m_tradeEvents;
+    Alarm m_alarm; ///< for the messages of the desk, which checks it
     TradingDesk m_desk;
     StrategyPlatform m_strategies;
     OrderQuestion m_orderQuestion;

@@ -192,7 +192,7 @@ test.describe('the blotter', { tag: '@page' }, () => {
     await page.getByTestId('cancel-picked').click();
     expect(sent(frames, 'Trade_reqCancelOrder_REQ')).toEqual([]);
     await page.getByTestId('cancel-dialog').getByRole('button', { name: '确认撤单' }).click();
-    await expect(page.getByTestId('cancel-outcome')).toContainText('已撤 2 笔');
+    await expect(page.getByTestId('cancel-outcome')).toContainText('已提交撤单 2 笔');
     expect(sent(frames, 'Trade_reqCancelOrder_REQ').map(({ args }) => (args[1] as string).split(',').sort())).toEqual([
       [...ids].sort(),
     ]);
@@ -281,7 +281,7 @@ test.describe('the blotter', { tag: '@page' }, () => {
       expect(sent(frames, 'Trade_reqCancelOrder_REQ')).toEqual([]);
       await all.click();
       await page.getByTestId('cancel-dialog').getByRole('button', { name: '确认撤单' }).click();
-      await expect(page.getByTestId('cancel-outcome')).toContainText(`已撤 ${open} 笔`);
+      await expect(page.getByTestId('cancel-outcome')).toContainText(`已提交撤单 ${open} 笔`);
       await expect.poll(() => numberOf(all)).toBe(0);
       const sizes = sent(frames, 'Trade_reqCancelOrder_REQ').map(({ args }) => String(args[1]).split(',').length);
       expect(sizes).toEqual([1000, open - 1000]);

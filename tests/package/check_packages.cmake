@@ -1,6 +1,13 @@
 # Makes the Debian packages and looks at what each says of itself and brings.
-#   cmake -DBUILD=… -DWORK=… -DVERSION=… -DSOVERSION=… -DWINDOW=… -P check_packages.cmake
+#   cmake -DBUILD=… -DWORK=… -DVERSION=… -DSOVERSION=… -DWINDOW=… -DSOURCE=… -P check_packages.cmake
 file(REMOVE_RECURSE "${WORK}")
+# The lists of what the packages consist of are made from the npm packages, which a run of the C++ tests alone lacks.
+if(EXISTS "${SOURCE}/node_modules")
+    execute_process(COMMAND node "${SOURCE}/tools/sbom.mjs" "${SOURCE}/build/sbom" COMMAND_ERROR_IS_FATAL ANY)
+    set(library_bill "share/doc/VarnelWebSDK/sbom/library\\.cdx\\.json")
+    set(simulator_bill "share/doc/VarnelWebSDK/sbom/simulator\\.cdx\\.json"
+        "share/doc/VarnelWebSDK/sbom/npm-licences\\.txt")
+endif()
 execute_process(COMMAND "${CMAKE_CPACK_COMMAND}" -G DEB -B "${WORK}" --config "${BUILD}/CPackConfig.cmake"
     WORKING_DIRECTORY "${BUILD}" COMMAND_ERROR_IS_FATAL ANY)
 
@@ -39,14 +46,15 @@ execute_process(COMMAND dpkg --print-architecture
 set(runtime "libvarnel-websdk${SOVERSION}")
 
 expect(${runtime} ARCHITECTURE ${here} DEPENDS libqt5core5a libc6
-    FILES "lib/libVarnelWebSDK\\.so\\.${soversion}" "lib/libVarnelWebSDK\\.so\\.${version}" ONLY "/libVarnelWebSDK\\.so\\.")
+    FILES "lib/libVarnelWebSDK\\.so\\.${soversion}" "lib/libVarnelWebSDK\\.so\\.${version}" ${library_bill}
+    ONLY "/libVarnelWebSDK\\.so\\.|/sbom/library\\.cdx\\.json$")
 expect(libvarnel-websdk-dev ARCHITECTURE ${here} DEPENDS "${runtime} \\(= ${version}\\)" qtbase5-dev
     FILES "lib/libVarnelWebSDK\\.so" "lib/pkgconfig/varnel-websdk\\.pc" "lib/cmake/VarnelWebSDK/VarnelWebSDKConfig\\.cmake"
         "include/VarnelWebSDK/host/QvCore\\.h" "share/VarnelWebSDK/starter/QvCore\\.cpp"
         "lib/libvarnel_host_check\\.a")
 expect(varnel-simulator ARCHITECTURE ${here} DEPENDS "${runtime} \\(= ${version}\\)" libqt5widgets5
     FILES "bin/varnel-simulator" "bin/varnel-call" "share/VarnelWebSDK/scenarios/scenario\\.schema\\.json"
-        "lib/varnel-simulator/libVarnelSimHost\\.so")
+        "lib/varnel-simulator/libVarnelSimHost\\.so" ${simulator_bill})
 if(WINDOW)
     expect(varnel-simulator-window ARCHITECTURE ${here} DEPENDS "varnel-simulator \\(= ${version}\\)"
             libqt5webenginewidgets5 libqt5webchannel5

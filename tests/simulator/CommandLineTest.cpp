@@ -69,7 +69,7 @@ const Mistake kMistakes[] = {
      "--fault the value of slow-answers must be a whole number from 0 to 600000, such as slow-answers=1000"},
     {"FaultUnknown", "--fault x",
      "--fault \"x\" is not a fault: there are slow-answers, silent-klines, refuse-orders, refuse-orders-silently, "
-     "answer-after-push, late-pushes, fail-permissions, silent-strategies, drop-in-call"},
+     "late-cancels, answer-after-push, late-pushes, fail-permissions, silent-strategies, drop-in-call"},
 };
 
 } // namespace

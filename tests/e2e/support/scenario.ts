@@ -1,6 +1,7 @@
 import { readFileSync } from 'node:fs';
 
 interface Scenario {
+  start: string;
   station: string;
   traders: { id: string; name: string }[];
   logins: { account: string; token: string }[];

@@ -11,13 +11,22 @@ using namespace sim;
 
 namespace {
 
+/// Named by the first difference, because the whole is long.
+void expectSame(const QStringList &expected, const QStringList &seen)
+{
+    EXPECT_EQ(expected.size(), seen.size());
+    const auto differs = std::mismatch(expected.begin(), expected.end(), seen.begin(), seen.end());
+    if (differs.first != expected.end() && differs.second != seen.end())
+        ADD_FAILURE() << qPrintable(*differs.first) << "\n" << qPrintable(*differs.second);
+}
+
 QStringList summary(const TradingDesk &desk)
 {
     QStringList lines;
     const TradingDesk::Reader books = desk.read();
     for (const Order &order : books->orders()) {
         lines.append(QStringLiteral("%1 %2 %3 %4 %5 %6")
-                         .arg(order.id, order.exchangeOrderId, order.remark, order.changed.toString(Qt::ISODate))
+                         .arg(order.id, order.exchangeOrderId, order.remark, order.changed.toString(Qt::ISODateWithMs))
                          .arg(order.filledQty)
                          .arg(int(order.status)));
     }
@@ -73,10 +82,10 @@ TEST(DeskRuns, TheResultDoesNotDependOnHowOftenTheDeskIsAdvanced)
 {
     const QStringList everySecond = playedDay(1);
     EXPECT_GT(everySecond.size(), 700);
-    EXPECT_EQ(everySecond, playedDay(1));
-    EXPECT_EQ(everySecond, playedDay(7));
-    EXPECT_EQ(everySecond, playedDay(400));
-    EXPECT_EQ(everySecond, playedDay(0));
+    expectSame(everySecond, playedDay(1));
+    expectSame(everySecond, playedDay(7));
+    expectSame(everySecond, playedDay(400));
+    expectSame(everySecond, playedDay(0));
 }
 
 TEST(DeskRuns, AnotherSeedGivesAnotherResult)

@@ -10,11 +10,13 @@
 /// A market of generated securities, the desk of two accounts and all events that it has reported. The clock stands
 /// still.
 struct DeskWorld {
-    explicit DeskWorld(const char *start, quint64 seed = 7)
+    explicit DeskWorld(const char *start, quint64 seed = 7, const sim::OrderDelays &delays = {})
         : clock(at(start))
         , exchange(sim::listing({}, 120, seed, clock.now().date()), seed, clock.now().date(), clock)
-        , desk(accounts, QStringLiteral("20250303"), exchange, seed, clock.now(),
-               [this](const sim::DeskEvents &more) { events.insert(events.end(), more.begin(), more.end()); })
+        , desk(
+              accounts, QStringLiteral("20250303"), exchange, seed, clock.now(),
+              [this](const sim::DeskEvents &more) { events.insert(events.end(), more.begin(), more.end()); }, {},
+              delays)
     {
     }
 
@@ -61,6 +63,15 @@ struct DeskWorld {
 
     sim::Order place(const sim::Order &order, const QDateTime &now) { return desk.place({order}, now).front(); }
 
+    /// Places the order and plays until the exchange has it.
+    sim::Order placeAtExchange(const sim::Order &order, const QDateTime &time)
+    {
+        const sim::Order placed = place(order, time);
+        while (const std::optional<QDateTime> next = desk.nextMessage())
+            desk.advance(*next);
+        return now(placed);
+    }
+
     sim::Order now(const sim::Order &order) const { return desk.order(order.id).value(); }
 
     std::vector<sim::Execution> executionsOf(const sim::Order &order) const
@@ -94,6 +105,12 @@ struct DeskWorld {
     sim::DeskEvents events;
     sim::TradingDesk desk; ///< last: it uses all of the above
 };
+
+/// A second in which messages about orders arrive, and no step is played where it follows one.
+inline QDateTime soonAfter(const QDateTime &time)
+{
+    return time.addSecs(1);
+}
 
 /// Starts before the first order of the day: the accounts have money and positions.
 class DeskTest : public testing::Test {

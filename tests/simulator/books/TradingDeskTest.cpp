@@ -2,6 +2,8 @@
 
 #include <QSet>
 
+#include <map>
+
 using namespace sim;
 
 using TradingDeskTest = DeskTest;
@@ -12,76 +14,92 @@ constexpr int kStepSeconds = 3;
 
 } // namespace
 
-TEST_F(TradingDeskTest, AnOrderAtMarketPriceFillsAtTheNextStep)
+TEST_F(TradingDeskTest, AnOrderIsSentAcceptedAndFilledEachAtItsTime)
 {
-    const Order order = world.place(world.order(share, Side::Buy, 1000), at("2025-03-03 10:00:03"));
-    EXPECT_EQ(OrderStatus::Reported, order.status);
+    const QDateTime entered = at("2025-03-03 10:00:03");
+    const Order order = world.place(world.order(share, Side::Buy, share.lot), entered);
+    EXPECT_EQ(OrderStatus::ToBeSent, order.status);
+    EXPECT_EQ(OrderStatus::ToBeSent, world.now(order).status);
+
+    const QDateTime sent = desk.nextMessage().value();
+    EXPECT_GE(sent, entered.addMSecs(1));
+    EXPECT_LE(sent, entered.addMSecs(3));
+    desk.advance(sent.addMSecs(-1));
+    EXPECT_EQ(OrderStatus::ToBeSent, world.now(order).status);
+    desk.advance(sent);
+    EXPECT_EQ(OrderStatus::Sent, world.now(order).status);
+    EXPECT_EQ(sent, world.now(order).changed);
+    EXPECT_TRUE(world.now(order).exchangeOrderId.isEmpty());
+
+    const QDateTime accepted = desk.nextMessage().value();
+    EXPECT_GE(accepted, sent.addMSecs(5));
+    EXPECT_LE(accepted, sent.addMSecs(50));
+    desk.advance(accepted);
+    EXPECT_EQ(OrderStatus::Reported, world.now(order).status);
+    EXPECT_EQ(accepted, world.now(order).changed);
+    EXPECT_FALSE(world.now(order).exchangeOrderId.isEmpty());
+    EXPECT_FALSE(desk.nextMessage());
+
     desk.advance(at("2025-03-03 10:00:05"));
     EXPECT_EQ(OrderStatus::Reported, world.now(order).status);
     desk.advance(at("2025-03-03 10:00:06"));
     EXPECT_EQ(OrderStatus::Filled, world.now(order).status);
-    const std::vector<Execution> executions = world.executionsOf(order);
-    ASSERT_EQ(1u, executions.size());
-    EXPECT_EQ(at("2025-03-03 10:00:06"), executions[0].time);
-    EXPECT_EQ(world.price(share, executions[0].time), executions[0].price);
-    EXPECT_EQ(1000, executions[0].qty);
+    EXPECT_EQ(at("2025-03-03 10:00:06"), world.now(order).changed);
+
+    std::vector<OrderStatus> states{world.reported<OrderEntered>().at(0).order.status};
+    for (const OrderChanged &event : world.reported<OrderChanged>())
+        states.push_back(event.order.status);
+    EXPECT_EQ((std::vector<OrderStatus>{OrderStatus::ToBeSent, OrderStatus::Sent, OrderStatus::Reported,
+                                        OrderStatus::Filled}),
+              states);
 }
 
-TEST_F(TradingDeskTest, LimitOrdersFillWhenThePriceReachesTheirLimit)
+TEST_F(TradingDeskTest, TheOrdersOfAListTravelTogetherAndAreNotOvertaken)
 {
-    const QDateTime entered = at("2025-03-03 10:00:00");
-    const QDateTime end = at("2025-03-03 10:20:00");
-    std::vector<Order> orders;
-    for (int number = 0; number < 8; ++number) {
-        const Instrument &instrument = world.any(SecurityKind::Future, number % 4);
-        for (int away = -60; away <= 60; away += 10) {
-            for (const Side side : {Side::BuyOpen, Side::SellOpen})
-                orders.push_back(world.order(instrument, side, 1, world.price(instrument, entered, away)));
-        }
-    }
-    int filled = 0;
-    const std::vector<Order> placed = desk.place(orders, entered);
-    desk.advance(end);
-    for (const Order &order : placed) {
-        if (order.status == OrderStatus::Rejected)
+    const QDateTime time = at("2025-03-03 10:00:00");
+    const double low = world.price(share, time, -60);
+    for (int list = 0; list < 20; ++list)
+        desk.place(std::vector<Order>(50, world.order(share, Side::Buy, 100, low)), time.addMSecs(list));
+    desk.advance(soonAfter(time));
+    std::map<QDateTime, int> ofOneTime;
+    QDateTime last;
+    QString lastId;
+    for (const OrderChanged &event : world.reported<OrderChanged>()) {
+        if (event.order.status != OrderStatus::Reported)
             continue;
-        const auto isReached = [&](double price) {
-            return isBuy(order.side) ? price <= order.price : price >= order.price;
-        };
-        QDateTime expected = entered.addSecs(kStepSeconds);
-        while (expected <= end && !isReached(world.price(*order.instrument, expected)))
-            expected = expected.addSecs(kStepSeconds);
-        const std::vector<Execution> executions = world.executionsOf(order);
-        ASSERT_EQ(expected <= end, !executions.empty()) << qPrintable(order.id);
-        for (const Execution &execution : executions) {
-            ++filled;
-            EXPECT_EQ(expected, execution.time);
-            EXPECT_EQ(world.price(*order.instrument, expected), execution.price);
-            EXPECT_TRUE(isReached(execution.price));
-        }
+        ++ofOneTime[event.order.changed];
+        EXPECT_LE(last, event.order.changed);
+        EXPECT_LT(lastId, event.order.exchangeOrderId);
+        last = event.order.changed;
+        lastId = event.order.exchangeOrderId;
     }
-    EXPECT_GT(filled, 20);
-    EXPECT_LT(filled, int(placed.size()) - 20);
+    EXPECT_GT(ofOneTime.size(), 5u);
+    for (const auto &[moment, count] : ofOneTime)
+        EXPECT_EQ(0, count % 50) << qPrintable(moment.toString(Qt::ISODateWithMs));
 }
 
-TEST_F(TradingDeskTest, LimitOrdersFillInOneOrTwoPartsOfWholeLots)
+TEST_F(TradingDeskTest, TheExchangeRefusesAnOrderThatBreaksTheRulesWhenItArrives)
 {
-    const QDateTime entered = at("2025-03-03 10:00:00");
-    const double limit = share.priceOf(share.ticksOf(share.price * (1 + share.limitRate)) - 1);
-    desk.place(std::vector<Order>(40, world.order(share, Side::Buy, 500, limit)), entered);
-    desk.advance(at("2025-03-03 10:01:00"));
-    QMap<size_t, int> count;
-    for (const Order &order : desk.read()->orders())
-        EXPECT_EQ(OrderStatus::Filled, order.status);
-    for (const OrderEntered &event : world.reported<OrderEntered>()) {
-        const std::vector<Execution> parts = world.executionsOf(event.order);
-        ++count[parts.size()];
-        for (const Execution &part : parts)
-            EXPECT_EQ(0, part.qty % share.lot);
-    }
-    EXPECT_EQ((QList<size_t>{1, 2}), count.keys());
-    EXPECT_GT(count[1], 5);
-    EXPECT_GT(count[2], 5);
+    // Sent just before the limits of the next day hold.
+    DeskWorld slow(kMorning, 7, {{1, 1}, {3000, 3000}, {1, 1}});
+    const QDateTime time = at("2025-03-03 15:29:58");
+    const auto limits = [&](const QDateTime &when) {
+        return slow.exchange.limits(share.symbol, slow.exchange.stepAt(when));
+    };
+    const PriceLimits now = limits(time);
+    const PriceLimits next = limits(soonAfter(time.addSecs(3)));
+    ASSERT_NE(now.upper, next.upper);
+    const double price = next.upper > now.upper ? now.lower : now.upper;
+    const Order order = slow.place(slow.order(share, Side::Buy, 100, price), time);
+    EXPECT_EQ(OrderStatus::ToBeSent, order.status) << qPrintable(order.remark);
+    EXPECT_NE(Money(), slow.desk.ledger(order.tradingAccount)->frozenCash());
+    slow.desk.advance(soonAfter(time.addSecs(3)));
+    const Order refused = slow.now(order);
+    EXPECT_EQ(OrderStatus::Rejected, refused.status);
+    EXPECT_EQ(QStringLiteral("委托价格超出涨跌停范围"), refused.remark);
+    EXPECT_TRUE(refused.exchangeOrderId.isEmpty());
+    EXPECT_EQ(Money(), slow.desk.ledger(order.tradingAccount)->frozenCash());
+    EXPECT_EQ(2u, slow.reported<AssetChanged>().size());
 }
 
 TEST_F(TradingDeskTest, AfterHoursOrdersFillAfterTheCloseAtItsPrice)
@@ -124,7 +142,7 @@ TEST_F(TradingDeskTest, OrdersOfTheOpeningCallTradeAtTheOpen)
 
 TEST_F(TradingDeskTest, OrdersEnteredWhileTheMarketIsClosedWaitUntilItOpens)
 {
-    const Order order = world.place(world.order(share, Side::Buy, 1000), at("2025-03-03 15:30:00"));
+    const Order order = world.place(world.order(share, Side::Buy, share.lot), at("2025-03-03 15:30:00"));
     EXPECT_EQ(at("2025-03-03 15:30:00"), order.entered);
     desk.advance(at("2025-03-04 09:24:59"));
     EXPECT_EQ(OrderStatus::Reported, world.now(order).status);
@@ -148,6 +166,19 @@ TEST_F(TradingDeskTest, AHaltedSecurityTakesNoOrdersAndThoseThatWaitStay)
     EXPECT_NE(OrderStatus::Rejected, world.now(again).status);
 }
 
+TEST_F(TradingDeskTest, TheExchangeRefusesAnOrderForASecurityThatWasHaltedMeanwhile)
+{
+    DeskWorld slow(kMorning, 7, {{1, 1}, {3000, 3000}, {1, 1}});
+    const QDateTime time = at("2025-03-03 09:59:59");
+    slow.exchange.halt(share.symbol, soonAfter(time), at("2025-03-03 10:30:00"));
+    const Order order = slow.place(slow.order(share, Side::Buy, 100, slow.price(share, time, -20)), time);
+    EXPECT_EQ(OrderStatus::ToBeSent, order.status);
+    slow.desk.advance(time.addSecs(4));
+    EXPECT_EQ(OrderStatus::Rejected, slow.now(order).status);
+    EXPECT_EQ(QStringLiteral("证券停牌，不能委托"), slow.now(order).remark);
+    EXPECT_EQ(Money(), slow.desk.ledger(order.tradingAccount)->frozenCash());
+}
+
 TEST_F(TradingDeskTest, OrdersThatTheAccountCannotAffordAreRejected)
 {
     const QDateTime time = at("2025-03-03 10:00:00");
@@ -165,7 +196,7 @@ TEST_F(TradingDeskTest, OrdersThatTheAccountCannotAffordAreRejected)
     const std::vector<Order> placed = desk.place(orders, time);
     ASSERT_EQ(orders.size(), placed.size());
     for (size_t i = 0; i < placed.size() - 3; ++i)
-        EXPECT_EQ(OrderStatus::Reported, placed[i].status) << qPrintable(placed[i].remark);
+        EXPECT_EQ(OrderStatus::ToBeSent, placed[i].status) << qPrintable(placed[i].remark);
     const Order *refused = &placed[placed.size() - 3];
     EXPECT_EQ(QStringLiteral("可用资金不足"), refused[0].remark);
     EXPECT_EQ(QStringLiteral("委托数量不符合交易单位"), refused[1].remark);
@@ -182,41 +213,112 @@ TEST_F(TradingDeskTest, ACancelEndsAnOpenOrderOrGivesTheReason)
 {
     const QDateTime time = at("2025-03-03 10:00:00");
     const Order open = world.place(world.order(share, Side::Buy, 1000, world.price(share, time, -60)), time);
-    const Order filled = world.place(world.order(share, Side::Buy, 1000), time);
+    const Order filled = world.place(world.order(share, Side::Buy, share.lot), time);
     const Order refused = world.place(world.order(share, Side::Buy, 50, 1), time);
     const QString &account = open.tradingAccount;
-    const QStringList reasons = desk.cancel({{open.id, QString()},
-                                             {open.id, QStringLiteral("A2")},
-                                             {open.id, account},
-                                             {open.id, account},
-                                             {filled.id, account},
-                                             {refused.id, account},
-                                             {QStringLiteral("nothing"), account}},
-                                            at("2025-03-03 10:00:03"));
+    const QDateTime asked = at("2025-03-03 10:00:03");
+    const std::vector<TradingDesk::CancelRequest> requests{{open.id, QString()},
+                                                           {open.id, QStringLiteral("A2")},
+                                                           {open.id, account},
+                                                           {open.id, account},
+                                                           {filled.id, account},
+                                                           {refused.id, account},
+                                                           {QStringLiteral("nothing"), account}};
     EXPECT_EQ(QStringList({QStringLiteral("交易账号与委托不符"), QStringLiteral("交易账号与委托不符"), QString(),
-                           QStringLiteral("委托已撤单"), QStringLiteral("委托已全部成交，不能撤单"),
+                           QStringLiteral("委托正在撤单"), QStringLiteral("委托已全部成交，不能撤单"),
                            QStringLiteral("废单不能撤单"), QStringLiteral("委托不存在")}),
-              reasons);
+              desk.cancel(requests, asked));
+    EXPECT_EQ(OrderStatus::ToBeCancelled, world.now(open).status);
+    EXPECT_EQ(1000, world.now(open).leaveQty());
+    EXPECT_NE(Money(), desk.ledger(account)->frozenCash());
+
+    const QDateTime cancelled = desk.nextMessage().value();
+    EXPECT_GE(cancelled, asked.addMSecs(10));
+    EXPECT_LE(cancelled, asked.addMSecs(100));
+    desk.advance(cancelled);
     EXPECT_EQ(OrderStatus::Cancelled, world.now(open).status);
+    EXPECT_EQ(cancelled, world.now(open).changed);
     EXPECT_EQ(Money(), desk.ledger(account)->frozenCash());
+    EXPECT_EQ(QStringList{QStringLiteral("委托已撤单")}, desk.cancel({{open.id, account}}, soonAfter(cancelled)));
     desk.advance(at("2025-03-03 15:00:00"));
     EXPECT_TRUE(world.executionsOf(open).empty());
+}
+
+TEST_F(TradingDeskTest, ACancelWaitsForTheAcceptanceOfItsOrder)
+{
+    const QDateTime time = at("2025-03-03 10:00:00");
+    DeskWorld slow(kMorning, 7, {{100, 100}, {500, 500}, {10, 10}});
+    const Order order = slow.place(slow.order(share, Side::Buy, 1000, slow.price(share, time, -60)), time);
+    EXPECT_EQ(QStringList{QString()}, slow.desk.cancel({{order.id, order.tradingAccount}}, time.addMSecs(1)));
+    EXPECT_EQ(OrderStatus::ToBeCancelled, slow.now(order).status);
+    slow.desk.advance(time.addMSecs(599));
+    EXPECT_EQ(OrderStatus::ToBeCancelled, slow.now(order).status);
+    EXPECT_FALSE(slow.now(order).isAtExchange());
+    slow.desk.advance(time.addMSecs(600));
+    EXPECT_EQ(OrderStatus::Cancelled, slow.now(order).status);
+    EXPECT_TRUE(slow.now(order).isAtExchange());
+    EXPECT_EQ(Money(), slow.desk.ledger(order.tradingAccount)->frozenCash());
+}
+
+TEST_F(TradingDeskTest, ACancelThatComesTooLateTellsSo)
+{
+    const QDateTime time = at("2025-03-03 10:00:00");
+    DeskWorld slow(kMorning, 7, {{1, 1}, {5, 5}, {4000, 4000}});
+    const Order order = slow.placeAtExchange(slow.order(share, Side::Buy, share.lot), time);
+    EXPECT_EQ(QStringList{QString()}, slow.desk.cancel({{order.id, order.tradingAccount}}, soonAfter(time)));
+    slow.desk.advance(at("2025-03-03 10:00:03"));
+    EXPECT_EQ(OrderStatus::Filled, slow.now(order).status);
+    EXPECT_EQ(QString(), slow.now(order).remark);
+    slow.desk.advance(at("2025-03-03 10:00:05"));
+    EXPECT_EQ(OrderStatus::Filled, slow.now(order).status);
+    EXPECT_EQ(QStringLiteral("撤单太晚，委托已全部成交"), slow.now(order).remark);
+    EXPECT_EQ(at("2025-03-03 10:00:03"), slow.now(order).changed);
+    const OrderChanged last = slow.reported<OrderChanged>().back();
+    EXPECT_EQ(slow.now(order).remark, last.order.remark);
+}
+
+TEST_F(TradingDeskTest, AnOrderThatIsToBeCancelledCanBeFilledInPart)
+{
+    const QDateTime time = at("2025-03-03 10:00:00");
+    DeskWorld slow(kMorning, 7, {{1, 1}, {5, 5}, {4000, 4000}});
+    const qint64 volume = slow.exchange.trades(share.symbol, slow.exchange.stepAt(time) + 1)->volume;
+    const Order order = slow.placeAtExchange(slow.order(share, Side::Buy, volume), time);
+    slow.desk.cancel({{order.id, order.tradingAccount}}, soonAfter(time));
+    slow.desk.advance(at("2025-03-03 10:00:03"));
+    EXPECT_EQ(OrderStatus::ToBeCancelled, slow.now(order).status);
+    EXPECT_GT(slow.now(order).filledQty, 0);
+    slow.desk.advance(at("2025-03-03 10:00:05"));
+    EXPECT_EQ(OrderStatus::PartlyCancelled, slow.now(order).status);
+    EXPECT_EQ(0, slow.now(order).leaveQty());
+    EXPECT_EQ(Money(), slow.desk.ledger(order.tradingAccount)->frozenCash());
 }
 
 TEST_F(TradingDeskTest, ManyOrdersAreReportedOneByOneAndTheirAccountOnce)
 {
     const QDateTime time = at("2025-03-03 10:00:00");
-    desk.place(std::vector<Order>(500, world.order(share, Side::Buy, 100)), time);
+    const double low = world.price(share, time, -60);
+    desk.place(std::vector<Order>(500, world.order(share, Side::Buy, 100, low)), time);
     EXPECT_EQ(500u, world.reported<OrderEntered>().size());
     EXPECT_EQ(1u, world.reported<AssetChanged>().size());
     EXPECT_EQ(501u, world.events.size()); // buy orders freeze no position
 
     world.events.clear();
+    desk.advance(soonAfter(time));
+    EXPECT_EQ(1000u, world.reported<OrderChanged>().size()); // sent and accepted, which moves no money
+    EXPECT_EQ(1000u, world.events.size());
+}
+
+TEST_F(TradingDeskTest, TheFillsOfAStepAreReportedOneByOneAndTheirAccountOnce)
+{
+    const QDateTime time = at("2025-03-03 10:00:00");
+    desk.place(std::vector<Order>(3, world.order(share, Side::Buy, share.lot)), time);
+    desk.advance(soonAfter(time));
+    world.events.clear();
     desk.advance(time.addSecs(kStepSeconds));
-    EXPECT_EQ(500u, world.reported<OrderChanged>().size());
-    EXPECT_EQ(500u, world.reported<OrderExecuted>().size());
+    EXPECT_EQ(3u, world.reported<OrderChanged>().size());
+    EXPECT_EQ(3u, world.reported<OrderExecuted>().size());
     ASSERT_EQ(1u, world.reported<PositionChanged>().size());
-    EXPECT_GE(world.reported<PositionChanged>()[0].position.openedQty, 50000);
+    EXPECT_GE(world.reported<PositionChanged>()[0].position.openedQty, 3 * share.lot);
     ASSERT_EQ(1u, world.reported<AssetChanged>().size());
     EXPECT_EQ(QStringLiteral("A1"), world.reported<AssetChanged>()[0].tradingAccount);
     EXPECT_TRUE(std::holds_alternative<AssetChanged>(world.events.back()));
@@ -251,6 +353,7 @@ TEST_F(TradingDeskTest, ThousandsOfOpenOrdersAreCancelledAtOnce)
     EXPECT_GT(requests.size(), 1000u);
     const QStringList reasons = desk.cancel(requests, at("2025-03-03 10:11:00"));
     EXPECT_EQ(int(requests.size()), reasons.count(QString()));
+    desk.advance(at("2025-03-03 10:11:01"));
     EXPECT_EQ(Money(), desk.ledger(QStringLiteral("A1"))->frozenCash());
 }
 
@@ -301,7 +404,7 @@ TEST_F(TradingDeskTest, TimeDoesNotGoBack)
     const Order order = world.place(world.order(share, Side::Buy, 100), at("2025-03-03 09:45:00"));
     EXPECT_EQ(at("2025-03-03 10:00:00"), order.entered);
     desk.advance(at("2025-03-03 09:59:00"));
-    EXPECT_EQ(OrderStatus::Reported, world.now(order).status);
+    EXPECT_EQ(OrderStatus::ToBeSent, world.now(order).status);
 }
 
 TEST(OpeningOrders, FillWhileTheMarketGoesOn)

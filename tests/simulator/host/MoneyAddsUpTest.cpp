@@ -105,8 +105,10 @@ protected:
     {
         int total = 0;
         return BusinessDataInterface::GetOrderListByCustomKey(
-            {{Security::orderStatus, QStringList{QStringLiteral("Reported"), QStringLiteral("PartlyFilled")}}}, total,
-            0, 0, QList<QString>(), QStringList());
+            {{Security::orderStatus,
+              QStringList{QStringLiteral("ToBeSent"), QStringLiteral("Sent"), QStringLiteral("Reported"),
+                          QStringLiteral("PartlyFilled"), QStringLiteral("ToBeCancelled")}}},
+            total, 0, 0, QList<QString>(), QStringList());
     }
 
     static QList<QVariantMap> positionsOf(const QString &account)
@@ -327,6 +329,8 @@ TEST_P(MoneyAddsUpTest, ThroughThousandsOfOrdersAndCancels)
         rest.append(order.value(Security::orderID).toString());
     EXPECT_FALSE(rest.isEmpty());
     entry::cancel(rest);
+    expectItAddsUp();
+    terminal.playMarket(time.addMSecs(500)); // when no quote changes any more
     expectItAddsUp();
     for (const QString &account : qAsConst(m_accounts)) {
         const Account now = seen(account);

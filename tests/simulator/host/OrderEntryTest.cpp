@@ -78,7 +78,7 @@ TEST_F(OrderEntryTest, AnAcceptedOrderIsInTheBooksAsEntered)
     EXPECT_EQ(terminal.login().account, record.value(UserAccount::loginUserId).toString());
     EXPECT_EQ(QStringLiteral("page tag"), record.value(Varnel_Fields::ETF::UserReference3).toString());
     EXPECT_EQ(QString(), record.value(Security::algoOrderID).toString());
-    EXPECT_EQ(QStringLiteral("Reported"), record.value(Security::orderStatus).toString());
+    EXPECT_EQ(QStringLiteral("ToBeSent"), record.value(Security::orderStatus).toString());
     EXPECT_EQ(17.5, record.value(Security::price).toDouble());
     EXPECT_EQ(record, BusinessDataInterface::GetOrderDetailByOrderID(outcome.id()));
     EXPECT_EQ(before + 1, numberOfOrders());
@@ -237,10 +237,12 @@ TEST_F(OrderEntryTest, FuturesAreOpenedAndAfterHoursOrdersStayOpen)
     EXPECT_EQ(QStringLiteral("0"), place(entry::line(QStringLiteral("689803.SH"), "AfterHoursBuy", 200,
                                                      QStringLiteral("96.50"), "AfterHours"))
                                        .status());
+    EXPECT_EQ(QStringLiteral("ToBeSent"), newest().value(Security::orderStatus).toString());
+    terminal.playMarket(terminal.now().addSecs(3600));
     EXPECT_EQ(QStringLiteral("Reported"), newest().value(Security::orderStatus).toString());
 }
 
-TEST_F(OrderEntryTest, ACancelIsCompleteWhenItIsAnswered)
+TEST_F(OrderEntryTest, ACancelIsAnsweredBeforeTheExchangeHasDoneIt)
 {
     const QString id = place(entry::line(kShare, "Buy", 300, kLow)).id();
     const entry::Outcome outcome = entry::cancel(QStringList{id});
@@ -249,7 +251,10 @@ TEST_F(OrderEntryTest, ACancelIsCompleteWhenItIsAnswered)
     const QVariantMap expected{
         {Security::orderID, id}, {System::requestExeStatus, QStringLiteral("0")}, {System::textDescription, QString()}};
     EXPECT_EQ(expected, outcome.responses.first());
+    EXPECT_EQ(QStringLiteral("ToBeCancelled"), newest().value(Security::orderStatus).toString());
+    terminal.playMarket(terminal.now().addSecs(1));
     EXPECT_EQ(QStringLiteral("Cancelled"), newest().value(Security::orderStatus).toString());
+    EXPECT_EQ(QStringLiteral("委托已撤单"), entry::cancel(QStringList{id}).text());
 }
 
 TEST_F(OrderEntryTest, EachCancelIsAnsweredInItsPlace)
@@ -267,7 +272,7 @@ TEST_F(OrderEntryTest, EachCancelIsAnsweredInItsPlace)
     ASSERT_EQ(7, outcome.responses.size());
     const QString ids[] = {open, open, QStringLiteral("nothing"), open, open, refused, QString()};
     const char *texts[] = {"交易账号与委托不符", "交易账号与委托不符", "委托不存在", "",
-                           "委托已撤单",         "废单不能撤单",       "委托不存在"};
+                           "委托正在撤单",       "废单不能撤单",       "委托不存在"};
     for (int i = 0; i < 7; ++i) {
         EXPECT_EQ(ids[i], outcome.id(i));
         EXPECT_EQ(QString::fromUtf8(texts[i]), outcome.text(i));

@@ -158,12 +158,12 @@ TEST(Scenario, TheOpeningHasDefaults)
 TEST(Scenario, TheRulesDifferOnlyWhereTheFileSaysSo)
 {
     QByteArray json = good();
-    json.replace("\"seed\"", "\"busDelay\": 5, \"rules\": {\"splitProbability\": 0, \"subTypes\": {\"IndexFuture\": "
+    json.replace("\"seed\"", "\"busDelay\": 5, \"rules\": {\"participation\": 0.25, \"subTypes\": {\"IndexFuture\": "
                              "{\"largest\": 7, \"margin\": 0.3, \"priceLimit\": 0.05}}}, \"seed\"");
     const Outcome outcome = read(json);
     ASSERT_TRUE(outcome.ok) << qPrintable(outcome.error);
     EXPECT_EQ(5, outcome.scenario.busDelay);
-    EXPECT_EQ(0, outcome.scenario.rules.splitProbability);
+    EXPECT_EQ(0.25, outcome.scenario.rules.participation);
     EXPECT_EQ(MarketRules().unlimitedRise, outcome.scenario.rules.unlimitedRise);
     const Instrument &future = outcome.scenario.securities[0];
     EXPECT_EQ(7, future.maxQty);

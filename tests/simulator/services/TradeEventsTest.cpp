@@ -4,6 +4,7 @@
 #include "CUnPackMessageCommon.h"
 #include "QvPresenterClass.h"
 
+#include <algorithm>
 #include <condition_variable>
 #include <mutex>
 #include <thread>
@@ -70,6 +71,15 @@ public:
         return events;
     }
 
+    /// All events up to the one that tells that the order is in that state.
+    QList<Event> untilOrderIs(const QString &id, const char *status)
+    {
+        return until([&](const Event &event) {
+            return event.row.value(Security::orderID).toString() == id &&
+                   event.row.value(Security::orderStatus).toString() == QLatin1String(status);
+        });
+    }
+
     /// All events up to the asset event of the account, which is the last event of an order or cancel.
     QList<Event> untilAssetOf(const QString &account)
     {
@@ -127,7 +137,16 @@ TEST_F(TradeEventsTest, ANewOrderIsAnnouncedWithTheRecordOfTheList)
     const QList<Event> events = withId(listener.untilAssetOf(futuresAccount), OrderEnteredId);
     ASSERT_EQ(1, events.size());
     EXPECT_EQ(outcome.id(), events[0].row.value(Security::orderID).toString());
-    EXPECT_EQ(BusinessDataInterface::GetOrderDetailByOrderID(outcome.id()), events[0].row);
+    EXPECT_EQ(QStringLiteral("ToBeSent"), events[0].row.value(Security::orderStatus).toString());
+
+    const QList<Event> later = withId(listener.untilOrderIs(outcome.id(), "Reported"), OrderChangedId);
+    ASSERT_EQ(2, later.size());
+    EXPECT_EQ(QStringLiteral("Sent"), later[0].row.value(Security::orderStatus).toString());
+    EXPECT_EQ(BusinessDataInterface::GetOrderDetailByOrderID(outcome.id()), later[1].row);
+    QVariantMap accepted = events[0].row; // apart from its state it is the same record
+    for (const QString &field : {Security::orderStatus, QStringLiteral("exchangeOrderID")})
+        accepted[field] = later[1].row.value(field);
+    EXPECT_EQ(accepted, later[1].row);
 }
 
 TEST_F(TradeEventsTest, ARejectedOrderIsAnnouncedAsANewOrder)
@@ -143,8 +162,8 @@ TEST_F(TradeEventsTest, ARejectedOrderIsAnnouncedAsANewOrder)
 TEST_F(TradeEventsTest, AFillIsAnnouncedWithItsOrderItsPositionAndItsAccount)
 {
     const entry::Outcome outcome =
-        entry::place(futuresAccount, {entry::line(future, "SellOpen", 2, QString(), "Market")});
-    listener.untilAssetOf(futuresAccount);
+        entry::place(futuresAccount, {entry::line(future, "SellOpen", 1, QString(), "Market")});
+    listener.untilOrderIs(outcome.id(), "Reported");
     terminal.playMarket(terminal.now().addSecs(3600));
     const auto isOurs = [&](const Event &event) {
         return event.id == PersonExecution && event.row.value(Security::orderID).toString() == outcome.id();
@@ -193,12 +212,13 @@ TEST_F(TradeEventsTest, ACancelIsAnnouncedAsAChangedOrder)
 {
     const QString stockAccount = scenario.fundAccounts.first().tradingAccounts.first();
     const QString id = entry::place(stockAccount, {entry::line(share, "Buy", 100, QStringLiteral("17"))}).id();
-    listener.untilAssetOf(stockAccount);
+    listener.untilOrderIs(id, "Reported");
     EXPECT_EQ(QStringLiteral("0"), entry::cancel(QStringList{id}).status());
     const QList<Event> changes = withId(listener.untilAssetOf(stockAccount), OrderChangedId);
-    ASSERT_EQ(1, changes.size());
-    EXPECT_EQ(QStringLiteral("Cancelled"), changes[0].row.value(Security::orderStatus).toString());
-    EXPECT_EQ(BusinessDataInterface::GetOrderDetailByOrderID(id), changes[0].row);
+    ASSERT_EQ(2, changes.size());
+    EXPECT_EQ(QStringLiteral("ToBeCancelled"), changes[0].row.value(Security::orderStatus).toString());
+    EXPECT_EQ(QStringLiteral("Cancelled"), changes[1].row.value(Security::orderStatus).toString());
+    EXPECT_EQ(BusinessDataInterface::GetOrderDetailByOrderID(id), changes[1].row);
 }
 
 TEST_F(TradeEventsTest, ExecutionsOfStrategiesHaveTheirOwnEvent)
@@ -242,7 +262,9 @@ TEST_F(TradeEventsTest, AListOfOrdersCausesOneAssetEvent)
         QVector<VarnelLogic::OrderRequest>(500, entry::line(future, "BuyOpen", 1, QString(), "Market")).toList());
     const QString another = scenario.fundAccounts[3].tradingAccounts.first();
     entry::place(another, {entry::line(future, "BuyOpen", 1, QString(), "Market")});
-    const QList<Event> events = listener.untilAssetOf(another);
+    QList<Event> events = listener.untilAssetOf(another);
+    const auto isChange = [](const Event &event) { return event.id == OrderChangedId; };
+    events.erase(std::remove_if(events.begin(), events.end(), isChange), events.end()); // the list may be on its way
     EXPECT_EQ(501, withId(events, OrderEnteredId).size());
     EXPECT_EQ(2, withId(events, Asset).size());
     EXPECT_EQ(futuresAccount, events[500].row.value(UserAccount::tradingAccount).toString());

@@ -56,6 +56,7 @@ export {
   candleFields,
   fundProperties,
   klinePeriods,
+  openOrderStatuses,
   orderStatuses,
   priceTypes,
   quoteFields,

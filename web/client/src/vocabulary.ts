@@ -131,13 +131,25 @@ export const securityTypes = { share: 'Share', fund: 'Fund', bond: 'Bond', futur
 
 /** Values of orderStatus in a filter, and of an order's status. */
 export const orderStatuses = {
+  toBeSent: 'ToBeSent',
+  sent: 'Sent',
   reported: 'Reported',
   partlyFilled: 'PartlyFilled',
   filled: 'Filled',
+  toBeCancelled: 'ToBeCancelled',
   partlyCancelled: 'PartlyCancelled',
   cancelled: 'Cancelled',
   rejected: 'Rejected',
 } as const;
+
+/** The states in which an order can still change. One that is to be cancelled can still be filled. */
+export const openOrderStatuses = [
+  orderStatuses.toBeSent,
+  orderStatuses.sent,
+  orderStatuses.reported,
+  orderStatuses.partlyFilled,
+  orderStatuses.toBeCancelled,
+] as const;
 
 /**
  * Values of sideUnion and of the sides in calls. Futures use those that open or close, other securities the plain ones. A

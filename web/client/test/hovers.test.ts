@@ -42,7 +42,7 @@ describe('an editor shows at', () => {
   it.each([
     ['¦startTime', 'startTime: string', 'exchange time. In the simulator "yyyyMMdd"'],
     ['¦filter', 'filter: OrderFilter<SimulatorVocabulary>', 'Conditions.'],
-    ['¦orderStatus', 'readonly Code<"Reported" | "PartlyFilled" |', 'States of the order'],
+    ['¦orderStatus', 'readonly Code<"ToBeSent" | "Sent" |', 'States of the order'],
     ['¦symbol', 'symbol: string', 'or "" for all positions'],
     ['¦subscribed', 'subscribed: boolean', 'True begins the subscription, false ends it.'],
   ])('the argument %s its type and comment', (place, type, text) => {
@@ -55,7 +55,7 @@ describe('an editor shows at', () => {
     ['¦entrustInfoList', 'entrustInfoList: Entrust<SimulatorVocabulary>[]', 'The orders of this part.'],
     ['¦entrustQty', 'entrustQty: Cell<Json>', 'Quantity ordered, in shares, bonds or contracts.'],
     ['¦side', 'side: Cell<Code<"Buy" | "Sell" |', 'only buy or sell, for futures too'],
-    ['¦userRole', 'userRole: Code<"Reported" |', 'The value behind the text'],
+    ['¦userRole', 'Cell<Code<"ToBeSent" |', 'The value behind the text'],
     ['¦currentQty', 'currentQty: Json', 'Quantity held, in shares, bonds or contracts.'],
     ['¦bidQtys', 'bidQtys: number[]', 'How much is wanted at each of `bidPrices`'],
   ])('the field %s of a record its type and unit', (place, type, text) => {

@@ -32,7 +32,8 @@ function range({ minimum, exclusiveMinimum, maximum, exclusiveMaximum }: Schema)
     .join('');
 }
 
-const subTypeRules = '#/$defs/subTypeRules';
+/** What several keys have in common: one table of each is enough. */
+const shared = ['subTypeRules', 'delay'];
 
 /** One table for the scenario, and one for each object in it. */
 export function scenarioTables(root: Schema): Record<string, string> {
@@ -66,11 +67,11 @@ export function scenarioTables(root: Schema): Record<string, string> {
     for (const [key, property] of Object.entries(properties)) {
       const { items } = resolved(property);
       const below = items ?? property;
-      // The sub-types all have the same rules: one table is enough.
-      if (resolved(below).properties && below.$ref !== subTypeRules) add(`${name}.${key}`, below);
+      const isShared = shared.some((definition) => below.$ref === `#/$defs/${definition}`);
+      if (resolved(below).properties && !isShared) add(`${name}.${key}`, below);
     }
   };
   add('scenario', root);
-  add('subTypeRules', { $ref: subTypeRules });
+  for (const definition of shared) add(definition, { $ref: `#/$defs/${definition}` });
   return tables;
 }

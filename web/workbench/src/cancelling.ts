@@ -4,8 +4,9 @@ import { OutcomeUnknownError, UnexpectedReplyError, type CancelledOrder, type Co
 export const portion = 1000;
 
 export interface Cancels {
-  cancelled: number;
-  /** Orders that the terminal did not cancel, with its reasons. */
+  /** How many orders are to be cancelled. Their states tell what becomes of that. */
+  accepted: number;
+  /** Orders that the terminal did not take to cancel, with its reasons. */
   refused: readonly { orderId: string; reason: string }[];
   /** Orders of a call without an answer: nobody knows whether they are cancelled. */
   unknown: readonly string[];
@@ -35,8 +36,8 @@ export async function cancelOrders(
   return { ...counted(answers), unknown: [], unsent: [] };
 }
 
-function counted(answers: readonly CancelledOrder[]): Pick<Cancels, 'cancelled' | 'refused'> {
+function counted(answers: readonly CancelledOrder[]): Pick<Cancels, 'accepted' | 'refused'> {
   const failed = answers.filter(({ code }) => code !== '0');
   const refused = failed.map(({ orderId, msg }) => ({ orderId: String(orderId), reason: String(msg) }));
-  return { cancelled: answers.length - refused.length, refused };
+  return { accepted: answers.length - refused.length, refused };
 }

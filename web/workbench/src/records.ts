@@ -1,4 +1,5 @@
 import {
+  openOrderStatuses,
   orderStatuses,
   type Cell,
   type Entrust,
@@ -14,10 +15,11 @@ type Row = Entrust | Execution;
 export const orderIdOf = ({ orderId }: Row) => valueOf(orderId);
 export const executionIdOf = ({ execId }: Execution) => valueOf(execId);
 
-/** The states in which an order can still be filled or cancelled. */
-export const openStatuses: readonly string[] = [orderStatuses.reported, orderStatuses.partlyFilled];
-
-export const isOpen = ({ status }: Pick<Entrust, 'status'>) => openStatuses.includes(valueOf(status));
+/** Whether the order is open and nobody has asked to cancel it yet. */
+export function canBeCancelled({ status }: Pick<Entrust, 'status'>): boolean {
+  const open: readonly string[] = openOrderStatuses;
+  return open.includes(valueOf(status)) && valueOf(status) !== orderStatuses.toBeCancelled;
+}
 
 /** The status in the language of the desk: the terminal's own text in Chinese. */
 export function statusText({ status }: Entrust, t: Texts): string {

@@ -229,14 +229,14 @@ describe('cancelling', () => {
 
   it('takes a call for each thousand', async () => {
     const { calls, sdk } = terminal(done);
-    expect(await cancelOrders(sdk, ids)).toEqual({ cancelled: 2500, refused: [], unknown: [], unsent: [] });
+    expect(await cancelOrders(sdk, ids)).toEqual({ accepted: 2500, refused: [], unknown: [], unsent: [] });
     expect(calls).toEqual([1000, 1000, 500]);
   });
 
   it('names the orders that were not cancelled', async () => {
     const { sdk } = terminal((list) => list.map((orderId) => ({ orderId, code: '-1', msg: '委托不存在' })));
     expect(await cancelOrders(sdk, ['a'])).toEqual({
-      cancelled: 0,
+      accepted: 0,
       refused: [{ orderId: 'a', reason: '委托不存在' }],
       unknown: [],
       unsent: [],
@@ -251,7 +251,7 @@ describe('cancelling', () => {
     });
     const cancels = await cancelOrders(sdk, ids);
     expect(calls).toEqual([1000, 1000]);
-    expect(cancels).toMatchObject({ cancelled: 1000, refused: [], error: lost });
+    expect(cancels).toMatchObject({ accepted: 1000, refused: [], error: lost });
     expect(cancels.unknown).toEqual(ids.slice(1000, 2000));
     expect(cancels.unsent).toEqual(ids.slice(2000));
   });
@@ -260,6 +260,6 @@ describe('cancelling', () => {
     const { sdk } = terminal(() => {
       throw new Error('no connection');
     });
-    expect(await cancelOrders(sdk, ids)).toMatchObject({ cancelled: 0, unknown: [], unsent: ids });
+    expect(await cancelOrders(sdk, ids)).toMatchObject({ accepted: 0, unknown: [], unsent: ids });
   });
 });

@@ -2,7 +2,7 @@ import type { Connection, Entrust } from '@varnel/web-client';
 import { createContext, useCallback, useContext, useMemo, useState } from 'react';
 import { cancelOrders, type Cancels } from '../cancelling';
 import type { Watched } from '../live/useWatch';
-import { isOpen, orderIdOf } from '../records';
+import { canBeCancelled, orderIdOf } from '../records';
 import { cellColumn } from '../table/cellColumn';
 import { DataTable } from '../table/DataTable';
 import type { Column } from '../table/types';
@@ -71,7 +71,10 @@ export function BlotterPanel({ sdk, open, latest, asked, onAsk }: Props) {
   const [command, run] = useCommand<Cancels>();
   const isBusy = command.phase === 'busy';
 
-  const openById = useMemo(() => new Map(open.items.map((order) => [orderIdOf(order), order])), [open.items]);
+  const openById = useMemo(
+    () => new Map(open.items.filter(canBeCancelled).map((order) => [orderIdOf(order), order])),
+    [open.items],
+  );
   const cancellable = useMemo(() => [...picked].filter((id) => openById.has(id)), [picked, openById]);
 
   const cancel = useCallback(
@@ -102,7 +105,7 @@ export function BlotterPanel({ sdk, open, latest, asked, onAsk }: Props) {
         kind: 'control',
         width: 9,
         value: () => '',
-        write: (order) => isOpen(order) && <OrderControls id={orderIdOf(order)} />,
+        write: (order) => canBeCancelled(order) && <OrderControls id={orderIdOf(order)} />,
       },
       ...shown.map((key) => cellColumn<Entrust>(key, t)),
       ...extra.map((key) => ({ ...cellColumn<Entrust>(key, t), isExtra: true })),
@@ -141,10 +144,10 @@ export function BlotterPanel({ sdk, open, latest, asked, onAsk }: Props) {
       <button
         type="button"
         data-testid="cancel-all"
-        disabled={isBusy || open.items.length === 0}
-        onClick={() => onAsk(open.items.map(orderIdOf))}
+        disabled={isBusy || openById.size === 0}
+        onClick={() => onAsk([...openById.keys()])}
       >
-        {t.cancelAll(open.items.length)}
+        {t.cancelAll(openById.size)}
       </button>
     </div>
   );

@@ -4,11 +4,11 @@ import { useTexts } from '../texts/useTexts';
 const named = 20;
 
 /** What became of cancels. */
-export function CancelOutcome({ cancels: { cancelled, refused, unknown, unsent } }: { cancels: Cancels }) {
+export function CancelOutcome({ cancels: { accepted, refused, unknown, unsent } }: { cancels: Cancels }) {
   const t = useTexts();
   return (
     <>
-      {cancelled > 0 && <p role="status">{t.cancelledCount(cancelled)}</p>}
+      {accepted > 0 && <p role="status">{t.cancelsAccepted(accepted)}</p>}
       {refused.length > 0 && (
         <div className="problem" role="alert">
           {t.cancelRefused(refused.length)}

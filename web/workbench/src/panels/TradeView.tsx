@@ -1,10 +1,17 @@
-import { fundProperties, type Connection, type Entrust, type Execution, type Position } from '@varnel/web-client';
+import {
+  fundProperties,
+  openOrderStatuses,
+  type Connection,
+  type Entrust,
+  type Execution,
+  type Position,
+} from '@varnel/web-client';
 import { useCallback, useMemo, useRef, useState } from 'react';
 import { flushSync } from 'react-dom';
 import { useHotKeys } from '../hotkeys';
 import { lastOf } from '../lastOf';
 import { useWatch, type StartWatch, type Watched } from '../live/useWatch';
-import { newestFirst, openStatuses, orderIdOf } from '../records';
+import { canBeCancelled, newestFirst, orderIdOf } from '../records';
 import { useTexts } from '../texts/useTexts';
 import { sideFor, type Direction } from '../ticket';
 import { Split } from '../ui/Split';
@@ -58,7 +65,7 @@ export function TradeView({ sdk, proposal }: Props) {
 
   const open = useNewestFirst(
     useCallback<StartWatch<Entrust>>(
-      (listener) => sdk.watchOrders({ filter: { orderStatus: [...openStatuses] } }, listener),
+      (listener) => sdk.watchOrders({ filter: { orderStatus: openOrderStatuses } }, listener),
       [sdk],
     ),
   );
@@ -102,7 +109,7 @@ export function TradeView({ sdk, proposal }: Props) {
 
   const take = (direction: Direction) => () =>
     ticket.change({ orderSide: sideFor(direction, ticket.security, ticket.draft.orderSide) });
-  const openIds = () => open.items.map(orderIdOf);
+  const openIds = () => open.items.filter(canBeCancelled).map(orderIdOf);
   useHotKeys({
     ticket: () => focus('[name="symbol"]'),
     buy: take('buy'),

@@ -21,9 +21,12 @@ export const codes = {
     [priceTypes.afterHours]: ['盘后定价', 'After hours'],
   } satisfies Record<Code<typeof priceTypes>, Text>,
   status: {
+    [orderStatuses.toBeSent]: ['待报', 'To be sent'],
+    [orderStatuses.sent]: ['正报', 'Sent'],
     [orderStatuses.reported]: ['已报', 'Reported'],
     [orderStatuses.partlyFilled]: ['部分成交', 'Partly filled'],
     [orderStatuses.filled]: ['全部成交', 'Filled'],
+    [orderStatuses.toBeCancelled]: ['待撤', 'To be cancelled'],
     [orderStatuses.partlyCancelled]: ['部成部撤', 'Partly cancelled'],
     [orderStatuses.cancelled]: ['已撤', 'Cancelled'],
     [orderStatuses.rejected]: ['废单', 'Rejected'],

@@ -131,9 +131,9 @@ export const trading = {
     (count: number) => `Cancel ${orders(count)}?`,
   ),
   cancelNow: ['确认撤单', 'Cancel them now'],
-  cancelledCount: withParts(
-    (count: number) => `已撤 ${count} 笔`,
-    (count: number) => `${orders(count)} cancelled`,
+  cancelsAccepted: withParts(
+    (count: number) => `已提交撤单 ${count} 笔`,
+    (count: number) => `Asked to cancel ${orders(count)}`,
   ),
   cancelRefused: withParts(
     (count: number) => `未能撤销 ${count} 笔`,
