@@ -111,8 +111,6 @@ std::vector<Order> TradingDesk::place(const std::vector<Order> &orders, const QD
                                              m_exchange.limits(order.instrument->symbol, m_step));
             const Order &asEntered = orderAt(number);
             if (asEntered.isOpen()) {
-                if (request.comesTooLate)
-                    m_filledBeforeCancel.insert(number);
                 sent.push_back(number);
                 touch(asEntered, false);
             }
@@ -144,6 +142,8 @@ QStringList TradingDesk::cancel(const std::vector<CancelRequest> &requests, cons
             m_books.requestCancel(number, m_now);
             noteChange(number);
             areAtExchange = areAtExchange && orderAt(number).isAtExchange();
+            if (request.comesTooLate)
+                m_filledBeforeCancel.insert(number);
             sent.push_back(number);
         }
         if (!sent.empty())
