@@ -45,6 +45,10 @@ else()
             -fsanitize=${VARNEL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
         target_link_options(varnel_build_options INTERFACE -fsanitize=${VARNEL_SANITIZE})
     endif()
+    if(VARNEL_COVERAGE)
+        target_compile_options(varnel_build_options INTERFACE -fprofile-instr-generate -fcoverage-mapping)
+        target_link_options(varnel_build_options INTERFACE -fprofile-instr-generate)
+    endif()
 endif()
 
 # One GoogleTest executable; every case becomes a CTest test in a process of its own, because the library's

@@ -94,6 +94,7 @@ declare -A packages=(
     [window]='qtwebengine5-dev libqt5webchannel5-dev fonts-wqy-zenhei'
     [browser]='chromium:chromium fonts-wqy-zenhei'
     [clang]='clang:clang++ libclang-rt-14-dev llvm:llvm-symbolizer'
+    [coverage]='llvm:llvm-cov python3:python3'
     [windows]='g++-mingw-w64-x86-64-posix:x86_64-w64-mingw32-g++-posix wine64 googletest dpkg-dev:dpkg-source xz-utils:xz'
     [mutate]='python3:python3'
     [docs]='doxygen:doxygen python3:python3'
