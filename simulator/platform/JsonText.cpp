@@ -34,12 +34,18 @@ public:
         add(JsonValue::Bool).isTrue = isTrue;
         return true;
     }
-    bool Int(int number) { return addNumber(number); }
-    bool Uint(unsigned number) { return addNumber(number); }
-    bool Int64(int64_t number) { return addNumber(double(number)); }
-    bool Uint64(uint64_t number) { return addNumber(double(number)); }
-    bool Double(double number) { return addNumber(number); }
-    bool RawNumber(const char *, rapidjson::SizeType, bool) { return false; } // the reader is not told to send these
+    bool RawNumber(const char *text, rapidjson::SizeType length, bool)
+    {
+        // Qt reads it: for a zero of many digits RapidJSON 1.1 shifts by what is no number of bits.
+        add(JsonValue::Number).number = QByteArray(text, int(length)).toDouble();
+        return true;
+    }
+    // The reader is not told to send these.
+    bool Int(int) { return false; }
+    bool Uint(unsigned) { return false; }
+    bool Int64(int64_t) { return false; }
+    bool Uint64(uint64_t) { return false; }
+    bool Double(double) { return false; }
     bool String(const char *text, rapidjson::SizeType length, bool)
     {
         add(JsonValue::Text).text = QString::fromUtf8(text, int(length));
@@ -81,12 +87,6 @@ private:
         return *value;
     }
 
-    bool addNumber(double number)
-    {
-        add(JsonValue::Number).number = number;
-        return true;
-    }
-
     bool open(JsonValue::Type type)
     {
         // Only closed values move when another is added, so the pointers stay good.
@@ -121,7 +121,7 @@ JsonSyntaxError parseJson(const QByteArray &text, JsonValue &root)
     }
     rapidjson::Reader reader;
     Builder builder(text, stream, root);
-    constexpr unsigned kFlags = rapidjson::kParseFullPrecisionFlag | rapidjson::kParseValidateEncodingFlag;
+    constexpr unsigned kFlags = rapidjson::kParseNumbersAsStringsFlag | rapidjson::kParseValidateEncodingFlag;
     const rapidjson::ParseResult result = reader.Parse<kFlags>(stream, builder);
     if (!result.IsError())
         return {};

@@ -38,15 +38,22 @@ void readAnything(const QByteArray &text)
     require(reader.lastPage() >= 0, "there is no such page");
 }
 
+/// A text that a scenario or a settings file can be: both are read as UTF-8, where Qt drops a mark at the beginning and
+/// ends at a NUL, and a file with a NUL is neither.
+QByteArray anyFile(Decisions &decisions)
+{
+    return anyText(decisions).remove(QChar(0xfeff)).remove(QChar(0)).toUtf8();
+}
+
 /// What was written is read as it was. Arguments are those that JSON can hold, as calls and events have them.
 void writeAndRead(Decisions &decisions)
 {
     RecordingHead head;
     head.simulator = anyText(decisions);
-    head.scenario = anyText(decisions).toUtf8();
+    head.scenario = anyFile(decisions);
     head.seed = decisions.bits<quint64>();
     head.login = anyText(decisions);
-    head.settings = anyText(decisions).toUtf8();
+    head.settings = anyFile(decisions);
     traffic::Entry entry;
     entry.kind = traffic::Entry::Call;
     entry.page = decisions.bits<quint16>();

@@ -26,7 +26,7 @@ const { values: options } = parseArgs({
 const minutes = Number(options.minutes);
 
 /** Memory that may stay: allocators keep some, and each order of the day stays in the books. */
-const spareMiB = 24;
+const spareMiB = 8;
 const spareOfAnOrder = 4 / 1024;
 
 /** Two minutes without any answer: then those that are missing do not come. */
@@ -43,13 +43,16 @@ function generator(seed) {
   };
 }
 
+/** glibc gives back to the system at once what is freed, so that the resident memory tells what is held. */
+const allocator = { MALLOC_ARENA_MAX: '1', MALLOC_MMAP_THRESHOLD_: '65536', MALLOC_TRIM_THRESHOLD_: '65536' };
+
 async function start() {
   // Settings are kept beside the program: this run gets its own.
   const home = mkdtempSync(join(dirname(options.simulator), 'soak-'));
   const program = join(home, 'varnel-simulator');
   linkSync(options.simulator, program);
   const args = ['--port', '0', '--scenario', options.scenario, '--speed', options.speed];
-  const child = spawn(program, args, { stdio: ['ignore', 'pipe', 'pipe'] });
+  const child = spawn(program, args, { stdio: ['ignore', 'pipe', 'pipe'], env: { ...process.env, ...allocator } });
   process.on('exit', () => child.kill('SIGKILL')); // after an error
   const log = [];
   child.stderr.setEncoding('utf8').on('data', (text) => log.push(...text.split('\n').filter((line) => line !== '')));
@@ -98,11 +101,18 @@ async function silence(tally, isOver) {
   throw new Error(`no answers for ${silentSeconds} s to ${[...new Set(tally.waiting)].join(', ')}`);
 }
 
+/** The traffic log keeps the latest 20,000 entries, long ones among them. Afterwards it has these short ones instead. */
+async function emptyLog(page) {
+  for (let batch = 0; batch < 100; batch += 1)
+    await Promise.all(Array.from({ length: 100 }, () => page.call('Data_getToken_REQ')));
+}
+
 /** The money, the number of orders, and what the process holds when no other page is there. */
 async function takeStock(simulator, world, descriptors) {
   const page = await Page.open(simulator.url, world.tally);
   await cancelAll(page, world.funds, world.tally.faults);
   const money = await readMoney(page, world.funds, world.tally.faults);
+  await emptyLog(page);
   const { totalSize: orders } = await page.result('Data_getEntrustList_REQ', '{}', 0, 1);
   return { page, money, orders, figures: await figuresAtRest(simulator.pid, descriptors) };
 }
