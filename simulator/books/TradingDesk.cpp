@@ -110,7 +110,7 @@ std::vector<Order> TradingDesk::place(const std::vector<Order> &orders, const QD
             const Ledger &ledger = *m_books.ledger(order.tradingAccount);
             if (!withFrozen.contains(order.tradingAccount))
                 withFrozen.insert(order.tradingAccount, ledger.value(prices).available + ledger.frozenCash());
-            enter(order, withFrozen[order.tradingAccount] - ledger.frozenCash(), sent);
+            enter(order, withFrozen[order.tradingAccount] - ledger.frozenCash(), order.remark, sent);
             entered.push_back(m_books.orders().back());
         }
         reportTouched();
@@ -122,13 +122,13 @@ std::vector<Order> TradingDesk::place(const std::vector<Order> &orders, const QD
     return entered;
 }
 
-void TradingDesk::enter(const Order &order, Money available, std::vector<int> &sent)
+void TradingDesk::enter(const Order &order, Money available, const QString &refusal, std::vector<int> &sent)
 {
     Order entered = order;
     entered.entered = m_now;
     const QString &symbol = order.instrument->symbol;
-    const QString refusal = m_exchange.isHalted(symbol, m_step + 1) ? kHalted : QString();
-    const int number = m_books.enter(entered, available, m_exchange.limits(symbol, m_step), refusal);
+    const QString reason = m_exchange.isHalted(symbol, m_step + 1) ? kHalted : refusal;
+    const int number = m_books.enter(entered, available, m_exchange.limits(symbol, m_step), reason);
     const Order &asEntered = orderAt(number);
     if (asEntered.isOpen()) {
         sent.push_back(number);
@@ -260,7 +260,7 @@ void TradingDesk::beginDay()
             cancelByBroker(number, QStringLiteral("保证金不足，撤销委托"));
         std::vector<int> sent;
         for (const Order &order : settlement::closingOrders(m_books, m_exchange, account, m_step))
-            enter(order, Money(), sent);
+            enter(order, Money(), {}, sent);
         if (!sent.empty())
             m_messages.sendOrders(sent, m_now);
     }

@@ -105,8 +105,8 @@ private:
     void beginDay();
     void settleDay();
     void cancelByBroker(int number, const QString &reason);
-    void enter(const Order &order, Money available,
-               std::vector<int> &sent); ///< sent: gets its number if it is accepted
+    /// refusal: why the broker refuses the order. sent: gets its number if it is accepted.
+    void enter(const Order &order, Money available, const QString &refusal, std::vector<int> &sent);
     void touch(const Order &order, bool isFill);
     void reportTouched(); ///< adds one event for each touched position and account, at the end of what was played
 
