@@ -43,9 +43,8 @@ public:
     Ledger *ledgerToOpen(const QString &tradingAccount);
 
     /// Enters an order of a known trading account and returns its number. The broker rejects the order when it breaks a
-    /// rule, exceeds the price limits or costs more than the account has, or when its remark says already why; otherwise
-    /// it is to be sent. available: the
-    /// account's money for new orders.
+    /// rule, exceeds the price limits or costs more than the account has, or when its remark says already why;
+    /// otherwise it is to be sent. available: the account's money for new orders.
     int enter(Order order, Money available, const PriceLimits &limits);
 
     // The states of an open order. An order that is to be cancelled stays so while it is sent, accepted or partly

@@ -112,8 +112,8 @@ public:
 private:
     const QVector<QuoteLevel> &othersOf(int sign) const { return sign < 0 ? m_trades.asks : m_trades.bids; }
 
-    /// Fills the first order as far as offer and volume go. Returns how much of the offer that uses up, in whole lots, so
-    /// that every offer stays in whole lots. Only the end of an order is less than a lot.
+    /// Fills the first order as far as offer and volume go. Returns how much of the offer that uses up, in whole lots,
+    /// so that every offer stays in whole lots. Only the end of an order is less than a lot.
     qint64 fillFirst(Levels &queue, double price, qint64 offered)
     {
         Level &level = queue.begin()->second;
@@ -236,8 +236,8 @@ Matching::Outcome Matching::play(const Exchange &exchange, qint64 step)
     return outcome;
 }
 
-/// Nothing where no order can trade, which is found out with the last price alone: most orders wait far away, and the last
-/// price is the best level of one side.
+/// Nothing where no order can trade, which is found out with the last price alone: most orders wait far away, and the
+/// last price is the best level of one side.
 std::optional<StepTrades> Matching::tradesThatReach(const Levels &buys, const Levels &sells,
                                                     const Instrument &instrument, const Exchange &exchange, qint64 step)
 {

@@ -19,10 +19,10 @@ struct Order;
 /// The orders that the exchange has accepted, by security, side and price, and what fills them at each step.
 ///
 /// An order that reaches the other side of the market takes the displayed levels there, at their prices. An order that
-/// waits at the price that trades is filled when what was displayed there before it has traded. At the opening and after
-/// hours there is one price, at which all orders fill that allow it. Orders with a better price come first, and at one
-/// price the earlier ones. All together they get a part of the volume of the step (MarketRules::participation), in whole
-/// lots.
+/// waits at the price that trades is filled when what was displayed there before it has traded. At the opening and
+/// after hours there is one price, at which all orders fill that allow it. Orders with a better price come first, and
+/// at one price the earlier ones. All together they get a part of the volume of the step (MarketRules::participation),
+/// in whole lots.
 ///
 /// A plain value; the TradingDesk has one and guards it.
 class Matching {
@@ -60,8 +60,8 @@ public:
 private:
     struct Waiting {
         qint64 open;
-        qint64 turn; ///< the volume of others at this price that must have traded, counted in Level::traded
-        int stepsLeft = 0;           ///< for an order at market price
+        qint64 turn;       ///< the volume of others at this price that must have traded, counted in Level::traded
+        int stepsLeft = 0; ///< for an order at market price
     };
 
     /// The orders at one price, by number, which is the order of their acceptance.

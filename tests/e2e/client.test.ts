@@ -1,4 +1,4 @@
-import type { Connection } from '@varnel/web-client';
+import { openOrderStatuses, type Connection } from '@varnel/web-client';
 import { connectSimulator } from '@varnel/web-client/simulator';
 import { execFile } from 'node:child_process';
 import { join } from 'node:path';
@@ -148,9 +148,8 @@ test.describe('an order without an answer', () => {
     leaving.abort();
     expect(await placing).toMatchObject({ outcome: 'unknown', orderTag: 'left' });
     const found = await sdk.findOrders({ orderTag: 'left', fundAccount });
-    expect(found.map(({ orderSource, status }) => [orderSource.userRole, status.userRole])).toEqual([
-      ['left', 'Reported'],
-    ]);
+    expect(found.map(({ orderSource }) => orderSource.userRole)).toEqual(['left']);
+    expect(openOrderStatuses).toContain(found[0]!.status.userRole);
     sdk.close();
   });
 });

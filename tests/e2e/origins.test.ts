@@ -132,11 +132,14 @@ test('a page of an allowed origin shows the workbench in a frame', async ({ serv
     ['--port', '0', '--root', roots.workbench, '--allow-origin', server.origin],
     home.program,
   );
-  const url = await simulator.listening();
-  await page.goto(server.origin);
-  await frame(page, url);
-  await expect(page.frameLocator('iframe').getByTestId('split-desk')).toBeVisible();
-  await simulator.stop();
+  try {
+    const url = await simulator.listening();
+    await page.goto(server.origin);
+    await frame(page, url);
+    await expect(page.frameLocator('iframe').getByTestId('split-desk')).toBeVisible();
+  } finally {
+    await simulator.stop();
+  }
 });
 
 test('a page of the simulator shows another one in a frame', async ({ page, url }) => {

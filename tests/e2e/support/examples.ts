@@ -167,7 +167,9 @@ async function orders(page: ExamplePage): Promise<void> {
   const order = await page.call('Trade_insertOrder_REQ', account, symbol, 'SH', ...buy);
   await Promise.all(placed);
   await page.call('Data_getEntrustList_REQ', JSON.stringify({ fundAccount: [account], symbol: [symbol] }), 0, 1);
+  const cancelled = page.push('on_entrustUpdate', ([orders]) => String(orders).includes('"Cancelled"'));
   await page.call('Trade_reqCancelOrder_REQ', (order!.resultData as { orderID: string }).orderID);
+  await cancelled; // from here on the money is free again
 
   const reserved = page.push('on_positionUpdate');
   const sell = { symbol, exchange: 'SH', orderSide: 'Sell', priceType: 'Limit', price: '14.50', qty: '100' };
