@@ -28,6 +28,7 @@ const QString kWindow = QStringLiteral("window");
 const QString kConfirmOrders = QStringLiteral("confirm-orders");
 const QString kOpen = QStringLiteral("open");
 const QString kReplay = QStringLiteral("replay"); // a word, and not an option
+const QString kFault = QStringLiteral("fault");
 const QString kRecord = QStringLiteral("record");
 const QString kStep = QStringLiteral("step");
 const QString kVerify = QStringLiteral("verify");
@@ -88,6 +89,8 @@ void addOptions(QCommandLineParser &parser)
         {kWindow, QStringLiteral("Open a window whose tabs show pages as the terminal does.")},
         {kConfirmOrders, QStringLiteral("Ask in the window before orders are placed.")},
         {kOpen, QStringLiteral("Open the address in the browser of the desktop.")},
+        {kFault, QStringLiteral("Begin with this fault. May be repeated. The faults are listed below."),
+         QStringLiteral("NAME[=VALUE]")},
         {kRecord, QStringLiteral("Record all calls, answers and events of this run in the file."),
          QStringLiteral("FILE")},
         {kStep, QStringLiteral("With replay: play one call for each Enter.")},
@@ -96,6 +99,19 @@ void addOptions(QCommandLineParser &parser)
         {{QStringLiteral("h"), kHelp}, QStringLiteral("Show this help.")},
         {{QStringLiteral("v"), kVersion}, QStringLiteral("Show the version.")},
     });
+}
+
+/// The table of the faults.
+QString faultsForHelp()
+{
+    QString text = QStringLiteral("\nFaults:\n");
+    for (const FaultInfo &info : Faults::all()) {
+        const QString value = info.kind == FaultKind::Switch  ? QString()
+                              : info.kind == FaultKind::Count ? QStringLiteral("[=N]")
+                                                              : QStringLiteral("=MS");
+        text += QStringLiteral("  %1\n      %2\n").arg(QLatin1String(info.name) + value, QLatin1String(info.sentence));
+    }
+    return text;
 }
 
 } // namespace
@@ -111,7 +127,7 @@ CommandLine::Outcome CommandLine::parse(const QStringList &arguments)
     if (!parser.parse(arguments))
         return refuse(parser.errorText());
     if (parser.isSet(kHelp)) {
-        text = parser.helpText();
+        text = parser.helpText() + faultsForHelp();
         return ShowText;
     }
     if (parser.isSet(kVersion)) {
@@ -200,7 +216,7 @@ QString CommandLine::checkReplay(const QCommandLineParser &parser)
     const QString file = parser.positionalArguments().value(1);
     if (file.isEmpty())
         return QStringLiteral("replay needs one file");
-    for (const QString &option : {kScenario, kSeed, kLogin, kRecord}) {
+    for (const QString &option : {kScenario, kSeed, kLogin, kFault, kRecord}) {
         if (parser.isSet(option))
             return QStringLiteral("--%1 is not for replay: the recording has it").arg(option);
     }
@@ -249,6 +265,12 @@ QString CommandLine::checkWithScenario(const QCommandLineParser &parser)
         scenario.seed = parser.value(kSeed).toULongLong(&ok);
     if (!ok)
         return QStringLiteral("--seed \"%1\" is not a whole number").arg(parser.value(kSeed));
+    for (const QString &fault : parser.values(kFault)) {
+        FaultSetting setting;
+        if (const QString problem = Faults::parse(fault, setting); !problem.isEmpty())
+            return QStringLiteral("--fault ") + problem;
+        scenario.faults.append(setting);
+    }
     return logIn(parser.isSet(kLogin) ? parser.value(kLogin) : scenario.logins.first().account,
                  QStringLiteral("--login"));
 }

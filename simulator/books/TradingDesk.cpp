@@ -142,6 +142,8 @@ QStringList TradingDesk::cancel(const std::vector<CancelRequest> &requests, cons
             m_books.requestCancel(number, m_now);
             noteChange(number);
             areAtExchange = areAtExchange && orderAt(number).isAtExchange();
+            if (request.comesTooLate)
+                m_filledBeforeCancel.insert(number);
             sent.push_back(number);
         }
         if (!sent.empty())
@@ -259,7 +261,12 @@ void TradingDesk::reachExchange(int number)
 void TradingDesk::cancelAtExchange(int number)
 {
     const Order &order = orderAt(number);
-    if (order.isOpen()) {
+    const bool isLate = m_filledBeforeCancel.erase(number) > 0;
+    if (isLate && order.isOpen() && order.isAtExchange() && order.price > 0) {
+        m_matching.remove(number, order);
+        fill({number, order.price, order.leaveQty()});
+        m_books.noteLateCancel(number);
+    } else if (order.isOpen()) {
         m_matching.remove(number, order);
         m_books.cancel(number, m_now);
         touch(order, false);

@@ -13,6 +13,7 @@
 #include <functional>
 #include <mutex>
 #include <optional>
+#include <set>
 
 namespace sim {
 
@@ -46,6 +47,7 @@ public:
     struct CancelRequest {
         QString orderId;
         QString tradingAccount;
+        bool comesTooLate = false; ///< the exchange fills the order at its limit just before
     };
 
     /// Opens the books for the start time. Accounts and exchange must outlive the desk.
@@ -113,6 +115,7 @@ private:
     mutable std::mutex m_mutex;
     Books m_books;
     OrderMessages m_messages;
+    std::set<int> m_filledBeforeCancel; ///< the orders whose cancels come too late
     Matching m_matching;
     QDateTime m_now;
     qint64 m_step;                              ///< the last step that was played

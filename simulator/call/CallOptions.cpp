@@ -1,5 +1,7 @@
 #include "call/CallOptions.h"
 
+#include "platform/Command.h"
+
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QJsonArray>
@@ -14,6 +16,7 @@ constexpr int kMaxSeconds = 24 * 60 * 60;
 const QString kPort = QStringLiteral("port");
 const QString kTimeout = QStringLiteral("timeout");
 const QString kJson = QStringLiteral("json");
+const QString kControl = QStringLiteral("control");
 const QString kFollow = QStringLiteral("follow");
 const QString kSubscribe = QStringLiteral("subscribe");
 const QString kCount = QStringLiteral("count");
@@ -31,6 +34,8 @@ void addOptions(QCommandLineParser &parser)
         {kTimeout, QStringLiteral("Wait so long for the reply (default 10), or for each event (default: without end)."),
          QStringLiteral("SECONDS")},
         {kJson, QStringLiteral("Read each argument as JSON: \"text\", 5, true, {…}, […]. Without it each is a text.")},
+        {kControl, QStringLiteral("Give the simulator a command, such as: --control fault refuse-orders=3. Without one "
+                                  "print its state. The commands are listed below.")},
         {kFollow, QStringLiteral("Print each event of these names as it comes.")},
         {kSubscribe, QStringLiteral("With --follow: subscribe to the quotes of these symbols first."),
          QStringLiteral("SYMBOL,…")},
@@ -42,7 +47,7 @@ void addOptions(QCommandLineParser &parser)
         QStringLiteral("METHOD"),
         QStringLiteral(
             "The call, such as Data_getToken_REQ, and its arguments behind the uuid. Options come before it."),
-        QStringLiteral("METHOD [ARG…] | --follow EVENT…"));
+        QStringLiteral("METHOD [ARG…] | --follow EVENT… | --control [COMMAND [ARG…]]"));
     // An argument may begin with a minus, such as a number.
     parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
 }
@@ -55,6 +60,19 @@ std::optional<QVariant> valueOf(const QString &json)
     if (!document.isArray() || document.array().size() != 1)
         return std::nullopt;
     return document.array().first().toVariant();
+}
+
+/// The tables of the commands and of the faults.
+QString commandsForHelp()
+{
+    QString text = QStringLiteral("\nCommands:\n");
+    for (const CommandInfo &info : Command::all())
+        text += QStringLiteral("  %1 %2\n      %3\n")
+                    .arg(QLatin1String(info.word), QLatin1String(info.argument), QLatin1String(info.sentence));
+    text += QStringLiteral("\nFaults:\n");
+    for (const FaultInfo &info : Faults::all())
+        text += QStringLiteral("  %1\n      %2\n").arg(QLatin1String(info.name), QLatin1String(info.sentence));
+    return text;
 }
 
 /// The whole number of an option from 1 to most; nothing when it is none.
@@ -76,7 +94,7 @@ CallOptions::Outcome CallOptions::parse(const QStringList &arguments)
         return Refuse;
     }
     if (parser.isSet(kHelp)) {
-        text = parser.helpText();
+        text = parser.helpText() + commandsForHelp();
         return ShowText;
     }
     if (parser.isSet(kVersion)) {
@@ -109,6 +127,12 @@ QString CallOptions::check(const QCommandLineParser &parser)
     }
 
     const QStringList names = parser.positionalArguments();
+    isControl = parser.isSet(kControl);
+    if (isControl) {
+        command = names.join(QLatin1Char(' '));
+        Command read;
+        return command.isEmpty() ? QString() : Command::parse(command, read);
+    }
     if (parser.isSet(kFollow)) {
         if (names.isEmpty())
             return QStringLiteral("--follow needs the name of an event, such as on_tickUpdate");

@@ -17,6 +17,8 @@ struct CallOptions {
     quint16 port = 8900;
     QString method;                              ///< of the call; empty when only events are followed
     QVariantList args;                           ///< of the call, behind its uuid
+    QString command;                             ///< to control the simulator with
+    bool isControl = false;                      ///< a command, or none to see the state
     QStringList events;                          ///< to be followed
     QString symbols;                             ///< to subscribe to before, with commas between them
     std::optional<int> count;                    ///< of events; without it they are followed until Ctrl-C

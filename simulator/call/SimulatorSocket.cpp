@@ -66,7 +66,7 @@ void SimulatorSocket::close()
     d->run(kClosePatience);
 }
 
-QString SimulatorSocket::connect(quint16 port, Milliseconds timeout)
+QString SimulatorSocket::connect(quint16 port, Milliseconds timeout, const char *path)
 {
     const std::string host = "127.0.0.1:" + std::to_string(port);
     d->stream.set_option(
@@ -76,12 +76,12 @@ QString SimulatorSocket::connect(quint16 port, Milliseconds timeout)
     d->error = net::error::timed_out; // unless something else happens
     const auto then = [this](Error error) { d->error = error; };
     d->stream.next_layer().async_connect(Tcp::endpoint(net::ip::address_v4::loopback(), port),
-                                         [this, host, then](Error error) {
+                                         [this, host, path, then](Error error) {
                                              if (error)
                                                  return then(error);
                                              Error ignored;
                                              d->stream.next_layer().set_option(Tcp::no_delay(true), ignored);
-                                             d->stream.async_handshake(host, "/view", then);
+                                             d->stream.async_handshake(host, path, then);
                                          });
     if (!d->run(timeout))
         d->error = net::error::timed_out;
@@ -92,7 +92,12 @@ bool SimulatorSocket::invoke(const QString &method, const QVariantList &args)
 {
     const QJsonObject call{{QStringLiteral("invoke"), method},
                            {QStringLiteral("args"), QJsonArray::fromVariantList(args)}};
-    const QByteArray text = QJsonDocument(call).toJson(QJsonDocument::Compact);
+    return send(call);
+}
+
+bool SimulatorSocket::send(const QJsonObject &object)
+{
+    const QByteArray text = QJsonDocument(object).toJson(QJsonDocument::Compact);
     d->stream.write(net::const_buffer(text.constData(), std::size_t(text.size())), d->error);
     return !d->error;
 }

@@ -16,12 +16,15 @@ public:
 
     ~SimulatorSocket();
 
-    /// On failure returns why it cannot.
-    QString connect(quint16 port, std::chrono::milliseconds timeout);
+    /// On failure returns why it cannot. path: "/view" to be a page, "/control" to give commands.
+    QString connect(quint16 port, std::chrono::milliseconds timeout, const char *path = "/view");
+
+    /// Sends a text.
+    bool send(const QJsonObject &object);
 
     bool invoke(const QString &method, const QVariantList &args);
 
-    /// The next event, {"args":[…],"event":"…"}; nothing when none came in time or the connection has ended.
+    /// The next text, of an event {"args":[…],"event":"…"}; nothing when none came in time or the connection has ended.
     std::optional<QJsonObject> next(std::optional<std::chrono::milliseconds> timeout);
 
     /// Closes the connection; waits a moment for the simulator to agree, so that it has read every call.

@@ -91,6 +91,24 @@ int makeCall(SimulatorSocket &socket, const CallOptions &options)
                 : failToWait(socket, QStringLiteral("no answer to %1").arg(options.method), timeout);
 }
 
+/// Gives the command, or prints the state.
+int control(SimulatorSocket &socket, const CallOptions &options)
+{
+    const auto timeout = options.timeout.value_or(kPatience);
+    if (!options.command.isEmpty())
+        socket.send({{QStringLiteral("command"), options.command}});
+    const QString wanted = options.command.isEmpty() ? QStringLiteral("state") : QStringLiteral("result");
+    while (const std::optional<QJsonObject> frame = socket.next(timeout)) {
+        if (frame->value(QStringLiteral("kind")) != wanted)
+            continue;
+        if (options.command.isEmpty())
+            print(stdout, QJsonDocument(*frame).toJson());
+        const QString problem = frame->value(QStringLiteral("problem")).toString();
+        return problem.isEmpty() ? Success : fail(problem);
+    }
+    return failToWait(socket, QStringLiteral("no answer to the command"), timeout);
+}
+
 /// JSON in a text is shown as the value that it stands for.
 QJsonValue shown(const QJsonValue &argument)
 {
@@ -139,10 +157,13 @@ int main(int argc, char *argv[])
     }
 
     SimulatorSocket socket;
-    const QString error = socket.connect(options.port, options.timeout.value_or(kPatience));
+    const QString error =
+        socket.connect(options.port, options.timeout.value_or(kPatience), options.isControl ? "/control" : "/view");
     if (!error.isEmpty())
         return fail(QStringLiteral("no simulator answers on 127.0.0.1:%1: %2").arg(options.port).arg(error));
-    const int status = options.events.isEmpty() ? makeCall(socket, options) : follow(socket, options);
+    const int status = options.isControl          ? control(socket, options)
+                       : options.events.isEmpty() ? makeCall(socket, options)
+                                                  : follow(socket, options);
     socket.close();
     return status;
 }

@@ -16,6 +16,9 @@ public:
     /// The server stops.
     virtual void stop() = 0;
 
+    /// Breaks, if it is that of the page with this number; 0 means any page.
+    virtual void dropIf(int page) { Q_UNUSED(page) }
+
 private:
     Q_DISABLE_COPY_MOVE(Connection)
 };

@@ -1,6 +1,7 @@
 #include "gateway/Gateway.h"
 
 #include "gateway/PageConnection.h"
+#include "terminal/Terminal.h"
 
 namespace sim {
 
@@ -9,13 +10,19 @@ Gateway::Gateway(const QString &root, const QStringList &allowedOrigins, const Q
     : m_server({root, inspector, allowedOrigins, httpDeadline, pagesBefore},
                [this](PageNews news) { tell(std::move(news)); })
 {
+    if (Terminal::isThere())
+        Terminal::instance().control().setDrop([this](int page) { m_server.dropPages(page); });
 }
 
 Gateway::~Gateway()
 {
+    if (Terminal::isThere())
+        Terminal::instance().control().setDrop({});
     qDeleteAll(findChildren<PageConnection *>(QString(), Qt::FindDirectChildrenOnly));
     m_server.stop();
-    m_news.clear(); // no page may outlive the server
+    if (Terminal::isThere())
+        Terminal::instance().control().awaitRuns(); // the answers to commands go to the server
+    m_news.clear();                                 // no page may outlive the server
 }
 
 bool Gateway::listen(quint16 port)

@@ -16,7 +16,8 @@ namespace sim {
 class PageConnection;
 
 /// The simulator's gateway: a server for files and pages, and a PageConnection for each page.
-/// Made and destroyed by main on the user-interface thread. The server has a thread of its own; what it has to tell is
+/// Made and destroyed by main on the user-interface thread, after the terminal and before it; without a terminal it
+/// serves files only. The server has a thread of its own; what it has to tell is
 /// taken up here, one piece in each turn of the event loop.
 class Gateway : public QObject {
     Q_OBJECT

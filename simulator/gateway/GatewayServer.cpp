@@ -1,5 +1,6 @@
 #include "gateway/GatewayServer.h"
 
+#include "gateway/ControlSession.h"
 #include "gateway/HttpFiles.h"
 #include "gateway/Logging.h"
 #include "gateway/Origins.h"
@@ -113,7 +114,7 @@ private:
             answer({400});
         else if (!m_shared.origins.isHost(bytesOf(request[Field::host])))
             refuseHost(request);
-        else if (pathOf(request) != "/view" && pathOf(request) != "/traffic")
+        else if (pathOf(request) != "/view" && pathOf(request) != "/traffic" && pathOf(request) != "/control")
             answer(m_shared.files.answer(bytesOf(request.method_string()), pathOf(request)));
         else
             decideOnWebSocket(request);
@@ -141,8 +142,10 @@ private:
         } else {
             if (pathOf(request) == "/view")
                 openPage(std::move(m_socket), request, ++m_shared.lastPage, m_shared.pages);
-            else
+            else if (pathOf(request) == "/traffic")
                 openTraffic(std::move(m_socket), request, m_shared.connections);
+            else
+                openControl(std::move(m_socket), request, m_shared.connections);
             end();
         }
     }
@@ -329,6 +332,15 @@ quint16 GatewayServer::port() const
 int GatewayServer::newPageNumber()
 {
     return ++d->lastPage;
+}
+
+void GatewayServer::dropPages(int number)
+{
+    net::post(d->context, [this, number] {
+        const Connections all = d->connections; // a connection that is dropped leaves at once
+        for (const auto &connection : all)
+            connection->dropIf(number);
+    });
 }
 
 void GatewayServer::stop()

@@ -43,6 +43,9 @@ public:
     /// The number of a new page, whoever shows it: pages are numbered from 1 as they connect. Any thread.
     int newPageNumber();
 
+    /// Breaks the connection of the page with that number, or of all pages for 0. Any thread.
+    void dropPages(int number);
+
     /// Closes all connections. Waits for the pages to agree, at most one second. Nothing is heard of pages afterwards.
     void stop();
 

@@ -91,6 +91,8 @@ void PageConnection::invoke(const CallFrame &frame)
     entry.args = frame.args;
     entry.size = frame.size;
     traffic::PageCall pageCall(traffic::log(), entry);
+    if (Terminal::instance().faults().take(Fault::DropInCall))
+        m_socket->drop();
     const int number = m_number;
     const bool isHandled = call(frame.method, frame.args);
     pageCall.done(isHandled);

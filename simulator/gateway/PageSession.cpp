@@ -32,6 +32,12 @@ public:
     void write(const EventFrame &frame, const traffic::Entry &delivery);
     void closeAfterWriting(const PageClose &close);
     void stop() override { closeAfterWriting({kGoingAway, {}}); }
+    void drop() { end(); }
+    void dropIf(int page) override
+    {
+        if (page == 0 || page == m_number)
+            drop();
+    }
 
 private:
     void take(const CallFrame &call);
@@ -69,6 +75,8 @@ public:
     }
     void close(int code, const QString &reason) override { m_queue.add(m_page, PageClose{code, reason}); }
 
+    void drop() override { m_queue.add(m_page, PageBreak()); }
+
     /// Counts a call that waits from now on. False when nothing more may be read for the time being.
     bool count(const CallFrame &call) { return m_unhandled.fetch_add(call.size) + call.size < kMaxUnhandled; }
 
@@ -93,7 +101,7 @@ private:
 
 } // namespace
 
-void PageQueue::add(const std::weak_ptr<PageSession> &page, std::variant<PageEvent, PageClose> content)
+void PageQueue::add(const std::weak_ptr<PageSession> &page, PageContent content)
 {
     bool isFirst;
     {
@@ -118,8 +126,10 @@ void PageQueue::deliver()
             continue;
         if (const auto *event = std::get_if<PageEvent>(&item.content))
             page->write(m_frames.of(event->event), event->delivery);
+        else if (const auto *close = std::get_if<PageClose>(&item.content))
+            page->closeAfterWriting(*close);
         else
-            page->closeAfterWriting(std::get<PageClose>(item.content));
+            page->drop();
     }
 }
 

@@ -21,11 +21,16 @@ struct PageClose {
     QString reason;
 };
 
+/// The connection of a page breaks.
+struct PageBreak {};
+
 /// An event for a page.
 struct PageEvent {
     QCefEvent event;
     traffic::Entry delivery; ///< for the log, when it has been written; its time is that of the broadcast
 };
+
+using PageContent = std::variant<PageEvent, PageClose, PageBreak>;
 
 /// What other threads have for the pages, in order, on its way to the input and output thread.
 class PageQueue {
@@ -33,14 +38,14 @@ public:
     explicit PageQueue(net::io_context &context) : m_context(context) {}
 
     /// Any thread.
-    void add(const std::weak_ptr<PageSession> &page, std::variant<PageEvent, PageClose> content);
+    void add(const std::weak_ptr<PageSession> &page, PageContent content);
 
 private:
     void deliver();
 
     struct Item {
         std::weak_ptr<PageSession> page;
-        std::variant<PageEvent, PageClose> content;
+        PageContent content;
     };
 
     net::io_context &m_context;

@@ -27,6 +27,9 @@ public:
     /// Closes the connection when the page has received what was sent before.
     virtual void close(int code, const QString &reason) = 0;
 
+    /// Breaks the connection, if there is one that can break: what was not sent before never comes.
+    virtual void drop() {}
+
     /// To be told of each call that the page made: as long as many calls wait, no further ones are read.
     virtual void handled(const CallFrame &call) = 0;
 };

@@ -3,6 +3,7 @@
 #include "OrderRequestList.h"
 #include "Tessar_Fields.h"
 #include "books/TradableQty.h"
+#include "host/PushWait.h"
 #include "host/TradeResponses.h"
 #include "services/TradeCodes.h"
 #include "terminal/Terminal.h"
@@ -155,7 +156,7 @@ int VarnelTradeLogic::orders(const OrderRequestList &list, QVariant &response, i
     traffic::log().hostCall("VarnelTradeLogic::orders");
     Terminal &terminal = Terminal::instance();
     QList<VarnelLogic::ResponseInfo> reasons;
-    const std::vector<Order> orders = readOrders(list, terminal, reasons);
+    std::vector<Order> orders = readOrders(list, terminal, reasons);
     if (!reasons.isEmpty()) {
         errors += reasons;
         return kRefused;
@@ -164,11 +165,21 @@ int VarnelTradeLogic::orders(const OrderRequestList &list, QVariant &response, i
         errors.append({kRefused, QStringLiteral("用户取消了委托")});
         return kRefused;
     }
+    terminal.awaitSlowServer();
+    if (terminal.faults().take(Fault::RefuseOrdersSilently))
+        return kRefused; // without a reason
+    for (Order &order : orders) {
+        if (terminal.faults().take(Fault::RefuseOrders))
+            order.remark = QStringLiteral("柜台拒绝委托");
+    }
     QVariantList responses;
     responses.reserve(int(orders.size()));
-    for (const Order &order : terminal.desk().place(orders, terminal.now()))
+    const std::vector<Order> placed = terminal.desk().place(orders, terminal.now());
+    for (const Order &order : placed)
         responses.append(responseOf(order));
     response = responses;
+    if (terminal.faults().take(Fault::AnswerAfterPush))
+        awaitPushOf(placed.back().id, terminal); // the page may be gone after it
     return kAccepted;
 }
 

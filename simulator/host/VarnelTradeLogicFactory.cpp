@@ -29,16 +29,17 @@ int VarnelTradeLogicFactory::SendRequestSync(const Basic_Trade_REQ_Type &type, c
     using namespace Tessar_Fields;
     if (type != CancelOrdersTradeRequest)
         return kUnknownRequest;
+    Terminal &terminal = Terminal::instance();
+    terminal.awaitSlowServer();
     const QVariantList entries = request.value<QVariantList>(); // reads QVariantList and QList<QVariantMap>
     std::vector<TradingDesk::CancelRequest> cancels;
     cancels.reserve(size_t(entries.size()));
     for (const QVariant &entry : entries) {
         const QVariantMap fields = entry.toMap();
-        cancels.push_back(
-            {fields.value(Security::orderID).toString(), fields.value(UserAccount::tradingAccount).toString()});
+        cancels.push_back({fields.value(Security::orderID).toString(),
+                           fields.value(UserAccount::tradingAccount).toString(),
+                           terminal.faults().take(Fault::LateCancels)});
     }
-
-    Terminal &terminal = Terminal::instance();
     const QStringList reasons = terminal.desk().cancel(cancels, terminal.now());
     QList<QMap<QString, QVariant>> answers;
     for (int i = 0; i < reasons.size(); ++i)

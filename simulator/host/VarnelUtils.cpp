@@ -4,6 +4,7 @@
 #include "CPackMessageCommon.h"
 #include "QvPresenterClass.h"
 #include "Varnel_MsgType.h"
+#include "terminal/Terminal.h"
 #include "traffic/Log.h"
 
 ShowType VarnelUtils::GetCurrentShowType()
@@ -21,6 +22,7 @@ QList<QVariantMap> VarnelUtils::QueryDatasFromServer(QvPresenterClass *presenter
         error = QStringLiteral("服务器不支持该查询：%1").arg(msgType);
         return {};
     }
+    sim::Terminal::instance().awaitSlowServer();
     CPackMessageCommon pack;
     for (auto condition = conditions.constBegin(); condition != conditions.constEnd(); ++condition)
         pack.AddVaule(condition.key(), condition.value());

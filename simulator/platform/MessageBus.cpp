@@ -3,6 +3,7 @@
 #include "CUnPackMessageCommon.h"
 #include "QvPresenterClass.h"
 #include "Tessar_Fields.h"
+#include "platform/Faults.h"
 #include "platform/PackedRow.h"
 #include "platform/SimulatedClock.h"
 #include "platform/Wakeup.h"
@@ -73,8 +74,8 @@ void logAnswer(const QString &name, const QVariantMap &request, const QVariantLi
 
 } // namespace
 
-MessageBus::MessageBus(const SimulatedClock &clock, std::chrono::milliseconds latency)
-    : m_clock(clock), m_latency(latency)
+MessageBus::MessageBus(const SimulatedClock &clock, std::chrono::milliseconds latency, const Faults *faults)
+    : m_clock(clock), m_latency(latency), m_faults(faults)
 {
     m_thread = std::thread([this] { run(); });
 }
@@ -154,10 +155,17 @@ void MessageBus::publish(int pid, std::unique_ptr<CEventMessageCommon> event)
     const QVariantMap row = rowOf(event->Msg());
     traffic::Entry entry = entryOf(traffic::Entry::HostEvent, row, row.value(Tessar_Fields::System::clientMsgID));
     const std::lock_guard lock(m_mutex);
-    send(m_presenters.value(pid).name, std::move(event), std::move(entry));
+    if (!m_stopping)
+        send(m_presenters.value(pid).name, std::move(event), std::move(entry), dueOfNext());
 }
 
 void MessageBus::announce(int eventId, const QVariantMap &row)
+{
+    announceLate(eventId, row, {}, {});
+}
+
+QDateTime MessageBus::announceLate(int eventId, const QVariantMap &row, std::chrono::milliseconds delay,
+                                   const QDateTime &notBefore)
 {
     const std::lock_guard lock(m_mutex);
     QVariantMap identified = row;
@@ -167,7 +175,13 @@ void MessageBus::announce(int eventId, const QVariantMap &row)
     auto event = std::make_unique<CEventMessageCommon>();
     event->SetType(eventId);
     event->SetMsg(packed(identified));
-    send(kTerminalName, std::move(event), entryOf(traffic::Entry::HostEvent, row, id));
+    if (m_stopping)
+        return {};
+    QDateTime due = dueOfNext().addMSecs(delay.count());
+    if (notBefore.isValid())
+        due = std::max(due, notBefore);
+    send(kTerminalName, std::move(event), entryOf(traffic::Entry::HostEvent, row, id), due);
+    return due;
 }
 
 QDateTime MessageBus::dueOfNext() const
@@ -175,14 +189,13 @@ QDateTime MessageBus::dueOfNext() const
     return m_clock.now().addMSecs(m_latency.count());
 }
 
-void MessageBus::send(const QString &sender, std::unique_ptr<CEventMessageCommon> event, traffic::Entry entry)
+void MessageBus::send(const QString &sender, std::unique_ptr<CEventMessageCommon> event, traffic::Entry entry,
+                      const QDateTime &due)
 {
-    if (m_stopping)
-        return;
     const int id = event->Type().toInt();
     entry.name = m_eventIds.key(id, QString::number(id));
     traffic::log().add(std::move(entry));
-    enqueue({dueOfNext(), sender, std::move(event), {}, {}, traffic::CallScope::current()});
+    enqueue({due, sender, std::move(event), {}, {}, traffic::CallScope::current()});
 }
 
 void MessageBus::enqueue(QueuedEvent event)
@@ -204,7 +217,8 @@ bool MessageBus::request(std::unique_ptr<CMessageCommon> request)
         !m_services.contains(request->Type().toString()))
         return false;
     logRequest(*request);
-    m_requests.push_back({dueOfNext(), std::move(request), traffic::CallScope::current()});
+    const qint64 slow = m_faults ? m_faults->delay(Fault::SlowAnswers).count() : 0;
+    m_requests.push_back({dueOfNext().addMSecs(slow), std::move(request), traffic::CallScope::current()});
     m_wake.notify_all();
     return true;
 }
@@ -319,13 +333,13 @@ void MessageBus::answer(Request request, std::unique_lock<std::mutex> &lock)
     const traffic::CallScope scope(request.call);
     const int pid = request.message->Srcid();
     const QVariant answerType = m_services.value(request.message->Type().toString()).answerType;
-    const QVariantList list = fetch(*request.message, lock);
+    const std::optional<QVariantList> list = fetch(*request.message, lock);
     const auto presenter = m_presenters.find(pid);
-    if (presenter == m_presenters.end())
+    if (!list || presenter == m_presenters.end())
         return;
     ++presenter->unacknowledged;
     call(pid, lock, [&](const Presenter &presenter) {
-        presenter.object->ProcQuotationMsg(presenter.name, answerType, list);
+        presenter.object->ProcQuotationMsg(presenter.name, answerType, *list);
         // Queued after everything that the call has queued for the presenter's thread.
         presenter.acknowledged->post();
     });
@@ -355,13 +369,14 @@ void MessageBus::acknowledged(int pid)
     m_wake.notify_all();
 }
 
-QVariantList MessageBus::fetch(const CMessageCommon &request, std::unique_lock<std::mutex> &lock)
+std::optional<QVariantList> MessageBus::fetch(const CMessageCommon &request, std::unique_lock<std::mutex> &lock)
 {
     const Service service = m_services.value(request.Type().toString());
     lock.unlock();
     const QVariantMap row = rowOf(request.Msg());
-    QVariantList list = service.answer(row);
-    logAnswer(service.answerType, row, list);
+    std::optional<QVariantList> list = service.answer(row);
+    if (list)
+        logAnswer(service.answerType, row, *list);
     lock.lock();
     return list;
 }

@@ -25,6 +25,7 @@ class QvPresenterClass;
 
 namespace sim {
 
+class Faults;
 class SimulatedClock;
 class Wakeup;
 
@@ -36,14 +37,16 @@ class Wakeup;
 /// holding its mutex. Flow control: the presenter acknowledges each answer; at most 16 are outstanding.
 class VARNEL_HOST_API MessageBus {
 public:
-    /// Makes the answer to a request from the fields of the request. Called on the bus thread.
-    using Answer = std::function<QVariantList(const QVariantMap &request)>;
+    /// Makes the answer to a request from the fields of the request; nothing when it is never answered. Called on the
+    /// bus thread.
+    using Answer = std::function<std::optional<QVariantList>(const QVariantMap &request)>;
 
     /// Receives the fields of an event. Called on the bus thread.
     using Listener = std::function<void(const QVariantMap &row)>;
 
-    /// latency: of a request or event, in exchange time. The clock is not used after stop().
-    MessageBus(const SimulatedClock &clock, std::chrono::milliseconds latency);
+    /// latency: of a request or event, in exchange time. faults: which slow answers down, or null. Neither they nor the
+    /// clock are used after stop().
+    MessageBus(const SimulatedClock &clock, std::chrono::milliseconds latency, const Faults *faults = nullptr);
     ~MessageBus();
 
     /// From now on requests of that type are answered with a message of answerType.
@@ -81,6 +84,10 @@ public:
     /// The queue of these events is not limited: none may be lost, and the caller cannot wait, because it may be the
     /// thread that handles them. They are small, and each stands for something that happened.
     void announce(int eventId, const QVariantMap &row);
+
+    /// The same with a longer latency. Returns when it is due, which is not before that time.
+    QDateTime announceLate(int eventId, const QVariantMap &row, std::chrono::milliseconds delay,
+                           const QDateTime &notBefore);
 
     /// False when nobody serves such requests, the sender is unknown, the queue is full, or the bus has stopped.
     bool request(std::unique_ptr<CMessageCommon> request);
@@ -126,7 +133,8 @@ private:
 
     // Called with the mutex held.
     QDateTime dueOfNext() const; ///< of what is sent now
-    void send(const QString &sender, std::unique_ptr<CEventMessageCommon> event, traffic::Entry entry);
+    void send(const QString &sender, std::unique_ptr<CEventMessageCommon> event, traffic::Entry entry,
+              const QDateTime &due);
     void enqueue(QueuedEvent event);
     bool isDue(const QueuedEvent &event) const;
 
@@ -135,10 +143,11 @@ private:
     void deliver(QueuedEvent queued, std::unique_lock<std::mutex> &lock);
     void answer(Request request, std::unique_lock<std::mutex> &lock);
     void call(int pid, std::unique_lock<std::mutex> &lock, const std::function<void(const Presenter &)> &call);
-    QVariantList fetch(const CMessageCommon &request, std::unique_lock<std::mutex> &lock);
+    std::optional<QVariantList> fetch(const CMessageCommon &request, std::unique_lock<std::mutex> &lock);
 
     const SimulatedClock &m_clock;
     const std::chrono::milliseconds m_latency;
+    const Faults *const m_faults; ///< or null
 
     // Guarded by m_mutex
     std::mutex m_mutex;

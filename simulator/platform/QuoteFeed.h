@@ -39,7 +39,7 @@ public:
     /// A tick that is being sent may still arrive.
     void stopStreaming(const QStringList &symbols);
 
-    /// To be called when the clock's time or limit was moved.
+    /// To be called when the clock's time, limit or speed was changed.
     void timeMoved();
 
     /// Waits for the current call of a listener; no call follows.

@@ -306,6 +306,9 @@ Scenario readRoot(JsonNode root)
     const QString busDelay = QStringLiteral("busDelay");
     if (root.has(busDelay))
         scenario.busDelay = int(root.wholeNumber(busDelay, 0, kMaxBusDelay).value_or(0));
+    scenario.faults = readFaults(root);
+    scenario.timeline = readTimeline(root, scenario.start);
+    scenario.orderFlow = readOrderFlow(root, scenario.fundAccounts);
     if (root.has(QStringLiteral("$schema")))
         root.text(QStringLiteral("$schema")); // for editors
     root.finish();
@@ -349,7 +352,8 @@ bool Scenario::parse(const QByteArray &text, const QString &fileName, Scenario &
 
 QStringList Scenario::builtInNames()
 {
-    return {QStringLiteral("default"), QStringLiteral("quiet"), QStringLiteral("large")};
+    return {QStringLiteral("default"), QStringLiteral("quiet"), QStringLiteral("storm"), QStringLiteral("bad-day"),
+            QStringLiteral("large")};
 }
 
 QString Scenario::builtIn(const QString &name)

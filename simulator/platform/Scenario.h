@@ -6,6 +6,7 @@
 #include "books/OrderMessages.h"
 #include "exchange/Halts.h"
 #include "exchange/MarketRules.h"
+#include "platform/ScenarioEvents.h"
 
 #include <QDateTime>
 #include <QMap>
@@ -36,6 +37,9 @@ struct VARNEL_HOST_API Scenario {
     OrderDelays orderDelays;
     int busDelay = 20; ///< milliseconds of a request or event on the bus, at normal speed
     MarketRules rules;
+    QVector<FaultSetting> faults;    ///< from the start
+    QVector<TimelineEntry> timeline; ///< in the order of the file
+    OrderFlowTerms orderFlow;
 
     /// Reads a scenario file. On failure it returns false, and error has a line for each mistake, with the file, the
     /// place and the problem; the scenario is then unusable.

@@ -49,8 +49,8 @@ std::chrono::milliseconds SimulatedClock::realTimeUntil(const QDateTime &time) c
     const Milliseconds wanted = since(time);
     if (wanted <= reached())
         return std::chrono::milliseconds(0);
-    if (m_limit && wanted > *m_limit)
-        return kHour; // until the limit is moved, of which whoever waits is told
+    if (m_isPaused || (m_limit && wanted > *m_limit))
+        return kHour; // until time runs on, of which whoever waits is told
     const double wait = std::ceil(double(wanted - running()) / m_speed);
     // At least a moment: while time stands still, that time does not come when it is due.
     return std::chrono::milliseconds(qint64(qBound(1.0, wait, double(kHour.count()))));
@@ -79,9 +79,52 @@ void SimulatedClock::skipTo(const QDateTime &time)
         m_limit = std::max(*m_limit, wanted);
 }
 
+void SimulatedClock::pause()
+{
+    const std::lock_guard lock(m_mutex);
+    changeSpeed(m_speed, true);
+}
+
+void SimulatedClock::resume()
+{
+    const std::lock_guard lock(m_mutex);
+    changeSpeed(m_speed, false);
+}
+
+bool SimulatedClock::isPaused() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_isPaused;
+}
+
+void SimulatedClock::setSpeed(double speed)
+{
+    const std::lock_guard lock(m_mutex);
+    changeSpeed(speed, m_isPaused);
+}
+
+double SimulatedClock::speed() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_speed;
+}
+
+void SimulatedClock::changeSpeed(double speed, bool isPaused)
+{
+    m_passed = passed();
+    m_speedSince = m_elapsed.nsecsElapsed();
+    m_speed = speed;
+    m_isPaused = isPaused;
+}
+
+double SimulatedClock::passed() const
+{
+    return m_isPaused ? m_passed : m_passed + double(m_elapsed.nsecsElapsed() - m_speedSince) * m_speed;
+}
+
 SimulatedClock::Milliseconds SimulatedClock::running() const
 {
-    return Milliseconds(double(m_elapsed.nsecsElapsed()) * m_speed / kNanosecondsPerMillisecond) + m_skipped;
+    return Milliseconds(passed() / kNanosecondsPerMillisecond) + m_skipped;
 }
 
 SimulatedClock::Milliseconds SimulatedClock::reached() const

@@ -12,7 +12,7 @@
 namespace sim {
 
 /// Exchange time that starts at a given time and runs at a given multiple of real time. It can be made to stand still,
-/// and to wait at a limit. Any thread.
+/// to wait at a limit, to pause and to change its speed. Any thread.
 class VARNEL_HOST_API SimulatedClock : public Clock {
 public:
     SimulatedClock(const QDateTime &start, double speed);
@@ -37,6 +37,15 @@ public:
     /// Makes it that time at once, without passing the time before. Moves the limit there if it comes earlier. Does
     /// nothing when that time has come.
     void skipTo(const QDateTime &time);
+
+    /// From now on time stands still, until it resumes. It can be made later meanwhile.
+    void pause();
+    void resume();
+    bool isPaused() const;
+
+    /// From now on time runs at that multiple of real time.
+    void setSpeed(double speed);
+    double speed() const;
 
     /// While it exists, time stands still for all threads. Afterwards it is as late as if it had not.
     class VARNEL_HOST_API Hold {
@@ -67,16 +76,21 @@ private:
     Milliseconds since(const QDateTime &time) const { return m_start.msecsTo(time); }
 
     // Called with the mutex held.
+    double passed() const;
+    void changeSpeed(double speed, bool isPaused);
     Milliseconds running() const;
     Milliseconds reached() const;
 
     const QDateTime m_start;
     const qint64 m_startMsecs;
-    const double m_speed;
     QElapsedTimer m_elapsed;
 
     // Guarded by m_mutex
     mutable std::mutex m_mutex;
+    double m_speed;
+    bool m_isPaused = false;
+    qint64 m_speedSince = 0; ///< nanoseconds of real time at which the speed was changed
+    double m_passed = 0;     ///< nanoseconds of exchange time that had passed by then
     Milliseconds m_skipped = 0;
     std::optional<Milliseconds> m_limit;
     Milliseconds m_heldAt = 0;

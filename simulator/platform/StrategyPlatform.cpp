@@ -46,8 +46,9 @@ QString unknownStrategy(const QString &id)
 
 } // namespace
 
-StrategyPlatform::StrategyPlatform(MessageBus &bus, const Scenario &scenario)
+StrategyPlatform::StrategyPlatform(MessageBus &bus, const Scenario &scenario, const Faults &faults)
     : m_bus(bus)
+    , m_faults(faults)
     , m_idPrefix(scenario.start.toString(QStringLiteral("'S'yyyyMMdd'-'")))
     , m_outEvent(bus.eventId(Orlo_Keys::EventMsgName::VELOX_TRANS_MSG_OUT))
     , m_stepEvent(bus.eventId(QStringLiteral("SimulatedStrategyStep")))
@@ -71,6 +72,8 @@ void StrategyPlatform::receive(const QVariantMap &request)
         {VeloxValues::MSEventStrategyCustomMsg, &StrategyPlatform::takeCustomMessage},
         {VeloxValues::MSEventSubStrategyMsg, &StrategyPlatform::takeSubscription},
     };
+    if (m_faults.isOn(Fault::SilentStrategies))
+        return;
     const QString type = request.value(VeloxFields::msgSubEventType).toString();
     for (const auto &[known, handle] : handlers) {
         if (known == type)
@@ -210,9 +213,11 @@ void StrategyPlatform::sendCustomMessage(const QString &id, const QVariantMap &c
 
 void StrategyPlatform::announce(QVariantMap row, const QString &type)
 {
+    if (m_faults.isOn(Fault::SilentStrategies))
+        return;
     row.insert(VeloxFields::msgSubEventType, type);
     row.insert(Tessar_Fields::System::msgType, m_outEvent);
-    m_bus.announce(m_outEvent, row);
+    m_lastDue = m_bus.announceLate(m_outEvent, row, m_faults.delay(Fault::SlowAnswers), m_lastDue);
 }
 
 } // namespace sim

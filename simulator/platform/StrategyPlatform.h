@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Faults.h"
 #include "platform/MessageBus.h"
 #include "platform/Scenario.h"
 
@@ -18,7 +19,7 @@ namespace sim {
 /// The view pointer of a request is never dereferenced: the answer returns it unchanged.
 class StrategyPlatform {
 public:
-    StrategyPlatform(MessageBus &bus, const Scenario &scenario);
+    StrategyPlatform(MessageBus &bus, const Scenario &scenario, const Faults &faults);
 
     /// Called at each step, on the quote thread. Once a minute all running strategies send a heartbeat.
     void onTime(const QDateTime &time);
@@ -48,6 +49,7 @@ private:
     void announce(QVariantMap row, const QString &type);
 
     MessageBus &m_bus;
+    const Faults &m_faults;
     const QString m_idPrefix;
     // Constant after construction
     QSet<QString> m_fundAccounts;
@@ -58,6 +60,7 @@ private:
     // Bus thread only
     QMap<QString, Strategy> m_strategies; ///< by id, stopped ones too
     int m_lastNumber = 0;
+    QDateTime m_lastDue; ///< of its messages, which keep their order when the servers get faster
 
     QDateTime m_nextBeat; ///< quote thread only
 };

@@ -36,6 +36,8 @@ public:
     const QString &path() const { return m_path; }
     QStringList keys() const; ///< each once
 
+    void skip(const QString &key) { m_taken.insert(key); } ///< of which another mistake is noted
+
     QString text(const QString &key); ///< not empty
     bool boolean(const QString &key);
     std::optional<double> number(const QString &key);

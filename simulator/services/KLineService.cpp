@@ -3,6 +3,7 @@
 #include "HostTypes.h"
 #include "Tessar_Fields.h"
 #include "exchange/Exchange.h"
+#include "platform/Faults.h"
 #include "services/TimeTexts.h"
 
 namespace sim {
@@ -63,10 +64,14 @@ QVariantList answer(const Exchange &exchange, const QVariantMap &request)
 
 } // namespace
 
-void KLineService::install(MessageBus &bus, const Exchange &exchange)
+void KLineService::install(MessageBus &bus, const Exchange &exchange, const Faults &faults)
 {
     bus.serve(QStringLiteral("KLineRequest"), QStringLiteral("KLineResponse"),
-              [&exchange](const QVariantMap &request) { return answer(exchange, request); });
+              [&exchange, &faults](const QVariantMap &request) -> std::optional<QVariantList> {
+                  if (faults.isOn(Fault::SilentKLines))
+                      return std::nullopt;
+                  return answer(exchange, request);
+              });
 }
 
 } // namespace sim

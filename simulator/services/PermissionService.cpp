@@ -13,11 +13,13 @@ const QString kAnswerType = QStringLiteral("QueryAlgoPermissionsByConditionRespo
 
 } // namespace
 
-void PermissionService::install(MessageBus &bus, const Scenario &scenario)
+void PermissionService::install(MessageBus &bus, const Scenario &scenario, const Faults &faults)
 {
     // All traders and accounts of a scenario belong to one organisation.
-    const auto answer = [traders = scenario.traders,
-                         permissions = scenario.algoPermissions](const QVariantMap &conditions) {
+    const auto answer = [traders = scenario.traders, permissions = scenario.algoPermissions,
+                         &faults](const QVariantMap &conditions) -> std::optional<QVariantList> {
+        if (faults.isOn(Fault::FailPermissions))
+            return std::nullopt;
         QVariantList records;
         if (!traders.contains(conditions.value(Tessar_Fields::UserAccount::userID).toString()))
             return records;

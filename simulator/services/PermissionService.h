@@ -8,7 +8,8 @@ namespace sim {
 /// The list of algorithm permissions: answers permission queries on the bus.
 namespace PermissionService {
 
-void install(MessageBus &bus, const Scenario &scenario);
+/// The faults must live until the bus has stopped.
+void install(MessageBus &bus, const Scenario &scenario, const Faults &faults);
 
 } // namespace PermissionService
 } // namespace sim

@@ -1,6 +1,7 @@
 #include "services/TradeEvents.h"
 
 #include "Tessar_Fields.h"
+#include "platform/Faults.h"
 #include "platform/MessageBus.h"
 #include "services/TradeRecords.h"
 
@@ -21,7 +22,8 @@ enum EventId {
 
 } // namespace
 
-TradeEvents::TradeEvents(MessageBus &bus, const Accounts &accounts) : m_bus(bus), m_accounts(accounts)
+TradeEvents::TradeEvents(MessageBus &bus, const Accounts &accounts, const Faults &faults)
+    : m_bus(bus), m_accounts(accounts), m_faults(faults)
 {
     const QPair<EventId, QString> names[] = {
         {OrdersLoadedEvent, QStringLiteral("OrdersLoaded")},
@@ -42,6 +44,11 @@ void TradeEvents::announce(const DeskEvents &events)
         std::visit([this](const auto &one) { announce(one); }, event);
 }
 
+void TradeEvents::announce(int eventId, const QVariantMap &row)
+{
+    m_lastDue = m_bus.announceLate(eventId, row, m_faults.delay(Fault::LatePushes), m_lastDue);
+}
+
 void TradeEvents::announceOrdersLoaded()
 {
     std::call_once(m_ordersLoaded, [this] { m_bus.announce(OrdersLoadedEvent, {}); });
@@ -49,30 +56,29 @@ void TradeEvents::announceOrdersLoaded()
 
 void TradeEvents::announce(const OrderEntered &event)
 {
-    m_bus.announce(OrderEnteredEvent, recordOf(orderFields(), OrderSource{m_accounts, event.order}));
+    announce(OrderEnteredEvent, recordOf(orderFields(), OrderSource{m_accounts, event.order}));
 }
 
 void TradeEvents::announce(const OrderChanged &event)
 {
-    m_bus.announce(OrderChangedEvent, recordOf(orderFields(), OrderSource{m_accounts, event.order}));
+    announce(OrderChangedEvent, recordOf(orderFields(), OrderSource{m_accounts, event.order}));
 }
 
 void TradeEvents::announce(const OrderExecuted &event)
 {
-    m_bus.announce(event.order.algoId.isEmpty() ? PersonExecutionEvent : StrategyExecutionEvent,
-                   recordOf(executionFields(), ExecutionSource{m_accounts, event.order, event.execution}));
+    announce(event.order.algoId.isEmpty() ? PersonExecutionEvent : StrategyExecutionEvent,
+             recordOf(executionFields(), ExecutionSource{m_accounts, event.order, event.execution}));
 }
 
 void TradeEvents::announce(const PositionChanged &event)
 {
     const FundAccount &fund = *m_accounts.fundAccountOf(event.tradingAccount);
-    m_bus.announce(PositionEvent,
-                   recordOf(positionFields(), PositionSource{fund, event.tradingAccount, event.position}));
+    announce(PositionEvent, recordOf(positionFields(), PositionSource{fund, event.tradingAccount, event.position}));
 }
 
 void TradeEvents::announce(const AssetChanged &event)
 {
-    m_bus.announce(AssetEvent, {{Tessar_Fields::UserAccount::tradingAccount, event.tradingAccount}});
+    announce(AssetEvent, {{Tessar_Fields::UserAccount::tradingAccount, event.tradingAccount}});
 }
 
 } // namespace sim

@@ -26,8 +26,8 @@ Terminal::Terminal(const Scenario &scenario, const Login &login, double speed, b
                          scenario.rules),
                  scenario.seed, scenario.start.date(), m_clock, scenario.rules, scenario.halts)
     , m_accounts(scenario.traders, scenario.fundAccounts)
-    , m_bus(std::make_shared<MessageBus>(m_clock, std::chrono::milliseconds(scenario.busDelay)))
-    , m_tradeEvents(*m_bus, m_accounts)
+    , m_bus(std::make_shared<MessageBus>(m_clock, std::chrono::milliseconds(scenario.busDelay), &m_faults))
+    , m_tradeEvents(*m_bus, m_accounts, m_faults)
     , m_desk(
           m_accounts, scenario.start.toString(QStringLiteral("yyyyMMdd")), m_exchange, scenario.seed, scenario.start,
           [this](const DeskEvents &events) {
@@ -35,13 +35,17 @@ Terminal::Terminal(const Scenario &scenario, const Login &login, double speed, b
               m_alarm.check();
           },
           scenario.opening, scenario.orderDelays)
-    , m_strategies(*m_bus, scenario)
+    , m_strategies(*m_bus, scenario, m_faults)
+    , m_flow(scenario.orderFlow, m_accounts, m_desk, m_exchange, m_agenda, scenario.seed)
+    , m_control(*this, m_faults, m_agenda, m_flow)
 {
     Q_ASSERT(!s_terminal);
     s_terminal = this;
     traffic::log().setExchangeClock([this] { return m_clock.msecsSinceEpoch(); });
-    KLineService::install(*m_bus, m_exchange);
-    PermissionService::install(*m_bus, scenario);
+    KLineService::install(*m_bus, m_exchange, m_faults);
+    PermissionService::install(*m_bus, scenario, m_faults);
+    for (const FaultSetting &fault : scenario.faults)
+        m_faults.set(fault);
     m_quoteFeed = std::make_unique<QuoteFeed>(
         m_exchange, m_clock,
         [this](const QDateTime &time) {
@@ -56,11 +60,15 @@ Terminal::Terminal(const Scenario &scenario, const Login &login, double speed, b
             QuoteTicks::emitTick(withOrders(quote));
         });
     m_alarm.start(
-        m_clock, [this] { return m_desk.nextMessage(); }, [this](const QDateTime &time) { m_desk.advance(time); });
+        m_clock, [this] { return m_desk.nextMessage(); }, [this](const QDateTime &time) { play(time); });
+    // From here on the agenda's thread uses all of the above.
+    m_control.plan(scenario.timeline);
+    m_flow.start(scenario.start);
 }
 
 Terminal::~Terminal()
 {
+    m_agenda.stop();
     m_alarm.stop();
     m_quoteFeed->stop();
     m_bus->stop();
@@ -71,6 +79,12 @@ Terminal::~Terminal()
 void Terminal::playMarket(const QDateTime &time)
 {
     m_tradeEvents.announceOrdersLoaded();
+    play(time);
+}
+
+void Terminal::play(const QDateTime &time)
+{
+    m_agenda.playUntil(time);
     m_desk.advance(time);
 }
 
@@ -98,6 +112,24 @@ void Terminal::liftTimeLimit()
     tellThatTimeMoved();
 }
 
+void Terminal::pause()
+{
+    m_clock.pause();
+    tellThatTimeMoved();
+}
+
+void Terminal::resume()
+{
+    m_clock.resume();
+    tellThatTimeMoved();
+}
+
+void Terminal::setSpeed(double speed)
+{
+    m_clock.setSpeed(speed);
+    tellThatTimeMoved();
+}
+
 void Terminal::skipTo(const QDateTime &time)
 {
     m_clock.skipTo(time);
@@ -106,6 +138,7 @@ void Terminal::skipTo(const QDateTime &time)
 
 void Terminal::tellThatTimeMoved()
 {
+    m_agenda.timeMoved();
     m_bus->timeMoved();
     m_quoteFeed->timeMoved();
     m_alarm.check();
@@ -113,7 +146,7 @@ void Terminal::tellThatTimeMoved()
 
 Terminal::Moment::Moment(Terminal &terminal) : m_hold(terminal.m_clock)
 {
-    terminal.m_desk.advance(terminal.now());
+    terminal.play(terminal.now());
 }
 
 Prices Terminal::latestPrices() const
@@ -134,13 +167,23 @@ bool Terminal::mayPlace(const std::vector<Order> &orders)
     if (!question)
         return true;
     bool may = false;
+    letTimeRun([&] { may = question(orders); });
+    return may;
+}
+
+void Terminal::letTimeRun(const std::function<void()> &meanwhile)
+{
     {
         const traffic::CallScope none(0); // what happens while the event loop spins belongs to no call
         const SimulatedClock::Release goesOn(m_clock);
-        may = question(orders);
+        meanwhile();
     }
-    m_desk.advance(now());
-    return may;
+    play(now());
+}
+
+bool Terminal::isThere()
+{
+    return s_terminal;
 }
 
 Terminal &Terminal::instance()

@@ -3,13 +3,17 @@
 #include "HostApi.h"
 #include "books/TradingDesk.h"
 #include "exchange/Exchange.h"
+#include "platform/Agenda.h"
 #include "platform/Alarm.h"
+#include "platform/Faults.h"
 #include "platform/MessageBus.h"
 #include "platform/QuoteFeed.h"
 #include "platform/Scenario.h"
 #include "platform/SimulatedClock.h"
 #include "platform/StrategyPlatform.h"
 #include "services/TradeEvents.h"
+#include "terminal/Control.h"
+#include "terminal/OrderFlow.h"
 
 #include <functional>
 #include <memory>
@@ -30,6 +34,7 @@ public:
 
     /// The existing terminal. Without one the process aborts with a message.
     static Terminal &instance();
+    static bool isThere();
 
     const Login &login() const { return m_login; }
     const QString &station() const { return m_station; }
@@ -46,7 +51,7 @@ public:
     /// symbol and before the first trading day.
     std::optional<Quote> quote(const QString &symbol) const;
 
-    /// While it exists, exchange time stands still, and the market has been played up to it. A call of a page is made
+    /// While it exists, exchange time stands still, and the world has been played up to it. A call of a page is made
     /// in one, so that its answer depends on the time of the call alone.
     class VARNEL_HOST_API Moment {
     public:
@@ -65,11 +70,23 @@ public:
     /// How long to wait in real time until that exchange time: at most an hour, 0 when it has come.
     std::chrono::milliseconds realTimeUntil(const QDateTime &time) const { return m_clock.realTimeUntil(time); }
 
-    /// Makes it that time at once, and moves the limit there if it comes earlier.
+    // Exchange time stands still from pause to resume, runs at the speed's multiple of real time, and may be moved
+    // forward. Any thread.
+    void pause();
+    void resume();
+    bool isPaused() const { return m_clock.isPaused(); }
+    void setSpeed(double speed);
+    double speed() const { return m_clock.speed(); }
     void skipTo(const QDateTime &time);
 
-    /// Plays the open orders up to that time. Called at every change of the quotes; late or missing calls do not change
-    /// the result.
+    /// What goes wrong at present.
+    Faults &faults() { return m_faults; }
+
+    /// Where commands go, and the state that they change.
+    Control &control() { return m_control; }
+
+    /// Plays the agenda and the open orders up to that time. Called at every change of the quotes; late or missing
+    /// calls do not change the result.
     void playMarket(const QDateTime &time);
 
     /// The latest prices of all securities.
@@ -85,6 +102,12 @@ public:
     /// Asks the user, if that is wanted. Exchange time runs on meanwhile, also in a Moment.
     bool mayPlace(const std::vector<Order> &orders);
 
+    /// Does what may take long and spin the event loop. Exchange time runs on meanwhile, also in a Moment.
+    void letTimeRun(const std::function<void()> &meanwhile);
+
+    /// Holds this thread while a server is slow.
+    void awaitSlowServer() { m_faults.awaitSlowServer(m_clock.speed()); }
+
     const std::shared_ptr<MessageBus> &bus() const { return m_bus; }
     QuoteFeed &quoteFeed() { return *m_quoteFeed; }
 
@@ -92,11 +115,13 @@ private:
     Q_DISABLE_COPY(Terminal)
 
     Quote withOrders(Quote quote) const;
+    void play(const QDateTime &time);
     void tellThatTimeMoved();
 
     const Login m_login;
     const QString m_station;
     SimulatedClock m_clock;
+    Faults m_faults;
     Exchange m_exchange;
     const Accounts m_accounts;
     const std::shared_ptr<MessageBus> m_bus;
@@ -105,6 +130,9 @@ private:
     TradingDesk m_desk;
     StrategyPlatform m_strategies;
     OrderQuestion m_orderQuestion;
+    Agenda m_agenda{m_clock};
+    OrderFlow m_flow;
+    Control m_control;
     std::unique_ptr<QuoteFeed> m_quoteFeed; ///< last: its thread uses all of the above
 };
 

@@ -63,7 +63,13 @@ const Mistake kMistakes[] = {
     {"VerifyInABrowser", "replay a --verify --open", "--open is not for --verify, which ends at once"},
     {"ReplayWithQuestions", "replay a --confirm-orders", "--confirm-orders needs --window"},
     {"ScenarioMissing", "--scenario /no/such.json",
-     "--scenario \"/no/such.json\" is neither a file nor a built-in scenario: there are default, quiet, large"},
+     "--scenario \"/no/such.json\" is neither a file nor a built-in scenario: there are default, quiet, storm, "
+     "bad-day, large"},
+    {"FaultWithoutMilliseconds", "--fault slow-answers",
+     "--fault the value of slow-answers must be a whole number from 0 to 600000, such as slow-answers=1000"},
+    {"FaultUnknown", "--fault x",
+     "--fault \"x\" is not a fault: there are slow-answers, silent-klines, refuse-orders, refuse-orders-silently, "
+     "late-cancels, answer-after-push, late-pushes, fail-permissions, silent-strategies, drop-in-call"},
 };
 
 } // namespace
@@ -102,8 +108,8 @@ TEST(CommandLine, HelpAndVersionGoToStandardOutput)
     EXPECT_EQ(0, help.status);
     EXPECT_EQ(QString(), help.err);
     for (const char *option :
-         {"--port", "--scenario", "--seed", "--speed", "--login", "--root", "--inspector", "--allow-origin", "--open",
-          "--window", "--confirm-orders", "--record", "replay FILE", "--step", "--verify"})
+         {"--port", "--scenario", "--seed", "--speed", "--login", "--root", "--inspector", "--allow-origin", "--fault",
+          "--open", "--window", "--confirm-orders", "--record", "replay FILE", "--step", "--verify"})
         EXPECT_TRUE(help.out.contains(QLatin1String(option))) << option;
     const Outcome version = run({QStringLiteral("--version")});
     EXPECT_EQ(0, version.status);

@@ -208,3 +208,41 @@ TEST(CallCommandLine, HelpAndVersionGoToStandardOutput)
         EXPECT_TRUE(help.out.contains(option)) << option;
     EXPECT_TRUE(run({"--version"}).out.startsWith("varnel-call "));
 }
+
+TEST_F(CallTest, CommandsControlTheSimulator)
+{
+    const auto state = [this] { return call({"--control"}); };
+    const auto refusals = [](const QJsonObject &state) {
+        for (const QJsonValue fault : state[QLatin1String("faults")].toArray()) {
+            if (fault[QLatin1String("name")] == QLatin1String("refuse-orders"))
+                return fault[QLatin1String("value")].toInt();
+        }
+        return -1;
+    };
+    EXPECT_FALSE(state().reply()[QLatin1String("isPaused")].toBool(true));
+    const Outcome paused = call({"--control", "pause"});
+    EXPECT_EQ(0, paused.status) << paused.err.toStdString();
+    EXPECT_EQ(QByteArray(), paused.out);
+    EXPECT_TRUE(state().reply()[QLatin1String("isPaused")].toBool());
+    EXPECT_EQ(0, call({"--control", "fault", "refuse-orders=2"}).status);
+    EXPECT_EQ(2, refusals(state().reply()));
+    EXPECT_EQ(0, call({"--control", "jump", "2025-03-03", "14:57:00"}).status);
+}
+
+TEST_F(CallTest, ACommandThatCannotBeCarriedOutFails)
+{
+    const Outcome late = call({"--control", "jump", "09:30:00"});
+    EXPECT_EQ(1, late.status);
+    EXPECT_TRUE(late.err.startsWith("varnel-call: 09:30:00 has passed: it is 2025-03-03 ")) << late.err.toStdString();
+    const Outcome wrong = call({"--control", "burst", "many"});
+    EXPECT_EQ(2, wrong.status);
+    EXPECT_EQ(QByteArray("varnel-call: burst needs a number of orders from 1 to 100000\n"), wrong.err);
+}
+
+TEST(CallHelp, ListsCommandsAndFaults)
+{
+    const Outcome help = run({"--help"});
+    EXPECT_EQ(0, help.status);
+    for (const char *word : {"--control", "  pause", "  jump TIME", "  burst N", "  refuse-orders-silently"})
+        EXPECT_TRUE(help.out.contains(word)) << word;
+}

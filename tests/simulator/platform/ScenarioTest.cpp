@@ -121,7 +121,9 @@ TEST(Scenario, AByteOrderMarkIsNoMistakeAndNoColumn)
 TEST(Scenario, TheBuiltInFilesAreValid)
 {
     const QStringList names = Scenario::builtInNames();
-    EXPECT_EQ(QStringList({QStringLiteral("default"), QStringLiteral("quiet"), QStringLiteral("large")}), names);
+    EXPECT_EQ(QStringList({QStringLiteral("default"), QStringLiteral("quiet"), QStringLiteral("storm"),
+                           QStringLiteral("bad-day"), QStringLiteral("large")}),
+              names);
     for (const QString &name : names) {
         Scenario scenario;
         QString error;
@@ -169,6 +171,41 @@ TEST(Scenario, TheRulesDifferOnlyWhereTheFileSaysSo)
     EXPECT_EQ(0.05, future.limitRate);
     EXPECT_DOUBLE_EQ(0.3, future.volatility); // so that prices stay inside the limit
     EXPECT_EQ(0.000023, future.feeRate);
+}
+
+TEST(Scenario, TheStormAndTheBadDayAreWhatTheyAreCalled)
+{
+    Scenario storm;
+    Scenario badDay;
+    QString error;
+    ASSERT_TRUE(Scenario::read(Scenario::builtIn(QStringLiteral("storm")), storm, error)) << qPrintable(error);
+    EXPECT_LE(600, storm.generatedSecurities); // as many ticks come in three seconds
+    EXPECT_LT(0, storm.orderFlow.ordersPerSecond);
+    ASSERT_TRUE(Scenario::read(Scenario::builtIn(QStringLiteral("bad-day")), badDay, error)) << qPrintable(error);
+    EXPECT_FALSE(badDay.faults.isEmpty());
+    EXPECT_FALSE(badDay.timeline.isEmpty());
+}
+
+TEST(Scenario, FaultsAndTimelineAreRead)
+{
+    QByteArray json = good();
+    json.replace("\"seed\"", "\"faults\": {\"silent-klines\": false, \"refuse-orders\": 2}, \"timeline\": [{\"after\": "
+                             "1.5, \"do\": \"burst 7\"}, {\"at\": \"2025-03-03 10:00:01\", \"do\": \"clear\"}], "
+                             "\"orderFlow\": {\"fundAccount\": \"F1\", \"ordersPerSecond\": 3}, \"seed\"");
+    const Outcome outcome = read(json);
+    ASSERT_TRUE(outcome.ok) << qPrintable(outcome.error);
+    const Scenario &scenario = outcome.scenario;
+    ASSERT_EQ(2, scenario.faults.size());
+    EXPECT_EQ(Fault::SilentKLines, scenario.faults[0].fault);
+    EXPECT_EQ(0, scenario.faults[0].value);
+    EXPECT_EQ(2, scenario.faults[1].value);
+    ASSERT_EQ(2, scenario.timeline.size());
+    EXPECT_EQ(scenario.start.addMSecs(1500), scenario.timeline[0].time);
+    EXPECT_EQ(7, scenario.timeline[0].command.count);
+    EXPECT_EQ(scenario.start.addSecs(1), scenario.timeline[1].time);
+    EXPECT_EQ(CommandName::Clear, scenario.timeline[1].command.name);
+    EXPECT_EQ(QStringLiteral("F1"), scenario.orderFlow.fundAccount);
+    EXPECT_EQ(3, scenario.orderFlow.ordersPerSecond);
 }
 
 TEST(Scenario, HolidaysAndHaltsAreRead)

@@ -1,5 +1,7 @@
 import { useEffect, useMemo, useState, useSyncExternalStore } from 'react';
 import { useChoice } from './choice';
+import type { Control } from './control';
+import { ControlPanel } from './ControlPanel';
 import { Details } from './Details';
 import type { Row, RowKind } from './entry';
 import { filtered, type Filter } from './filter';
@@ -19,7 +21,7 @@ const usualKinds: ReadonlySet<RowKind> = new Set(['page', 'call', 'reply', 'push
 
 const preferred: Language = navigator.language.toLowerCase().startsWith('zh') ? 'zh' : 'en';
 
-export function App({ live }: { live: LiveTraffic }) {
+export function App({ live, control }: { live: LiveTraffic; control: Control }) {
   const [language, setLanguage] = useChoice('inspector.language', languages, preferred);
   const t = useMemo(() => textsOf(language), [language]);
   useEffect(() => {
@@ -55,6 +57,7 @@ export function App({ live }: { live: LiveTraffic }) {
         />
         <Timeline rows={shown} now={traffic.now} chosen={chosen} onChoose={setChosen} />
         <aside>
+          <ControlPanel control={control} language={language} />
           {chosen && followed && (
             <Details chosen={chosen} followed={followed} onChoose={setChosen} onClose={() => setChosen(undefined)} />
           )}

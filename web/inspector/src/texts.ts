@@ -93,6 +93,22 @@ const table = {
     (count: number) => `${count} older warnings`,
   ),
 
+  control: ['控制', 'Control'],
+  standsStill: ['已暂停', 'paused'],
+  activeFaults: withParts(
+    (count: number) => `${count} 个故障`,
+    (count: number) => (count === 1 ? '1 fault' : `${count} faults`),
+  ),
+  standStill: ['暂停时间', 'Pause'],
+  goOn: ['继续', 'Resume'],
+  step: ['下一次行情', 'Next quotes'],
+  jumpToClose: ['跳到收盘', 'Jump to the close'],
+  speed: ['速度', 'Speed'],
+  burst: ['突发委托笔数', 'Orders of a burst'],
+  enterBurst: ['突发', 'Burst'],
+  dropPages: ['断开所有页面', 'Break all connections'],
+  clearFaults: ['清除所有故障', 'Clear all faults'],
+
   statistics: ['各方法统计', 'Methods'],
   calls: ['次数', 'Calls'],
   heldFigures: ['占用 p50 / p99 / 最大', 'Held p50 / p99 / max'],

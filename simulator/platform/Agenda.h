@@ -1,0 +1,65 @@
+#pragma once
+
+#include "HostApi.h"
+
+#include <QDateTime>
+
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <map>
+#include <mutex>
+#include <thread>
+
+namespace sim {
+
+class SimulatedClock;
+
+/// What is to happen at given exchange times, in their order. It happens on a thread of its own when its time comes, or
+/// earlier on the thread of somebody who needs the world as of that time: never twice, and one after the other. So what
+/// a call answers does not depend on which thread was faster.
+/// Everything may be called from any thread. An action may add others.
+class VARNEL_HOST_API Agenda {
+public:
+    /// Called with the time for which it was entered.
+    using Action = std::function<void(const QDateTime &time)>;
+
+    /// The clock must live until stop().
+    explicit Agenda(const SimulatedClock &clock);
+    ~Agenda();
+
+    /// Those of the same time happen in the order in which they were entered.
+    void enter(const QDateTime &time, Action action);
+
+    /// Does everything up to that time. From an action it does nothing: what is due then happens after the action.
+    void playUntil(const QDateTime &time);
+
+    /// Does it on the agenda's thread as soon as possible, at the exchange time of that moment and after everything up
+    /// to it.
+    void soon(Action action);
+
+    /// To be called when the clock's time or speed was changed.
+    void timeMoved();
+
+    /// Waits for the current action; none follows.
+    void stop();
+
+private:
+    void run();
+    Action takeUntil(const QDateTime &time, QDateTime &due);
+
+    const SimulatedClock &m_clock;
+    std::mutex m_playing; ///< held during actions; taken before m_mutex
+
+    // Guarded by m_mutex
+    std::mutex m_mutex;
+    std::condition_variable m_wake;
+    std::multimap<QDateTime, Action> m_entries;
+    std::deque<Action> m_soon;
+    std::thread::id m_player; ///< the thread that holds m_playing
+    bool m_isStopping = false;
+
+    std::thread m_thread; ///< last: it uses all of the above
+};
+
+} // namespace sim

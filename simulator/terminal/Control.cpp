@@ -1,0 +1,126 @@
+#include "terminal/Control.h"
+
+#include "exchange/Exchange.h"
+#include "platform/Agenda.h"
+#include "platform/Logging.h"
+#include "terminal/OrderFlow.h"
+#include "terminal/Terminal.h"
+
+#include <future>
+
+namespace sim {
+
+Control::Control(Terminal &terminal, Faults &faults, Agenda &agenda, OrderFlow &flow)
+    : m_terminal(terminal), m_faults(faults), m_agenda(agenda), m_flow(flow)
+{
+}
+
+void Control::plan(const QVector<TimelineEntry> &timeline)
+{
+    for (const TimelineEntry &entry : timeline) {
+        m_agenda.enter(entry.time, [this, command = entry.command](const QDateTime &time) {
+            const QString problem = carryOut(command, time);
+            if (!problem.isEmpty())
+                qCWarning(terminalLog, "the timeline at %s: %s", qUtf8Printable(time.toString(Qt::ISODate)),
+                          qUtf8Printable(problem));
+        });
+    }
+}
+
+void Control::run(const Command &command, Listener done)
+{
+    m_agenda.soon([this, command, done = std::move(done)](const QDateTime &time) { done(carryOut(command, time)); });
+}
+
+void Control::awaitRuns()
+{
+    std::promise<void> done;
+    m_agenda.soon([&](const QDateTime &) { done.set_value(); });
+    done.get_future().wait();
+}
+
+void Control::setDrop(Drop drop)
+{
+    const std::lock_guard lock(m_mutex);
+    m_drop = std::move(drop);
+}
+
+QString Control::carryOut(const Command &command, const QDateTime &time)
+{
+    switch (command.name) {
+    case CommandName::Pause:
+        m_terminal.pause();
+        break;
+    case CommandName::Resume:
+        return resume(command, time);
+    case CommandName::Step:
+        m_terminal.pause();
+        m_terminal.skipTo(m_terminal.exchange().timeOfStep(m_terminal.exchange().stepAt(time) + 1));
+        break;
+    case CommandName::Speed:
+        m_terminal.setSpeed(command.speed);
+        break;
+    case CommandName::Jump:
+        return jump(command, time);
+    case CommandName::Fault:
+        m_faults.set(command.fault);
+        break;
+    case CommandName::Clear:
+        if (!command.isOfAll)
+            m_faults.set(command.fault);
+        else
+            for (const FaultInfo &info : Faults::all())
+                m_faults.set({info.fault, 0});
+        break;
+    case CommandName::Halt:
+        return halt(command, time);
+    case CommandName::Burst:
+        m_flow.burst(command.count, time);
+        break;
+    case CommandName::Drop:
+        return drop(command);
+    }
+    return QString();
+}
+
+QString Control::resume(const Command &command, const QDateTime &time)
+{
+    if (command.symbol.isEmpty()) {
+        m_terminal.resume();
+        return QString();
+    }
+    Exchange &exchange = m_terminal.exchange();
+    if (!exchange.isHalted(command.symbol, exchange.stepAt(time)))
+        return QStringLiteral("%1 is not halted").arg(command.symbol);
+    exchange.resume(command.symbol, time);
+    return QString();
+}
+
+QString Control::halt(const Command &command, const QDateTime &time)
+{
+    if (!m_terminal.exchange().instrument(command.symbol))
+        return QStringLiteral("%1 is not listed").arg(command.symbol);
+    m_terminal.exchange().halt(command.symbol, time);
+    return QString();
+}
+
+QString Control::jump(const Command &command, const QDateTime &time)
+{
+    const QDateTime target = jumpTarget(command.time, time, m_terminal.exchange().calendar());
+    if (!target.isValid())
+        return QStringLiteral("%1 has passed: it is %2")
+            .arg(command.time, time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")));
+    m_flow.skipTo(target);
+    m_terminal.skipTo(target);
+    return QString();
+}
+
+QString Control::drop(const Command &command)
+{
+    const std::lock_guard lock(m_mutex);
+    if (m_drop)
+        m_drop(command.isOfAll ? 0 : command.count);
+    return QString();
+}
+
+} // namespace sim

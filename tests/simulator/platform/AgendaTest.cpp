@@ -1,0 +1,90 @@
+#include "platform/Agenda.h"
+#include "platform/SimulatedClock.h"
+
+#include <gtest/gtest.h>
+
+#include <future>
+
+using namespace sim;
+
+namespace {
+
+const QDateTime kStart(QDate(2025, 3, 3), QTime(10, 0), Qt::UTC);
+
+QDateTime after(int ms)
+{
+    return kStart.addMSecs(ms);
+}
+
+/// Does nothing; its promise is fulfilled on the thread of the action.
+struct Seen {
+    Agenda::Action action()
+    {
+        return [this](const QDateTime &time) { promise.set_value({time, std::this_thread::get_id()}); };
+    }
+
+    std::promise<std::pair<QDateTime, std::thread::id>> promise;
+};
+
+} // namespace
+
+TEST(Agenda, ActionsHappenAtTheirTimesInTheirOrder)
+{
+    SimulatedClock clock(kStart, 1000);
+    Agenda agenda(clock);
+    std::vector<int> order;
+    Seen last;
+    agenda.enter(after(2000), last.action());
+    agenda.enter(after(1000), [&](const QDateTime &) { order.push_back(1); });
+    agenda.enter(after(1000), [&](const QDateTime &time) {
+        EXPECT_EQ(after(1000), time);
+        EXPECT_EQ(time, clock.now()); // of this thread: what it announces depends on that time alone
+        order.push_back(2);
+        agenda.enter(after(1500), [&](const QDateTime &) { order.push_back(3); });
+    });
+    EXPECT_EQ(after(2000), last.promise.get_future().get().first);
+    EXPECT_EQ(std::vector<int>({1, 2, 3}), order);
+    EXPECT_GE(clock.now(), after(2000));
+}
+
+TEST(Agenda, WhoeverNeedsTheWorldAsOfATimePlaysUpToIt)
+{
+    SimulatedClock clock(kStart, 1e-6);
+    Agenda agenda(clock);
+    int done = 0;
+    agenda.enter(after(1000), [&](const QDateTime &) {
+        agenda.playUntil(after(9000)); // from an action it does nothing
+        ++done;
+    });
+    agenda.enter(after(3000), [&](const QDateTime &) { done += 10; });
+    agenda.playUntil(after(999));
+    EXPECT_EQ(0, done);
+    agenda.playUntil(after(1000));
+    EXPECT_EQ(1, done);
+    agenda.playUntil(after(1000));
+    EXPECT_EQ(1, done);
+}
+
+TEST(Agenda, SoonMeansNowOnTheAgendasThread)
+{
+    SimulatedClock clock(kStart, 1e-6);
+    Agenda agenda(clock);
+    clock.skipTo(after(5000));
+    bool isFirst = false;
+    agenda.enter(after(4000), [&](const QDateTime &) { isFirst = true; });
+    Seen seen;
+    agenda.soon(seen.action());
+    const auto [time, thread] = seen.promise.get_future().get();
+    EXPECT_EQ(after(5000), time);
+    EXPECT_NE(std::this_thread::get_id(), thread);
+    EXPECT_TRUE(isFirst);
+}
+
+TEST(Agenda, AfterStopNothingHappens)
+{
+    SimulatedClock clock(kStart, 1);
+    Agenda agenda(clock);
+    agenda.stop();
+    agenda.enter(kStart, [](const QDateTime &) { ADD_FAILURE(); });
+    agenda.playUntil(after(1000));
+}

@@ -1,0 +1,110 @@
+import { useState, useSyncExternalStore } from 'react';
+import type { Control, FaultState } from './control';
+import { faultsInChinese } from './faultTexts';
+import { useTexts, type Language } from './texts';
+
+const speeds = [0.1, 1, 10, 100, 1000];
+
+const usualBurst = 2000;
+
+/** Lets a person stop and move the time of the simulator, and switch its faults. */
+export function ControlPanel({ control, language }: { control: Control; language: Language }) {
+  const t = useTexts();
+  const { state, problem } = useSyncExternalStore(control.watch, control.current);
+  const [burst, setBurst] = useState(String(usualBurst));
+  if (!state) return null;
+  const { time, isPaused, speed, faults } = state;
+  const shownTime = new Date(time).toISOString().slice(0, 19).replace('T', ' ');
+  const active = faults.filter(({ value }) => value > 0).length;
+  const button = (text: string, command: string) => (
+    <button type="button" className="plain" onClick={() => control.run(command)}>
+      {text}
+    </button>
+  );
+  return (
+    <details className="panel control" data-testid="control">
+      <summary>
+        <h2>{t.control}</h2>
+        <span className="quiet" data-testid="control-state">
+          {shownTime} · {isPaused ? t.standsStill : `×${speed}`} · {t.activeFaults(active)}
+        </span>
+      </summary>
+      <div className="commands">
+        {isPaused ? button(t.goOn, 'resume') : button(t.standStill, 'pause')}
+        {button(t.step, 'step')}
+        {button(t.jumpToClose, 'jump close')}
+        <label className="inline">
+          {t.speed}
+          <select value={speed} onChange={(event) => control.run(`speed ${event.target.value}`)}>
+            {[...new Set([...speeds, speed])]
+              .sort((a, b) => a - b)
+              .map((each) => (
+                <option key={each} value={each}>
+                  ×{each}
+                </option>
+              ))}
+          </select>
+        </label>
+        <label className="inline">
+          {t.burst}
+          <input
+            type="number"
+            min={1}
+            max={100000}
+            value={burst}
+            onChange={(event) => setBurst(event.target.value)}
+            onKeyDown={(event) => event.key === 'Enter' && control.run(`burst ${burst}`)}
+          />
+        </label>
+        {button(t.enterBurst, `burst ${burst}`)}
+        {button(t.dropPages, 'drop')}
+        {button(t.clearFaults, 'clear')}
+      </div>
+      <p className="problem" role="status" data-testid="problem">
+        {problem}
+      </p>
+      <ul className="faults">
+        {faults.map((fault) => (
+          <Fault
+            key={fault.name}
+            fault={fault}
+            explained={(language === 'zh' && faultsInChinese[fault.name]) || fault.sentence}
+            onSet={(value) => control.run(`fault ${fault.name}=${value}`)}
+          />
+        ))}
+      </ul>
+    </details>
+  );
+}
+
+interface FaultProps {
+  fault: FaultState;
+  explained: string;
+  onSet: (value: string) => void;
+}
+
+function Fault({ fault, explained, onSet }: FaultProps) {
+  const { name, kind, most, value } = fault;
+  return (
+    <li data-testid="fault" data-name={name} data-value={value}>
+      <label>
+        {kind === 'switch' ? (
+          <input type="checkbox" checked={value > 0} onChange={(event) => onSet(event.target.checked ? '1' : '0')} />
+        ) : (
+          // A new value of the simulator's replaces what is shown.
+          <input
+            key={value}
+            type="number"
+            min={0}
+            max={most}
+            defaultValue={value}
+            onBlur={(event) => event.target.value !== String(value) && onSet(event.target.value)}
+            onKeyDown={(event) => event.key === 'Enter' && onSet(event.currentTarget.value)}
+          />
+        )}
+        <code>{name}</code> {kind === 'milliseconds' && 'ms'}
+        <span className="quiet">{explained}</span>
+      </label>
+    </li>
+  );
+}
