@@ -109,6 +109,7 @@ int main(int argc, char **argv)
     const qint64 orders = numberFrom(argc, argv, 2, 1'000'000);
     const auto terminal = makeTerminal();
     std::vector<std::unique_ptr<APage>> pages;
+    pages.reserve(viewCount);
     for (int i = 0; i < viewCount; ++i)
         pages.push_back(std::make_unique<APage>());
 

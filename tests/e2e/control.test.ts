@@ -34,7 +34,10 @@ test.describe('the control panel of the inspector', { tag: '@page' }, () => {
     await expect(state).not.toContainText('15:00:00');
   });
 
-  test('switches faults, which pages then see, and shows how often they still happen', async ({ barePage, recorder }) => {
+  test('switches faults, which pages then see, and shows how often they still happen', async ({
+    barePage,
+    recorder,
+  }) => {
     const state = inspector.getByTestId('control-state');
     await expect(state).toContainText('1 个故障');
     await fault(inspector, 'silent-klines').getByRole('checkbox').uncheck();

@@ -42,17 +42,20 @@ test.describe('when the connection breaks while an order is sent, the workbench'
     await openView(page, '交易');
     await fillTicket(page, frames, { qty: '100' });
     await reviewButton(page).click();
-    await page.evaluate(async (address) => {
-      const socket = new WebSocket(address);
-      await new Promise((resolve) => (socket.onopen = resolve));
-      const done = new Promise<void>((resolve) => {
-        socket.onmessage = ({ data }) => {
-          if ((JSON.parse(String(data)) as { kind: string }).kind === 'result') resolve();
-        };
-      });
-      socket.send('{"command":"fault drop-in-call=1","id":1}');
-      await done;
-    }, `${url.replace('http', 'ws')}control`);
+    await page.evaluate(
+      async (address) => {
+        const socket = new WebSocket(address);
+        await new Promise((resolve) => (socket.onopen = resolve));
+        const done = new Promise<void>((resolve) => {
+          socket.onmessage = ({ data }) => {
+            if ((JSON.parse(String(data)) as { kind: string }).kind === 'result') resolve();
+          };
+        });
+        socket.send('{"command":"fault drop-in-call=1","id":1}');
+        await done;
+      },
+      `${url.replace('http', 'ws')}control`,
+    );
     await confirmButton(page).click();
     await expect(outcomeOf(page).locator('[data-outcome="unknown"]')).toBeVisible();
   });

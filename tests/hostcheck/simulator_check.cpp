@@ -1,5 +1,5 @@
-#include "platform/PackedRow.h"
 #include "hostcheck/HostCheck.h"
+#include "platform/PackedRow.h"
 #include "terminal/Terminal.h"
 
 #include <memory>
