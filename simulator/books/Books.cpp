@@ -46,7 +46,8 @@ int Books::enter(Order order, Money available, const PriceLimits &limits)
     order.id = numbered(QStringLiteral("O") + m_orderIdPrefix, number + 1);
     order.changed = order.entered;
     order.highestPrice = limits.highest;
-    order.remark = violatedRule(order, limits);
+    if (order.remark.isEmpty())
+        order.remark = violatedRule(order, limits);
     if (order.remark.isEmpty())
         order.remark = ledgerOf(order).shortage(order, available);
     if (order.remark.isEmpty()) {

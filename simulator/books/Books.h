@@ -43,7 +43,8 @@ public:
     Ledger *ledgerToOpen(const QString &tradingAccount);
 
     /// Enters an order of a known trading account and returns its number. The order is rejected when it breaks a rule,
-    /// exceeds the price limits or costs more than the account has. available: the account's money for new orders.
+    /// exceeds the price limits or costs more than the account has, or when its remark says already why. available: the
+    /// account's money for new orders.
     int enter(Order order, Money available, const PriceLimits &limits);
 
     /// Books a fill of an open order. qty: at most the order's open quantity.

@@ -42,9 +42,14 @@ void OpenOrders::remove(int number, const Order &order)
 std::vector<OpenOrders::Fill> OpenOrders::fillsAt(const Exchange &exchange, qint64 step) const
 {
     std::vector<Fill> all;
-    const bool isClose = Exchange::isClose(step);
+    const Phase phase = Exchange::phase(step);
+    const bool isAfterHours = phase == Phase::AfterHours;
+    if (!isAfterHours && phase != Phase::OpeningMatch && phase != Phase::Continuous)
+        return all;
     for (const auto &[instrument, queues] : m_bySecurity) {
-        if (!isClose && queues[Buys].empty() && queues[Sells].empty())
+        const Keys &buys = queues[isAfterHours ? AfterHoursBuys : Buys];
+        const Keys &sells = queues[isAfterHours ? AfterHoursSells : Sells];
+        if ((buys.empty() && sells.empty()) || exchange.isHalted(instrument->symbol, step))
             continue;
         const std::optional<double> price = exchange.lastPrice(instrument->symbol, step);
         if (!price)
@@ -54,12 +59,8 @@ std::vector<OpenOrders::Fill> OpenOrders::fillsAt(const Exchange &exchange, qint
             for (auto key = keys.begin(); key != keys.end() && key->first <= upTo; ++key)
                 all.push_back({key->second, price});
         };
-        take(queues[Buys], -ticks);
-        take(queues[Sells], ticks);
-        if (isClose) {
-            take(queues[AfterHoursBuys], -ticks);
-            take(queues[AfterHoursSells], ticks);
-        }
+        take(buys, -ticks);
+        take(sells, ticks);
     }
     // First come, first served: the hash of addresses has another order in every process.
     std::sort(all.begin(), all.end(), [](const Fill &a, const Fill &b) { return a.order < b.order; });

@@ -28,7 +28,7 @@ public:
 
     bool isEmpty() const { return m_bySecurity.empty(); }
 
-    /// The orders that fill at this step's price, by number; after-hours orders only at the close.
+    /// The orders that fill at this step's price, by number; after-hours orders only after hours.
     std::vector<Fill> fillsAt(const Exchange &exchange, qint64 step) const;
 
 private:

@@ -3,7 +3,6 @@
 #include "books/Books.h"
 #include "exchange/Exchange.h"
 #include "exchange/Random.h"
-#include "exchange/TradingCalendar.h"
 
 #include <QHash>
 
@@ -56,7 +55,7 @@ public:
     int minutes() const
     {
         const QDateTime midnight(m_start.date(), QTime(0, 0), Qt::UTC);
-        return int(calendar::minutesEndedBy(m_start) - calendar::minutesEndedBy(midnight));
+        return int(m_exchange.calendar().minutesEndedBy(m_start) - m_exchange.calendar().minutesEndedBy(midnight));
     }
 
     /// Reads the candles of the security. False when a minute has none: then the account does not trade it.
@@ -71,7 +70,7 @@ public:
     /// Of a security that was loaded.
     const Candle &candle(const QString &symbol, int minute) const { return (*m_candles.constFind(symbol))[minute]; }
 
-    PriceLimits limits(const QString &symbol) const { return m_exchange.limits(symbol, Exchange::stepAt(m_start)); }
+    PriceLimits limits(const QString &symbol) const { return m_exchange.limits(symbol, m_exchange.stepAt(m_start)); }
 
     double participation() const { return m_exchange.rules().openingParticipation; }
 

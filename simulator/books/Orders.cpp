@@ -54,6 +54,8 @@ QString violatedRule(const Order &order, const PriceLimits &limits)
     const Instrument &instrument = *order.instrument;
     if (order.qty < 1 || order.qty > instrument.maxQty)
         return QStringLiteral("委托数量超出范围");
+    if (isAfterHours(order) && !instrument.afterHours)
+        return QStringLiteral("该证券不支持盘后定价交易");
     // Closing orders need no whole lots, so that the rest of a position can always be sold.
     if (opens(order.side) && (order.qty < instrument.minQty || order.qty % instrument.lot != 0))
         return QStringLiteral("委托数量不符合交易单位");

@@ -40,7 +40,7 @@ TradingDesk::TradingDesk(const Accounts &accounts, const QString &orderIdPrefix,
     , m_listener(std::move(listener))
     , m_books(accounts, orderIdPrefix)
     , m_now(start)
-    , m_step(Exchange::stepAt(start))
+    , m_step(exchange.stepAt(start))
 {
     openBooks(m_books, exchange, seed, start, opening);
     for (int number = 0; number < int(m_books.orders().size()); ++number) {
@@ -74,7 +74,7 @@ std::vector<Order> TradingDesk::place(const std::vector<Order> &orders, const QD
     {
         const std::lock_guard lock(m_mutex);
         moveClock(now);
-        playAllSteps(Exchange::stepAt(m_now));
+        playAllSteps(m_exchange.stepAt(m_now));
 
         // New orders change only the frozen money of an account: its positions are valued once.
         const Prices prices = [this](const QString &symbol) {
@@ -86,6 +86,8 @@ std::vector<Order> TradingDesk::place(const std::vector<Order> &orders, const QD
             if (!withFrozen.contains(order.tradingAccount))
                 withFrozen.insert(order.tradingAccount, ledger.value(prices).available + ledger.frozenCash());
             order.entered = m_now;
+            if (m_exchange.isHalted(order.instrument->symbol, m_step + 1))
+                order.remark = QStringLiteral("证券停牌，不能委托");
             const int number = m_books.enter(order, withFrozen[order.tradingAccount] - ledger.frozenCash(),
                                              m_exchange.limits(order.instrument->symbol, m_step));
             const Order &asEntered = orderAt(number);
@@ -108,7 +110,7 @@ QStringList TradingDesk::cancel(const std::vector<CancelRequest> &requests, cons
     {
         const std::lock_guard lock(m_mutex);
         moveClock(now);
-        playAllSteps(Exchange::stepAt(m_now));
+        playAllSteps(m_exchange.stepAt(m_now));
         for (const CancelRequest &request : requests)
             reasons.append(cancel(request));
         reportTouched();
@@ -136,7 +138,7 @@ QString TradingDesk::cancel(const CancelRequest &request)
 
 void TradingDesk::advance(const QDateTime &now)
 {
-    const qint64 lastStep = Exchange::stepAt(now);
+    const qint64 lastStep = m_exchange.stepAt(now);
     for (bool isMore = true; isMore;) {
         {
             const std::lock_guard lock(m_mutex); // released after each step, so that no caller waits for a whole day
@@ -166,7 +168,7 @@ bool TradingDesk::playStep(qint64 lastStep)
     if (m_step >= lastStep)
         return false;
     ++m_step;
-    const QDateTime time = Exchange::timeOfStep(m_step);
+    const QDateTime time = m_exchange.timeOfStep(m_step);
     moveClock(time);
     for (const OpenOrders::Fill &fillable : m_open.fillsAt(m_exchange, m_step))
         fill(fillable, time);

@@ -34,6 +34,7 @@ struct Instrument {
     double saleTaxRate = 0;   ///< the same, added to the fee of a sale
     double marginRate = 0;    ///< futures: margin, as a part of the position's cost
     bool soldSameDay = false; ///< what was bought today may be sold today
+    bool afterHours = false;  ///< trades after the close, at the closing price
     qint64 dailyVolume = 0;   ///< volume of a usual day, in shares, bonds or contracts
     QDate listed;             ///< first trading day; there is no candle before it
 

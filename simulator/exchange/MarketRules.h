@@ -1,6 +1,7 @@
 #pragma once
 
 #include "exchange/SecurityClass.h"
+#include "exchange/TradingCalendar.h"
 
 #include <optional>
 
@@ -15,10 +16,12 @@ struct PriceLimits {
     bool areSet() const { return upper > 0; }
 };
 
-/// What decides lots, fees, margin, price limits and fills. A plain value, by default the rules of docs/vocabulary.md.
-/// Whoever builds a market hands it to the listing and to the exchange; the trading desk takes it from there.
+/// What decides trading days, lots, fees, margin, price limits and fills. A plain value, by default the rules of
+/// docs/vocabulary.md. Whoever builds a market hands it to the listing and to the exchange; the trading desk takes it
+/// from there.
 struct MarketRules {
     QVector<SecurityClass> classes = standardClasses();
+    TradingCalendar calendar;
 
     /// Without a price limit, money is set aside for a rise of this part above the previous close.
     double unlimitedRise = 0.2;

@@ -15,7 +15,7 @@ namespace {
 
 // A day has one moment for its opening and one for the end of each minute. The night lies between the last moment of a
 // day and the first of the next.
-constexpr int kMomentsPerDay = calendar::kMinutesPerDay + 1;
+constexpr int kMomentsPerDay = TradingCalendar::kMinutesPerDay + 1;
 
 constexpr double kFastestLayer = 0.0007; // gives about 1.5 % a day
 constexpr double kNightMove = 0.008;
@@ -39,7 +39,7 @@ PricePath::PricePath(const Instrument &instrument, quint64 seed, qint64 startDay
 {
     for (int layer = 0; layer < kLayers; ++layer)
         m_layerKeys[size_t(layer)] = subkey(m_key, quint64(layer));
-    m_logAtStart = logPrice(startDay - 1, calendar::kMinutesPerDay);
+    m_logAtStart = logPrice(startDay - 1, TradingCalendar::kMinutesPerDay);
 }
 
 double PricePath::logPrice(qint64 tradingDay, int minutesEnded) const

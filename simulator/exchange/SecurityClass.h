@@ -21,6 +21,7 @@ struct SecurityClass {
     double saleTaxRate;
     double marginRate;
     bool soldSameDay;
+    bool afterHours;
 
     /// Copies all of it to the instrument.
     void applyTo(Instrument &instrument) const;

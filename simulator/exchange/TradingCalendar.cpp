@@ -1,72 +1,100 @@
 #include "exchange/TradingCalendar.h"
 
-#include <QtGlobal>
+#include <algorithm>
 
-namespace sim::calendar {
+namespace sim {
 
 namespace {
 
-constexpr int kHalfDay = kMinutesPerDay / 2;
+constexpr int kHalfDay = TradingCalendar::kMinutesPerDay / 2;
 constexpr int kMorningOpen = 9 * 60 + 30; // minutes after midnight
 constexpr int kAfternoonOpen = 13 * 60;
 constexpr int kDaysPerWeek = 7;
-constexpr int kTradingDaysPerWeek = 5;
+constexpr int kWeekdays = 5;
 
-/// Seconds of trading that have passed at that time of a trading day.
-int tradedToday(const QTime &time)
+/// Minutes of trading that have ended at that time of a trading day.
+int minutesToday(const QTime &time)
 {
     const auto since = [&](int openingMinute) {
-        return qBound(0, time.msecsSinceStartOfDay() / 1000 - openingMinute * 60, kHalfDay * 60);
+        return qBound(0, time.msecsSinceStartOfDay() / 60000 - openingMinute, kHalfDay);
     };
     return since(kMorningOpen) + since(kAfternoonOpen);
 }
 
-bool trades(const QDate &date)
+bool isWeekday(const QDate &date)
 {
-    return date.dayOfWeek() <= kTradingDaysPerWeek;
+    return date.dayOfWeek() <= kWeekdays;
+}
+
+/// The number of weekdays before the date.
+qint64 weekdaysBefore(const QDate &date)
+{
+    const qint64 day = date.toJulianDay(); // day 0 was a Monday
+    return day / kDaysPerWeek * kWeekdays + qMin<qint64>(day % kDaysPerWeek, kWeekdays);
+}
+
+QDate dateOfWeekday(qint64 number)
+{
+    return QDate::fromJulianDay(number / kWeekdays * kDaysPerWeek + number % kWeekdays);
 }
 
 } // namespace
 
-qint64 tradingDaysBefore(const QDate &date)
+TradingCalendar::TradingCalendar(const QVector<QDate> &holidays)
 {
-    const qint64 day = date.toJulianDay(); // day 0 was a Monday
-    const qint64 week = day / kDaysPerWeek;
-    return week * kTradingDaysPerWeek + qMin<qint64>(day % kDaysPerWeek, kTradingDaysPerWeek);
+    for (const QDate &date : holidays) {
+        if (isWeekday(date))
+            m_holidays.push_back(weekdaysBefore(date));
+    }
+    std::sort(m_holidays.begin(), m_holidays.end());
+    m_holidays.erase(std::unique(m_holidays.begin(), m_holidays.end()), m_holidays.end());
 }
 
-QDate dateOf(qint64 tradingDay)
+bool TradingCalendar::trades(const QDate &date) const
 {
-    const qint64 week = tradingDay / kTradingDaysPerWeek;
-    return QDate::fromJulianDay(week * kDaysPerWeek + tradingDay % kTradingDaysPerWeek);
+    return isWeekday(date) && !std::binary_search(m_holidays.begin(), m_holidays.end(), weekdaysBefore(date));
 }
 
-QDateTime endOfMinute(qint64 minute)
+qint64 TradingCalendar::tradingDaysBefore(const QDate &date) const
+{
+    const qint64 weekdays = weekdaysBefore(date);
+    return weekdays - (std::lower_bound(m_holidays.begin(), m_holidays.end(), weekdays) - m_holidays.begin());
+}
+
+QDate TradingCalendar::dateOf(qint64 tradingDay) const
+{
+    // Before holiday i there are m_holidays[i] - i trading days, a number that never falls with i.
+    size_t before = 0;
+    for (size_t left = m_holidays.size(); left > 0;) {
+        const size_t half = left / 2;
+        const bool isBefore = m_holidays[before + half] - qint64(before + half) <= tradingDay;
+        before += isBefore ? half + 1 : 0;
+        left = isBefore ? left - half - 1 : half;
+    }
+    return dateOfWeekday(tradingDay + qint64(before));
+}
+
+QDateTime TradingCalendar::endOfMinute(qint64 minute) const
 {
     const int ended = int(minute % kMinutesPerDay) + 1;
     const int ofDay = ended <= kHalfDay ? kMorningOpen + ended : kAfternoonOpen + ended - kHalfDay;
     return QDateTime(dateOf(minute / kMinutesPerDay), QTime(ofDay / 60, ofDay % 60), Qt::UTC);
 }
 
-QDateTime endOfDay(qint64 tradingDay)
+QDateTime TradingCalendar::endOfDay(qint64 tradingDay) const
 {
     return endOfMinute(tradingDay * kMinutesPerDay + kMinutesPerDay - 1);
 }
 
-qint64 secondsTradedBy(const QDateTime &time)
+qint64 TradingCalendar::minutesEndedBy(const QDateTime &time) const
 {
-    const int today = trades(time.date()) ? tradedToday(time.time()) : 0;
-    return tradingDaysBefore(time.date()) * kSecondsPerDay + today;
+    const int today = trades(time.date()) ? minutesToday(time.time()) : 0;
+    return tradingDaysBefore(time.date()) * kMinutesPerDay + today;
 }
 
-qint64 minutesEndedBy(const QDateTime &time)
-{
-    return secondsTradedBy(time) / 60;
-}
-
-qint64 daysEndedBy(const QDateTime &time)
+qint64 TradingCalendar::daysEndedBy(const QDateTime &time) const
 {
     return minutesEndedBy(time) / kMinutesPerDay;
 }
 
-} // namespace sim::calendar
+} // namespace sim

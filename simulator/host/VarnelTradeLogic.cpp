@@ -142,7 +142,8 @@ QString VarnelTradeLogic::queryMaxTradableQty(const OrderRequestList &orders)
     Order order;
     if (!fund || !ledger || lines.size() != 1 || !readOrder(lines.first(), *fund, terminal.exchange(), order).isEmpty())
         return {};
-    const PriceLimits limits = terminal.exchange().limits(order.instrument->symbol, Exchange::stepAt(terminal.now()));
+    const qint64 step = terminal.exchange().stepAt(terminal.now());
+    const PriceLimits limits = terminal.exchange().limits(order.instrument->symbol, step);
     return QString::number(tradableQty(*ledger, order, limits, terminal.latestPrices()));
 }
 

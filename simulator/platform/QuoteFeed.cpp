@@ -21,7 +21,7 @@ QuoteFeed::QuoteFeed(const Exchange &exchange, const SimulatedClock &clock, Step
         m_unacknowledged = false;
         m_wake.notify_all();
     })
-    , m_step(Exchange::stepAt(clock.now()))
+    , m_step(exchange.stepAt(clock.now()))
     , m_pausedUntil(RealClock::now())
 {
     m_thread = std::thread([this] { run(); });
@@ -86,17 +86,19 @@ void QuoteFeed::run()
 
 QuoteFeed::RealClock::time_point QuoteFeed::nextStep() const
 {
-    const RealClock::time_point due = RealClock::now() + m_clock.realTimeUntil(Exchange::timeOfStep(m_step + 1));
+    const RealClock::time_point due = RealClock::now() + m_clock.realTimeUntil(m_exchange.timeOfStep(m_step + 1));
     return std::max(due, m_pausedUntil);
 }
 
 void QuoteFeed::reportStep(std::unique_lock<std::mutex> &lock)
 {
-    m_step = Exchange::stepAt(m_clock.now());
+    const qint64 quotesBefore = steps::ofQuote(m_step);
+    m_step = m_exchange.stepAt(m_clock.now());
     lock.unlock();
-    m_onStep(Exchange::timeOfStep(m_step));
+    m_onStep(m_exchange.timeOfStep(m_step));
     lock.lock();
-    m_due = m_streamed;
+    if (steps::ofQuote(m_step) != quotesBefore)
+        m_due = m_streamed;
     m_pausedUntil = RealClock::now() + kPause;
 }
 
@@ -106,7 +108,7 @@ void QuoteFeed::sendTicks(std::unique_lock<std::mutex> &lock)
     due.swap(m_due);
     m_unacknowledged = true;
     lock.unlock();
-    const QDateTime time = Exchange::timeOfStep(m_step);
+    const QDateTime time = m_exchange.timeOfStep(m_step);
     for (const QString &symbol : due) {
         if (const std::optional<Quote> quote = m_exchange.quote(symbol, time)) // none before the first trading day
             m_onTick(*quote);

@@ -1,6 +1,7 @@
 #include "platform/Scenario.h"
 
 #include "exchange/Listing.h"
+#include "platform/ScenarioDays.h"
 #include "platform/ScenarioRules.h"
 #include "platform/StrictJson.h"
 
@@ -26,25 +27,6 @@ constexpr qint64 kMaxCount = 1000000000;
 constexpr qint64 kMaxSeed = Q_INT64_C(1) << 53; // JSON's numbers are exact up to here
 
 // A value that could not be read is empty, invalid or nothing. Its mistake is noted, and no other one follows from it.
-
-QDateTime dateTime(JsonNode &node, const QString &key)
-{
-    const QString text = node.text(key);
-    QDateTime time = QDateTime::fromString(text, QStringLiteral("yyyy-MM-dd HH:mm:ss"));
-    if (!time.isValid() && !text.isEmpty())
-        node.fail(key, QStringLiteral("must be a date and time like 2025-03-03 10:00:00"));
-    time.setTimeSpec(Qt::UTC);
-    return time;
-}
-
-QDate date(JsonNode &node, const QString &key)
-{
-    const QString text = node.text(key);
-    const QDate date = QDate::fromString(text, QStringLiteral("yyyy-MM-dd"));
-    if (!date.isValid() && !text.isEmpty())
-        node.fail(key, QStringLiteral("must be a date like 2015-01-05"));
-    return date;
-}
 
 /// Notes a mistake when the text is one of those in seen, and adds it to them.
 void requireNew(const JsonNode &node, const QString &key, const QString &text, QSet<QString> &seen)
@@ -222,7 +204,7 @@ Instrument readSecurity(JsonNode &node, const MarketRules &rules)
         security.interest = readInterest(node);
     security.multiplier = double(node.wholeNumber(QStringLiteral("multiplier"), 1, kMaxCount).value_or(1));
     security.dailyVolume = node.wholeNumber(QStringLiteral("dailyVolume"), 0, kMaxCount).value_or(0);
-    security.listed = date(node, QStringLiteral("listed"));
+    security.listed = readDate(node, QStringLiteral("listed"));
     node.finish();
     return security;
 }
@@ -275,14 +257,16 @@ Scenario readRoot(JsonNode root)
     Scenario scenario;
     scenario.name = root.text(QStringLiteral("name"));
     scenario.seed = quint64(root.wholeNumber(QStringLiteral("seed"), 0, kMaxSeed).value_or(0));
-    scenario.start = dateTime(root, QStringLiteral("start"));
+    scenario.start = readDateTime(root, QStringLiteral("start"));
     scenario.station = root.text(QStringLiteral("station"));
     scenario.traders = readTraders(root);
     scenario.logins = readLogins(root, scenario.traders);
     scenario.fundAccounts = readFundAccounts(root);
     scenario.algoPermissions = readAlgoPermissions(root, scenario.fundAccounts);
     scenario.rules = readRules(root);
+    scenario.rules.calendar = TradingCalendar(readHolidays(root));
     scenario.securities = readSecurities(root, scenario.start.date(), scenario.rules);
+    scenario.halts = readHalts(root, scenario.securities);
     scenario.generatedSecurities =
         int(root.wholeNumber(QStringLiteral("generatedSecurities"), 0, kMostGenerated).value_or(0));
     scenario.opening = readOpening(root);

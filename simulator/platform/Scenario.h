@@ -3,6 +3,7 @@
 #include "HostApi.h"
 #include "books/Accounts.h"
 #include "books/OpeningBooks.h"
+#include "exchange/Halts.h"
 #include "exchange/MarketRules.h"
 
 #include <QDateTime>
@@ -29,6 +30,7 @@ struct VARNEL_HOST_API Scenario {
     QVector<AlgoPermission> algoPermissions;
     QVector<Instrument> securities;
     int generatedSecurities = 0; ///< how many more are made up from the seed
+    QVector<Halt> halts;
     OpeningTerms opening;
     int busDelay = 20; ///< milliseconds of a request or event on the bus, at normal speed
     MarketRules rules;

@@ -25,6 +25,9 @@ constexpr Key<SecurityClass, qint64> kQuantities[] = {{"step", &SecurityClass::l
                                                       {"largest", &SecurityClass::maxQty},
                                                       {"shownStep", &SecurityClass::displayStep}};
 
+constexpr Key<SecurityClass, bool> kSwitches[] = {{"soldSameDay", &SecurityClass::soldSameDay},
+                                                  {"afterHours", &SecurityClass::afterHours}};
+
 constexpr Key<MarketRules, double> kParts[] = {{"unlimitedRise", &MarketRules::unlimitedRise},
                                                {"splitProbability", &MarketRules::splitProbability},
                                                {"smallestFirstPart", &MarketRules::smallestFirstPart},
@@ -50,9 +53,11 @@ void readClass(JsonNode &node, SecurityClass &securityClass)
         if (node.has(key))
             securityClass.*member = node.wholeNumber(key, 1, kMaxQty).value_or(securityClass.*member);
     }
-    const QString sameDay = QStringLiteral("soldSameDay");
-    if (node.has(sameDay))
-        securityClass.soldSameDay = node.boolean(sameDay);
+    for (const auto &[name, member] : kSwitches) {
+        const QString key = QString::fromLatin1(name);
+        if (node.has(key))
+            securityClass.*member = node.boolean(key);
+    }
     node.finish();
     if (securityClass.minQty > securityClass.maxQty)
         node.fail(QStringLiteral("smallest"), QStringLiteral("must not be more than the largest order"));

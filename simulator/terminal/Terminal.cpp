@@ -24,7 +24,7 @@ Terminal::Terminal(const Scenario &scenario, const Login &login, double speed, b
     , m_clock(scenario.start, speed, stands)
     , m_exchange(listing(scenario.securities, scenario.generatedSecurities, scenario.seed, scenario.start.date(),
                          scenario.rules),
-                 scenario.seed, scenario.start.date(), m_clock, scenario.rules)
+                 scenario.seed, scenario.start.date(), m_clock, scenario.rules, scenario.halts)
     , m_accounts(scenario.traders, scenario.fundAccounts)
     , m_bus(std::make_shared<MessageBus>(m_clock, std::chrono::milliseconds(scenario.busDelay)))
     , m_tradeEvents(*m_bus, m_accounts)
@@ -98,7 +98,7 @@ Terminal::Moment::Moment(Terminal &terminal) : m_hold(terminal.m_clock)
 
 Prices Terminal::latestPrices() const
 {
-    return [this, step = Exchange::stepAt(now())](const QString &symbol) {
+    return [this, step = m_exchange.stepAt(now())](const QString &symbol) {
         return m_exchange.lastPrice(symbol, step).value_or(0);
     };
 }

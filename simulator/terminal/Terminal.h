@@ -34,6 +34,7 @@ public:
     const Accounts &accounts() const { return m_accounts; }
     TradingDesk &desk() { return m_desk; }
     const TradingDesk &desk() const { return m_desk; }
+    Exchange &exchange() { return m_exchange; }
     const Exchange &exchange() const { return m_exchange; }
 
     /// Exchange time.
@@ -89,7 +90,7 @@ private:
     const Login m_login;
     const QString m_station;
     SimulatedClock m_clock;
-    const Exchange m_exchange;
+    Exchange m_exchange;
     const Accounts m_accounts;
     const std::shared_ptr<MessageBus> m_bus;
     TradeEvents m_tradeEvents;

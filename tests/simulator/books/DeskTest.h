@@ -28,6 +28,17 @@ struct DeskWorld {
         return exchange.instruments().first();
     }
 
+    /// A security with trading after hours.
+    const sim::Instrument &growthShare() const
+    {
+        for (const sim::Instrument &instrument : exchange.instruments()) {
+            if (instrument.afterHours)
+                return instrument;
+        }
+        ADD_FAILURE() << "no such security";
+        return exchange.instruments().first();
+    }
+
     sim::Order order(const sim::Instrument &instrument, sim::Side side, qint64 qty, double price = 0) const
     {
         sim::Order order;
@@ -44,7 +55,7 @@ struct DeskWorld {
     /// The last price at that time, plus that many ticks.
     double price(const sim::Instrument &instrument, const QDateTime &time, int ticks = 0) const
     {
-        const double last = exchange.lastPrice(instrument.symbol, sim::Exchange::stepAt(time)).value_or(0);
+        const double last = exchange.lastPrice(instrument.symbol, exchange.stepAt(time)).value_or(0);
         return instrument.priceOf(instrument.ticksOf(last) + ticks);
     }
 
@@ -75,7 +86,7 @@ struct DeskWorld {
     }
 
     const TestClock clock;
-    const sim::Exchange exchange;
+    sim::Exchange exchange;
     const sim::Accounts accounts{
         {{QStringLiteral("T1"), QStringLiteral("甲")}},
         {{QStringLiteral("S1"), QStringLiteral("一"), sim::StockFund, {QStringLiteral("A1"), QStringLiteral("A2")}},

@@ -108,7 +108,7 @@ TEST_F(OpeningBooksTest, OnlyValidOrdersReachTheExchange)
             EXPECT_EQ(0, order.filledQty);
         else
             EXPECT_EQ(QString(),
-                      violatedRule(order, exchange.limits(order.instrument->symbol, Exchange::stepAt(clock.now()))));
+                      violatedRule(order, exchange.limits(order.instrument->symbol, exchange.stepAt(clock.now()))));
     }
 }
 

@@ -113,7 +113,10 @@ TEST_F(TradableQtyTest, SellingIsLimitedByThePosition)
     other.qty = 200;
     ledger.reserve(other);
     expectTight(ledger, order(main, Side::Sell, 10), 1034);
-    EXPECT_EQ(1034, most(ledger, order(main, Side::AfterHoursSell, 10)));
+    EXPECT_EQ(0, most(ledger, order(main, Side::AfterHoursSell, 10))); // its board has no trading after hours
+    const Instrument growth = listed("GrowthShare", 10);
+    ledger.holdFromBefore(growth, false, 1234, 9);
+    EXPECT_EQ(1234, most(ledger, order(growth, Side::AfterHoursSell, 10)));
 }
 
 TEST_F(TradableQtyTest, ClosingUsesThePositionOfItsDirection)

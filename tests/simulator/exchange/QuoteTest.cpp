@@ -26,6 +26,11 @@ Instrument stock()
     return stock;
 }
 
+qint64 volumeOf(const Exchange &exchange, qint64 step)
+{
+    return exchange.trades(kStock, step).value_or(StepTrades()).volume;
+}
+
 class QuoteTest : public testing::Test {
 protected:
     Quote quoteAt(const QDateTime &time, const Exchange &of)
@@ -132,12 +137,12 @@ TEST_F(QuoteTest, ChangesEveryThreeSeconds)
     EXPECT_NE(quote.volume, quoteAt("2025-03-03 10:00:06").volume);
 }
 
-TEST_F(QuoteTest, StaysUntilTheFirstStepOfTheNextTradingDay)
+TEST_F(QuoteTest, StaysUntilTheNextTradingDayBegins)
 {
     const Quote friday = quoteAt("2025-02-28 15:00:00");
     EXPECT_EQ(18.36, friday.last);
     EXPECT_EQ(at("2025-02-28 15:00:00"), friday.time);
-    for (const char *later : {"2025-02-28 23:00:00", "2025-03-01 11:00:00", "2025-03-03 09:30:02"})
+    for (const char *later : {"2025-02-28 23:00:00", "2025-03-01 11:00:00", "2025-03-03 08:59:59"})
         expectSame(friday, quoteAt(later));
 
     const Quote monday = quoteAt("2025-03-03 09:30:03");
@@ -292,11 +297,11 @@ TEST_F(QuoteTest, LimitsOfAStepAreThoseOfItsQuote)
 {
     for (const char *time :
          {"2025-03-03 09:30:03", "2025-03-03 15:00:00", "2025-03-04 09:20:00", "2025-03-04 09:30:03"}) {
-        const PriceLimits limits = exchange.limits(kStock, Exchange::stepAt(at(time)));
+        const PriceLimits limits = exchange.limits(kStock, exchange.stepAt(at(time)));
         EXPECT_EQ(quoteAt(time).upperLimit, limits.upper) << time;
         EXPECT_EQ(quoteAt(time).lowerLimit, limits.lower) << time;
     }
-    EXPECT_FALSE(exchange.limits(QStringLiteral("nothing"), Exchange::stepAt(clock.now())).areSet());
+    EXPECT_FALSE(exchange.limits(QStringLiteral("nothing"), exchange.stepAt(clock.now())).areSet());
 }
 
 TEST_F(QuoteTest, RulesDecideTheLimits)
@@ -306,7 +311,7 @@ TEST_F(QuoteTest, RulesDecideTheLimits)
     MarketRules rules;
     rules.unlimitedRise = 0.5;
     const Exchange other({unlimited}, 7, QDate(2025, 3, 3), clock, rules);
-    const PriceLimits limits = other.limits(kStock, Exchange::stepAt(clock.now()));
+    const PriceLimits limits = other.limits(kStock, exchange.stepAt(clock.now()));
     EXPECT_FALSE(limits.areSet());
     EXPECT_DOUBLE_EQ(27.54, limits.highest);
 }
@@ -315,14 +320,121 @@ TEST_F(QuoteTest, EveryStepHasItsTimeAndItsLastPrice)
 {
     for (const char *time : {"2025-03-03 09:30:03", "2025-03-03 11:30:00", "2025-03-03 13:00:03", "2025-03-03 15:00:00",
                              "2025-03-04 09:30:03"})
-        EXPECT_EQ(at(time), Exchange::timeOfStep(Exchange::stepAt(at(time)))) << time;
+        EXPECT_EQ(at(time), exchange.timeOfStep(exchange.stepAt(at(time)))) << time;
 
-    const qint64 close = Exchange::stepAt(at("2025-03-03 23:00:00"));
-    EXPECT_EQ(at("2025-03-03 15:00:00"), Exchange::timeOfStep(close));
-    for (qint64 step = close - 45; step <= close + 45; ++step) {
-        EXPECT_EQ(step == close, Exchange::isClose(step));
-        EXPECT_EQ(exchange.quote(kStock, Exchange::timeOfStep(step))->last, *exchange.lastPrice(kStock, step));
+    const qint64 close = exchange.stepAt(at("2025-03-03 15:04:59"));
+    EXPECT_EQ(at("2025-03-03 15:00:00"), exchange.timeOfStep(close));
+    for (qint64 step = close - 45; step <= close + 1000; ++step) {
+        EXPECT_EQ(exchange.quote(kStock, exchange.timeOfStep(step))->last, *exchange.lastPrice(kStock, step));
     }
     EXPECT_FALSE(exchange.lastPrice(QStringLiteral("nothing"), close));
-    EXPECT_FALSE(exchange.lastPrice(kStock, Exchange::stepAt(at("2009-12-30 10:00:00"))));
+    EXPECT_FALSE(exchange.lastPrice(kStock, exchange.stepAt(at("2009-12-30 10:00:00"))));
+}
+
+TEST_F(QuoteTest, TheDayOpensWithACallAuction)
+{
+    const Quote before = quoteAt("2025-03-03 09:00:00");
+    EXPECT_EQ(at("2025-03-03 09:00:00"), before.time);
+    EXPECT_EQ(18.36, before.previousClose);
+    EXPECT_EQ(18.36, before.last);
+    EXPECT_EQ(20.2, before.upperLimit);
+    EXPECT_EQ(0, before.open);
+    EXPECT_EQ(0, before.volume);
+    ASSERT_EQ(5, before.bids.size());
+    EXPECT_EQ(0, before.bids[0].qty);
+
+    const double open = quoteAt("2025-03-03 09:30:03").open;
+    qint64 offered = 0;
+    for (const char *time : {"2025-03-03 09:17:00", "2025-03-03 09:20:00", "2025-03-03 09:24:57"}) {
+        const Quote call = quoteAt(time);
+        EXPECT_EQ(at(time), call.time);
+        EXPECT_EQ(18.36, call.last);
+        EXPECT_EQ(0, call.open);
+        EXPECT_EQ(0, call.volume);
+        EXPECT_EQ(call.bids[0].price, call.asks[0].price);
+        EXPECT_EQ(call.bids[0].qty, call.asks[0].qty);
+        EXPECT_NEAR(open, call.bids[0].price, 0.005 * open);
+        EXPECT_GT(call.bids[0].qty, offered);
+        offered = call.bids[0].qty;
+        EXPECT_EQ(0, call.bids[1].qty);
+    }
+
+    const Quote match = quoteAt("2025-03-03 09:25:00");
+    EXPECT_EQ(open, match.open);
+    EXPECT_EQ(open, match.last);
+    EXPECT_EQ(open, match.high);
+    EXPECT_EQ(open, match.low);
+    EXPECT_GE(match.volume, offered);
+    EXPECT_NEAR(open * double(match.volume), match.amount, 0.01);
+    expectSame(match, quoteAt("2025-03-03 09:30:02"));
+    EXPECT_GT(quoteAt("2025-03-03 09:30:03").volume, match.volume);
+}
+
+TEST_F(QuoteTest, TheVolumesOfTheStepsAddUpToTheDay)
+{
+    qint64 sum = 0;
+    const qint64 first = exchange.stepAt(at("2025-03-03 09:00:00"));
+    const qint64 close = exchange.stepAt(at("2025-03-03 15:00:00"));
+    for (qint64 step = first; step <= close; ++step) {
+        const qint64 volume = volumeOf(exchange, step);
+        EXPECT_EQ(0, volume % 100);
+        EXPECT_GE(volume, 0);
+        sum += volume;
+    }
+    EXPECT_EQ(quoteAt("2025-03-03 15:00:00").volume, sum);
+    EXPECT_FALSE(exchange.trades(QStringLiteral("nothing"), close));
+}
+
+TEST_F(QuoteTest, OnlySecuritiesWithTradingAfterHoursAreTradedThen)
+{
+    Instrument growth = stock();
+    growth.afterHours = true;
+    const Exchange other = exchangeOf(growth);
+    const qint64 first = other.stepAt(at("2025-03-03 15:05:03"));
+    EXPECT_EQ(Phase::AfterHours, Exchange::phase(first));
+    EXPECT_NE(Phase::AfterHours, Exchange::phase(first - 1));
+    const qint64 last = other.stepAt(at("2025-03-03 15:30:00"));
+    EXPECT_EQ(499, last - first);
+    const double close = quoteAt(at("2025-03-03 15:00:00"), other).last;
+    qint64 sum = 0;
+    for (qint64 step = first; step <= last; ++step) {
+        EXPECT_EQ(0, volumeOf(exchange, step));
+        EXPECT_EQ(close, *other.lastPrice(kStock, step));
+        sum += volumeOf(other, step);
+    }
+    EXPECT_GT(sum, growth.dailyVolume / 200);
+    EXPECT_LT(sum, growth.dailyVolume / 20);
+}
+
+TEST_F(QuoteTest, AfterTheTradingTheLimitsForOrdersAreThoseOfTheNextDay)
+{
+    const double today = quoteAt("2025-03-03 10:00:00").upperLimit;
+    const double tomorrow = quoteAt("2025-03-04 10:00:00").upperLimit;
+    ASSERT_NE(today, tomorrow);
+    const auto limitAt = [&](const char *time) { return exchange.limits(kStock, exchange.stepAt(at(time))).upper; };
+    EXPECT_EQ(today, limitAt("2025-03-03 15:29:59"));
+    EXPECT_EQ(tomorrow, limitAt("2025-03-03 15:30:00"));
+    EXPECT_EQ(tomorrow, limitAt("2025-03-03 23:00:00"));
+    EXPECT_EQ(tomorrow, limitAt("2025-03-04 09:00:00"));
+}
+
+TEST_F(QuoteTest, TheTradesOfAStepHaveTheLevelsOfItsQuote)
+{
+    for (const char *time : {"2025-03-03 09:30:03", "2025-03-03 11:17:06", "2025-03-03 15:00:00"}) {
+        const Quote quote = quoteAt(time);
+        const StepTrades trades = exchange.trades(kStock, exchange.stepAt(at(time))).value();
+        EXPECT_EQ(quote.last, trades.last);
+        for (int level = 0; level < Quote::kLevels; ++level) {
+            EXPECT_EQ(quote.bids[level].price, trades.bids[level].price);
+            EXPECT_EQ(quote.bids[level].qty, trades.bids[level].qty);
+            EXPECT_EQ(quote.asks[level].price, trades.asks[level].price);
+            EXPECT_EQ(quote.asks[level].qty, trades.asks[level].qty);
+        }
+    }
+    for (const char *time :
+         {"2025-03-03 09:00:00", "2025-03-03 09:20:00", "2025-03-03 15:20:00", "2025-03-03 16:00:00"})
+        EXPECT_FALSE(exchange.trades(kStock, exchange.stepAt(at(time)))) << time;
+    const StepTrades opening = exchange.trades(kStock, exchange.stepAt(at("2025-03-03 09:25:00"))).value();
+    EXPECT_EQ(quoteAt("2025-03-03 09:25:00").last, opening.last);
+    EXPECT_TRUE(opening.bids.isEmpty());
 }

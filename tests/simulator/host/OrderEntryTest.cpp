@@ -234,7 +234,9 @@ TEST_F(OrderEntryTest, FuturesAreOpenedAndAfterHoursOrdersStayOpen)
 {
     EXPECT_EQ(QStringLiteral("0"),
               entry::place(futuresAccount, {entry::line(kFuture, "SellOpen", 1, QString(), "Market")}).status());
-    EXPECT_EQ(QStringLiteral("0"), place(entry::line(kShare, "AfterHoursBuy", 100, kLow, "AfterHours")).status());
+    EXPECT_EQ(QStringLiteral("0"), place(entry::line(QStringLiteral("689803.SH"), "AfterHoursBuy", 200,
+                                                     QStringLiteral("96.50"), "AfterHours"))
+                                       .status());
     EXPECT_EQ(QStringLiteral("Reported"), newest().value(Security::orderStatus).toString());
 }
 

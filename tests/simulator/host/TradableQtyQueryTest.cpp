@@ -61,7 +61,11 @@ TEST_F(TradableQtyQueryTest, SellingIsLimitedByThePosition)
 
 TEST_F(TradableQtyQueryTest, AfterHoursSidesBuyAndSell)
 {
-    EXPECT_EQ(buying(QStringLiteral("18.36")), most(kMain, "AfterHoursBuy", "AfterHours", QStringLiteral("18.36")));
+    const QString growth = QStringLiteral("689803.SH");
+    const QString price = QStringLiteral("96.50");
+    EXPECT_GT(most(growth, "AfterHoursBuy", "AfterHours", price).toLongLong(), 0);
+    EXPECT_EQ(most(growth, "Buy", "Limit", price), most(growth, "AfterHoursBuy", "AfterHours", price));
+    EXPECT_EQ(QStringLiteral("0"), most(kMain, "AfterHoursBuy", "AfterHours", QStringLiteral("18.36")));
 }
 
 TEST_F(TradableQtyQueryTest, FuturesAreOpened)

@@ -147,12 +147,22 @@ TEST_F(QuoteFeedTest, ThereIsNoStepWhileTheExchangeIsClosed)
     for (size_t i = 0; i < steps.size(); ++i) {
         const QTime time = steps[i].time();
         EXPECT_TRUE(steps[i].date().dayOfWeek() <= Qt::Friday);
-        EXPECT_TRUE((time > QTime(9, 30) && time <= QTime(11, 30)) || (time > QTime(13, 0) && time <= QTime(15, 0)))
+        EXPECT_TRUE((time >= QTime(9, 0) && time <= QTime(11, 30)) || (time > QTime(13, 0) && time <= QTime(16, 0)))
             << qPrintable(time.toString());
         if (i > 0) {
             EXPECT_LT(steps[i - 1], steps[i]);
         }
     }
+}
+
+TEST_F(QuoteFeedTest, NothingTicksAfterTheClose)
+{
+    start(exchangeTime(7, 15, 0, 0), 300);
+    feed->stream({kOne});
+    awaitTicks(1); // the quote at once
+    ASSERT_TRUE(await([&] { return awaitSteps(1).size() >= 5; }));
+    EXPECT_GE(awaitSteps(5).back(), exchangeTime(7, 15, 5, 3));
+    EXPECT_EQ(1u, ticks().size());
 }
 
 TEST_F(QuoteFeedTest, MissedStepsAreSkipped)

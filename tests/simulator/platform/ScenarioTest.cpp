@@ -171,6 +171,25 @@ TEST(Scenario, TheRulesDifferOnlyWhereTheFileSaysSo)
     EXPECT_EQ(0.000023, future.feeRate);
 }
 
+TEST(Scenario, HolidaysAndHaltsAreRead)
+{
+    EXPECT_TRUE(read(good()).scenario.halts.isEmpty());
+    QByteArray json = good();
+    json.replace(
+        "\"seed\"",
+        "\"holidays\": [\"2025-03-05\"], \"halts\": [{\"symbol\": \"1.SH\", \"from\": \"2025-03-04 10:00:00\"}, "
+        "{\"symbol\": \"1.SH\", \"from\": \"2025-03-04 11:00:00\", \"until\": \"2025-03-06 10:00:00\"}], \"seed\"");
+    const Outcome outcome = read(json);
+    ASSERT_TRUE(outcome.ok) << qPrintable(outcome.error);
+    EXPECT_FALSE(outcome.scenario.rules.calendar.trades(QDate(2025, 3, 5)));
+    EXPECT_TRUE(outcome.scenario.rules.calendar.trades(QDate(2025, 3, 4)));
+    ASSERT_EQ(2, outcome.scenario.halts.size());
+    EXPECT_EQ(QStringLiteral("1.SH"), outcome.scenario.halts[0].symbol);
+    EXPECT_EQ(QDateTime(QDate(2025, 3, 4), QTime(10, 0), Qt::UTC), outcome.scenario.halts[0].from);
+    EXPECT_FALSE(outcome.scenario.halts[0].until.isValid());
+    EXPECT_EQ(QDateTime(QDate(2025, 3, 6), QTime(10, 0), Qt::UTC), outcome.scenario.halts[1].until);
+}
+
 TEST(Scenario, OneAccountOfTheDefaultHasTwoTradingAccounts)
 {
     Scenario scenario;

@@ -46,7 +46,8 @@ export function scenarioTables(root: Schema): Record<string, string> {
   const typeOf = (schema: Schema): string => {
     const { type, enum: values, examples, items } = resolved(schema);
     if (values) return values.map((value) => `\`${value}\``).join(', ');
-    if (type === 'array') return `array of ${resolved(items!).properties ? 'objects' : `${typeOf(items!)}s`}`;
+    if (type === 'array')
+      return `array of ${resolved(items!).properties ? 'objects' : typeOf(items!).replace('text', 'texts')}`;
     if (type === 'boolean') return '`true` or `false`';
     if (type === 'string') return examples ? `text such as \`${examples[0]}\`` : 'text';
     return (type === 'integer' ? 'whole number' : type) + range(resolved(schema));
