@@ -1,6 +1,6 @@
 import { spawn, type ChildProcessByStdio } from 'node:child_process';
 import { once } from 'node:events';
-import type { Readable } from 'node:stream';
+import type { Readable, Writable } from 'node:stream';
 
 /** A simulator that takes longer to start or to end counts as stuck. */
 const stuckMs = 60_000;
@@ -15,11 +15,11 @@ export class Simulator {
   stdout = '';
   stderr = '';
   readonly ended: Promise<Ended>;
-  private readonly child: ChildProcessByStdio<null, Readable, Readable>;
+  private readonly child: ChildProcessByStdio<Writable, Readable, Readable>;
 
   constructor(args: readonly string[], program = process.env.VARNEL_SIMULATOR!, environment: NodeJS.ProcessEnv = {}) {
     const env = { ...process.env, ...environment };
-    this.child = spawn(program, args, { stdio: ['ignore', 'pipe', 'pipe'], env });
+    this.child = spawn(program, args, { stdio: ['pipe', 'pipe', 'pipe'], env });
     this.child.stdout.setEncoding('utf8').on('data', (text: string) => (this.stdout += text));
     this.child.stderr.setEncoding('utf8').on('data', (text: string) => (this.stderr += text));
     // "close", not "exit": by then all output has been read.
@@ -35,9 +35,19 @@ export class Simulator {
     return this.unlessStuck(Promise.race([line, failed]), 'did not start');
   }
 
+  /** Presses Enter that often. */
+  enter(times: number): void {
+    this.child.stdin.write('\n'.repeat(times));
+  }
+
   /** Waits for a line in the log. */
   async logged(pattern: RegExp): Promise<void> {
     await this.printed('stderr', pattern);
+  }
+
+  /** Waits for a line on standard output. */
+  async said(pattern: RegExp): Promise<void> {
+    await this.printed('stdout', pattern);
   }
 
   /** Sends the signal and waits for the end. */

@@ -4,6 +4,14 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+/// fixture/record.sh says what it has, and makes it anew.
+TEST(RecordingProgram, TheKeptRecordingIsVerified)
+{
+    const Outcome outcome = run({QStringLiteral("replay"), QStringLiteral(KEPT_RECORDING), QStringLiteral("--verify")});
+    EXPECT_EQ(QStringLiteral("30 calls, 29 replies: no difference\n"), outcome.out) << qPrintable(outcome.err);
+    EXPECT_EQ(0, outcome.status);
+}
+
 #ifdef Q_OS_LINUX // elsewhere there is no varnel-call
 
 #    include <csignal>

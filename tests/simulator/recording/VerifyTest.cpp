@@ -200,7 +200,7 @@ TEST_P(VerifyTest, EveryCallIsAnsweredAsItWas)
     EXPECT_FALSE(settingsBesideTheProgram().contains(QStringLiteral("value 4"))) << "a replay has a folder of its own";
 }
 
-INSTANTIATE_TEST_SUITE_P(Speeds, VerifyTest, testing::Values(1, 100, 1000),
+INSTANTIATE_TEST_SUITE_P(Speeds, VerifyTest, testing::Values(1, 10, 100, 1000),
                          [](const auto &info) { return std::to_string(int(info.param)); });
 
 using VerifyChangedTest = VerifyTest;
