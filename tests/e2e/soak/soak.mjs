@@ -71,12 +71,14 @@ async function start() {
 }
 
 /** What pages need to know, as a page reads it. */
-async function explore(url, tally) {
-  const page = await Page.open(url, tally);
+async function explore(simulator, tally) {
+  const page = await Page.open(simulator.url, tally);
   const funds = (await page.result('Data_getFundAccountList_REQ', 1)).map(({ fundAccount }) => fundAccount);
   const securities = await page.result('Data_getSymbolListWithDetail_REQ', '{}');
+  const { descriptors } = figuresOf(simulator.pid);
   await page.close();
   return {
+    descriptors, // with one page, as when stock is taken
     funds,
     shares: securities.filter(({ securityType }) => securityType === 'Share'),
     types: new Map(securities.map(({ securityId, securityType }) => [securityId, securityType])),
@@ -112,8 +114,7 @@ async function emptyLog(page) {
  * The money, the number of orders, and what the process holds when no other page is there. Time stands still from then on:
  * the trading programme of a scenario is never done.
  */
-async function takeStock(simulator, world, descriptors) {
-  const { control, tally, funds, types } = world;
+async function takeStock(simulator, { control, tally, funds, types, descriptors }) {
   const page = await Page.open(simulator.url, tally);
   await cancelAll(page, funds, tally.faults);
   await control.run('pause');
@@ -131,16 +132,15 @@ async function run() {
   let ended = false;
   void simulator.ended.then(() => (ended = true));
   const tally = new Tally();
-  const world = { url: simulator.url, tally, lives: {}, ...(await explore(simulator.url, tally)) };
-  world.control = await Control.open(simulator.url);
-  const alone = figuresOf(simulator.pid).descriptors + 1; // with the page that takes stock
+  const control = await Control.open(simulator.url);
+  const world = { url: simulator.url, control, tally, lives: {}, ...(await explore(simulator, tally)) };
 
   const warmUp = Math.min(60, minutes * 12);
   console.log(`warming up for ${warmUp.toFixed(0)} s with ${options.pages} pages; then ${minutes} minutes`);
   await crowd(world, warmUp, Number(options.seed) + 1, Number(options.pages));
-  const before = await takeStock(simulator, world, alone);
+  const before = await takeStock(simulator, world);
   await before.page.close();
-  await world.control.run('resume');
+  await control.run('resume');
 
   const course = [];
   const observer = setInterval(
@@ -149,7 +149,7 @@ async function run() {
   );
   await crowd(world, minutes * 60, Number(options.seed), Number(options.pages));
   clearInterval(observer);
-  const after = await takeStock(simulator, world, alone);
+  const after = await takeStock(simulator, world);
   const executions = await compareMoney(after.page, before.money, after.money, world.types, tally.faults);
   await after.page.close();
   const status = await simulator.stop();
