@@ -2,6 +2,8 @@
 
 #include "exchange/MarketRules.h"
 
+#include <algorithm>
+
 namespace sim {
 
 namespace {
@@ -40,20 +42,24 @@ Ledger *Books::ledgerToOpen(const QString &tradingAccount)
     return found == m_ledgers.end() ? nullptr : &*found;
 }
 
-int Books::enter(Order order, Money available, const PriceLimits &limits)
+int Books::enter(Order order, Money available, const PriceLimits &limits, QString refusal)
 {
-    const int number = int(m_orders.size());
+    const int number = m_firstOrder + int(m_orders.size());
     order.id = numbered(QStringLiteral("O") + m_orderIdPrefix, number + 1);
     order.changed = order.entered;
     order.highestPrice = limits.highest;
-    if (order.remark.isEmpty())
-        order.remark = violatedRule(order, limits);
-    if (order.remark.isEmpty())
-        order.remark = ledgerOf(order).shortage(order, available);
-    if (order.remark.isEmpty())
+    if (order.clientId.isEmpty())
+        order.clientId = QLatin1Char('C') + order.id;
+    if (refusal.isEmpty())
+        refusal = violatedRule(order, limits);
+    if (refusal.isEmpty())
+        refusal = ledgerOf(order).shortage(order, available);
+    if (refusal.isEmpty()) {
         ledgerOf(order).reserve(order);
-    else
+    } else {
         order.status = OrderStatus::Rejected;
+        order.remark = refusal;
+    }
     m_byOrderId.insert(order.id, number);
     m_orders.push_back(order);
     return number;
@@ -61,7 +67,7 @@ int Books::enter(Order order, Money available, const PriceLimits &limits)
 
 Order &Books::openOrder(int number)
 {
-    Order &order = m_orders[size_t(number)];
+    Order &order = m_orders[size_t(number - m_firstOrder)];
     Q_ASSERT(order.isOpen());
     return order;
 }
@@ -107,9 +113,10 @@ void Books::fill(int order, const QDateTime &time, double price, qint64 qty)
     const Money amount = filled.amount(price, qty);
     filled.filledQty += qty;
     filled.filledAmount += amount;
+    filled.feeByRate += feeByRate(*filled.instrument, filled.side, amount);
     change(filled, filled.filledQty == filled.qty ? OrderStatus::Filled : OrderStatus::PartlyFilled, time);
     ledger.reserve(filled);
-    const QString id = numbered(QStringLiteral("E") + m_orderIdPrefix, int(m_executions.size()) + 1);
+    const QString id = numbered(QStringLiteral("E") + m_orderIdPrefix, ++m_lastExecution);
     m_executions.push_back({id, order, time, price, qty, amount, fee});
 }
 
@@ -128,7 +135,26 @@ void Books::cancel(int order, const QDateTime &time, const QString &reason)
 
 void Books::noteLateCancel(int order)
 {
-    m_orders[size_t(order)].remark = QStringLiteral("撤单太晚，委托已全部成交");
+    m_orders[size_t(order - m_firstOrder)].remark = QStringLiteral("撤单太晚，委托已全部成交");
+}
+
+void Books::settle(const Prices &settlementPrices)
+{
+    for (Ledger &ledger : m_ledgers)
+        ledger.settle(settlementPrices);
+}
+
+void Books::forgetBefore(const QDateTime &time)
+{
+    const auto kept =
+        std::find_if(m_orders.begin(), m_orders.end(), [&](const Order &order) { return order.entered >= time; });
+    for (auto order = m_orders.begin(); order != kept; ++order)
+        m_byOrderId.remove(order->id);
+    m_firstOrder += int(kept - m_orders.begin());
+    m_orders = std::vector<Order>(kept, m_orders.end()); // with as much memory as they need
+    const auto keptExecutions = std::find_if(m_executions.begin(), m_executions.end(),
+                                             [&](const Execution &execution) { return execution.time >= time; });
+    m_executions = std::vector<Execution>(keptExecutions, m_executions.end());
 }
 
 } // namespace sim

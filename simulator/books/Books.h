@@ -28,13 +28,16 @@ public:
     /// Null for an unknown trading account.
     const Ledger *ledger(const QString &tradingAccount) const;
 
-    /// In the order of entry. The number of an order is its index.
+    /// Those of the current day, in the order of entry. Each order has a number, which no other one ever gets; that of
+    /// the first order here is firstOrder(), and the others follow.
     const std::vector<Order> &orders() const { return m_orders; }
+    int firstOrder() const { return m_firstOrder; }
+    const Order &order(int number) const { return m_orders[size_t(number - m_firstOrder)]; }
 
     /// The number of the order, -1 for an unknown identifier.
     int orderNumber(const QString &id) const { return m_byOrderId.value(id, -1); }
 
-    /// In the order in which they happened.
+    /// Those of the current day, in the order in which they happened.
     const std::vector<Execution> &executions() const { return m_executions; }
 
     // Writing
@@ -43,9 +46,9 @@ public:
     Ledger *ledgerToOpen(const QString &tradingAccount);
 
     /// Enters an order of a known trading account and returns its number. The broker rejects the order when it breaks a
-    /// rule, exceeds the price limits or costs more than the account has, or when its remark says already why;
-    /// otherwise it is to be sent. available: the account's money for new orders.
-    int enter(Order order, Money available, const PriceLimits &limits);
+    /// rule, exceeds the price limits or costs more than the account has, or for the reason that is given; otherwise it
+    /// is to be sent. available: the account's money for new orders.
+    int enter(Order order, Money available, const PriceLimits &limits, QString refusal = {});
 
     // The states of an open order. An order that is to be cancelled stays so while it is sent, accepted or partly
     // filled.
@@ -70,6 +73,12 @@ public:
     /// Tells the owner of an order that is done that its cancel came too late.
     void noteLateCancel(int order);
 
+    /// Settles every account: see Ledger::settle.
+    void settle(const Prices &settlementPrices);
+
+    /// Forgets the orders that were entered before that time, and the executions before it. None of the orders is open.
+    void forgetBefore(const QDateTime &time);
+
 private:
     Ledger &ledgerOf(const Order &order) { return m_ledgers[order.tradingAccount]; }
     Order &openOrder(int number);
@@ -78,8 +87,10 @@ private:
     const Accounts &m_accounts;
     const QString m_orderIdPrefix;
     std::atomic<int> m_lastOrderId{0};
+    int m_firstOrder = 0;
     std::vector<Order> m_orders;     ///< not a QVector: detaching would invalidate references
-    QHash<QString, int> m_byOrderId; ///< indices in m_orders
+    QHash<QString, int> m_byOrderId; ///< numbers
+    int m_lastExecution = 0;
     std::vector<Execution> m_executions;
     QHash<QString, Ledger> m_ledgers;        ///< by trading account, one for each
     QHash<QString, int> m_lastExchangeOrder; ///< by exchange

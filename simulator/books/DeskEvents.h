@@ -32,7 +32,10 @@ struct AssetChanged {
     QString tradingAccount;
 };
 
-using DeskEvent = std::variant<OrderEntered, OrderChanged, OrderExecuted, PositionChanged, AssetChanged>;
+/// A trading day begins: the orders and executions of the days before are gone.
+struct DayBegan {};
+
+using DeskEvent = std::variant<OrderEntered, OrderChanged, OrderExecuted, PositionChanged, AssetChanged, DayBegan>;
 using DeskEvents = std::vector<DeskEvent>; ///< in the order in which they happened
 
 } // namespace sim

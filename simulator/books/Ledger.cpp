@@ -18,14 +18,22 @@ Money withSign(int sign, Money money)
 
 } // namespace
 
-Money feeOf(const Instrument &instrument, Side side, Money amount)
+Money feeByRate(const Instrument &instrument, Side side, Money amount)
 {
     return amount.part(instrument.feeRate + (isBuy(side) ? 0 : instrument.saleTaxRate));
 }
 
-Money moneyToOpen(const Instrument &instrument, Side side, Money amount)
+Money feeOf(const Order &order, Money amount)
 {
-    return (isFuture(instrument) ? amount.part(instrument.marginRate) : amount) + feeOf(instrument, side, amount);
+    const Money least = Money::rounded(order.instrument->minFee);
+    const Money paid = order.filledQty == 0 ? Money() : qMax(order.feeByRate, least);
+    return qMax(order.feeByRate + feeByRate(*order.instrument, order.side, amount), least) - paid;
+}
+
+Money moneyToOpen(const Order &order, Money amount)
+{
+    const Instrument &instrument = *order.instrument;
+    return (isFuture(instrument) ? amount.part(instrument.marginRate) : amount) + feeOf(order, amount);
 }
 
 Position &Ledger::positionOf(const Instrument &instrument, bool isShort)
@@ -58,7 +66,7 @@ QString Ledger::shortage(const Order &order, Money available) const
         const bool enough = qty <= closableQty(order.instrument->symbol, isOfShort(order.side));
         return enough ? QString() : QStringLiteral("可用持仓不足");
     }
-    const Money needed = moneyToOpen(*order.instrument, order.side, order.amount(order.reservePrice(), qty));
+    const Money needed = moneyToOpen(order, order.amount(order.reservePrice(), qty));
     return needed <= available ? QString() : QStringLiteral("可用资金不足");
 }
 
@@ -66,7 +74,7 @@ void Ledger::setAside(const Order &order, int sign)
 {
     const qint64 qty = order.leaveQty();
     if (opens(order.side)) {
-        const Money money = moneyToOpen(*order.instrument, order.side, order.amount(order.reservePrice(), qty));
+        const Money money = moneyToOpen(order, order.amount(order.reservePrice(), qty));
         m_frozenCash += withSign(sign, money);
     } else {
         positionOf(*order.instrument, isOfShort(order.side)).frozenQty += sign * qty;
@@ -87,7 +95,7 @@ Money Ledger::fill(const Order &order, double price, qint64 qty)
 {
     const Instrument &instrument = *order.instrument;
     const Money amount = order.amount(price, qty);
-    const Money fee = feeOf(instrument, order.side, amount);
+    const Money fee = feeOf(order, amount);
     Position &position = positionOf(instrument, isOfShort(order.side));
     m_fees += fee;
     m_cash -= fee;
@@ -119,12 +127,31 @@ Money Ledger::fill(const Order &order, double price, qint64 qty)
     return fee;
 }
 
+void Ledger::settle(const Prices &settlementPrices)
+{
+    for (auto position = m_positions.begin(); position != m_positions.end();) {
+        if (position->qty() == 0) {
+            position = m_positions.erase(position);
+            continue;
+        }
+        if (isFuture(*position->instrument)) {
+            const Money value = position->marketValue(settlementPrices(position->instrument->symbol));
+            m_cash += withSign(position->isShort ? -1 : 1, value - position->holdingCost);
+            position->holdingCost = value;
+        }
+        position->openingQty = position->qty();
+        position->openedQty = 0;
+        position->closedQty = 0;
+        ++position;
+    }
+    m_soldToday = m_fees = m_closeProfitByDate = m_closeProfitByTrade = Money();
+}
+
 Valuation Ledger::value(const Prices &prices) const
 {
     Valuation value;
     Money paidInFull;
     Money futuresProfit;
-    Money margin;
     for (const Position &position : m_positions) {
         if (position.qty() == 0)
             continue;
@@ -135,13 +162,13 @@ Valuation Ledger::value(const Prices &prices) const
         value.openCost += withSign(sign, position.openCost);
         if (isFuture(*position.instrument)) {
             futuresProfit += withSign(sign, marketValue - position.holdingCost);
-            margin += position.holdingCost.part(position.instrument->marginRate);
+            value.margin += position.holdingCost.part(position.instrument->marginRate);
         } else {
             paidInFull += marketValue;
         }
     }
     value.totalAsset = m_cash + paidInFull + futuresProfit;
-    value.available = m_cash + futuresProfit - margin - m_frozenCash;
+    value.available = m_cash + futuresProfit - value.margin - m_frozenCash;
     value.withdrawable = qMax(Money(), value.available - m_soldToday - qMax(Money(), futuresProfit));
     return value;
 }

@@ -14,6 +14,7 @@ struct Valuation {
     Money holdingCost;
     Money openCost;
     Money totalAsset;
+    Money margin;       ///< that futures bind
     Money available;    ///< for new orders
     Money withdrawable; ///< may leave the account
 };
@@ -49,6 +50,11 @@ public:
     /// By symbol and whether they are short. A position that was closed today stays, with quantity 0.
     const QMap<QPair<QString, bool>, Position> &positions() const { return m_positions; }
 
+    /// Ends a trading day. Futures are marked to the settlement prices: the profit since the last settlement, or since
+    /// they were opened, becomes cash. What was bought today can be sold from now on, and the sums of the day begin
+    /// again.
+    void settle(const Prices &settlementPrices);
+
     /// The quantity that an order may close now; 0 without a position.
     qint64 closableQty(const QString &symbol, bool isShort) const;
 
@@ -75,10 +81,14 @@ private:
     Money m_closeProfitByTrade;
 };
 
-/// The broker's fee, with tax, for a fill of that amount.
-Money feeOf(const Instrument &instrument, Side side, Money amount);
+/// The broker's fee, with tax, for that amount, before the minimum.
+Money feeByRate(const Instrument &instrument, Side side, Money amount);
+
+/// The fee of the order's next fill. The fills of an order pay at least the minimum together: the first pays all of it,
+/// a later one what the order's fee by rate exceeds what was paid.
+Money feeOf(const Order &order, Money amount);
 
 /// The money that it takes to open a position of that amount: all of it, or the margin of futures, and the fee.
-Money moneyToOpen(const Instrument &instrument, Side side, Money amount);
+Money moneyToOpen(const Order &order, Money amount);
 
 } // namespace sim

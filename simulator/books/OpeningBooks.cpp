@@ -70,6 +70,8 @@ public:
     /// Of a security that was loaded.
     const Candle &candle(const QString &symbol, int minute) const { return (*m_candles.constFind(symbol))[minute]; }
 
+    const Exchange &exchange() const { return m_exchange; }
+
     PriceLimits limits(const QString &symbol) const { return m_exchange.limits(symbol, m_exchange.stepAt(m_start)); }
 
     double participation() const { return m_exchange.rules().openingParticipation; }
@@ -97,6 +99,7 @@ public:
         , m_terms(terms)
         , m_isFutures(fund.property == FuturesFund)
         , m_mostlyShort(mostlyShort)
+        , m_given(terms.given.value(fund.account))
         , m_account(fund.tradingAccounts.first())
         , m_traders(books.accounts().traders().keys())
         , m_chance(random::subkey(key, random::hash(fund.account)))
@@ -149,6 +152,7 @@ private:
     const OpeningTerms &m_terms;
     const bool m_isFutures;
     const bool m_mostlyShort;
+    const GivenOpening m_given;
     const QString m_account;
     const QStringList m_traders;
     random::Sequence m_chance;
@@ -189,7 +193,11 @@ void AccountDay::pick(const QVector<Instrument> &listed, const TradingProfile &p
 void AccountDay::open(const QVector<Instrument> &listed)
 {
     const double cash = m_isFutures ? between(20e6, 30e6) : between(6e6, 10e6);
-    *m_books.ledgerToOpen(m_account) = Ledger(std::floor(cash));
+    *m_books.ledgerToOpen(m_account) = Ledger(m_given.cash.value_or(std::floor(cash)));
+    if (m_given.positions) {
+        holdGiven(m_books, m_session.exchange(), m_account, m_given);
+        return;
+    }
     const QVector<TradingProfile> &profiles = m_isFutures ? kFuturesProfiles : kStockProfiles;
     for (const TradingProfile &profile : profiles)
         pick(listed, profile);
@@ -301,7 +309,7 @@ void AccountDay::enterOrder(int second)
     const Order order = makeOrder(second);
     const int number = m_books.enter(order, available, m_session.limits(order.instrument->symbol));
     const int cancelMinute = happens(kCancels) ? minute + int(whole(0, kLongestWait)) : -1;
-    if (!m_books.orders()[size_t(number)].isOpen())
+    if (!m_books.order(number).isOpen())
         return;
     m_books.accept(number, order.entered); // what took milliseconds is long over
     m_working.append({number, second, cancelMinute});
@@ -310,7 +318,7 @@ void AccountDay::enterOrder(int second)
 void AccountDay::findFills(int minute, QVector<Fill> &fills)
 {
     for (const Working &working : qAsConst(m_working)) {
-        const Order &order = m_books.orders()[working.order];
+        const Order &order = m_books.order(working.order);
         const Instrument &instrument = *order.instrument;
         const Candle &candle = m_session.candle(instrument.symbol, minute);
         const bool buys = isBuy(order.side);
@@ -336,7 +344,7 @@ void AccountDay::findFills(int minute, QVector<Fill> &fills)
 void AccountDay::cancelOrders(int minute)
 {
     const auto gone = [&](const Working &working) {
-        const Order &order = m_books.orders()[working.order];
+        const Order &order = m_books.order(working.order);
         if (order.isOpen() && working.cancelMinute == minute)
             m_books.cancel(working.order, m_session.candle(order.instrument->symbol, minute).end);
         return !order.isOpen();
@@ -377,6 +385,8 @@ void openBooks(Books &books, const Exchange &exchange, quint64 seed, const QDate
         for (AccountDay &day : days)
             day.cancelOrders(minute);
     }
+    for (const FundAccount &fund : books.accounts().fundAccounts(AllFunds))
+        enterGiven(books, exchange, fund.tradingAccounts.first(), terms.given.value(fund.account), start);
 }
 
 } // namespace sim

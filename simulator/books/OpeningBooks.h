@@ -1,5 +1,6 @@
 #pragma once
 
+#include "books/GivenOpening.h"
 #include "exchange/Instrument.h"
 
 #include <QMap>
@@ -18,6 +19,8 @@ struct OpeningTerms {
     /// Positions of each kind. Stock funds hold the first three kinds, futures funds the last one.
     QMap<SecurityKind, int> positions{
         {SecurityKind::Share, 12}, {SecurityKind::Fund, 3}, {SecurityKind::Bond, 3}, {SecurityKind::Future, 4}};
+
+    QMap<QString, GivenOpening> given; ///< by fund account
 };
 
 /// Fills empty books for the start of the terminal: opening money and positions, and the orders of the day so far. The

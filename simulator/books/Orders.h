@@ -55,6 +55,7 @@ struct Order {
     OrderStatus status = OrderStatus::ToBeSent;
     qint64 filledQty = 0;
     Money filledAmount; ///< multiplier included
+    Money feeByRate;    ///< of its fills, before the minimum
     QDateTime changed;  ///< when it got its status
     QString remark;     ///< why it was rejected, or not cancelled, or not filled whole
 

@@ -1,5 +1,6 @@
 #include "books/TradingDesk.h"
 
+#include "books/Settlement.h"
 #include "exchange/Exchange.h"
 #include "exchange/Random.h"
 
@@ -48,6 +49,11 @@ TradingDesk::TradingDesk(const Accounts &accounts, const QString &orderIdPrefix,
     , m_step(exchange.stepAt(start))
 {
     openBooks(m_books, exchange, seed, start, opening);
+    if (Exchange::phase(m_step) == Phase::Settlement) { // nobody need be told: it was before the start
+        settleDay();
+        m_touched.clear();
+        m_events.clear();
+    }
     for (int number = 0; number < int(m_books.orders().size()); ++number) {
         if (orderAt(number).isOpen())
             m_matching.add(number, orderAt(number), exchange, m_step);
@@ -83,7 +89,7 @@ std::optional<Order> TradingDesk::order(const QString &id) const
 {
     const Reader books = read();
     const int number = books->orderNumber(id);
-    return number < 0 ? std::nullopt : std::make_optional(books->orders()[size_t(number)]);
+    return number < 0 ? std::nullopt : std::make_optional(books->order(number));
 }
 
 std::vector<Order> TradingDesk::place(const std::vector<Order> &orders, const QDateTime &now)
@@ -100,22 +106,12 @@ std::vector<Order> TradingDesk::place(const std::vector<Order> &orders, const QD
         };
         QHash<QString, Money> withFrozen; // the available money, by trading account
         std::vector<int> sent;
-        for (Order order : orders) {
+        for (const Order &order : orders) {
             const Ledger &ledger = *m_books.ledger(order.tradingAccount);
             if (!withFrozen.contains(order.tradingAccount))
                 withFrozen.insert(order.tradingAccount, ledger.value(prices).available + ledger.frozenCash());
-            order.entered = m_now;
-            if (m_exchange.isHalted(order.instrument->symbol, m_step + 1))
-                order.remark = kHalted;
-            const int number = m_books.enter(order, withFrozen[order.tradingAccount] - ledger.frozenCash(),
-                                             m_exchange.limits(order.instrument->symbol, m_step));
-            const Order &asEntered = orderAt(number);
-            if (asEntered.isOpen()) {
-                sent.push_back(number);
-                touch(asEntered, false);
-            }
-            m_events.emplace_back(OrderEntered{asEntered});
-            entered.push_back(asEntered);
+            enter(order, withFrozen[order.tradingAccount] - ledger.frozenCash(), order.remark, sent);
+            entered.push_back(m_books.orders().back());
         }
         reportTouched();
         if (!sent.empty())
@@ -124,6 +120,21 @@ std::vector<Order> TradingDesk::place(const std::vector<Order> &orders, const QD
     }
     report();
     return entered;
+}
+
+void TradingDesk::enter(const Order &order, Money available, const QString &refusal, std::vector<int> &sent)
+{
+    Order entered = order;
+    entered.entered = m_now;
+    const QString &symbol = order.instrument->symbol;
+    const QString reason = m_exchange.isHalted(symbol, m_step + 1) ? kHalted : refusal;
+    const int number = m_books.enter(entered, available, m_exchange.limits(symbol, m_step), reason);
+    const Order &asEntered = orderAt(number);
+    if (asEntered.isOpen()) {
+        sent.push_back(number);
+        touch(asEntered, false);
+    }
+    m_events.emplace_back(OrderEntered{asEntered});
 }
 
 QStringList TradingDesk::cancel(const std::vector<CancelRequest> &requests, const QDateTime &now)
@@ -196,7 +207,7 @@ bool TradingDesk::playNext(const QDateTime &now)
     const bool isMessageDue = message && *message <= now;
     const qint64 lastStep = m_exchange.stepAt(isMessageDue ? *message : now);
     if (m_matching.isEmpty())
-        m_step = qMax(m_step, lastStep);
+        m_step = qMax(m_step, qMin(lastStep, steps::nextOfBooks(m_step) - 1));
     if (m_step < lastStep)
         playStep();
     else if (isMessageDue)
@@ -211,6 +222,11 @@ void TradingDesk::playStep()
 {
     ++m_step;
     moveClock(m_exchange.timeOfStep(m_step));
+    const Phase phase = Exchange::phase(m_step);
+    if (phase == Phase::DayBegins)
+        beginDay();
+    else if (phase == Phase::Settlement)
+        settleDay();
     const Matching::Outcome outcome = m_matching.play(m_exchange, m_step);
     for (const Matching::Fill &one : outcome.fills)
         fill(one);
@@ -221,11 +237,53 @@ void TradingDesk::playStep()
     }
 }
 
+void TradingDesk::settleDay()
+{
+    for (const int number : settlement::expiringOrders(m_books, m_exchange, m_step))
+        cancelByBroker(number, QStringLiteral("当日有效，收市后失效"));
+    settlement::settle(m_books, m_exchange, m_step);
+    m_touched.clear(); // every position that there still is
+    for (const FundAccount &fund : m_books.accounts().fundAccounts(AllFunds)) {
+        for (const QString &account : fund.tradingAccounts) {
+            const QList<PositionKey> keys = m_books.ledger(account)->positions().keys();
+            m_touched[account] = QSet<PositionKey>(keys.begin(), keys.end());
+        }
+    }
+}
+
+void TradingDesk::beginDay()
+{
+    settlement::forgetPastDays(m_books, m_exchange, m_step);
+    m_events.emplace_back(DayBegan{});
+    for (const QString &account : settlement::accountsShortOfMargin(m_books, m_exchange, m_step)) {
+        for (const int number : settlement::openOrders(m_books, account))
+            cancelByBroker(number, QStringLiteral("保证金不足，撤销委托"));
+        std::vector<int> sent;
+        for (const Order &order : settlement::closingOrders(m_books, m_exchange, account, m_step))
+            enter(order, Money(), {}, sent);
+        if (!sent.empty())
+            m_messages.sendOrders(sent, m_now);
+    }
+}
+
+void TradingDesk::cancelByBroker(int number, const QString &reason)
+{
+    const Order &order = orderAt(number);
+    m_matching.remove(number, order);
+    m_books.cancel(number, m_now, reason);
+    noteChange(number);
+    touch(order, false);
+}
+
 void TradingDesk::playMessage()
 {
     moveClock(*m_messages.next());
     const OrderMessages::Message message = m_messages.take();
     for (const int number : message.orders) {
+        if (number < m_books.firstOrder())
+            continue; // forgotten with its day
+        if (message.kind != OrderMessages::CancelReachesExchange && !orderAt(number).isOpen())
+            continue; // cancelled by the broker
         switch (message.kind) {
         case OrderMessages::OrderIsSent:
             m_books.send(number, m_now);

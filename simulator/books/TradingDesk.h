@@ -91,7 +91,7 @@ private:
     using PositionKey = QPair<QString, bool>; ///< as in Ledger::positions
 
     // Called with the mutex held.
-    const Order &orderAt(int number) const { return m_books.orders()[size_t(number)]; }
+    const Order &orderAt(int number) const { return m_books.order(number); }
     void moveClock(const QDateTime &now);
     bool playNext(const QDateTime &now); ///< plays the next step or message; false when there is none by then
     void playAll(const QDateTime &now);
@@ -102,6 +102,11 @@ private:
     void fill(const Matching::Fill &fill);
     QString whyNotCancelled(const CancelRequest &request) const;
     void noteChange(int number);
+    void beginDay();
+    void settleDay();
+    void cancelByBroker(int number, const QString &reason);
+    /// refusal: why the broker refuses the order. sent: gets its number if it is accepted.
+    void enter(const Order &order, Money available, const QString &refusal, std::vector<int> &sent);
     void touch(const Order &order, bool isFill);
     void reportTouched(); ///< adds one event for each touched position and account, at the end of what was played
 

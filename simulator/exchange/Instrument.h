@@ -32,6 +32,7 @@ struct Instrument {
     double volatility = 1;    ///< of the price: 1 is about 1.5 % a day
     double feeRate = 0;       ///< the broker's fee, as a part of the amount
     double saleTaxRate = 0;   ///< the same, added to the fee of a sale
+    double minFee = 0;        ///< the least fee of an order that is filled
     double marginRate = 0;    ///< futures: margin, as a part of the position's cost
     bool soldSameDay = false; ///< what was bought today may be sold today
     bool afterHours = false;  ///< trades after the close, at the closing price

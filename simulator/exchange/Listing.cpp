@@ -163,9 +163,10 @@ Instrument Lister::begin(const QString &securityId, const QString &exchange, con
     instrument.exchange = exchange;
     instrument.name = name.name;
     instrument.spellCode = name.spellCode;
-    m_rules.securityClass(subType)->applyTo(instrument);
-    instrument.tick = tick;
-    instrument.decimals = decimalsOf(tick);
+    const SecurityClass securityClass = m_rules.securityClass(subType).value();
+    securityClass.applyTo(instrument);
+    instrument.tick = securityClass.tick > 0 ? securityClass.tick : tick;
+    instrument.decimals = decimalsOf(instrument.tick);
     return instrument;
 }
 

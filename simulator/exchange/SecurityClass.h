@@ -22,6 +22,8 @@ struct SecurityClass {
     double marginRate;
     bool soldSameDay;
     bool afterHours;
+    double minFee;
+    double tick; ///< of securities that are made up; 0: each series has its own
 
     /// Copies all of it to the instrument.
     void applyTo(Instrument &instrument) const;

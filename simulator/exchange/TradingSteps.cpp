@@ -109,6 +109,12 @@ qint64 ofMinute(qint64 minute)
            minute % TradingCalendar::kMinutesPerDay * kPerMinute;
 }
 
+qint64 nextOfBooks(qint64 step)
+{
+    const qint64 settlement = last(step / kPerDay, Phase::Settlement);
+    return step < settlement ? settlement : settlement + 1; // a day begins after the settlement of the one before
+}
+
 qint64 ofQuote(qint64 step)
 {
     return qMin(step, last(step / kPerDay, Phase::Continuous));

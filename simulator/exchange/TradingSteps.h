@@ -47,6 +47,9 @@ qint64 first(qint64 day, Phase phase); ///< of that phase
 qint64 last(qint64 day, Phase phase);
 qint64 ofMinute(qint64 minute); ///< the first one of a minute of all trading
 
+/// The next step at which the books change whatever trades: the beginning of a day or a settlement.
+qint64 nextOfBooks(qint64 step);
+
 /// The latest step at or before that one at which quotes change: after the close they do not.
 qint64 ofQuote(qint64 step);
 

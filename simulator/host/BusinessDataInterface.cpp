@@ -113,7 +113,7 @@ QList<QVariantMap> BusinessDataInterface::GetExecutionListByCustomKey(const QVar
         const TradingDesk::Reader books = terminal.desk().read();
         const std::vector<Execution> &executions = books->executions();
         const auto at = [&](int number) {
-            return ExecutionSource{accounts, books->orders()[executions[number].order], executions[number]};
+            return ExecutionSource{accounts, books->order(executions[number].order), executions[number]};
         };
         const std::vector<int> numbers = selection.numbers(int(executions.size()), at, total, offset, count);
         page.reserve(numbers.size());

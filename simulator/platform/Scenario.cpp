@@ -1,6 +1,7 @@
 #include "platform/Scenario.h"
 
 #include "exchange/Listing.h"
+#include "platform/ScenarioAccounts.h"
 #include "platform/ScenarioDays.h"
 #include "platform/ScenarioRules.h"
 #include "platform/StrictJson.h"
@@ -90,7 +91,8 @@ FundProperty readProperty(JsonNode &node)
     return FuturesFund;
 }
 
-QVector<FundAccount> readFundAccounts(JsonNode &root)
+QVector<FundAccount> readFundAccounts(JsonNode &root, const QVector<Instrument> &securities,
+                                      QMap<QString, GivenOpening> &openings)
 {
     const QString tradingAccounts = QStringLiteral("tradingAccounts");
     QVector<FundAccount> fundAccounts;
@@ -102,6 +104,7 @@ QVector<FundAccount> readFundAccounts(JsonNode &root)
         fund.name = node.text(QStringLiteral("name"));
         fund.property = readProperty(node);
         fund.tradingAccounts = node.texts(tradingAccounts);
+        openings.insert(fund.account, readGivenOpening(node, fund.property == FuturesFund, securities));
         node.finish();
         for (const QString &account : qAsConst(fund.tradingAccounts))
             requireNew(node, tradingAccounts, account, seenTradingAccounts);
@@ -203,6 +206,9 @@ Instrument readSecurity(JsonNode &node, const MarketRules &rules)
     // Whether a security of an unknown sub-type has interest cannot be told.
     if (securityClass ? security.kind == SecurityKind::Bond : node.has(interest))
         security.interest = readInterest(node);
+    const QString margin = QStringLiteral("margin");
+    if (node.has(margin) && (!securityClass || security.kind == SecurityKind::Future))
+        security.marginRate = node.number(margin, 0, 1).value_or(security.marginRate);
     security.multiplier = double(node.wholeNumber(QStringLiteral("multiplier"), 1, kMaxCount).value_or(1));
     security.dailyVolume = node.wholeNumber(QStringLiteral("dailyVolume"), 0, kMaxCount).value_or(0);
     security.listed = readDate(node, QStringLiteral("listed"));
@@ -293,8 +299,6 @@ Scenario readRoot(JsonNode root)
     scenario.station = root.text(QStringLiteral("station"));
     scenario.traders = readTraders(root);
     scenario.logins = readLogins(root, scenario.traders);
-    scenario.fundAccounts = readFundAccounts(root);
-    scenario.algoPermissions = readAlgoPermissions(root, scenario.fundAccounts);
     scenario.rules = readRules(root);
     scenario.rules.calendar = TradingCalendar(readHolidays(root));
     scenario.securities = readSecurities(root, scenario.start.date(), scenario.rules);
@@ -302,6 +306,8 @@ Scenario readRoot(JsonNode root)
     scenario.generatedSecurities =
         int(root.wholeNumber(QStringLiteral("generatedSecurities"), 0, kMostGenerated).value_or(0));
     scenario.opening = readOpening(root);
+    scenario.fundAccounts = readFundAccounts(root, scenario.securities, scenario.opening.given);
+    scenario.algoPermissions = readAlgoPermissions(root, scenario.fundAccounts);
     scenario.orderDelays = readOrderDelays(root);
     const QString busDelay = QStringLiteral("busDelay");
     if (root.has(busDelay))
@@ -352,8 +358,8 @@ bool Scenario::parse(const QByteArray &text, const QString &fileName, Scenario &
 
 QStringList Scenario::builtInNames()
 {
-    return {QStringLiteral("default"), QStringLiteral("quiet"), QStringLiteral("storm"), QStringLiteral("bad-day"),
-            QStringLiteral("large")};
+    return {QStringLiteral("default"), QStringLiteral("quiet"), QStringLiteral("storm"),
+            QStringLiteral("bad-day"), QStringLiteral("large"), QStringLiteral("week")};
 }
 
 QString Scenario::builtIn(const QString &name)

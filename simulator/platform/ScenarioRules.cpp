@@ -5,6 +5,8 @@ namespace sim {
 namespace {
 
 constexpr qint64 kMaxQty = 1000000000;
+constexpr double kMaxFee = 10000;
+constexpr double kMaxTick = 1000;
 
 /// The most volatility for a price limit, as a multiple of it: see standardClasses().
 constexpr double kVolatilityPerLimit = 6;
@@ -50,6 +52,15 @@ void readClass(JsonNode &node, SecurityClass &securityClass)
         const QString key = QString::fromLatin1(name);
         if (node.has(key))
             securityClass.*member = node.wholeNumber(key, 1, kMaxQty).value_or(securityClass.*member);
+    }
+    const QString minimumFee = QStringLiteral("minimumFee");
+    if (node.has(minimumFee))
+        securityClass.minFee = node.number(minimumFee, 0, kMaxFee).value_or(0);
+    const QString tick = QStringLiteral("tick");
+    if (node.has(tick)) {
+        securityClass.tick = node.number(tick, 0.0001, kMaxTick).value_or(0);
+        if (securityClass.tick > 0 && decimalsOf(securityClass.tick) < 0)
+            node.fail(tick, QStringLiteral("must be a multiple of 0.0001"));
     }
     for (const auto &[name, member] : kSwitches) {
         const QString key = QString::fromLatin1(name);

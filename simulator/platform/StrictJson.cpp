@@ -1,5 +1,7 @@
 #include "platform/StrictJson.h"
 
+#include <QLocale>
+
 namespace sim {
 
 namespace {
@@ -115,7 +117,8 @@ std::optional<double> JsonNode::number(const QString &key, double min, double ma
     const std::optional<double> value = number(key);
     if (!value || (*value >= min && *value <= max))
         return value;
-    fail(key, QStringLiteral("must be a number from %1 to %2").arg(min).arg(max));
+    const auto plain = [](double number) { return QString::number(number, 'f', QLocale::FloatingPointShortest); };
+    fail(key, QStringLiteral("must be a number from %1 to %2").arg(plain(min), plain(max)));
     return std::nullopt;
 }
 

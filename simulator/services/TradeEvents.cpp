@@ -76,6 +76,11 @@ void TradeEvents::announce(const PositionChanged &event)
     announce(PositionEvent, recordOf(positionFields(), PositionSource{fund, event.tradingAccount, event.position}));
 }
 
+void TradeEvents::announce(const DayBegan &)
+{
+    m_bus.announce(OrdersLoadedEvent, {});
+}
+
 void TradeEvents::announce(const AssetChanged &event)
 {
     announce(AssetEvent, {{Tessar_Fields::UserAccount::tradingAccount, event.tradingAccount}});

@@ -32,6 +32,7 @@ private:
     void announce(const OrderExecuted &event);
     void announce(const PositionChanged &event);
     void announce(const AssetChanged &event);
+    void announce(const DayBegan &event);
 
     MessageBus &m_bus;
     const Accounts &m_accounts;

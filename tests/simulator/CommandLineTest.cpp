@@ -64,7 +64,7 @@ const Mistake kMistakes[] = {
     {"ReplayWithQuestions", "replay a --confirm-orders", "--confirm-orders needs --window"},
     {"ScenarioMissing", "--scenario /no/such.json",
      "--scenario \"/no/such.json\" is neither a file nor a built-in scenario: there are default, quiet, storm, "
-     "bad-day, large"},
+     "bad-day, large, week"},
     {"FaultWithoutMilliseconds", "--fault slow-answers",
      "--fault the value of slow-answers must be a whole number from 0 to 600000, such as slow-answers=1000"},
     {"FaultUnknown", "--fault x",

@@ -141,7 +141,7 @@ protected:
             ASSERT_EQ(order.filledQty == order.qty, order.status == OrderStatus::Filled);
             if (order.isOpen() && opens(order.side))
                 frozen[order.tradingAccount] +=
-                    moneyToOpen(*order.instrument, order.side, order.amount(order.reservePrice(), order.leaveQty()));
+                    moneyToOpen(order, order.amount(order.reservePrice(), order.leaveQty()));
             ++m_states[order.status];
         }
         for (const char *account : {"A1", "A2", "C1"}) {

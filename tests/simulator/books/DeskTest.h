@@ -79,7 +79,7 @@ struct DeskWorld {
         std::vector<sim::Execution> executions;
         const sim::TradingDesk::Reader books = desk.read();
         for (const sim::Execution &execution : books->executions()) {
-            if (books->orders()[size_t(execution.order)].id == order.id)
+            if (books->order(execution.order).id == order.id)
                 executions.push_back(execution);
         }
         return executions;

@@ -187,3 +187,57 @@ TEST_P(OrderRules, AreApplied)
     const QString violated = violatedRule(order, MarketRules().limits(share, share.ticksOf(share.price)));
     EXPECT_EQ(GetParam().kept, violated.isEmpty()) << qPrintable(violated);
 }
+
+TEST_F(LedgerTest, AnOrderPaysTheMinimumOnceAndThenWhatItsFeeExceedsIt)
+{
+    share.minFee = 5;
+    Ledger ledger(100000);
+    Order buy = order(share, Side::Buy, 10, 4000); // 0.025 % of 40,000 are 10
+    ledger.reserve(buy);
+    EXPECT_DOUBLE_EQ(40010, ledger.frozenCash().yuan());
+    const struct {
+        qint64 qty;
+        double fee;
+    } fills[] = {{1000, 5}, {500, 0}, {1000, 1.25}, {1500, 3.75}};
+    double left = 100000;
+    for (const auto &[qty, fee] : fills) {
+        ledger.release(buy);
+        EXPECT_DOUBLE_EQ(fee, ledger.fill(buy, 10, qty).yuan());
+        buy.filledQty += qty;
+        buy.feeByRate += feeByRate(share, Side::Buy, buy.amount(10, qty));
+        ledger.reserve(buy);
+        left -= fee + 10 * double(qty);
+        EXPECT_DOUBLE_EQ(left, ledger.cash().yuan());
+        EXPECT_DOUBLE_EQ(59990, (ledger.cash() - ledger.frozenCash()).yuan()) << "what is set aside pays for the rest";
+    }
+    EXPECT_DOUBLE_EQ(10, ledger.fees().yuan());
+}
+
+TEST_F(LedgerTest, ASettlementEndsTheDay)
+{
+    Ledger ledger(1000000);
+    ledger.holdFromBefore(share, false, 500, 9);
+    ledger.holdFromBefore(future, true, 2, 4100);
+    ledger.fill(order(share, Side::Buy, 10, 1000), 10, 1000);
+    ledger.fill(order(future, Side::BuyOpen, 4010, 1), 4010, 1);
+    ledger.fill(order(future, Side::BuyClose, 3990, 1), 3990, 1);
+    const double cash = ledger.cash().yuan();
+    ledger.settle([&](const QString &symbol) { return symbol == future.symbol ? 4020.0 : 11.0; });
+    EXPECT_DOUBLE_EQ(cash + 300 * (4020 - 4010) - 300 * (4020 - 4000), ledger.cash().yuan());
+    EXPECT_EQ(1500, ledger.closableQty(share.symbol, false));
+    const auto position = [&](const Instrument &of, bool isShort) { return ledger.positions()[{of.symbol, isShort}]; };
+    EXPECT_DOUBLE_EQ(14500, position(share, false).holdingCost.yuan());
+    EXPECT_DOUBLE_EQ(300 * 4020, position(future, true).holdingCost.yuan());
+    EXPECT_DOUBLE_EQ(300 * 4010, position(future, false).openCost.yuan());
+    EXPECT_EQ(Money(), ledger.fees());
+    EXPECT_EQ(Money(), ledger.closeProfitByDate());
+    const Valuation value = ledger.value(at(4020));
+    EXPECT_DOUBLE_EQ(2 * 300 * 4020 * future.marginRate, value.margin.yuan());
+
+    Ledger closed(1000);
+    closed.holdFromBefore(share, false, 500, 9);
+    closed.fill(order(share, Side::Sell, 10, 500), 10, 500);
+    closed.settle(at(10));
+    EXPECT_TRUE(closed.positions().isEmpty());
+    EXPECT_EQ(closed.value(at(10)).available, closed.value(at(10)).withdrawable);
+}

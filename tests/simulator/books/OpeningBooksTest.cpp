@@ -234,7 +234,7 @@ TEST_F(OpeningBooksTest, MoneyAddsUp)
         for (const Order &order : books.orders()) {
             if (order.tradingAccount == account && isBuy(order.side)) {
                 const Money amount = order.amount(order.reservePrice(), order.leaveQty());
-                frozen += amount + feeOf(*order.instrument, order.side, amount);
+                frozen += amount + feeOf(order, amount);
             }
         }
         Money held;

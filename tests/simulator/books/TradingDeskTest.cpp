@@ -102,44 +102,6 @@ TEST_F(TradingDeskTest, TheExchangeRefusesAnOrderThatBreaksTheRulesWhenItArrives
     EXPECT_EQ(2u, slow.reported<AssetChanged>().size());
 }
 
-TEST_F(TradingDeskTest, AfterHoursOrdersFillAfterTheCloseAtItsPrice)
-{
-    const QDateTime close = at("2025-03-03 15:00:00");
-    const Instrument &growth = world.growthShare();
-    Order after = world.order(growth, Side::AfterHoursBuy, 200, world.price(growth, close, 1));
-    after.priceType = PriceType::AfterHours;
-    Order tooLow = after;
-    tooLow.price = world.price(growth, close, -1);
-    Order unfit = world.order(share, Side::AfterHoursBuy, 1000, world.price(share, close, 1));
-    const QDateTime noon = at("2025-03-03 11:45:00");
-    const std::vector<Order> orders = desk.place({after, tooLow, unfit}, noon);
-    EXPECT_EQ(QStringLiteral("该证券不支持盘后定价交易"), orders[2].remark);
-    desk.advance(at("2025-03-03 15:05:02"));
-    EXPECT_TRUE(world.executionsOf(orders[0]).empty());
-    desk.advance(at("2025-03-03 15:30:00"));
-    EXPECT_EQ(OrderStatus::Filled, world.now(orders[0]).status);
-    const Execution first = world.executionsOf(orders[0]).at(0);
-    EXPECT_EQ(world.price(growth, close), first.price);
-    EXPECT_GT(first.time, at("2025-03-03 15:05:00"));
-    EXPECT_TRUE(world.executionsOf(orders[1]).empty());
-}
-
-TEST_F(TradingDeskTest, OrdersOfTheOpeningCallTradeAtTheOpen)
-{
-    const double open = world.exchange.quote(share.symbol, at("2025-03-03 09:30:03"))->open;
-    const Order good = world.place(world.order(share, Side::Buy, 100, share.priceOf(share.ticksOf(open) + 5)),
-                                   at("2025-03-03 09:20:30"));
-    const Order low = world.place(world.order(share, Side::Buy, 100, share.priceOf(share.ticksOf(open) - 1)),
-                                  at("2025-03-03 09:20:30"));
-    desk.advance(at("2025-03-03 09:24:59"));
-    EXPECT_TRUE(world.executionsOf(good).empty());
-    desk.advance(at("2025-03-03 09:29:59"));
-    ASSERT_EQ(1u, world.executionsOf(good).size());
-    EXPECT_EQ(open, world.executionsOf(good)[0].price);
-    EXPECT_EQ(at("2025-03-03 09:25:00"), world.executionsOf(good)[0].time);
-    EXPECT_TRUE(world.executionsOf(low).empty());
-}
-
 TEST_F(TradingDeskTest, OrdersEnteredWhileTheMarketIsClosedWaitUntilItOpens)
 {
     const Order order = world.place(world.order(share, Side::Buy, share.lot), at("2025-03-03 15:30:00"));
@@ -148,22 +110,6 @@ TEST_F(TradingDeskTest, OrdersEnteredWhileTheMarketIsClosedWaitUntilItOpens)
     EXPECT_EQ(OrderStatus::Reported, world.now(order).status);
     desk.advance(at("2025-03-04 09:25:00"));
     EXPECT_EQ(OrderStatus::Filled, world.now(order).status);
-}
-
-TEST_F(TradingDeskTest, AHaltedSecurityTakesNoOrdersAndThoseThatWaitStay)
-{
-    const QDateTime from = at("2025-03-03 10:00:00");
-    world.exchange.halt(share.symbol, from, at("2025-03-03 10:30:00"));
-    const double price = world.price(share, from, 20);
-    const Order waiting = world.place(world.order(share, Side::Buy, 100, price), at("2025-03-03 09:59:59"));
-    const Order refused = world.place(world.order(share, Side::Buy, 100, price), at("2025-03-03 10:00:01"));
-    EXPECT_EQ(OrderStatus::Rejected, world.now(refused).status);
-    EXPECT_EQ(QStringLiteral("证券停牌，不能委托"), world.now(refused).remark);
-    desk.advance(at("2025-03-03 10:29:59"));
-    for (const Execution &execution : world.executionsOf(waiting))
-        EXPECT_LE(execution.time, from);
-    const Order again = world.place(world.order(share, Side::Buy, 100, price), at("2025-03-03 10:30:01"));
-    EXPECT_NE(OrderStatus::Rejected, world.now(again).status);
 }
 
 TEST_F(TradingDeskTest, TheExchangeRefusesAnOrderForASecurityThatWasHaltedMeanwhile)
@@ -390,9 +336,9 @@ TEST_F(TradingDeskTest, AnOrderAtMarketPriceFreezesMoneyAtTheUpperLimitOfItsDay)
     for (const auto &[time, day] : table) {
         desk.advance(at(time));
         const Money before = desk.ledger(QStringLiteral("A1"))->frozenCash();
-        world.place(world.order(share, Side::Buy, 1000), at(time));
+        const Order order = world.place(world.order(share, Side::Buy, 1000), at(time));
         const Money amount = Money::rounded(world.exchange.quote(share.symbol, at(day))->upperLimit * 1000);
-        EXPECT_EQ(moneyToOpen(share, Side::Buy, amount), desk.ledger(QStringLiteral("A1"))->frozenCash() - before);
+        EXPECT_EQ(moneyToOpen(order, amount), desk.ledger(QStringLiteral("A1"))->frozenCash() - before);
     }
     desk.advance(at("2025-03-05 10:00:00"));
     EXPECT_EQ(Money(), desk.ledger(QStringLiteral("A1"))->frozenCash());

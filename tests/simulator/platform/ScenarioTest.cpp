@@ -122,7 +122,7 @@ TEST(Scenario, TheBuiltInFilesAreValid)
 {
     const QStringList names = Scenario::builtInNames();
     EXPECT_EQ(QStringList({QStringLiteral("default"), QStringLiteral("quiet"), QStringLiteral("storm"),
-                           QStringLiteral("bad-day"), QStringLiteral("large")}),
+                           QStringLiteral("bad-day"), QStringLiteral("large"), QStringLiteral("week")}),
               names);
     for (const QString &name : names) {
         Scenario scenario;
@@ -225,6 +225,41 @@ TEST(Scenario, HolidaysAndHaltsAreRead)
     EXPECT_EQ(QDateTime(QDate(2025, 3, 4), QTime(10, 0), Qt::UTC), outcome.scenario.halts[0].from);
     EXPECT_FALSE(outcome.scenario.halts[0].until.isValid());
     EXPECT_EQ(QDateTime(QDate(2025, 3, 6), QTime(10, 0), Qt::UTC), outcome.scenario.halts[1].until);
+}
+
+TEST(Scenario, AnAccountBeginsWithWhatIsGiven)
+{
+    EXPECT_FALSE(read(good()).scenario.opening.given[QStringLiteral("F1")].positions);
+    QByteArray json = good();
+    json.replace("[\"C\"]", "[\"C\"], \"cash\": 1500000.5, \"positions\": [{\"symbol\": \"1.SH\", \"direction\": "
+                            "\"short\", \"qty\": 3, \"price\": 3900.2}], \"orders\": [{\"symbol\": \"1.SH\", \"side\": "
+                            "\"BuyClose\", \"qty\": 2, \"price\": 3850}]");
+    const Outcome outcome = read(json);
+    ASSERT_TRUE(outcome.ok) << qPrintable(outcome.error);
+    const GivenOpening given = outcome.scenario.opening.given[QStringLiteral("F1")];
+    EXPECT_EQ(1500000.5, given.cash);
+    ASSERT_TRUE(given.positions && given.positions->size() == 1);
+    EXPECT_TRUE(given.positions->first().isShort);
+    EXPECT_EQ(3, given.positions->first().qty);
+    EXPECT_EQ(3900.2, given.positions->first().price);
+    ASSERT_EQ(1, given.orders.size());
+    EXPECT_EQ(Side::BuyClose, given.orders[0].side);
+    EXPECT_EQ(3850, given.orders[0].price);
+}
+
+TEST(Scenario, FeesMarginsAndTicksCanDiffer)
+{
+    QByteArray json = good();
+    json.replace("\"multiplier\": 300", "\"margin\": 0.07, \"multiplier\": 300");
+    json.replace("\"seed\"", "\"rules\": {\"subTypes\": {\"IndexFuture\": {\"minimumFee\": 5.5, \"tick\": 0.4}, "
+                             "\"MainShare\": {\"afterHours\": true}}}, \"seed\"");
+    const Outcome outcome = read(json);
+    ASSERT_TRUE(outcome.ok) << qPrintable(outcome.error);
+    EXPECT_EQ(0.07, outcome.scenario.securities[0].marginRate);
+    EXPECT_EQ(5.5, outcome.scenario.securities[0].minFee);
+    EXPECT_EQ(0.2, outcome.scenario.securities[0].tick); // its own
+    EXPECT_EQ(0.4, outcome.scenario.rules.securityClass(QStringLiteral("IndexFuture"))->tick);
+    EXPECT_TRUE(outcome.scenario.rules.securityClass(QStringLiteral("MainShare"))->afterHours);
 }
 
 TEST(Scenario, OneAccountOfTheDefaultHasTwoTradingAccounts)

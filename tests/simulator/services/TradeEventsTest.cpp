@@ -4,6 +4,8 @@
 #include "CUnPackMessageCommon.h"
 #include "QvPresenterClass.h"
 
+#include <QSet>
+
 #include <algorithm>
 #include <condition_variable>
 #include <mutex>
@@ -240,6 +242,26 @@ TEST_F(TradeEventsTest, ExecutionsOfStrategiesHaveTheirOwnEvent)
     }
     EXPECT_GT(ofStrategies, 0);
     EXPECT_GT(ofPersons, 0);
+}
+
+TEST_F(TradeEventsTest, AfterTheSettlementEveryPositionIsReportedAndANewDayLoadsItsOrders)
+{
+    terminal.playMarket(QDateTime(QDate(2025, 3, 4), QTime(9, 0), Qt::UTC));
+    bool isLoaded = false; // the first time is that of the start
+    const QList<Event> events = listener.until([&](const Event &event) {
+        const bool isSecond = isLoaded && event.id == OrdersLoaded;
+        isLoaded = isLoaded || event.id == OrdersLoaded;
+        return isSecond;
+    });
+    QSet<QString> reported;
+    for (const Event &event : withId(events, PositionId))
+        reported.insert(event.row.value(UserAccount::tradingAccount).toString() + QLatin1Char(' ') +
+                        event.row.value(Security::symbol).toString());
+    const std::optional<Ledger> ledger = terminal.desk().ledger(QStringLiteral("A880010001"));
+    ASSERT_FALSE(ledger->positions().isEmpty());
+    for (const Position &position : ledger->positions())
+        EXPECT_TRUE(reported.contains(QStringLiteral("A880010001 ") + position.instrument->symbol));
+    EXPECT_TRUE(executionRecords().isEmpty());
 }
 
 TEST_F(TradeEventsTest, OrdersLoadedIsAnnouncedOnceAndFirst)
