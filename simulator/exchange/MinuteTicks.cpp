@@ -123,7 +123,7 @@ qint64 MinuteTicks::volumeBy(qint64 minute, const Ticks &whole, int steps) const
 
 qint64 MinuteTicks::volumeAfterHours(qint64 step) const
 {
-    constexpr qint64 kSteps = 25 * steps::kPerMinute;
+    constexpr int kSteps = 25 * steps::kPerMinute;
     const double usual = double(m_instrument.dailyVolume) * kAfterHoursPart / kSteps;
     const double lots = usual * 2 * m_path.chance(step, VolumeAfterHours) / double(m_instrument.lot);
     return qint64(std::ceil(lots)) * m_instrument.lot;

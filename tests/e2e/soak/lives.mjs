@@ -60,7 +60,7 @@ async function call(world, random) {
   await page.close();
 }
 
-/** Places orders, of which some fill at once, and cancels some of the others. */
+/** Places orders, of which some reach the other side of the market, and cancels some of the others. */
 async function trade(world, random) {
   const page = await Page.open(world.url, world.tally);
   const fund = oneOf(world.funds, random);
@@ -69,7 +69,8 @@ async function trade(world, random) {
     const { symbol, exchange, minQty, precision } = oneOf(world.shares, random);
     const tick = await page.result('Data_getCurrentTick_REQ', symbol);
     const side = random() < 0.5 ? 'Buy' : 'Sell';
-    const price = random() < 0.5 ? tick.last : side === 'Buy' ? tick.lowerLimit : tick.upperLimit;
+    const [near, far] = side === 'Buy' ? [tick.askPrices[0], tick.lowerLimit] : [tick.bidPrices[0], tick.upperLimit];
+    const price = random() < 0.5 ? near : far;
     const order = [fund, symbol, exchange, side, 'Limit', (price ?? 0).toFixed(precision), minQty, 'soak'];
     const reply = await page.call('Trade_insertOrder_REQ', ...order);
     if (reply?.resultData?.orderID) placed.push(reply.resultData.orderID);

@@ -12,6 +12,8 @@ const fees = {
   Bond: { Buy: 0.00002, Sell: 0.00002 },
 };
 
+const feeOf = (amount, type, side) => Math.round((amount / 100) * fees[type][side] * 100);
+
 /** More executions than these are not added up: reading them all would take minutes. */
 const mostExecutions = 100_000;
 const partOfList = 2000;
@@ -69,8 +71,8 @@ export async function compareMoney(page, before, now, types, faults) {
       for (const execution of executionInfoList) {
         const side = value(execution.side);
         const amount = cents(value(execution.dealAmount));
-        const rate = fees[types.get(value(execution.securityId))][side];
-        change += (side === 'Buy' ? -amount : amount) - Math.round((amount / 100) * rate * 100);
+        const fee = feeOf(amount, types.get(value(execution.securityId)), side);
+        change += (side === 'Buy' ? -amount : amount) - fee;
         added += 1;
       }
     }
@@ -80,21 +82,59 @@ export async function compareMoney(page, before, now, types, faults) {
   return added;
 }
 
-/** Cancels what is open. Then all cash is free. */
+/** States of an order that can still be filled. */
+const openStates = ['ToBeSent', 'Sent', 'Reported', 'PartlyFilled', 'ToBeCancelled'];
+
+/** The trading programme of a scenario enters its orders with this tag, and cancels them itself. */
+const programme = 'FLOW';
+
+/** The open orders of the account. A programme has a few hundred at a time. */
+async function openOrders(page, fund) {
+  const filter = JSON.stringify({ fundAccount: [fund], orderStatus: openStates });
+  const { entrustInfoList } = await page.result('Data_getEntrustList_REQ', filter, 0, 0);
+  return entrustInfoList;
+}
+
+const settlingSeconds = 120;
+
+/** Cancels what pages and people have open, and waits until the exchange has done so. */
 export async function cancelAll(page, funds, faults) {
   for (const fund of funds) {
-    const filter = JSON.stringify({ fundAccount: [fund], orderStatus: ['Reported', 'PartlyFilled'] });
-    for (let tries = 50; tries > 0; tries -= 1) {
-      const { entrustInfoList } = await page.result('Data_getEntrustList_REQ', filter, 0, 200);
-      if (entrustInfoList.length === 0) break;
-      await page.call('Trade_reqCancelOrder_REQ', entrustInfoList.map(({ orderId }) => value(orderId)).join());
-      if (tries === 1) faults.push(`${fund}: orders stay open`);
+    const end = Date.now() + settlingSeconds * 1000;
+    for (;;) {
+      const orders = (await openOrders(page, fund)).filter(({ orderSource }) => value(orderSource) !== programme);
+      if (orders.length === 0) break;
+      if (Date.now() > end) {
+        faults.push(`${fund}: ${orders.length} orders stay open`);
+        break;
+      }
+      const unasked = orders.filter(({ status }) => value(status) !== 'ToBeCancelled');
+      if (unasked.length > 0)
+        await page.call('Trade_reqCancelOrder_REQ', unasked.map(({ orderId }) => value(orderId)).join());
+      await pause(50);
     }
   }
 }
 
-/** To be called when no order is open. */
-export function checkFreeCash(money, faults) {
-  for (const [fund, { cash, tradable }] of money)
-    if (cash !== tradable) faults.push(`${fund}: of ${cash} cents ${tradable} are free, and no order is open`);
+/** The money that an open order sets aside: to buy its amount and the fee, to sell none. */
+function setAside(order, types) {
+  if (value(order.side) !== 'Buy') return 0;
+  const amount = cents(value(order.price) * value(order.leaveQty));
+  return amount + feeOf(amount, types.get(value(order.securityId)), 'Buy');
+}
+
+/**
+ * To be called while time stands still. What is not free is what the open orders set aside. Returns how many orders that
+ * were.
+ */
+export async function checkFreeCash(page, money, types, faults) {
+  let open = 0;
+  for (const [fund, { cash, tradable }] of money) {
+    const orders = await openOrders(page, fund);
+    const needed = orders.reduce((sum, order) => sum + setAside(order, types), 0);
+    if (cash - tradable !== needed)
+      faults.push(`${fund}: of ${cash} cents ${tradable} are free, and its open orders need ${needed}`);
+    open += orders.length;
+  }
+  return open;
 }

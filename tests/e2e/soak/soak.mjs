@@ -8,6 +8,7 @@ import { mkdtempSync, linkSync, rmSync } from 'node:fs';
 import { dirname, join } from 'node:path';
 import { setTimeout as pause } from 'node:timers/promises';
 import { parseArgs } from 'node:util';
+import { Control } from './control.mjs';
 import { figuresAtRest, figuresOf } from './figures.mjs';
 import { liveOn, watch } from './lives.mjs';
 import { cancelAll, checkFreeCash, compareMoney, readMoney } from './money.mjs';
@@ -16,9 +17,9 @@ import { Page, Tally } from './page.mjs';
 const { values: options } = parseArgs({
   options: {
     simulator: { type: 'string' },
-    scenario: { type: 'string', default: 'default' },
+    scenario: { type: 'string', default: 'storm' },
     minutes: { type: 'string', default: '5' },
-    pages: { type: 'string', default: '200' },
+    pages: { type: 'string', default: '50' },
     speed: { type: 'string', default: '1' },
     seed: { type: 'string', default: '1' },
   },
@@ -27,7 +28,7 @@ const minutes = Number(options.minutes);
 
 /** Memory that may stay: allocators keep some, and each order of the day stays in the books. */
 const spareMiB = 8;
-const spareOfAnOrder = 4 / 1024;
+const spareOfAnOrder = 1 / 1024;
 
 /** Two minutes without any answer: then those that are missing do not come. */
 const silentSeconds = 120;
@@ -70,12 +71,14 @@ async function start() {
 }
 
 /** What pages need to know, as a page reads it. */
-async function explore(url, tally) {
-  const page = await Page.open(url, tally);
+async function explore(simulator, tally) {
+  const page = await Page.open(simulator.url, tally);
   const funds = (await page.result('Data_getFundAccountList_REQ', 1)).map(({ fundAccount }) => fundAccount);
   const securities = await page.result('Data_getSymbolListWithDetail_REQ', '{}');
+  const { descriptors } = figuresOf(simulator.pid);
   await page.close();
   return {
+    descriptors, // with one page, as when stock is taken
     funds,
     shares: securities.filter(({ securityType }) => securityType === 'Share'),
     types: new Map(securities.map(({ securityId, securityType }) => [securityId, securityType])),
@@ -107,14 +110,19 @@ async function emptyLog(page) {
     await Promise.all(Array.from({ length: 100 }, () => page.call('Data_getToken_REQ')));
 }
 
-/** The money, the number of orders, and what the process holds when no other page is there. */
-async function takeStock(simulator, world, descriptors) {
-  const page = await Page.open(simulator.url, world.tally);
-  await cancelAll(page, world.funds, world.tally.faults);
-  const money = await readMoney(page, world.funds, world.tally.faults);
+/**
+ * The money, the number of orders, and what the process holds when no other page is there. Time stands still from then on:
+ * the trading programme of a scenario is never done.
+ */
+async function takeStock(simulator, { control, tally, funds, types, descriptors }) {
+  const page = await Page.open(simulator.url, tally);
+  await cancelAll(page, funds, tally.faults);
+  await control.run('pause');
+  const money = await readMoney(page, funds, tally.faults);
+  const open = await checkFreeCash(page, money, types, tally.faults);
   await emptyLog(page);
   const { totalSize: orders } = await page.result('Data_getEntrustList_REQ', '{}', 0, 1);
-  return { page, money, orders, figures: await figuresAtRest(simulator.pid, descriptors) };
+  return { page, money, open, orders, figures: await figuresAtRest(simulator.pid, descriptors) };
 }
 
 const quantile = (sorted, part) => sorted[Math.min(sorted.length - 1, Math.floor(sorted.length * part))];
@@ -124,14 +132,15 @@ async function run() {
   let ended = false;
   void simulator.ended.then(() => (ended = true));
   const tally = new Tally();
-  const world = { url: simulator.url, tally, lives: {}, ...(await explore(simulator.url, tally)) };
-  const alone = figuresOf(simulator.pid).descriptors + 1; // with the page that takes stock
+  const control = await Control.open(simulator.url);
+  const world = { url: simulator.url, control, tally, lives: {}, ...(await explore(simulator, tally)) };
 
   const warmUp = Math.min(60, minutes * 12);
   console.log(`warming up for ${warmUp.toFixed(0)} s with ${options.pages} pages; then ${minutes} minutes`);
   await crowd(world, warmUp, Number(options.seed) + 1, Number(options.pages));
-  const before = await takeStock(simulator, world, alone);
+  const before = await takeStock(simulator, world);
   await before.page.close();
+  await control.run('resume');
 
   const course = [];
   const observer = setInterval(
@@ -140,8 +149,7 @@ async function run() {
   );
   await crowd(world, minutes * 60, Number(options.seed), Number(options.pages));
   clearInterval(observer);
-  const after = await takeStock(simulator, world, alone);
-  checkFreeCash(after.money, tally.faults);
+  const after = await takeStock(simulator, world);
   const executions = await compareMoney(after.page, before.money, after.money, world.types, tally.faults);
   await after.page.close();
   const status = await simulator.stop();
@@ -169,7 +177,8 @@ async function run() {
     '  of them refusals': tally.refusals,
     'calls of pages that went first': tally.abandoned,
     pushes: tally.pushes,
-    'orders placed': orders,
+    'orders entered': orders,
+    'open while the money was read': `${before.open}, ${after.open}`,
     'executions added up': executions,
     'round trip of a quiet page, median': ms(0.5),
     'round trip of a quiet page, 99 of 100': ms(0.99),
