@@ -33,6 +33,7 @@ protected:
         EXPECT_TRUE(gateway.listen(0));
         page = std::make_unique<Page>(gateway);
         EXPECT_TRUE(page->awaitOpen());
+        drain(); // for the first page the library asks for the permissions, which no fault of a test must meet
     }
 
     void set(Fault fault, int value) { terminal.faults().set({fault, value}); }
