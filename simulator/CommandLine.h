@@ -17,23 +17,23 @@ struct CommandLine {
     enum Outcome { Run, ShowText, Refuse };
 
     quint16 port = 8900;
-    bool listens = true; ///< on that port
+    bool listens = true;        ///< on that port
+    bool open = false;          ///< the address, in the user's browser
+    bool window = false;        ///< opens one
+    bool confirmOrders = false; ///< in the window
+    bool isReplay = false;      ///< of the recording
     double speed = 1;
     QString root;
     QString inspector;
-    bool open = false; ///< the address, in the user's browser
     QStringList allowedOrigins;
-    bool window = false;
     QVector<QUrl> pages; ///< to open in the window; none means the simulator's own
-    bool confirmOrders = false;
     Scenario scenario;
     QByteArray scenarioText;
     Login login;
     QString recordTo;          ///< the file of the recording to write; empty for none
-    bool isReplay = false;     ///< of this recording
-    RecordingReader recording; ///< open
-    Replay::Mode mode = Replay::Timed;
+    RecordingReader recording; ///< open, for a replay
     QString text; ///< the help, the version, one line about a mistake, or a line for each mistake in the scenario
+    Replay::Mode mode = Replay::Timed;
 
     Outcome parse(const QStringList &arguments);
 

@@ -63,7 +63,7 @@ TEST(TradingSteps, EveryStepIsTheOneAtItsTime)
 TEST(TradingSteps, TheMinutesOfContinuousTradingAreThoseOfTheCalendar)
 {
     const qint64 first = kCalendar.tradingDaysBefore(QDate(2025, 3, 3)) * TradingCalendar::kMinutesPerDay;
-    for (qint64 minute = first; minute < first + 2 * TradingCalendar::kMinutesPerDay; ++minute) {
+    for (qint64 minute = first; minute < first + qint64{2} * TradingCalendar::kMinutesPerDay; ++minute) {
         const qint64 step = steps::ofMinute(minute);
         EXPECT_EQ(kCalendar.endOfMinute(minute), steps::timeOf(kCalendar, step + steps::kPerMinute - 1));
         for (int i = 0; i < steps::kPerMinute; ++i) {

@@ -11,7 +11,7 @@ TEST_F(MomentTest, TheMarketHasBeenPlayedUpToItHoweverLateTheQuotesAre)
         QStringLiteral("A880010001"), {entry::line(QStringLiteral("609801.SH"), "Buy", 100, QString(), "Market")});
     ASSERT_EQ(0, placed.result) << qPrintable(placed.errors.join(QLatin1Char(' ')));
     for (int i = 1; i <= 50; ++i) {
-        terminal.skipTo(scenario.start.addSecs(60 * i));
+        terminal.skipTo(scenario.start.addSecs(qint64{60} * i));
         const Terminal::Moment moment(terminal);
         const auto books = terminal.desk().read();
         EXPECT_EQ(OrderStatus::Filled, books->orders()[size_t(books->orderNumber(placed.id()))].status);

@@ -116,7 +116,7 @@ TEST_F(StandingControlTest, AStepGoesToTheNextChangeOfTheQuotesAndPauses)
 {
     for (int step = 1; step <= 3; ++step) {
         EXPECT_EQ(QString(), run(terminal, "step"));
-        EXPECT_EQ(scenario.start.addSecs(3 * step), terminal.now());
+        EXPECT_EQ(scenario.start.addSecs(qint64{3} * step), terminal.now());
         EXPECT_TRUE(terminal.isPaused());
     }
 }
