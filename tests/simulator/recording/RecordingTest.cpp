@@ -153,7 +153,8 @@ TEST_F(RecordingTest, ABrokenFileIsToldWithItsLine)
     EXPECT_EQ(QStringLiteral("line 2: no time"), problemOf(good + "{\"kind\":\"call\",\"time\":\"noon\"}\n"));
     RecordingReader missing;
     EXPECT_FALSE(missing.open(QStringLiteral("/no/such/file"), error));
-    EXPECT_EQ(QStringLiteral("/no/such/file: No such file or directory"), error);
+    EXPECT_TRUE(error.startsWith(QStringLiteral("/no/such/file: "))) << qPrintable(error); // the rest is the system's
+    EXPECT_LT(QStringLiteral("/no/such/file: ").size(), error.size());
 }
 
 TEST_F(RecordingTest, TheRecorderWritesEverythingInOrder)
