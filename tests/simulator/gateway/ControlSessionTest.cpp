@@ -2,6 +2,8 @@
 #include "RawPage.h"
 #include "TerminalTest.h"
 
+#include <algorithm>
+
 using namespace sim;
 
 namespace {
@@ -120,6 +122,27 @@ TEST_F(ControlSessionTest, DropBreaksThePagesAndNotTheControl)
     EXPECT_EQ(QString(), controller.run(QStringLiteral("drop")));
     EXPECT_TRUE(second.awaitClosed());
     EXPECT_EQ(QString(), controller.run(QStringLiteral("clear")));
+}
+
+TEST_F(ControlSessionTest, AFrameThatIsTooLongClosesItsPeerAndNoOther)
+{
+    Controller other(gateway);
+    const auto longCommand = [](int size) {
+        return RawPage::frame(RawPage::Text | RawPage::kLast, QByteArray("{}").leftJustified(size));
+    };
+    RawPage controller(gateway, "/control");
+    ASSERT_TRUE(controller.awaitOpen());
+    constexpr int kMost = 4096;
+    controller.socket.write(longCommand(kMost));
+    EXPECT_TRUE(await([&] {
+        return std::any_of(controller.frames.begin(), controller.frames.end(),
+                           [](const RawPage::Frame &frame) { return frame.payload.contains("result"); });
+    }));
+    controller.socket.write(longCommand(kMost + 1));
+    EXPECT_TRUE(controller.awaitDisconnected());
+    constexpr int kTooLong = 1009;
+    EXPECT_EQ(kTooLong, controller.closeCode());
+    EXPECT_EQ(QString(), other.run(QStringLiteral("pause")));
 }
 
 TEST_F(ControlSessionTest, APeerThatDoesNotReadIsNotReadEither)
