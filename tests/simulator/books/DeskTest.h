@@ -90,7 +90,7 @@ struct DeskWorld {
     {
         std::vector<Event> list;
         for (const sim::DeskEvent &event : events) {
-            if (const Event *one = std::get_if<Event>(&event))
+            if (const Event *one = std::get_if<Event>(&event.what))
                 list.push_back(*one);
         }
         return list;
