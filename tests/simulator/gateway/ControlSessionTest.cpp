@@ -1,4 +1,5 @@
 #include "Controller.h"
+#include "Page.h"
 #include "TerminalTest.h"
 #include "gateway/Gateway.h"
 
