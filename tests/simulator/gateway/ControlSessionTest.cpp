@@ -80,7 +80,7 @@ TEST_F(ControlSessionTest, DropBreaksThePagesAndNotTheControl)
 
 TEST_F(ControlSessionTest, AFrameThatIsTooLongClosesItsPeerAndNoOther)
 {
-    Controller other(gateway);
+    Controller other(gateway.port());
     const auto longCommand = [](int size) {
         return RawPage::frame(RawPage::Text | RawPage::kLast, QByteArray("{}").leftJustified(size));
     };
