@@ -1,5 +1,8 @@
 #include "Page.h"
+#include "RawPage.h"
 #include "TerminalTest.h"
+
+#include <algorithm>
 
 using namespace sim;
 
@@ -119,4 +122,67 @@ TEST_F(ControlSessionTest, DropBreaksThePagesAndNotTheControl)
     EXPECT_EQ(QString(), controller.run(QStringLiteral("drop")));
     EXPECT_TRUE(second.awaitClosed());
     EXPECT_EQ(QString(), controller.run(QStringLiteral("clear")));
+}
+
+TEST_F(ControlSessionTest, AFrameThatIsTooLongClosesItsPeerAndNoOther)
+{
+    Controller other(gateway);
+    const auto longCommand = [](int size) {
+        return RawPage::frame(RawPage::Text | RawPage::kLast, QByteArray("{}").leftJustified(size));
+    };
+    RawPage controller(gateway, "/control");
+    ASSERT_TRUE(controller.awaitOpen());
+    constexpr int kMost = 4096;
+    controller.socket.write(longCommand(kMost));
+    EXPECT_TRUE(await([&] {
+        return std::any_of(controller.frames.begin(), controller.frames.end(),
+                           [](const RawPage::Frame &frame) { return frame.payload.contains("result"); });
+    }));
+    controller.socket.write(longCommand(kMost + 1));
+    EXPECT_TRUE(controller.awaitDisconnected());
+    constexpr int kTooLong = 1009;
+    EXPECT_EQ(kTooLong, controller.closeCode());
+    EXPECT_EQ(QString(), other.run(QStringLiteral("pause")));
+}
+
+TEST_F(ControlSessionTest, APeerThatDoesNotReadIsNotReadEither)
+{
+    constexpr int kCommands = 10000; // far more than the system's buffers hold
+    const QByteArray filler(3500, 'x');
+    RawPage controller(gateway, "/control");
+    ASSERT_TRUE(controller.awaitOpen());
+    controller.stopReading();
+    for (int i = 0; i < kCommands; ++i)
+        controller.socket.write(
+            RawPage::frame(RawPage::Text | RawPage::kLast, "{\"id\":\"" + QByteArray::number(i) + filler + "\"}"));
+    // Commands wait at the peer, and other pages are served.
+    Page page(gateway);
+    ASSERT_TRUE(page.awaitOpen());
+    constexpr int kCalls = 100;
+    qint64 before = 0;
+    int calls = 0;
+    do {
+        before = controller.socket.bytesToWrite();
+        for (int i = 0; i < kCalls; ++i) {
+            page.invoke("Data_getToken_REQ", {QString::number(i)});
+            ASSERT_TRUE(page.awaitFrames(++calls));
+        }
+    } while (controller.socket.bytesToWrite() != before);
+    EXPECT_LT(0, before);
+
+    controller.readAgain();
+    int results = 0;
+    int taken = 0;
+    const auto takeResults = [&] {
+        for (; taken < controller.frames.size(); ++taken) {
+            const QJsonObject object = controller.event(taken);
+            if (object.value(QStringLiteral("kind")) == QLatin1String("state"))
+                continue;
+            const QString id = object.value(QStringLiteral("id")).toString();
+            EXPECT_EQ(QString::number(results), id.left(id.indexOf(QLatin1Char('x'))));
+            ++results;
+        }
+        return results == kCommands;
+    };
+    EXPECT_TRUE(await(takeResults));
 }
