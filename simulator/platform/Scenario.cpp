@@ -227,6 +227,8 @@ QVector<Instrument> readSecurities(JsonNode &root, const QDate &start, const Mar
     for (JsonNode &node : root.objects(QStringLiteral("securities"))) {
         const Instrument security = readSecurity(node, rules);
         requireNew(node, QStringLiteral("symbol"), security.symbol, symbols);
+        if (security.symbol.contains(QLatin1Char(',')))
+            node.fail(QStringLiteral("symbol"), QStringLiteral("must have no comma: pages write it between symbols"));
         if (start.isValid() && security.listed.isValid() && security.listed >= start)
             node.fail(QStringLiteral("listed"), QStringLiteral("must be before the scenario starts"));
         const QPair<QString, QString> id{security.securityId, security.exchange};
