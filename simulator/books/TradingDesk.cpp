@@ -40,9 +40,10 @@ QString whyNotCancellable(OrderStatus status)
 
 TradingDesk::TradingDesk(const Accounts &accounts, const QString &orderIdPrefix, const Exchange &exchange, quint64 seed,
                          const QDateTime &start, Listener listener, const OpeningTerms &opening,
-                         const OrderDelays &delays)
+                         const OrderDelays &delays, Matching::Divides divides)
     : m_exchange(exchange)
     , m_listener(std::move(listener))
+    , m_divides(std::move(divides))
     , m_books(accounts, orderIdPrefix)
     , m_messages(delays, random::subkey(random::scramble(seed), kDelays))
     , m_now(start)
@@ -227,7 +228,7 @@ void TradingDesk::playStep()
         beginDay();
     else if (phase == Phase::Settlement)
         settleDay();
-    const Matching::Outcome outcome = m_matching.play(m_exchange, m_step);
+    const Matching::Outcome outcome = m_matching.play(m_exchange, m_step, m_divides);
     for (const Matching::Fill &one : outcome.fills)
         fill(one);
     for (const int number : outcome.expired) {

@@ -50,10 +50,11 @@ public:
         bool comesTooLate = false; ///< the exchange fills the order at its limit just before
     };
 
-    /// Opens the books for the start time. Accounts and exchange must outlive the desk.
+    /// Opens the books for the start time. Accounts and exchange must outlive the desk. divides: which orders fill in
+    /// parts; called with the books locked.
     TradingDesk(const Accounts &accounts, const QString &orderIdPrefix, const Exchange &exchange, quint64 seed,
                 const QDateTime &start, Listener listener, const OpeningTerms &opening = {},
-                const OrderDelays &delays = {});
+                const OrderDelays &delays = {}, Matching::Divides divides = {});
 
     Reader read() const { return {m_mutex, m_books}; }
 
@@ -114,6 +115,7 @@ private:
 
     const Exchange &m_exchange;
     const Listener m_listener;
+    const Matching::Divides m_divides; ///< or empty
     std::mutex m_reporting; ///< held while the listener is called; taken before m_mutex
 
     // Guarded by m_mutex

@@ -34,7 +34,7 @@ Terminal::Terminal(const Scenario &scenario, const Login &login, double speed, b
               m_tradeEvents.announce(events);
               m_alarm.check();
           },
-          scenario.opening, scenario.orderDelays)
+          scenario.opening, scenario.orderDelays, [this] { return m_faults.take(Fault::FillInParts); })
     , m_strategies(*m_bus, scenario, m_faults)
     , m_flow(scenario.orderFlow, m_accounts, m_desk, m_exchange, m_agenda, scenario.seed)
     , m_control(*this, m_faults, m_agenda, m_flow)
@@ -144,7 +144,7 @@ void Terminal::tellThatTimeMoved()
     m_alarm.check();
 }
 
-Terminal::Moment::Moment(Terminal &terminal) : m_hold(terminal.m_clock)
+Terminal::Moment::Moment(Terminal &terminal) : m_noCommand(terminal.m_agenda), m_hold(terminal.m_clock)
 {
     terminal.play(terminal.now());
 }
@@ -176,9 +176,33 @@ void Terminal::letTimeRun(const std::function<void()> &meanwhile)
     {
         const traffic::CallScope none(0); // what happens while the event loop spins belongs to no call
         const SimulatedClock::Release goesOn(m_clock);
+        const Agenda::Release commandsAct(m_agenda);
         meanwhile();
     }
     play(now());
+}
+
+void Terminal::awaitSlowServer()
+{
+    m_heldCall = traffic::CallScope::current();
+    {
+        const Agenda::Release commandsAct(m_agenda);
+        if (m_whenHeld)
+            (*m_whenHeld)();
+        else
+            m_faults.awaitSlowServer(m_clock.speed());
+    }
+    play(now());
+    m_heldCall = 0;
+}
+
+void Terminal::repeat(const std::function<void()> &call, const std::function<void()> &whenHeld)
+{
+    const OrderQuestion question = askBeforeOrders({});
+    m_whenHeld = &whenHeld;
+    call();
+    m_whenHeld = nullptr;
+    askBeforeOrders(question);
 }
 
 bool Terminal::isThere()

@@ -213,6 +213,46 @@ TEST_F(FaultsTest, AConnectionThatBreaksInACallLosesTheReplyAndNotTheOrder)
     EXPECT_TRUE(page->heard(kPlaced).isEmpty());
 }
 
+using FillInPartsTest = StandingTerminalTest;
+
+TEST_F(FillInPartsTest, APageSeesAnOrderPartlyFilledAndThenWhole)
+{
+    Gateway gateway{QString(), {}};
+    ASSERT_TRUE(gateway.listen(0));
+    Page page(gateway);
+    ASSERT_TRUE(page.awaitOpen());
+    terminal.faults().set({Fault::FillInParts, 1});
+    page.invoke("Trade_insertOrder_REQ", {QStringLiteral("u"), QStringLiteral("880010001"), QStringLiteral("609801.SH"),
+                                          QString(), QStringLiteral("Buy"), QStringLiteral("Market"), QString(),
+                                          QStringLiteral("200"), QString()});
+    const QString id = orderId(page.awaitObject(kPlaced));
+    const auto awaitState = [&](const char *status) {
+        return await([&] {
+            for (const QJsonArray &push : page.heard(kOrderPush)) {
+                const QString records = push.first().toString();
+                if (records.contains(id) && records.contains(QLatin1String(status)))
+                    return true;
+            }
+            return false;
+        });
+    };
+    const QDateTime filled = scenario.start.addSecs(steps::kSeconds);
+    terminal.skipTo(filled.addSecs(1)); // for the push
+    EXPECT_TRUE(awaitState("PartlyFilled"));
+    EXPECT_EQ(100, terminal.desk().order(id)->filledQty);
+    terminal.skipTo(filled.addSecs(60));
+    EXPECT_TRUE(awaitState("\"Filled\""));
+    QString executions;
+    ASSERT_TRUE(await([&] {
+        executions.clear();
+        for (const QJsonArray &push : page.heard("on_executionUpdate"))
+            executions += push.first().toString();
+        return executions.count(id) >= 2;
+    }));
+    EXPECT_EQ(2, executions.count(id)) << qPrintable(executions);
+    EXPECT_FALSE(terminal.faults().isOn(Fault::FillInParts));
+}
+
 TEST(PermissionFaultTest, APermissionServerThatFailsGivesNoPermissionUntilItAnswers)
 {
     Scenario scenario;
