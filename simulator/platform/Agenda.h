@@ -38,6 +38,16 @@ public:
     /// to it. While somebody holds the agenda, it waits.
     void soon(Action action);
 
+    /// While it exists, no action begins, and whoever plays waits. It first waits for the current one. Not from an action.
+    class Standstill {
+    public:
+        explicit Standstill(Agenda &agenda) : m_lock(agenda.m_playing) {}
+
+    private:
+        Q_DISABLE_COPY(Standstill)
+        const std::lock_guard<std::mutex> m_lock;
+    };
+
     /// While it exists, nothing is done soon. It first waits for what is being done. Not from an action.
     class VARNEL_HOST_API Hold {
     public:

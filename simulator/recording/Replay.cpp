@@ -124,10 +124,7 @@ bool Replay::play()
 {
     switch (m_entry->kind) {
     case RecordedEntry::PageOpened:
-        m_pages[m_entry->page] = std::make_unique<PlayedPage>(m_entry->page, [this] {
-            if (m_isWaiting)
-                proceedLater();
-        });
+        open();
         return true;
     case RecordedEntry::PageClosed:
         if (endWithUntaken())
@@ -147,6 +144,17 @@ bool Replay::play()
     default:
         return true;
     }
+}
+
+void Replay::open()
+{
+    const auto whenAnswered = [this] {
+        if (m_isWaiting)
+            proceedLater();
+    };
+    // For the first page the library asks the servers.
+    m_terminal.repeat(
+        [&] { m_pages[m_entry->page] = std::make_unique<PlayedPage>(m_entry->page, whenAnswered); }, [] {});
 }
 
 void Replay::call()

@@ -57,6 +57,7 @@ private:
     bool isDue();
     bool play();
     std::optional<RecordedEntry> next();
+    void open();
     void call();
     void carryOut(const RecordedEntry &entry);
     void carryOutCommandsInCall();

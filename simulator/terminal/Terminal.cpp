@@ -46,6 +46,11 @@ Terminal::Terminal(const Scenario &scenario, const Login &login, double speed, b
     PermissionService::install(*m_bus, scenario, m_faults);
     for (const FaultSetting &fault : scenario.faults)
         m_faults.set(fault);
+    // The first of the threads below may need the world as of a later time, so the agenda is written before. Its actions
+    // use all of this.
+    const Agenda::Standstill untilAllIsThere(m_agenda);
+    m_control.plan(scenario.timeline);
+    m_flow.start(scenario.start);
     m_quoteFeed = std::make_unique<QuoteFeed>(
         m_exchange, m_clock,
         [this](const QDateTime &time) {
@@ -61,9 +66,6 @@ Terminal::Terminal(const Scenario &scenario, const Login &login, double speed, b
         });
     m_alarm.start(
         m_clock, [this] { return m_desk.nextMessage(); }, [this](const QDateTime &time) { play(time); });
-    // From here on the agenda's thread uses all of the above.
-    m_control.plan(scenario.timeline);
-    m_flow.start(scenario.start);
 }
 
 Terminal::~Terminal()
@@ -196,11 +198,11 @@ void Terminal::awaitSlowServer()
     m_heldCall = 0;
 }
 
-void Terminal::repeat(const std::function<void()> &call, const std::function<void()> &whenHeld)
+void Terminal::repeat(const std::function<void()> &action, const std::function<void()> &whenHeld)
 {
     const OrderQuestion question = askBeforeOrders({});
     m_whenHeld = &whenHeld;
-    call();
+    action();
     m_whenHeld = nullptr;
     askBeforeOrders(question);
 }

@@ -114,11 +114,11 @@ public:
     /// The call of a page that a slow server holds, or held a moment ago: its number in the log of the traffic, or 0.
     quint64 heldCall() const { return m_heldCall; }
 
-    /// Makes a call that was made in another run. Nobody is asked and nothing is waited for, because that was done then.
+    /// Does what a page did in another run: opens it, or makes its call. Nobody is asked and nothing is waited for, because that was done then.
     /// whenHeld: called where a slow server may have held it. User-interface thread only, as the next one.
-    void repeat(const std::function<void()> &call, const std::function<void()> &whenHeld);
+    void repeat(const std::function<void()> &action, const std::function<void()> &whenHeld);
 
-    /// Whether the call that is being made is such a one.
+    /// Whether such an action is going on.
     bool isRepeating() const { return m_whenHeld; }
 
     const std::shared_ptr<MessageBus> &bus() const { return m_bus; }
@@ -143,7 +143,7 @@ private:
     TradingDesk m_desk;
     StrategyPlatform m_strategies;
     OrderQuestion m_orderQuestion;
-    const std::function<void()> *m_whenHeld = nullptr; ///< of the call that is repeated, or null
+    const std::function<void()> *m_whenHeld = nullptr; ///< of what is repeated, or null
     std::atomic<quint64> m_heldCall{0};
     Agenda m_agenda{m_clock};
     OrderFlow m_flow;

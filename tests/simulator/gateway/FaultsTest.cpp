@@ -238,7 +238,7 @@ TEST_F(FillInPartsTest, APageSeesAnOrderPartlyFilledAndThenWhole)
     };
     const QDateTime filled = scenario.start.addSecs(steps::kSeconds);
     terminal.skipTo(filled.addSecs(1)); // for the push
-    EXPECT_TRUE(awaitState("PartlyFilled"));
+    EXPECT_TRUE(awaitState("PartlyFilled")) << [&] { QString all; for (const auto &f : page.frames) all += QString::fromUtf8(QJsonDocument(f).toJson(QJsonDocument::Compact)).left(1500) + QLatin1Char(10); return all.toStdString(); }();
     EXPECT_EQ(100, terminal.desk().order(id)->filledQty);
     terminal.skipTo(filled.addSecs(60));
     EXPECT_TRUE(awaitState("\"Filled\""));

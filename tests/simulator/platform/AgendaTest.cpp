@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <future>
+#include <thread>
 
 using namespace sim;
 
@@ -116,6 +118,25 @@ TEST(Agenda, EachActionThatComesSoonHasATimeOfItsOwn)
         agenda.soon(second.action());
     }
     EXPECT_EQ(after(5000), second.promise.get_future().get().first);
+}
+
+TEST(Agenda, WhoeverPlaysWaitsForTheEndOfAStandstill)
+{
+    SimulatedClock clock(kStart, 1e-6);
+    Agenda agenda(clock);
+    std::atomic<int> done{0};
+    std::thread player;
+    {
+        const Agenda::Standstill still(agenda);
+        agenda.enter(kStart, [&](const QDateTime &) { ++done; });
+        player = std::thread([&] {
+            agenda.playUntil(after(1000));
+            EXPECT_EQ(2, done);
+        });
+        agenda.enter(after(500), [&](const QDateTime &) { ++done; });
+        EXPECT_EQ(0, done);
+    }
+    player.join();
 }
 
 TEST(Agenda, AfterStopNothingHappens)
