@@ -126,7 +126,7 @@ private:
         const auto first = level.orders.begin();
         Waiting &waiting = first->second;
         const qint64 whole = qMin(waiting.open, qMin(offered, m_ours));
-        const qint64 qty = dividedIfWanted(waiting, whole);
+        const qint64 qty = dividedIfWanted(first->first, waiting, whole);
         waiting.firstFill = m_number;
         if (qty > 0)
             m_outcome.fills.push_back({first->first, price, qty});
@@ -143,13 +143,13 @@ private:
     }
 
     /// The quantity of a fill, or a part of it.
-    qint64 dividedIfWanted(const Waiting &waiting, qint64 qty) const
+    qint64 dividedIfWanted(int order, const Waiting &waiting, qint64 qty) const
     {
         const bool isFirst = waiting.firstFill == kNoStep;
         const bool isWholeAtOnce = qty == waiting.open && (isFirst || waiting.firstFill == m_number);
         const qint64 half = wholeLots(qty / 2, m_instrument.lot);
         const qint64 part = isFirst ? qMax(half, m_instrument.lot) : half;
-        return isWholeAtOnce && part < qty && m_divides && m_divides() ? part : qty;
+        return isWholeAtOnce && part < qty && m_divides && m_divides(order) ? part : qty;
     }
 
     const qint64 m_number;

@@ -51,9 +51,10 @@ public:
 
     bool isEmpty() const { return m_bySecurity.empty(); }
 
-    /// Asked when an order would be filled whole in the step in which it fills first. True leaves a part of it open, and
-    /// gives the rest of the step's volume to others, so that no later order comes before that part.
-    using Divides = std::function<bool()>;
+    /// Asked when the order of that number would be filled whole in the step in which it fills first. True leaves a
+    /// part of it open, and gives the rest of the step's volume to others, so that no later order comes before that
+    /// part.
+    using Divides = std::function<bool(int order)>;
 
     /// Orders that are filled whole are no longer here.
     Outcome play(const Exchange &exchange, qint64 step, const Divides &divides = {});

@@ -40,10 +40,9 @@ QString whyNotCancellable(OrderStatus status)
 
 TradingDesk::TradingDesk(const Accounts &accounts, const QString &orderIdPrefix, const Exchange &exchange, quint64 seed,
                          const QDateTime &start, Listener listener, const OpeningTerms &opening,
-                         const OrderDelays &delays, Matching::Divides divides)
+                         const OrderDelays &delays, const Divides &divides)
     : m_exchange(exchange)
     , m_listener(std::move(listener))
-    , m_divides(std::move(divides))
     , m_books(accounts, orderIdPrefix)
     , m_messages(delays, random::subkey(random::scramble(seed), kDelays))
     , m_now(start)
@@ -55,6 +54,8 @@ TradingDesk::TradingDesk(const Accounts &accounts, const QString &orderIdPrefix,
         m_touched.clear();
         m_events.clear();
     }
+    if (divides)
+        m_divides = [divides, first = int(m_books.orders().size())](int order) { return order >= first && divides(); };
     for (int number = 0; number < int(m_books.orders().size()); ++number) {
         if (orderAt(number).isOpen())
             m_matching.add(number, orderAt(number), exchange, m_step);

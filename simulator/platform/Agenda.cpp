@@ -128,10 +128,11 @@ Agenda::Hold::~Hold()
     m_agenda.changeHolds(-1);
 }
 
-Agenda::Release::Release(Agenda &agenda) : m_agenda(agenda), m_holds([&agenda] {
-    const std::lock_guard lock(agenda.m_mutex);
-    return agenda.m_holds;
-}())
+Agenda::Release::Release(Agenda &agenda)
+    : m_agenda(agenda), m_holds([&agenda] {
+        const std::lock_guard lock(agenda.m_mutex);
+        return agenda.m_holds;
+    }())
 {
     m_agenda.changeHolds(-m_holds);
 }

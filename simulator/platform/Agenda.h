@@ -38,7 +38,8 @@ public:
     /// to it. While somebody holds the agenda, it waits.
     void soon(Action action);
 
-    /// While it exists, no action begins, and whoever plays waits. It first waits for the current one. Not from an action.
+    /// While it exists, no action begins, and whoever plays waits. It first waits for the current one. Not from an
+    /// action.
     class Standstill {
     public:
         explicit Standstill(Agenda &agenda) : m_lock(agenda.m_playing) {}

@@ -38,10 +38,9 @@ const QString isInCall = QStringLiteral("isInCall");
 
 /// By RecordedEntry::Kind.
 const QString kKinds[] = {
-    QStringLiteral("opened"), QStringLiteral("closed"), QStringLiteral("call"),
-    QStringLiteral("reply"),  QStringLiteral("push"),   QStringLiteral("request"),
-    QStringLiteral("answer"), QStringLiteral("event"),  QStringLiteral("quote"),
-    QStringLiteral("command"),
+    QStringLiteral("opened"), QStringLiteral("closed"),  QStringLiteral("call"),   QStringLiteral("reply"),
+    QStringLiteral("push"),   QStringLiteral("request"), QStringLiteral("answer"), QStringLiteral("event"),
+    QStringLiteral("quote"),  QStringLiteral("command"),
 };
 
 std::optional<RecordedEntry::Kind> kindOf(const Entry &entry)
@@ -130,8 +129,7 @@ bool RecordingReader::open(const QString &fileName, QString &error)
     }
     const QJsonValue version = head->value(Key::version);
     if (version != 1 && version != RecordingHead::kVersion) {
-        error = placeOfHead() +
-                QStringLiteral("version %1 of the format is not known").arg(version.toInt());
+        error = placeOfHead() + QStringLiteral("version %1 of the format is not known").arg(version.toInt());
         return false;
     }
     m_head.simulator = head->value(Key::simulator).toString();

@@ -29,9 +29,9 @@ struct RecordingHead {
 };
 
 /// Something that passed: every other line. A plain value.
-/// Pages, calls, commands and time decide all else. So what changes the world in another way while it runs has to become
-/// a kind of its own: entered in the log of the traffic at the exchange time at which it acts (Entry.h), translated in
-/// Recording.cpp (kindOf), and made again in Replay::isDue() and play().
+/// Pages, calls, commands and time decide all else. So what changes the world in another way while it runs has to
+/// become a kind of its own: entered in the log of the traffic at the exchange time at which it acts (Entry.h),
+/// translated in Recording.cpp (kindOf), and made again in Replay::isDue() and play().
 struct RecordedEntry {
     enum Kind { PageOpened, PageClosed, Call, Reply, Push, HostRequest, HostAnswer, HostEvent, Quote, Command };
 

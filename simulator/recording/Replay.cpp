@@ -153,8 +153,8 @@ void Replay::open()
             proceedLater();
     };
     // For the first page the library asks the servers.
-    m_terminal.repeat(
-        [&] { m_pages[m_entry->page] = std::make_unique<PlayedPage>(m_entry->page, whenAnswered); }, [] {});
+    m_terminal.repeat([&] { m_pages[m_entry->page] = std::make_unique<PlayedPage>(m_entry->page, whenAnswered); },
+                      [] {});
 }
 
 void Replay::call()
@@ -208,9 +208,9 @@ bool Replay::compareReply()
     const std::optional<PlayedPage::Reply> reply =
         page == m_pages.end() ? std::nullopt : page->second->take(m_entry->name);
     const QString what = placeOf(*m_entry) + QStringLiteral("the reply to %1 of page %2 (uuid \"%3\") ")
-                                       .arg(methodOf(m_entry->name))
-                                       .arg(m_entry->page)
-                                       .arg(m_entry->uuid);
+                                                 .arg(methodOf(m_entry->name))
+                                                 .arg(m_entry->page)
+                                                 .arg(m_entry->uuid);
     if (!reply) {
         if (m_isWaiting && !m_timer.isActive()) {
             end(Outcome::Different, what + QStringLiteral("does not come"));
@@ -247,10 +247,11 @@ bool Replay::endWithUntaken()
     if (!reply)
         return false;
     end(Outcome::Different,
-        placeOf(*m_entry) + QStringLiteral("before it page %1 gets a reply to %2 (uuid \"%3\") that was not "
-                                 "recorded\n  now:      %4")
-                      .arg(m_entry->page)
-                      .arg(methodOf(reply->name), reply->uuid, excerpt(reply->args.join(QLatin1Char('\n')), 0)));
+        placeOf(*m_entry) +
+            QStringLiteral("before it page %1 gets a reply to %2 (uuid \"%3\") that was not "
+                           "recorded\n  now:      %4")
+                .arg(m_entry->page)
+                .arg(methodOf(reply->name), reply->uuid, excerpt(reply->args.join(QLatin1Char('\n')), 0)));
     return true;
 }
 

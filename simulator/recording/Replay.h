@@ -17,7 +17,8 @@ namespace sim {
 class Terminal;
 
 /// Plays a recording on a fresh terminal of its scenario, faults, seed and login: its pages make their calls again, and
-/// commands act again, in their order and at the exchange times that were recorded. Made and destroyed by main or a test; user-interface thread only.
+/// commands act again, in their order and at the exchange times that were recorded. Made and destroyed by main or a
+/// test; user-interface thread only.
 class Replay : public QObject {
     Q_OBJECT
 public:

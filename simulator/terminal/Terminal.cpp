@@ -46,8 +46,8 @@ Terminal::Terminal(const Scenario &scenario, const Login &login, double speed, b
     PermissionService::install(*m_bus, scenario, m_faults);
     for (const FaultSetting &fault : scenario.faults)
         m_faults.set(fault);
-    // The first of the threads below may need the world as of a later time, so the agenda is written before. Its actions
-    // use all of this.
+    // The first of the threads below may need the world as of a later time, so the agenda is written before. Its
+    // actions use all of this.
     const Agenda::Standstill untilAllIsThere(m_agenda);
     m_control.plan(scenario.timeline);
     m_flow.start(scenario.start);

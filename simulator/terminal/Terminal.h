@@ -59,7 +59,7 @@ public:
         explicit Moment(Terminal &terminal);
 
     private:
-        const Agenda::Hold m_noCommand; ///< what the call answers must not depend on when in it a command comes
+        const Agenda::Hold m_noCommand;    ///< what the call answers must not depend on when in it a command comes
         const SimulatedClock::Hold m_hold; ///< after it: a command that is acting may move the time
     };
 
@@ -114,8 +114,9 @@ public:
     /// The call of a page that a slow server holds, or held a moment ago: its number in the log of the traffic, or 0.
     quint64 heldCall() const { return m_heldCall; }
 
-    /// Does what a page did in another run: opens it, or makes its call. Nobody is asked and nothing is waited for, because that was done then.
-    /// whenHeld: called where a slow server may have held it. User-interface thread only, as the next one.
+    /// Does what a page did in another run: opens it, or makes its call. Nobody is asked and nothing is waited for,
+    /// because that was done then. whenHeld: called where a slow server may have held it. User-interface thread only,
+    /// as the next one.
     void repeat(const std::function<void()> &action, const std::function<void()> &whenHeld);
 
     /// Whether such an action is going on.

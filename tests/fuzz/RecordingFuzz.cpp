@@ -77,8 +77,8 @@ void writeAndRead(Decisions &decisions)
     const std::optional<RecordedEntry> read = reader.next(error);
     require(read && error.isEmpty(), "the entry is not read: " + error.toUtf8());
     require(read->kind == (isCommand ? RecordedEntry::Command : RecordedEntry::Call) &&
-                read->isInCall == (isCommand && entry.call != 0) && read->page == entry.page && read->name == entry.name &&
-                read->uuid == entry.uuid && read->args == entry.args &&
+                read->isInCall == (isCommand && entry.call != 0) && read->page == entry.page &&
+                read->name == entry.name && read->uuid == entry.uuid && read->args == entry.args &&
                 read->time.toMSecsSinceEpoch() == entry.exchangeTime,
             "an entry changes when it is written and read");
     require(!reader.next(error) && error.isEmpty(), "there is more than was written");

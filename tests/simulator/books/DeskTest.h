@@ -103,7 +103,7 @@ struct DeskWorld {
         {{QStringLiteral("S1"), QStringLiteral("一"), sim::StockFund, {QStringLiteral("A1"), QStringLiteral("A2")}},
          {QStringLiteral("F1"), QStringLiteral("期"), sim::FuturesFund, {QStringLiteral("C1")}}}};
     sim::DeskEvents events;
-    int divisions = 0; ///< fills that are still to be divided
+    int divisions = 0;     ///< fills that are still to be divided
     sim::TradingDesk desk; ///< last: it uses all of the above
 };
 

@@ -51,7 +51,8 @@ TEST_F(DividedFillsTest, HalfOfASmallOrderFillsAtOnceAndTheRestLater)
 TEST_F(DividedFillsTest, TheFirstPartHasTheTimeAndThePriceOfTheWholeFill)
 {
     DeskWorld whole(kMorning);
-    const Order undivided = whole.placeAtExchange(whole.order(whole.any(SecurityKind::Share), Side::Buy, 200), kEntered);
+    const Order undivided =
+        whole.placeAtExchange(whole.order(whole.any(SecurityKind::Share), Side::Buy, 200), kEntered);
     whole.desk.advance(kLater);
     ASSERT_EQ(1U, whole.executionsOf(undivided).size());
     world.divisions = 1;
@@ -126,7 +127,8 @@ TEST_F(DividedFillsTest, AnyOrderIsInPartsWithinItsLimitAndInWholeLots)
         const Instrument &instrument = listed[int(chance.whole(0, listed.size() - 1))];
         const Side side = instrument.kind == SecurityKind::Future ? Side::BuyOpen : Side::Buy;
         const double price = chance.whole(0, 1) == 0 ? 0 : world.price(instrument, now, int(chance.whole(0, 8)));
-        orders.push_back(world.place(world.order(instrument, side, instrument.minQty * chance.whole(1, 12), price), now));
+        orders.push_back(
+            world.place(world.order(instrument, side, instrument.minQty * chance.whole(1, 12), price), now));
     }
     desk.advance(now.addSecs(600));
     int divided = 0;

@@ -143,7 +143,8 @@ TEST(Commands, AreReadWithTheirArguments)
 
 TEST(Commands, WhatConcernsThePaceIsNotPlayedAgain)
 {
-    for (const char *again : {"fault silent-klines", "clear", "halt 609801.SH", "resume 609801.SH", "burst 2", "jump close"})
+    for (const char *again :
+         {"fault silent-klines", "clear", "halt 609801.SH", "resume 609801.SH", "burst 2", "jump close"})
         EXPECT_TRUE(commandOf(again).isPlayedAgain()) << again;
     for (const char *once : {"pause", "resume", "step", "speed 2", "drop", "drop 1"})
         EXPECT_FALSE(commandOf(once).isPlayedAgain()) << once;

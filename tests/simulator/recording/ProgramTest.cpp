@@ -25,12 +25,14 @@ QString killedRecording(const QTemporaryDir &folder, const QStringList &options 
     const QString file = folder.filePath(QStringLiteral("r.jsonl"));
     QProcess simulator;
     simulator.start(QStringLiteral(SIMULATOR_BINARY),
-                    QStringList{QStringLiteral("--port"), QStringLiteral("0"), QStringLiteral("--record"), file} + options);
+                    QStringList{QStringLiteral("--port"), QStringLiteral("0"), QStringLiteral("--record"), file} +
+                        options);
     const QByteArray line = readLine(simulator);
     QProcess call;
-    call.start(QStringLiteral(CALL_BINARY),
-               QStringList{QStringLiteral("--port"), QString::fromLatin1(line.mid(line.lastIndexOf(':') + 1).chopped(2))} +
-                   pageCall);
+    call.start(
+        QStringLiteral(CALL_BINARY),
+        QStringList{QStringLiteral("--port"), QString::fromLatin1(line.mid(line.lastIndexOf(':') + 1).chopped(2))} +
+            pageCall);
     EXPECT_TRUE(call.waitForFinished(kPatienceMs));
     simulator.setReadChannel(QProcess::StandardError);
     QByteArray log; // it says that the page has gone
@@ -58,11 +60,10 @@ TEST(RecordingProgram, TheRecordingOfAKilledSimulatorCanBeVerified)
 TEST(RecordingProgram, ARecordingHasTheFaultsOfTheCommandLine)
 {
     QTemporaryDir folder;
-    const QString file =
-        killedRecording(folder, {QStringLiteral("--fault"), QStringLiteral("refuse-orders")},
-                        {QStringLiteral("Trade_insertOrder_REQ"), QStringLiteral("880010001"), QStringLiteral("609801.SH"),
-                         QString(), QStringLiteral("Buy"), QStringLiteral("Market"), QString(), QStringLiteral("100"),
-                         QString()});
+    const QString file = killedRecording(folder, {QStringLiteral("--fault"), QStringLiteral("refuse-orders")},
+                                         {QStringLiteral("Trade_insertOrder_REQ"), QStringLiteral("880010001"),
+                                          QStringLiteral("609801.SH"), QString(), QStringLiteral("Buy"),
+                                          QStringLiteral("Market"), QString(), QStringLiteral("100"), QString()});
     const Outcome outcome = run({QStringLiteral("replay"), file, QStringLiteral("--verify")});
     EXPECT_EQ(0, outcome.status) << qPrintable(outcome.err);
     EXPECT_EQ(QStringLiteral("1 call, 1 reply: no difference\n"), outcome.out);
@@ -85,8 +86,8 @@ TEST(RecordingProgram, AFaultThatIsUnknownBreaksTheRecording)
     file.close();
     const Outcome outcome = run({QStringLiteral("replay"), file.fileName(), QStringLiteral("--verify")});
     EXPECT_EQ(2, outcome.status);
-    EXPECT_TRUE(outcome.err.startsWith(QStringLiteral("varnel-simulator: %1: line 1: faults: \"greet-orders\" is not a fault: ")
-                                           .arg(file.fileName())))
+    EXPECT_TRUE(outcome.err.startsWith(
+        QStringLiteral("varnel-simulator: %1: line 1: faults: \"greet-orders\" is not a fault: ").arg(file.fileName())))
         << qPrintable(outcome.err);
 }
 

@@ -132,12 +132,11 @@ private:
 
     static void commandsBetweenCalls(Terminal &terminal, BusyPage &page)
     {
-        const Commander commander(terminal,
-                                  {"fault fill-in-parts=2", "burst 3", "fault late-cancels=1", "halt 609801.SH",
-                                   "burst 40", "speed 50", "jump 10:30:00", "resume 609801.SH", "fault refuse-orders=2"},
-                                  [calls = 0](const traffic::Entry &entry) mutable {
-                                      return isCall(entry) && ++calls % 7 == 0;
-                                  });
+        const Commander commander(
+            terminal,
+            {"fault fill-in-parts=2", "burst 3", "fault late-cancels=1", "halt 609801.SH", "burst 40", "speed 50",
+             "jump 10:30:00", "resume 609801.SH", "fault refuse-orders=2"},
+            [calls = 0](const traffic::Entry &entry) mutable { return isCall(entry) && ++calls % 7 == 0; });
         for (int round = 0; round < 6; ++round) {
             page.order("300");
             page.order("100");
@@ -167,12 +166,10 @@ private:
     static void jumpsAndADrop(Terminal &terminal, BusyPage &page, BusyPage &dropped)
     {
         {
-            const Commander commander(terminal,
-                                      {"jump 11:00:00", "fault fill-in-parts=5", "jump close", "drop 1",
-                                       "jump 2025-03-04 09:31:00", "clear"},
-                                      [calls = 0](const traffic::Entry &entry) mutable {
-                                          return isCall(entry) && ++calls % 5 == 0;
-                                      });
+            const Commander commander(
+                terminal,
+                {"jump 11:00:00", "fault fill-in-parts=5", "jump close", "drop 1", "jump 2025-03-04 09:31:00", "clear"},
+                [calls = 0](const traffic::Entry &entry) mutable { return isCall(entry) && ++calls % 5 == 0; });
             for (int round = 0; round < 4; ++round) {
                 page.order("400");
                 dropped.query();
