@@ -3,6 +3,8 @@
 #include "books/Orders.h"
 #include "books/Positions.h"
 
+#include <QDateTime>
+
 #include <variant>
 #include <vector>
 
@@ -35,7 +37,11 @@ struct AssetChanged {
 /// A trading day begins: the orders and executions of the days before are gone.
 struct DayBegan {};
 
-using DeskEvent = std::variant<OrderEntered, OrderChanged, OrderExecuted, PositionChanged, AssetChanged, DayBegan>;
+struct DeskEvent {
+    QDateTime time; ///< of the exchange, at which it happened
+    std::variant<OrderEntered, OrderChanged, OrderExecuted, PositionChanged, AssetChanged, DayBegan> what;
+};
+
 using DeskEvents = std::vector<DeskEvent>; ///< in the order in which they happened
 
 } // namespace sim

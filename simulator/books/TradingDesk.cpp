@@ -136,7 +136,7 @@ void TradingDesk::enter(const Order &order, Money available, const QString &refu
         sent.push_back(number);
         touch(asEntered, false);
     }
-    m_events.emplace_back(OrderEntered{asEntered});
+    note(OrderEntered{asEntered});
 }
 
 QStringList TradingDesk::cancel(const std::vector<CancelRequest> &requests, const QDateTime &now)
@@ -256,7 +256,7 @@ void TradingDesk::settleDay()
 void TradingDesk::beginDay()
 {
     settlement::forgetPastDays(m_books, m_exchange, m_step);
-    m_events.emplace_back(DayBegan{});
+    note(DayBegan{});
     for (const QString &account : settlement::accountsShortOfMargin(m_books, m_exchange, m_step)) {
         for (const int number : settlement::openOrders(m_books, account))
             cancelByBroker(number, QStringLiteral("保证金不足，撤销委托"));
@@ -343,13 +343,18 @@ void TradingDesk::fill(const Matching::Fill &fill)
     m_books.fill(fill.order, m_now, fill.price, fill.qty);
     const Order &order = orderAt(fill.order);
     noteChange(fill.order);
-    m_events.emplace_back(OrderExecuted{order, m_books.executions().back()});
+    note(OrderExecuted{order, m_books.executions().back()});
     touch(order, true);
+}
+
+void TradingDesk::note(decltype(DeskEvent::what) what)
+{
+    m_events.push_back({m_now, std::move(what)});
 }
 
 void TradingDesk::noteChange(int number)
 {
-    m_events.emplace_back(OrderChanged{orderAt(number)});
+    note(OrderChanged{orderAt(number)});
 }
 
 void TradingDesk::touch(const Order &order, bool isFill)
@@ -366,10 +371,10 @@ void TradingDesk::reportTouched()
         QList<PositionKey> keys = account->values();
         std::sort(keys.begin(), keys.end()); // the order of a set differs between processes
         for (const PositionKey &key : qAsConst(keys))
-            m_events.emplace_back(PositionChanged{account.key(), positions.value(key)});
+            note(PositionChanged{account.key(), positions.value(key)});
     }
     for (auto account = m_touched.cbegin(); account != m_touched.cend(); ++account)
-        m_events.emplace_back(AssetChanged{account.key()});
+        note(AssetChanged{account.key()});
     m_touched.clear();
 }
 

@@ -105,6 +105,7 @@ private:
     void cancelAtExchange(int number);
     void fill(const Matching::Fill &fill);
     QString whyNotCancelled(const CancelRequest &request) const;
+    void note(decltype(DeskEvent::what) what);
     void noteChange(int number);
     void beginDay();
     void settleDay();

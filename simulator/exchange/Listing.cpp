@@ -22,7 +22,6 @@ struct Series {
     QString prefix;
     QString exchange;
     QString subType;
-    double tick;
     double cheapest;
     double dearest;
     std::function<SpelledName(Sequence &)> name;
@@ -63,16 +62,16 @@ const QVector<Series> &allSeries()
     const QString sz = text("SZ");
     // clang-format off
     static const QVector<Series> series{
-        // % prefix      exch. sub-type                    tick   from  to   name
-        {27, text("609"), sh, text("MainShare"),          0.01,  3,    90,  company},
-        {20, text("009"), sz, text("MainShare"),          0.01,  3,    60,  company},
-        {10, text("689"), sh, text("GrowthShare"),        0.01,  12,   150, company},
-        {12, text("309"), sz, text("GrowthShare"),        0.01,  8,    120, company},
-        {8,  text("519"), sh, text("ExchangeTradedFund"), 0.001, 0.7,  6,   tradedFund},
-        {4,  text("189"), sz, text("ListedOpenFund"),     0.001, 0.8,  2.5, openFund},
-        {4,  text("119"), sh, text("ConvertibleBond"),    0.001, 98,   180, convertible},
-        {4,  text("129"), sz, text("ConvertibleBond"),    0.001, 98,   180, convertible},
-        {2,  text("029"), sh, text("TreasuryBond"),       0.001, 97,   106, treasury},
+        // % prefix      exch. sub-type                    from  to   name
+        {27, text("609"), sh, text("MainShare"),          3,    90,  company},
+        {20, text("009"), sz, text("MainShare"),          3,    60,  company},
+        {10, text("689"), sh, text("GrowthShare"),        12,   150, company},
+        {12, text("309"), sz, text("GrowthShare"),        8,    120, company},
+        {8,  text("519"), sh, text("ExchangeTradedFund"), 0.7,  6,   tradedFund},
+        {4,  text("189"), sz, text("ListedOpenFund"),     0.8,  2.5, openFund},
+        {4,  text("119"), sh, text("ConvertibleBond"),    98,   180, convertible},
+        {4,  text("129"), sz, text("ConvertibleBond"),    98,   180, convertible},
+        {2,  text("029"), sh, text("TreasuryBond"),       97,   106, treasury},
     };
     // clang-format on
     return series;
@@ -84,7 +83,7 @@ struct Product {
     QString exchange;
     SpelledName name;
     QString subType;
-    double tick;
+    double tick; ///< where the sub-type has none
     double price;
     double multiplier;
     qint64 dailyVolume; ///< of the nearest month
@@ -140,7 +139,7 @@ private:
     }
 
     Instrument begin(const QString &securityId, const QString &exchange, const SpelledName &name,
-                     const QString &subType, double tick) const;
+                     const QString &subType) const;
     SpelledName newName(const Series &series, int number);
     void addContract(const Product &product, const QDate &month, int monthsAhead);
     void list(const Instrument &instrument);
@@ -155,7 +154,7 @@ private:
 };
 
 Instrument Lister::begin(const QString &securityId, const QString &exchange, const SpelledName &name,
-                         const QString &subType, double tick) const
+                         const QString &subType) const
 {
     Instrument instrument;
     instrument.symbol = symbolOf(securityId, exchange);
@@ -163,10 +162,7 @@ Instrument Lister::begin(const QString &securityId, const QString &exchange, con
     instrument.exchange = exchange;
     instrument.name = name.name;
     instrument.spellCode = name.spellCode;
-    const SecurityClass securityClass = m_rules.securityClass(subType).value();
-    securityClass.applyTo(instrument);
-    instrument.tick = securityClass.tick > 0 ? securityClass.tick : tick;
-    instrument.decimals = decimalsOf(instrument.tick);
+    m_rules.securityClass(subType).value().applyTo(instrument);
     return instrument;
 }
 
@@ -205,7 +201,7 @@ void Lister::add(const Series &series, int count)
             continue;
         const SpelledName name = newName(series, number);
 
-        Instrument instrument = begin(securityId, series.exchange, name, series.subType, series.tick);
+        Instrument instrument = begin(securityId, series.exchange, name, series.subType);
         instrument.price = instrument.priceOf(instrument.ticksOf(between(series.cheapest, series.dearest)));
         instrument.dailyVolume = qint64(between(kSmallestTurnover, kLargestTurnover) / instrument.price);
         if (instrument.kind == SecurityKind::Bond)
@@ -220,7 +216,11 @@ void Lister::addContract(const Product &product, const QDate &month, int monthsA
 {
     const QString code = month.toString(QStringLiteral("yyMM"));
     const SpelledName name = product.name + SpelledName{code, code};
-    Instrument contract = begin(product.code + code, product.exchange, name, product.subType, product.tick);
+    Instrument contract = begin(product.code + code, product.exchange, name, product.subType);
+    if (m_rules.securityClass(product.subType)->tick <= 0) {
+        contract.tick = product.tick;
+        contract.decimals = decimalsOf(product.tick);
+    }
     const double carry = 1 + 0.002 * monthsAhead + 0.002 * m_chance.from0To1(); // later months cost a little more
     contract.price = contract.priceOf(contract.ticksOf(product.price * carry));
     contract.multiplier = product.multiplier;

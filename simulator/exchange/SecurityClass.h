@@ -23,9 +23,9 @@ struct SecurityClass {
     bool soldSameDay;
     bool afterHours;
     double minFee;
-    double tick; ///< of securities that are made up; 0: each series has its own
+    double tick; ///< price step, where a security has none of its own; 0: each has its own
 
-    /// Copies all of it to the instrument.
+    /// Copies all of it to the instrument. The tick only if there is one.
     void applyTo(Instrument &instrument) const;
 };
 

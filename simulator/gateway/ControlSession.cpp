@@ -1,11 +1,8 @@
 #include "gateway/ControlSession.h"
 
+#include "gateway/ControlFrame.h"
 #include "gateway/WebSocket.h"
 #include "terminal/Terminal.h"
-
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 
 #include <boost/asio/steady_timer.hpp>
 
@@ -22,41 +19,6 @@ constexpr std::chrono::milliseconds kPause(100);
 constexpr int kLooksPerSecond = 10;
 
 constexpr std::size_t kMaxFrame = 4096;
-
-QByteArray textOf(const QJsonObject &object)
-{
-    return QJsonDocument(object).toJson(QJsonDocument::Compact);
-}
-
-const char *nameOf(FaultKind kind)
-{
-    switch (kind) {
-    case FaultKind::Switch:
-        return "switch";
-    case FaultKind::Count:
-        return "count";
-    case FaultKind::Milliseconds:
-        break;
-    }
-    return "milliseconds";
-}
-
-/// The state without the time.
-QJsonObject stateOf(Terminal &terminal)
-{
-    QJsonArray faults;
-    for (const FaultInfo &info : Faults::all()) {
-        faults.append(QJsonObject{{QStringLiteral("name"), QLatin1String(info.name)},
-                                  {QStringLiteral("kind"), QLatin1String(nameOf(info.kind))},
-                                  {QStringLiteral("most"), info.most},
-                                  {QStringLiteral("sentence"), QLatin1String(info.sentence)},
-                                  {QStringLiteral("value"), terminal.faults().value(info.fault)}});
-    }
-    return {{QStringLiteral("kind"), QStringLiteral("state")},
-            {QStringLiteral("isPaused"), terminal.isPaused()},
-            {QStringLiteral("speed"), terminal.speed()},
-            {QStringLiteral("faults"), faults}};
-}
 
 class ControlSession final : public Connection, public std::enable_shared_from_this<ControlSession> {
 public:
@@ -87,6 +49,8 @@ public:
     }
 
 private:
+    /// Reads one command. The next one is read when the peer has taken the result, so that a peer that does not read
+    /// lets nothing grow here.
     void read()
     {
         m_stream.async_read(m_frame, [self = shared_from_this()](Error error, std::size_t) {
@@ -94,40 +58,33 @@ private:
                 return self->end();
             self->take(QByteArray(static_cast<const char *>(self->m_frame.data().data()), int(self->m_frame.size())));
             self->m_frame.clear();
-            self->read();
         });
     }
 
     void take(const QByteArray &text)
     {
-        const QJsonObject request = QJsonDocument::fromJson(text).object();
-        const QJsonValue id = request.value(QStringLiteral("id"));
-        const QJsonValue words = request.value(QStringLiteral("command"));
-        Command command;
-        const QString problem = words.isString() ? Command::parse(words.toString(), command)
-                                                 : QStringLiteral("a command is a JSON object with a text \"command\"");
-        if (!problem.isEmpty())
-            return answer(id, problem);
-        Terminal::instance().control().run(
-            command, [weak = weak_from_this(), executor = m_stream.get_executor(), id](const QString &reason) {
-                net::post(executor, [weak, id, reason] {
-                    if (const std::shared_ptr<ControlSession> self = weak.lock())
-                        self->answer(id, reason);
-                });
+        const ControlFrame frame = ControlFrame::read(text);
+        if (!frame.problem.isEmpty())
+            return answer(frame.id, frame.problem);
+        Terminal::instance().control().run(frame.command, [weak = weak_from_this(), executor = m_stream.get_executor(),
+                                                           id = frame.id](const QString &reason) {
+            net::post(executor, [weak, id, reason] {
+                if (const std::shared_ptr<ControlSession> self = weak.lock())
+                    self->answer(id, reason);
             });
+        });
     }
 
     void answer(const QJsonValue &id, const QString &problem)
     {
         addState();
-        send({{QStringLiteral("kind"), QStringLiteral("result")},
-              {QStringLiteral("id"), id},
-              {QStringLiteral("problem"), problem}});
+        m_isAnswered = true;
+        send(resultFrame(id, problem));
     }
 
-    void send(const QJsonObject &object)
+    void send(const QByteArray &text)
     {
-        m_waiting.push_back(textOf(object));
+        m_waiting.push_back(text);
         proceed();
     }
 
@@ -135,7 +92,7 @@ private:
     {
         if (m_hasEnded || m_isStopping)
             return;
-        if (stateOf(Terminal::instance()) != m_state || ++m_looks >= kLooksPerSecond)
+        if (controlState(Terminal::instance()) != m_state || ++m_looks >= kLooksPerSecond)
             addState();
         m_pause.expires_after(kPause);
         m_pause.async_wait([self = shared_from_this()](Error error) {
@@ -149,12 +106,9 @@ private:
     {
         if (m_isBusy && !m_waiting.empty())
             return;
-        Terminal &terminal = Terminal::instance();
-        m_state = stateOf(terminal);
+        m_state = controlState(Terminal::instance());
         m_looks = 0;
-        QJsonObject state = m_state;
-        state.insert(QStringLiteral("time"), terminal.now().toMSecsSinceEpoch());
-        send(state);
+        send(stateFrame(m_state, Terminal::instance()));
     }
 
     void proceed()
@@ -172,9 +126,10 @@ private:
                              [self = shared_from_this()](Error error, std::size_t) {
                                  self->m_isBusy = false;
                                  if (error)
-                                     self->end();
-                                 else
-                                     self->proceed();
+                                     return self->end();
+                                 if (self->m_waiting.empty() && std::exchange(self->m_isAnswered, false))
+                                     self->read();
+                                 self->proceed();
                              });
     }
 
@@ -200,10 +155,11 @@ private:
     Connections &m_connections;
     beast::flat_buffer m_frame;
     std::deque<QByteArray> m_waiting;
-    QByteArray m_text;    ///< the frame that is being written
-    QJsonObject m_state;  ///< that was sent last
-    int m_looks = 0;      ///< since then
-    bool m_isBusy = true; ///< opening, writing or closing
+    QByteArray m_text;         ///< the frame that is being written
+    QJsonObject m_state;       ///< that was sent last
+    int m_looks = 0;           ///< since then
+    bool m_isAnswered = false; ///< the last command, whose result may still wait
+    bool m_isBusy = true;      ///< opening, writing or closing
     bool m_isStopping = false;
     bool m_hasEnded = false;
 };

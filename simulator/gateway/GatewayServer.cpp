@@ -1,8 +1,7 @@
 #include "gateway/GatewayServer.h"
 
 #include "gateway/ControlSession.h"
-#include "gateway/HttpFiles.h"
-#include "gateway/Logging.h"
+#include "gateway/HttpAnswers.h"
 #include "gateway/Origins.h"
 #include "gateway/PageSession.h"
 #include "gateway/TrafficSession.h"
@@ -10,24 +9,17 @@
 #include <boost/asio/executor_work_guard.hpp>
 #include <boost/asio/steady_timer.hpp>
 #include <boost/beast/http.hpp>
-#include <boost/beast/websocket/rfc6455.hpp>
 
 #include <atomic>
 #include <future>
-#include <limits>
 #include <thread>
 
 namespace sim {
 
 namespace {
 
-namespace websocket = beast::websocket;
-
 using Acceptor = net::basic_socket_acceptor<Tcp, net::io_context::executor_type>;
 using Clock = std::chrono::steady_clock;
-using Field = http::field;
-
-constexpr std::size_t kMaxHead = GatewayServer::kMaxHead;
 
 /// For pages to agree to the end of their connections when the server stops.
 constexpr std::chrono::seconds kStopDeadline(1);
@@ -50,6 +42,7 @@ struct Shared {
     const std::chrono::milliseconds httpDeadline;
     const GatewayServer::Listener listener;
     Origins origins;
+    const HttpAnswers answers{files, origins};
     std::atomic<int> lastPage;
     Connections connections;
     net::io_context context{1};
@@ -57,19 +50,13 @@ struct Shared {
     const PageSurroundings pages{connections, queue, listener};
 };
 
-QByteArray bytesOf(beast::string_view text)
-{
-    return QByteArray(text.data(), int(text.size()));
-}
-
 /// A connection up to its first request: it answers a request for a file, and hands over the socket of a request for a
 /// WebSocket.
 class HttpSession final : public Connection, public std::enable_shared_from_this<HttpSession> {
 public:
     HttpSession(Socket &&socket, Shared &shared) : m_socket(std::move(socket)), m_shared(shared)
     {
-        m_parser.header_limit(kMaxHead);
-        m_parser.body_limit(std::numeric_limits<std::uint64_t>::max()); // no body is ever read
+        HttpAnswers::setLimits(m_parser);
     }
 
     void start()
@@ -79,7 +66,7 @@ public:
         http::async_read_header(m_socket, m_buffer, m_parser,
                                 [self = shared_from_this()](Error error, std::size_t size) {
                                     if (!self->m_isAnswering)
-                                        self->decide(error, size);
+                                        self->proceed(error, size);
                                 });
     }
 
@@ -99,66 +86,26 @@ private:
         });
     }
 
-    void decide(Error error, std::size_t headSize)
+    void proceed(Error error, std::size_t headSize)
     {
+        const HttpStep step = m_shared.answers.next(m_parser, error, headSize, m_buffer.size() > 0);
         const Request &request = m_parser.get();
-        const bool hasEnded = error == http::error::end_of_stream || error == http::error::partial_message;
-        const bool isMalformed =
-            !hasEnded && error.category() == http::make_error_code(http::error::bad_target).category();
-        // The parser's own limit holds for what it has not parsed yet, so that a head of twice the length can pass it.
-        if (error == http::error::header_limit || error == http::error::buffer_overflow || headSize > kMaxHead)
-            answer({431});
-        else if (error && !isMalformed)
-            end(); // the client has closed the connection, or it broke
-        else if (isMalformed || !request.target().starts_with('/') || request.count(Field::host) != 1)
-            answer({400});
-        else if (!m_shared.origins.isHost(bytesOf(request[Field::host])))
-            refuseHost(request);
-        else if (pathOf(request) != "/view" && pathOf(request) != "/traffic" && pathOf(request) != "/control")
-            answer(m_shared.files.answer(bytesOf(request.method_string()), pathOf(request)));
-        else
-            decideOnWebSocket(request);
-    }
-
-    void refuseHost(const Request &request)
-    {
-        qCWarning(gatewayLog, "A request for the host \"%s\" was refused; --allow-origin with its origin lets it in",
-                  bytesOf(request[Field::host]).left(200).constData());
-        answer({421});
-    }
-
-    void decideOnWebSocket(const Request &request)
-    {
-        if (request.method() != http::verb::get) {
-            answer({405, {}, {}, "GET"});
-        } else if (!websocket::is_upgrade(request)) {
-            answer({426});
-        } else if (request.count(Field::sec_websocket_key) != 1 || m_buffer.size() > 0) {
-            answer({400}); // also for a client that does not wait for its handshake to be answered
-        } else if (!isAllowed(request)) {
-            qCWarning(gatewayLog, "A WebSocket of origin \"%s\" was refused; --allow-origin lets it in",
-                      bytesOf(request[Field::origin]).left(200).constData());
-            answer({403});
-        } else {
-            if (pathOf(request) == "/view")
-                openPage(std::move(m_socket), request, ++m_shared.lastPage, m_shared.pages);
-            else if (pathOf(request) == "/traffic")
-                openTraffic(std::move(m_socket), request, m_shared.connections);
-            else
-                openControl(std::move(m_socket), request, m_shared.connections);
-            end();
+        switch (step.kind) {
+        case HttpStep::Answer:
+            return answer(step.reply);
+        case HttpStep::OpenPage:
+            openPage(std::move(m_socket), request, ++m_shared.lastPage, m_shared.pages);
+            break;
+        case HttpStep::OpenTraffic:
+            openTraffic(std::move(m_socket), request, m_shared.connections);
+            break;
+        case HttpStep::OpenControl:
+            openControl(std::move(m_socket), request, m_shared.connections);
+            break;
+        case HttpStep::End:
+            break;
         }
-    }
-
-    bool isAllowed(const Request &request) const
-    {
-        return request.count(Field::origin) == 1 && m_shared.origins.mayConnect(bytesOf(request[Field::origin]));
-    }
-
-    static QByteArray pathOf(const Request &request)
-    {
-        const beast::string_view target = request.target();
-        return bytesOf(target.substr(0, target.find('?')));
+        end();
     }
 
     void answer(const HttpReply &reply)
@@ -167,24 +114,7 @@ private:
         Error ignored;
         m_socket.cancel(ignored); // the reading of the head, if its time is up
         startDeadline();          // again, for a client that does not read the answer
-        m_reply.result(unsigned(reply.status));
-        const bool isFile = m_reply.result() == http::status::ok;
-        m_body = isFile
-                     ? reply.body
-                     : QByteArray::number(reply.status) + ' ' + bytesOf(http::obsolete_reason(m_reply.result())) + '\n';
-        m_reply.set(Field::content_type, isFile ? view(reply.contentType) : "text/plain; charset=utf-8");
-        m_reply.content_length(std::size_t(m_body.size()));
-        // No caching: developers reload pages that they have just built.
-        m_reply.set(Field::cache_control, "no-store");
-        protect(reply);
-        m_reply.set(Field::connection, "close");
-        if (!reply.location.isEmpty())
-            m_reply.set(Field::location, view(reply.location));
-        if (!reply.allow.isEmpty())
-            m_reply.set(Field::allow, view(reply.allow));
-        if (reply.status == 426)
-            m_reply.set(Field::upgrade, "websocket");
-        m_reply.body() = {m_body.constData(), std::size_t(m_body.size())};
+        m_shared.answers.write(reply, m_response, m_body);
         const auto then = [self = shared_from_this()](Error error, std::size_t) {
             if (error)
                 return self->end();
@@ -197,18 +127,6 @@ private:
             http::async_write_header(m_socket, m_serializer, then);
         else
             http::async_write(m_socket, m_serializer, then);
-    }
-
-    /// Says to browsers what other pages may do with the answer.
-    void protect(const HttpReply &reply)
-    {
-        QByteArray policy = m_shared.origins.frameAncestors();
-        if (!reply.policy.isEmpty())
-            policy += "; " + reply.policy;
-        m_reply.set("Content-Security-Policy", view(policy));
-        m_reply.set("Cross-Origin-Resource-Policy", reply.isForAnyOrigin ? "cross-origin" : "same-origin");
-        m_reply.set("Referrer-Policy", "same-origin");
-        m_reply.set("X-Content-Type-Options", "nosniff");
     }
 
     void dropRest()
@@ -229,17 +147,15 @@ private:
         m_shared.connections.erase(shared_from_this());
     }
 
-    static beast::string_view view(const QByteArray &text) { return {text.constData(), std::size_t(text.size())}; }
-
     Socket m_socket;
     Shared &m_shared;
     net::steady_timer m_deadline{m_shared.context};
-    beast::flat_buffer m_buffer{kMaxHead};
-    http::request_parser<http::empty_body> m_parser;
+    beast::flat_buffer m_buffer{HttpAnswers::kMaxHead};
+    RequestParser m_parser;
     bool m_isAnswering = false;
     QByteArray m_body;
-    http::response<http::span_body<const char>> m_reply;
-    http::response_serializer<http::span_body<const char>> m_serializer{m_reply};
+    Response m_response;
+    http::response_serializer<Response::body_type> m_serializer{m_response};
     std::array<char, 4096> m_dropped;
 };
 

@@ -8,6 +8,7 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <cmath>
 
 // Resources of a static library are linked only when they are named. Qt requires this outside of namespaces.
@@ -140,10 +141,12 @@ QVector<AlgoPermission> readAlgoPermissions(JsonNode &root, const QVector<FundAc
     return permissions;
 }
 
-/// 0 after a mistake.
-double readTick(JsonNode &node)
+/// That of the class where the security has none of its own. 0 after a mistake.
+double readTick(JsonNode &node, const std::optional<SecurityClass> &securityClass)
 {
     const QString key = QStringLiteral("tick");
+    if (!node.has(key) && securityClass && securityClass->tick > 0)
+        return securityClass->tick;
     const std::optional<double> tick = node.number(key);
     if (!tick)
         return 0;
@@ -200,7 +203,7 @@ Instrument readSecurity(JsonNode &node, const MarketRules &rules)
     const std::optional<SecurityClass> securityClass = readClass(node, rules);
     if (securityClass)
         securityClass->applyTo(security);
-    security.tick = readTick(node);
+    security.tick = readTick(node, securityClass);
     security.decimals = decimalsOf(security.tick);
     security.price = readPrice(node, security);
     // Whether a security of an unknown sub-type has interest cannot be told.
@@ -224,6 +227,8 @@ QVector<Instrument> readSecurities(JsonNode &root, const QDate &start, const Mar
     for (JsonNode &node : root.objects(QStringLiteral("securities"))) {
         const Instrument security = readSecurity(node, rules);
         requireNew(node, QStringLiteral("symbol"), security.symbol, symbols);
+        if (security.symbol.contains(QLatin1Char(',')))
+            node.fail(QStringLiteral("symbol"), QStringLiteral("must have no comma: pages write it between symbols"));
         if (start.isValid() && security.listed.isValid() && security.listed >= start)
             node.fail(QStringLiteral("listed"), QStringLiteral("must be before the scenario starts"));
         const QPair<QString, QString> id{security.securityId, security.exchange};
@@ -290,6 +295,20 @@ OrderDelays readOrderDelays(JsonNode &root)
     return delays;
 }
 
+/// Whether the symbol is that of a security that is written by hand or made up. Which symbols are made up does not
+/// depend on the seed, which the command line may change.
+bool isListed(const Scenario &scenario, const QString &symbol)
+{
+    const auto isIt = [&](const Instrument &security) { return security.symbol == symbol; };
+    if (std::any_of(scenario.securities.begin(), scenario.securities.end(), isIt))
+        return true;
+    if (!scenario.start.isValid())
+        return true; // nobody can tell
+    const QVector<Instrument> all = listing(scenario.securities, scenario.generatedSecurities, scenario.seed,
+                                            scenario.start.date(), scenario.rules);
+    return std::any_of(all.begin(), all.end(), isIt);
+}
+
 Scenario readRoot(JsonNode root)
 {
     Scenario scenario;
@@ -302,9 +321,9 @@ Scenario readRoot(JsonNode root)
     scenario.rules = readRules(root);
     scenario.rules.calendar = TradingCalendar(readHolidays(root));
     scenario.securities = readSecurities(root, scenario.start.date(), scenario.rules);
-    scenario.halts = readHalts(root, scenario.securities);
     scenario.generatedSecurities =
         int(root.wholeNumber(QStringLiteral("generatedSecurities"), 0, kMostGenerated).value_or(0));
+    scenario.halts = readHalts(root, [&](const QString &symbol) { return isListed(scenario, symbol); });
     scenario.opening = readOpening(root);
     scenario.fundAccounts = readFundAccounts(root, scenario.securities, scenario.opening.given);
     scenario.algoPermissions = readAlgoPermissions(root, scenario.fundAccounts);

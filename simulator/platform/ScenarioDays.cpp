@@ -1,7 +1,5 @@
 #include "platform/ScenarioDays.h"
 
-#include <algorithm>
-
 namespace sim {
 
 namespace {
@@ -43,7 +41,7 @@ QVector<QDate> readHolidays(JsonNode &root)
     return holidays;
 }
 
-QVector<Halt> readHalts(JsonNode &root, const QVector<Instrument> &securities)
+QVector<Halt> readHalts(JsonNode &root, const std::function<bool(const QString &)> &isListed)
 {
     const QString symbol = QStringLiteral("symbol");
     const QString until = QStringLiteral("until");
@@ -61,9 +59,7 @@ QVector<Halt> readHalts(JsonNode &root, const QVector<Instrument> &securities)
                 node.fail(until, QStringLiteral("must be after the beginning of the halt"));
         }
         node.finish();
-        const bool isListed = std::any_of(securities.begin(), securities.end(),
-                                          [&](const Instrument &security) { return security.symbol == halt.symbol; });
-        if (!isListed && !halt.symbol.isEmpty())
+        if (!halt.symbol.isEmpty() && !isListed(halt.symbol))
             node.fail(symbol, QStringLiteral("\"%1\" is not one of the securities").arg(halt.symbol));
         halts.append(halt);
     }

@@ -1,10 +1,11 @@
 #pragma once
 
 #include "exchange/Halts.h"
-#include "exchange/Instrument.h"
 #include "platform/StrictJson.h"
 
 #include <QVector>
+
+#include <functional>
 
 namespace sim {
 
@@ -16,7 +17,7 @@ QDate readDate(JsonNode &node, const QString &key);
 /// The days on which the exchange does not trade although they are weekdays.
 QVector<QDate> readHolidays(JsonNode &root);
 
-/// securities: those that are written by hand; others cannot be named.
-QVector<Halt> readHalts(JsonNode &root, const QVector<Instrument> &securities);
+/// isListed: tells whether there is a security with that symbol.
+QVector<Halt> readHalts(JsonNode &root, const std::function<bool(const QString &symbol)> &isListed);
 
 } // namespace sim

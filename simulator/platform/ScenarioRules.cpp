@@ -58,9 +58,11 @@ void readClass(JsonNode &node, SecurityClass &securityClass)
         securityClass.minFee = node.number(minimumFee, 0, kMaxFee).value_or(0);
     const QString tick = QStringLiteral("tick");
     if (node.has(tick)) {
-        securityClass.tick = node.number(tick, 0.0001, kMaxTick).value_or(0);
-        if (securityClass.tick > 0 && decimalsOf(securityClass.tick) < 0)
+        const double wanted = node.number(tick, 0.0001, kMaxTick).value_or(securityClass.tick);
+        if (decimalsOf(wanted) < 0)
             node.fail(tick, QStringLiteral("must be a multiple of 0.0001"));
+        else
+            securityClass.tick = wanted;
     }
     for (const auto &[name, member] : kSwitches) {
         const QString key = QString::fromLatin1(name);

@@ -3,7 +3,10 @@
 #include "Tessar_Fields.h"
 #include "platform/Faults.h"
 #include "platform/MessageBus.h"
+#include "platform/SimulatedClock.h"
 #include "services/TradeRecords.h"
+
+#include <algorithm>
 
 namespace sim {
 
@@ -22,8 +25,9 @@ enum EventId {
 
 } // namespace
 
-TradeEvents::TradeEvents(MessageBus &bus, const Accounts &accounts, const Faults &faults)
-    : m_bus(bus), m_accounts(accounts), m_faults(faults)
+TradeEvents::TradeEvents(MessageBus &bus, const Accounts &accounts, const Faults &faults, const Clock &clock,
+                         const QDateTime &firstChange)
+    : m_bus(bus), m_accounts(accounts), m_faults(faults), m_clock(clock), m_firstChange(firstChange)
 {
     const QPair<EventId, QString> names[] = {
         {OrdersLoadedEvent, QStringLiteral("OrdersLoaded")},
@@ -40,8 +44,12 @@ TradeEvents::TradeEvents(MessageBus &bus, const Accounts &accounts, const Faults
 
 void TradeEvents::announce(const DeskEvents &events)
 {
-    for (const DeskEvent &event : events)
-        std::visit([this](const auto &one) { announce(one); }, event);
+    for (const DeskEvent &event : events) {
+        if (event.time >= m_firstChange)
+            announceOrdersLoaded();
+        const FrozenTime time(std::min(event.time, m_clock.now()));
+        std::visit([this](const auto &one) { announce(one); }, event.what);
+    }
 }
 
 void TradeEvents::announce(int eventId, const QVariantMap &row)
@@ -51,7 +59,10 @@ void TradeEvents::announce(int eventId, const QVariantMap &row)
 
 void TradeEvents::announceOrdersLoaded()
 {
-    std::call_once(m_ordersLoaded, [this] { m_bus.announce(OrdersLoadedEvent, {}); });
+    std::call_once(m_ordersLoaded, [this] {
+        const FrozenTime time(std::min(m_firstChange, m_clock.now()));
+        m_bus.announce(OrdersLoadedEvent, {});
+    });
 }
 
 void TradeEvents::announce(const OrderEntered &event)

@@ -19,6 +19,11 @@ Control::Control(Terminal &terminal, Faults &faults, Agenda &agenda, OrderFlow &
 void Control::plan(const QVector<TimelineEntry> &timeline)
 {
     for (const TimelineEntry &entry : timeline) {
+        // Told at once, and not only when its time has come: a scenario can also name securities that are made up.
+        const QString &symbol = entry.command.symbol;
+        if (!symbol.isEmpty() && !m_terminal.exchange().instrument(symbol))
+            qCWarning(terminalLog, "the timeline at %s: %s is not listed",
+                      qUtf8Printable(entry.time.toString(Qt::ISODate)), qUtf8Printable(symbol));
         m_agenda.enter(entry.time, [this, command = entry.command](const QDateTime &time) {
             const QString problem = carryOut(command, time);
             if (!problem.isEmpty())

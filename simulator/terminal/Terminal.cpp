@@ -27,7 +27,7 @@ Terminal::Terminal(const Scenario &scenario, const Login &login, double speed, b
                  scenario.seed, scenario.start.date(), m_clock, scenario.rules, scenario.halts)
     , m_accounts(scenario.traders, scenario.fundAccounts)
     , m_bus(std::make_shared<MessageBus>(m_clock, std::chrono::milliseconds(scenario.busDelay), &m_faults))
-    , m_tradeEvents(*m_bus, m_accounts, m_faults)
+    , m_tradeEvents(*m_bus, m_accounts, m_faults, m_clock, m_exchange.timeOfStep(m_exchange.stepAt(scenario.start) + 1))
     , m_desk(
           m_accounts, scenario.start.toString(QStringLiteral("yyyyMMdd")), m_exchange, scenario.seed, scenario.start,
           [this](const DeskEvents &events) {

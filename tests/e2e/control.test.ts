@@ -64,6 +64,20 @@ test.describe('the control panel of the inspector', { tag: '@page' }, () => {
     await expect(inspector.getByTestId('problem')).toHaveText('burst needs a number of orders from 1 to 100000');
   });
 
+  test('carries out any command, and says what was done', async () => {
+    const done = inspector.getByTestId('done');
+    await expect(done).toHaveText('');
+    const field = inspector.getByLabel('命令');
+    await field.fill('jump 2025-03-04 09:16:00');
+    await field.press('Enter');
+    await expect(done).toHaveText('已执行：jump 2025-03-04 09:16:00');
+    await expect(inspector.getByTestId('control-state')).toContainText('2025-03-04 09:16:0');
+    await field.fill('halt NOSUCH');
+    await inspector.getByRole('button', { name: '执行' }).click();
+    await expect(inspector.getByTestId('problem')).toHaveText('NOSUCH is not listed');
+    await expect(done).toHaveText('');
+  });
+
   test('breaks the connections of all pages, and not its own', async ({ barePage }) => {
     const closed = barePage.waitForEvent('websocket').then((socket) => socket.waitForEvent('close'));
     await barePage.reload();

@@ -206,24 +206,27 @@ test.describe('tables', { tag: '@page' }, () => {
     await expect(symbolsShown(page)).toHaveCount(all);
   });
 
-  test('of 100,000 records draw what is in sight, and scroll to the end', async ({ page }) => {
-    const many = 100_000;
+  /** Opens the desk with these securities in the list of all, in place of the simulator's. */
+  async function openWithSecurities(page: Page, names: readonly string[]) {
     await page.routeWebSocket(/\/view$/, (socket) => {
       const server = socket.connectToServer();
       server.onMessage((frame) => {
         const { event, args } = JSON.parse(String(frame)) as { event: string; args: string[] };
         if (event !== 'Data_getSymbolList_RES') return socket.send(frame);
         const reply = JSON.parse(args[0]!) as { resultData: unknown[] };
-        reply.resultData = Array.from({ length: many }, (_, at) => ({
-          symbol: `${at}.XX`,
-          displayName: `name ${at}`,
-          spellName: `N${at}`,
-        }));
+        reply.resultData = names.map((displayName, at) => ({ symbol: `${at}.XX`, displayName, spellName: `N${at}` }));
         socket.send(JSON.stringify({ event, args: [JSON.stringify(reply)] }));
       });
     });
     await openDesk(page);
     await openView(page, '证券');
+  }
+
+  test('of 100,000 records draw what is in sight, and scroll to the end', async ({ page }) => {
+    await openWithSecurities(
+      page,
+      Array.from({ length: 100_000 }, (_, at) => `name ${at}`),
+    );
     await expect(page.getByTestId('security-list-count')).toHaveText('100,000 条');
     expect(await rows(page, 'security-list').count()).toBeLessThan(100);
     const list = page.getByTestId('securities').locator('.scroll');
@@ -234,6 +237,44 @@ test.describe('tables', { tag: '@page' }, () => {
     await list.focus();
     await page.keyboard.press('Home');
     await expect(rows(page, 'security-list').first()).toContainText('0.XX');
+  });
+
+  /** The texts of cells that reach into the next cell. */
+  const overlapping = (page: Page) =>
+    page
+      .locator('table.records td:not(.control):visible')
+      .evaluateAll((cells) =>
+        cells
+          .filter((cell) => cell.scrollWidth > cell.clientWidth && getComputedStyle(cell).overflowX === 'visible')
+          .map((cell) => cell.textContent),
+      );
+
+  for (const locale of ['zh-CN', 'en-US']) {
+    test.describe(locale, () => {
+      test.use({ locale });
+      test('have no text that reaches into the next cell', async ({ page }) => {
+        await openInAnyLanguage(page);
+        for (const id of viewIds) {
+          await show(page, id);
+          expect(await overlapping(page), id).toEqual([]);
+        }
+      });
+    });
+  }
+
+  test('cut texts that are longer than their column, which tooltips show whole', async ({ page }) => {
+    // The first rows decide on the widths.
+    const names = Array.from({ length: 1000 }, (_, at) => (at < 900 ? `证券 ${at}` : '一二三四五六七八九十'.repeat(9)));
+    await openWithSecurities(page, names);
+    const nameAt = (at: number) =>
+      page.getByTestId('security-list').locator(`tr[data-id="${at}.XX"] td[title]`).first();
+    await expect(nameAt(3)).toHaveCSS('overflow-x', 'visible');
+    const list = page.getByTestId('securities').locator('.scroll');
+    await list.evaluate((element) => element.scrollTo(0, element.scrollHeight));
+    await expect(nameAt(999)).toHaveAttribute('title', names[999]!);
+    await expect(nameAt(999)).toHaveCSS('overflow-x', 'hidden');
+    await expect(nameAt(999)).toHaveCSS('text-overflow', 'ellipsis');
+    expect(await overlapping(page)).toEqual([]);
   });
 });
 

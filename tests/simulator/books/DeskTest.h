@@ -7,16 +7,31 @@
 
 #include <gtest/gtest.h>
 
+/// How a market differs from the usual one.
+struct DeskTerms {
+    QVector<sim::Instrument> listed; ///< without them 120 are made up
+    sim::MarketRules rules;
+    QVector<sim::Halt> halts;
+    sim::OpeningTerms opening;
+    sim::OrderDelays delays;
+};
+
 /// A market of generated securities, the desk of two accounts and all events that it has reported. The clock stands
 /// still.
 struct DeskWorld {
     explicit DeskWorld(const char *start, quint64 seed = 7, const sim::OrderDelays &delays = {})
+        : DeskWorld(start, seed, DeskTerms{{}, {}, {}, {}, delays})
+    {
+    }
+
+    DeskWorld(const char *start, quint64 seed, const DeskTerms &terms)
         : clock(at(start))
-        , exchange(sim::listing({}, 120, seed, clock.now().date()), seed, clock.now().date(), clock)
+        , exchange(terms.listed.isEmpty() ? sim::listing({}, 120, seed, clock.now().date(), terms.rules) : terms.listed,
+                   seed, clock.now().date(), clock, terms.rules, terms.halts)
         , desk(
               accounts, QStringLiteral("20250303"), exchange, seed, clock.now(),
-              [this](const sim::DeskEvents &more) { events.insert(events.end(), more.begin(), more.end()); }, {},
-              delays, [this] { return divisions > 0 && divisions-- > 0; })
+              [this](const sim::DeskEvents &more) { events.insert(events.end(), more.begin(), more.end()); },
+              terms.opening, terms.delays, [this] { return divisions > 0 && divisions-- > 0; })
     {
     }
 
@@ -90,7 +105,7 @@ struct DeskWorld {
     {
         std::vector<Event> list;
         for (const sim::DeskEvent &event : events) {
-            if (const Event *one = std::get_if<Event>(&event))
+            if (const Event *one = std::get_if<Event>(&event.what))
                 list.push_back(*one);
         }
         return list;

@@ -267,7 +267,7 @@ TEST_F(TradingDeskTest, TheFillsOfAStepAreReportedOneByOneAndTheirAccountOnce)
     EXPECT_GE(world.reported<PositionChanged>()[0].position.openedQty, 3 * share.lot);
     ASSERT_EQ(1u, world.reported<AssetChanged>().size());
     EXPECT_EQ(QStringLiteral("A1"), world.reported<AssetChanged>()[0].tradingAccount);
-    EXPECT_TRUE(std::holds_alternative<AssetChanged>(world.events.back()));
+    EXPECT_TRUE(std::holds_alternative<AssetChanged>(world.events.back().what));
 }
 
 TEST_F(TradingDeskTest, ARejectedOrderChangesNoAccount)

@@ -1,57 +1,14 @@
+#include "Controller.h"
 #include "Page.h"
+#include "RawPage.h"
 #include "TerminalTest.h"
+#include "gateway/Gateway.h"
+
+#include <algorithm>
 
 using namespace sim;
 
 namespace {
-
-/// A WebSocket client that gives commands.
-class Controller {
-public:
-    Controller(const Gateway &gateway, const QString &origin) : socket(origin)
-    {
-        QObject::connect(&socket, &QWebSocket::textMessageReceived, [this](const QString &frame) {
-            const QJsonObject object = QJsonDocument::fromJson(frame.toUtf8()).object();
-            if (object.value(QStringLiteral("kind")) == QLatin1String("state"))
-                state = object;
-            else
-                results.append(object);
-        });
-        socket.open(QUrl(QStringLiteral("ws://127.0.0.1:%1/control").arg(gateway.port())));
-    }
-
-    explicit Controller(const Gateway &gateway)
-        : Controller(gateway, QStringLiteral("http://127.0.0.1:%1").arg(gateway.port()))
-    {
-        EXPECT_TRUE(await([&] { return !state.isEmpty(); }));
-    }
-
-    /// Why the command was not carried out.
-    QString run(const QString &command)
-    {
-        const int before = results.size();
-        socket.sendTextMessage(QString::fromUtf8(
-            QJsonDocument(QJsonObject{{QStringLiteral("command"), command}, {QStringLiteral("id"), before}}).toJson()));
-        EXPECT_TRUE(await([&] { return results.size() > before; }));
-        EXPECT_EQ(before, results.last().value(QStringLiteral("id")).toInt());
-        return results.last().value(QStringLiteral("problem")).toString();
-    }
-
-    int value(const char *fault) const
-    {
-        const QJsonArray faults = state.value(QStringLiteral("faults")).toArray();
-        for (const QJsonValue each : faults) {
-            if (each[QLatin1String("name")] == QLatin1String(fault))
-                return each[QLatin1String("value")].toInt();
-        }
-        ADD_FAILURE() << fault;
-        return -1;
-    }
-
-    QWebSocket socket;
-    QJsonObject state;
-    QVector<QJsonObject> results;
-};
 
 class ControlSessionTest : public QuietTerminalTest {
 protected:
@@ -64,7 +21,7 @@ protected:
 
 TEST_F(ControlSessionTest, TellsTheStateAndEachChangeOfIt)
 {
-    Controller controller(gateway);
+    Controller controller(gateway.port());
     EXPECT_FALSE(controller.state.value(QStringLiteral("isPaused")).toBool());
     EXPECT_EQ(kSpeed, controller.state.value(QStringLiteral("speed")).toDouble());
     EXPECT_EQ(Faults::kCount, controller.state.value(QStringLiteral("faults")).toArray().size());
@@ -76,7 +33,7 @@ TEST_F(ControlSessionTest, TellsTheStateAndEachChangeOfIt)
 
 TEST_F(ControlSessionTest, TheStateAfterACommandComesBeforeItsResult)
 {
-    Controller controller(gateway);
+    Controller controller(gateway.port());
     EXPECT_EQ(QString(), controller.run(QStringLiteral("pause")));
     EXPECT_TRUE(controller.state.value(QStringLiteral("isPaused")).toBool());
     EXPECT_EQ(QString(), controller.run(QStringLiteral("fault silent-klines")));
@@ -86,7 +43,7 @@ TEST_F(ControlSessionTest, TheStateAfterACommandComesBeforeItsResult)
 
 TEST_F(ControlSessionTest, MistakesAreExplained)
 {
-    Controller controller(gateway);
+    Controller controller(gateway.port());
     EXPECT_EQ(QStringLiteral("speed needs a number from 0.01 to 1000"), controller.run(QStringLiteral("speed fast")));
     EXPECT_EQ(QStringLiteral("2025-03-02 09:30:00 has passed: it is "),
               controller.run(QStringLiteral("jump 2025-03-02 09:30:00")).left(38));
@@ -98,7 +55,7 @@ TEST_F(ControlSessionTest, MistakesAreExplained)
 
 TEST_F(ControlSessionTest, ForeignPagesAreRefused)
 {
-    Controller foreign(gateway, QStringLiteral("http://evil.example"));
+    Controller foreign(gateway.port(), QStringLiteral("http://evil.example"));
     EXPECT_TRUE(await([&] { return foreign.socket.state() == QAbstractSocket::UnconnectedState; }));
     EXPECT_TRUE(foreign.state.isEmpty());
 }
@@ -111,7 +68,7 @@ TEST_F(ControlSessionTest, DropBreaksThePagesAndNotTheControl)
     ASSERT_TRUE(first.awaitFrames(1)); // so that the numbers are known
     Page second(gateway);
     ASSERT_TRUE(second.awaitOpen());
-    Controller controller(gateway);
+    Controller controller(gateway.port());
     EXPECT_EQ(QString(), controller.run(QStringLiteral("drop 1")));
     EXPECT_TRUE(first.awaitClosed());
     second.invoke("Data_getToken_REQ", {QStringLiteral("u")});
@@ -119,4 +76,67 @@ TEST_F(ControlSessionTest, DropBreaksThePagesAndNotTheControl)
     EXPECT_EQ(QString(), controller.run(QStringLiteral("drop")));
     EXPECT_TRUE(second.awaitClosed());
     EXPECT_EQ(QString(), controller.run(QStringLiteral("clear")));
+}
+
+TEST_F(ControlSessionTest, AFrameThatIsTooLongClosesItsPeerAndNoOther)
+{
+    Controller other(gateway.port());
+    const auto longCommand = [](int size) {
+        return RawPage::frame(RawPage::Text | RawPage::kLast, QByteArray("{}").leftJustified(size));
+    };
+    RawPage controller(gateway, "/control");
+    ASSERT_TRUE(controller.awaitOpen());
+    constexpr int kMost = 4096;
+    controller.socket.write(longCommand(kMost));
+    EXPECT_TRUE(await([&] {
+        return std::any_of(controller.frames.begin(), controller.frames.end(),
+                           [](const RawPage::Frame &frame) { return frame.payload.contains("result"); });
+    }));
+    controller.socket.write(longCommand(kMost + 1));
+    EXPECT_TRUE(controller.awaitDisconnected());
+    constexpr int kTooLong = 1009;
+    EXPECT_EQ(kTooLong, controller.closeCode());
+    EXPECT_EQ(QString(), other.run(QStringLiteral("pause")));
+}
+
+TEST_F(ControlSessionTest, APeerThatDoesNotReadIsNotReadEither)
+{
+    constexpr int kCommands = 10000; // far more than the system's buffers hold
+    const QByteArray filler(3500, 'x');
+    RawPage controller(gateway, "/control");
+    ASSERT_TRUE(controller.awaitOpen());
+    controller.stopReading();
+    for (int i = 0; i < kCommands; ++i)
+        controller.socket.write(
+            RawPage::frame(RawPage::Text | RawPage::kLast, "{\"id\":\"" + QByteArray::number(i) + filler + "\"}"));
+    // Commands wait at the peer, and other pages are served.
+    Page page(gateway);
+    ASSERT_TRUE(page.awaitOpen());
+    constexpr int kCalls = 100;
+    qint64 before = 0;
+    int calls = 0;
+    do {
+        before = controller.socket.bytesToWrite();
+        for (int i = 0; i < kCalls; ++i) {
+            page.invoke("Data_getToken_REQ", {QString::number(i)});
+            ASSERT_TRUE(page.awaitFrames(++calls));
+        }
+    } while (controller.socket.bytesToWrite() != before);
+    EXPECT_LT(0, before);
+
+    controller.readAgain();
+    int results = 0;
+    int taken = 0;
+    const auto takeResults = [&] {
+        for (; taken < controller.frames.size(); ++taken) {
+            const QJsonObject object = controller.event(taken);
+            if (object.value(QStringLiteral("kind")) == QLatin1String("state"))
+                continue;
+            const QString id = object.value(QStringLiteral("id")).toString();
+            EXPECT_EQ(QString::number(results), id.left(id.indexOf(QLatin1Char('x'))));
+            ++results;
+        }
+        return results == kCommands;
+    };
+    EXPECT_TRUE(await(takeResults));
 }

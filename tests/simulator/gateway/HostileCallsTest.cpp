@@ -3,9 +3,14 @@
 #include "HostileValues.h"
 #include "RawPage.h"
 #include "TerminalTest.h"
+#include "bridge/DataThread.h"
+#include "bridge/TradeThread.h"
 #include "gateway/CallFrame.h"
+#include "msgcenter/WebMsgCenter.h"
 
-#include <gtest/gtest.h>
+#include <QMetaMethod>
+
+#include <gmock/gmock.h>
 
 #include <algorithm>
 #include <cmath>
@@ -288,6 +293,24 @@ TEST_P(HostileCallsTest, MayHaveAnyNumberOfArguments)
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, HostileCallsTest, testing::ValuesIn(kCalls), nameOf);
+
+TEST(HostileCallsTableTest, HasEveryCall)
+{
+    QStringList calls{QStringLiteral("Sub_subscribe_REQ"), QStringLiteral("UnSub_subscribe_REQ"),
+                      QStringLiteral("UnSub_subscribeAll_REQ")};
+    for (const QMetaObject *meta :
+         {&DataThread::staticMetaObject, &TradeThread::staticMetaObject, &WebMsgCenter::staticMetaObject}) {
+        for (int i = meta->methodOffset(); i < meta->methodCount(); ++i) {
+            const QString name = QString::fromLatin1(meta->method(i).name());
+            if (name.endsWith(QLatin1String("_REQ")))
+                calls += name;
+        }
+    }
+    QStringList tested;
+    for (const Call &call : kCalls)
+        tested += QString::fromLatin1(call.method);
+    EXPECT_THAT(tested, testing::UnorderedElementsAreArray(calls));
+}
 
 namespace {
 

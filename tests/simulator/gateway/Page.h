@@ -13,18 +13,19 @@
 /// A WebSocket client that calls like a page and records the frames that it receives.
 class Page {
 public:
-    Page(const sim::Gateway &gateway, const QString &origin) : socket(origin)
+    Page(int port, const QString &origin) : socket(origin)
     {
         QObject::connect(&socket, &QWebSocket::textMessageReceived, [this](const QString &frame) {
             frames.append(QJsonDocument::fromJson(frame.toUtf8()).object());
         });
-        socket.open(QUrl(QStringLiteral("ws://127.0.0.1:%1/view").arg(gateway.port())));
+        socket.open(QUrl(QStringLiteral("ws://127.0.0.1:%1/view").arg(port)));
     }
 
-    explicit Page(const sim::Gateway &gateway)
-        : Page(gateway, QStringLiteral("http://127.0.0.1:%1").arg(gateway.port()))
-    {
-    }
+    explicit Page(int port) : Page(port, QStringLiteral("http://127.0.0.1:%1").arg(port)) {}
+
+    Page(const sim::Gateway &gateway, const QString &origin) : Page(gateway.port(), origin) {}
+
+    explicit Page(const sim::Gateway &gateway) : Page(gateway.port()) {}
 
     bool awaitOpen()
     {

@@ -1,4 +1,5 @@
 #include "platform/Scenario.h"
+#include "exchange/Listing.h"
 
 #include <gtest/gtest.h>
 
@@ -260,6 +261,47 @@ TEST(Scenario, FeesMarginsAndTicksCanDiffer)
     EXPECT_EQ(0.2, outcome.scenario.securities[0].tick); // its own
     EXPECT_EQ(0.4, outcome.scenario.rules.securityClass(QStringLiteral("IndexFuture"))->tick);
     EXPECT_TRUE(outcome.scenario.rules.securityClass(QStringLiteral("MainShare"))->afterHours);
+}
+
+TEST(Scenario, ASecurityWithoutATickHasThatOfItsSubType)
+{
+    QByteArray json = good();
+    json.replace("\"tick\": 0.2,", "");
+    json.replace("\"seed\"",
+                 "\"rules\": {\"subTypes\": {\"IndexFuture\": {\"tick\": 0.4}, \"TreasuryBond\": {\"tick\": "
+                 "0.5}, \"MainShare\": {\"tick\": 0.05}}}, \"seed\"");
+    const Outcome outcome = read(json);
+    ASSERT_TRUE(outcome.ok) << qPrintable(outcome.error);
+    EXPECT_EQ(0.4, outcome.scenario.securities[0].tick);
+    EXPECT_EQ(1, outcome.scenario.securities[0].decimals);
+    EXPECT_EQ(0.005, outcome.scenario.securities[1].tick); // its own
+    EXPECT_EQ(3, outcome.scenario.securities[1].decimals);
+    const QVector<Instrument> all =
+        listing(outcome.scenario.securities, 100, 5, QDate(2025, 3, 3), outcome.scenario.rules);
+    int shares = 0;
+    for (const Instrument &security : all) {
+        if (security.subType == QLatin1String("MainShare")) {
+            ++shares;
+            EXPECT_EQ(0.05, security.tick);
+            EXPECT_EQ(security.price, security.priceOf(security.ticksOf(security.price)));
+        }
+    }
+    EXPECT_EQ(47, shares);
+}
+
+TEST(Scenario, TheQuantitiesOfASubTypeCanDiffer)
+{
+    QByteArray json = good();
+    json.replace("\"seed\"",
+                 "\"rules\": {\"subTypes\": {\"IndexFuture\": {\"step\": 2, \"smallest\": 4, \"largest\": 8, "
+                 "\"shownStep\": 6}}}, \"seed\"");
+    const Outcome outcome = read(json);
+    ASSERT_TRUE(outcome.ok) << qPrintable(outcome.error);
+    const Instrument &future = outcome.scenario.securities[0];
+    EXPECT_EQ(2, future.lot);
+    EXPECT_EQ(4, future.minQty);
+    EXPECT_EQ(8, future.maxQty);
+    EXPECT_EQ(6, future.displayStep);
 }
 
 TEST(Scenario, OneAccountOfTheDefaultHasTwoTradingAccounts)

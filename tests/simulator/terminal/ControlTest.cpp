@@ -216,6 +216,33 @@ TEST(Timeline, ActsAtItsExchangeTimes)
     EXPECT_EQ(3, orders);
 }
 
+TEST(Timeline, NamesAtTheStartASymbolThatIsNotListed)
+{
+    Scenario scenario;
+    QString error;
+    ASSERT_TRUE(Scenario::read(Scenario::defaultFile(), scenario, error));
+    for (const char *text : {"halt 609801.SH", "halt 609001.SH", "resume NOSUCH", "resume"}) { // the second is made up
+        TimelineEntry entry;
+        entry.time = scenario.start.addSecs(3600);
+        EXPECT_EQ(QString(), Command::parse(QString::fromUtf8(text), entry.command));
+        scenario.timeline.append(entry);
+    }
+    static QStringList s_log;
+    s_log.clear();
+    const QtMessageHandler before =
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext &context, const QString &message) {
+            if (message.contains(QLatin1String("timeline")))
+                s_log.append(QLatin1String(context.category) + QLatin1String(": ") + message);
+        });
+    {
+        const Terminal terminal(scenario, scenario.logins.first(), kStill);
+    }
+    qInstallMessageHandler(before);
+    EXPECT_EQ(
+        QStringList(QStringLiteral("varnel.terminal: the timeline at 2025-03-03T11:00:00Z: NOSUCH is not listed")),
+        s_log);
+}
+
 TEST(OrderFlow, IsTheSameHoweverOftenSomebodyLooks)
 {
     const QStringList once = playedFlow(20, 1);

@@ -1,6 +1,7 @@
-import { useState, useSyncExternalStore } from 'react';
+import { useId, useState, useSyncExternalStore } from 'react';
 import type { Control, FaultState } from './control';
 import { faultsInChinese } from './faultTexts';
+import { exchangeClock } from './format';
 import { useTexts, type Language } from './texts';
 
 const speeds = [0.1, 1, 10, 100, 1000];
@@ -10,11 +11,11 @@ const usualBurst = 2000;
 /** Lets a person stop and move the time of the simulator, and switch its faults. */
 export function ControlPanel({ control, language }: { control: Control; language: Language }) {
   const t = useTexts();
-  const { state, problem } = useSyncExternalStore(control.watch, control.current);
+  const { state, problem, done } = useSyncExternalStore(control.watch, control.current);
   const [burst, setBurst] = useState(String(usualBurst));
   if (!state) return null;
   const { time, isPaused, speed, faults } = state;
-  const shownTime = new Date(time).toISOString().slice(0, 19).replace('T', ' ');
+  const shownTime = exchangeClock(time);
   const active = faults.filter(({ value }) => value > 0).length;
   const button = (text: string, command: string) => (
     <button type="button" className="plain" onClick={() => control.run(command)}>
@@ -60,8 +61,12 @@ export function ControlPanel({ control, language }: { control: Control; language
         {button(t.dropPages, 'drop')}
         {button(t.clearFaults, 'clear')}
       </div>
+      <AnyCommand onRun={(command) => control.run(command)} />
       <p className="problem" role="status" data-testid="problem">
         {problem}
+      </p>
+      <p className="quiet" role="status" data-testid="done">
+        {done && t.done(done)}
       </p>
       <ul className="faults">
         {faults.map((fault) => (
@@ -74,6 +79,50 @@ export function ControlPanel({ control, language }: { control: Control; language
         ))}
       </ul>
     </details>
+  );
+}
+
+/** Commands that have no button, with something to change in them. */
+const examples = [
+  'halt SYMBOL',
+  'resume SYMBOL',
+  'jump 14:57:00',
+  'jump 2025-03-04 09:30:00',
+  'drop PAGE',
+  'clear FAULT',
+];
+
+function AnyCommand({ onRun }: { onRun: (command: string) => void }) {
+  const t = useTexts();
+  const [text, setText] = useState('');
+  const listId = useId();
+  return (
+    <form
+      className="commands"
+      onSubmit={(event) => {
+        event.preventDefault();
+        if (text !== '') onRun(text);
+      }}
+    >
+      <label className="inline">
+        {t.command}
+        <input
+          list={listId}
+          value={text}
+          placeholder="halt SYMBOL"
+          spellCheck={false}
+          onChange={(event) => setText(event.target.value)}
+        />
+      </label>
+      <datalist id={listId}>
+        {examples.map((example) => (
+          <option key={example} value={example} />
+        ))}
+      </datalist>
+      <button type="submit" className="plain">
+        {t.run}
+      </button>
+    </form>
   );
 }
 

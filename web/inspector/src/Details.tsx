@@ -1,5 +1,5 @@
 import type { Row } from './entry';
-import { bytes, laidOut, milliseconds } from './format';
+import { bytes, exchangeClock, laidOut, milliseconds } from './format';
 import { kindName, RowLine } from './RowLine';
 import { useTexts } from './texts';
 
@@ -53,7 +53,7 @@ function RowDetails({ row }: { row: Row }) {
     [t.messageId, entry.messageId],
     [t.size, size === undefined ? undefined : bytes(size)],
     [entry.kind === 'call' ? t.held : t.toPage, end && milliseconds(end.duration ?? 0)],
-    [t.exchangeTime, entry.exchangeTime === undefined ? undefined : new Date(entry.exchangeTime).toLocaleString()],
+    [t.exchangeTime, entry.exchangeTime === undefined ? undefined : exchangeClock(entry.exchangeTime)],
   ];
   return (
     <div data-testid="row-details">

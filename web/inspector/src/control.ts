@@ -30,18 +30,21 @@ type Frame = Result | ({ kind: 'state' } & ControlState);
 export interface Controlled {
   phase: Phase;
   state: ControlState | undefined;
-  /** Of the last command. */
+  /** Why the last command was not carried out. */
   problem: string;
+  /** The last command, once it has been carried out. */
+  done: string;
 }
 
 const retryMs = 1000;
 
 /** The simulator's state and the way to change it. It connects again when the connection has ended. */
 export class Control {
-  private controlled: Controlled = { phase: 'connecting', state: undefined, problem: '' };
+  private controlled: Controlled = { phase: 'connecting', state: undefined, problem: '', done: '' };
   private readonly watchers = new Set<() => void>();
   private socket!: WebSocket;
   private last = 0;
+  private lastCommand = '';
 
   constructor(private readonly address: string) {
     this.connect();
@@ -55,7 +58,9 @@ export class Control {
   };
 
   run(command: string): void {
-    if (this.socket.readyState === WebSocket.OPEN) this.socket.send(JSON.stringify({ command, id: ++this.last }));
+    if (this.socket.readyState !== WebSocket.OPEN) return;
+    this.lastCommand = command;
+    this.socket.send(JSON.stringify({ command, id: ++this.last }));
   }
 
   private connect(): void {
@@ -70,7 +75,8 @@ export class Control {
 
   private take(frame: Frame): void {
     if (frame.kind === 'state') this.change({ state: frame });
-    else if (frame.id === this.last) this.change({ problem: frame.problem });
+    else if (frame.id === this.last)
+      this.change({ problem: frame.problem, done: frame.problem === '' ? this.lastCommand : '' });
   }
 
   private change(change: Partial<Controlled>): void {

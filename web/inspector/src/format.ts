@@ -16,6 +16,11 @@ export function clock(us: number): string {
   return `${String(minutes).padStart(2, '0')}:${String(Math.floor(ms / 1000) % 60).padStart(2, '0')}.${String(ms % 1000).padStart(3, '0')}`;
 }
 
+/** Exchange time, which the simulator counts as if its clock showed UTC: wherever the browser is, it shows the same. */
+export function exchangeClock(ms: number): string {
+  return new Date(ms).toISOString().slice(0, 19).replace('T', ' ');
+}
+
 /** Pretty JSON of a text that is JSON, and of any other value. Other texts stay as they are. */
 export function laidOut(value: unknown): string {
   let shown = value;

@@ -6,6 +6,7 @@ import { LiveTraffic } from './live';
 import { TrafficStore } from './TrafficStore';
 import '../../workbench/src/theme.css';
 import './inspector.css';
+import './control.css';
 
 function socketAddress(path: string): string {
   const address = new URL(path, location.href);

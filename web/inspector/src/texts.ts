@@ -109,6 +109,12 @@ const table = {
   burst: ['突发委托笔数', 'Orders of a burst'],
   enterBurst: ['突发', 'Burst'],
   dropPages: ['断开所有页面', 'Break all connections'],
+  command: ['命令', 'Command'],
+  run: ['执行', 'Run'],
+  done: withParts(
+    (command: string) => `已执行：${command}`,
+    (command: string) => `Done: ${command}`,
+  ),
   clearFaults: ['清除所有故障', 'Clear all faults'],
 
   statistics: ['各方法统计', 'Methods'],

@@ -1,8 +1,8 @@
-import { describe, expect, it } from 'vitest';
+import { afterEach, describe, expect, it } from 'vitest';
 import { answerTime, type Entry, type EntryKind } from '../src/entry';
 import { filtered, type Filter } from '../src/filter';
 import { follow } from '../src/follow';
-import { laidOut } from '../src/format';
+import { exchangeClock, laidOut } from '../src/format';
 import { jsonLines } from '../src/save';
 import { Measure, Rate } from '../src/statistics';
 import { TrafficStore } from '../src/TrafficStore';
@@ -217,4 +217,17 @@ it('lays out JSON, and leaves other texts as they are', () => {
   expect(laidOut('880010001')).toBe('880010001');
   expect(laidOut('')).toBe('""');
   expect(laidOut(7)).toBe('7');
+});
+
+describe('exchange time', () => {
+  const zone = process.env.TZ;
+  afterEach(() => {
+    if (zone === undefined) delete process.env.TZ;
+    else process.env.TZ = zone;
+  });
+
+  it.each(['UTC', 'Asia/Shanghai', 'America/New_York'])('is the same for a browser in %s', (place) => {
+    process.env.TZ = place;
+    expect(exchangeClock(1740996001000)).toBe('2025-03-03 10:00:01');
+  });
 });

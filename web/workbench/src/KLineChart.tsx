@@ -72,10 +72,12 @@ const timeOf = ({ seconds }: Bar) => seconds as UTCTimestamp;
 interface Props {
   title: string;
   bars: readonly Bar[];
+  /** What the chart waits for, while other candles than these are asked for. */
+  awaited: string | undefined;
 }
 
 /** A chart that follows its bars: where only the latest ones have changed, only those are drawn anew. */
-export function KLineChart({ title, bars }: Props) {
+export function KLineChart({ title, bars, awaited }: Props) {
   const t = useTexts();
   const { whole } = useFormats();
   const figures = useFigures();
@@ -125,7 +127,9 @@ export function KLineChart({ title, bars }: Props) {
     drawn.current = { bars: shown, title, series };
     setCount(shown.length);
 
-    if (at > 0 && shown.length >= before.bars.length && shown.length - at <= updatedAtMost) {
+    // The chart changes bars that it has and takes new ones at its end, but none between the others.
+    const isAppended = before.bars.slice(at).every(({ seconds }, index) => shown[at + index]?.seconds === seconds);
+    if (at > 0 && isAppended && shown.length - at <= updatedAtMost) {
       for (const bar of shown.slice(at)) {
         const isOld = bar.seconds < (lastOf(before.bars)?.seconds ?? 0);
         series.candles.update({ ...bar, time: timeOf(bar) }, isOld);
@@ -145,9 +149,12 @@ export function KLineChart({ title, bars }: Props) {
   }, [series, bars, title, theme]);
 
   return (
-    <figure className="chart" data-testid="kline-chart" data-candles={count}>
+    <figure className="chart" data-testid="kline-chart" data-candles={count} aria-busy={awaited !== undefined}>
       <figcaption>
-        <strong>{title}</strong> <span className="quiet">{t.candles(whole(count))}</span>
+        <strong>{title}</strong>{' '}
+        <span className="quiet" role="status">
+          {awaited ?? t.candles(whole(count))}
+        </span>
         {legend && (
           <p className="legend" data-testid="legend">
             {figures

@@ -47,7 +47,13 @@ export function ladderOf(quote: Quote, own: readonly Entrust[], precision: numbe
   };
   const rungsOf = (kind: 'ask' | 'bid', list: readonly Level[]) =>
     levels.flatMap((level) => (list[level - 1] ? [rung(kind, level, list[level - 1]!)] : []));
-  const rungs = [...rungsOf('ask', quote.asks).reverse(), ...rungsOf('bid', quote.bids)];
+  // In the opening call both best levels have the price at which the opening would be: it is one rung.
+  const bids = rungsOf('bid', quote.bids);
+  const [best] = bids;
+  const asks = rungsOf('ask', quote.asks);
+  const isOnePrice = best !== undefined && asks[0] !== undefined && keyOf(best.price) === keyOf(asks[0].price);
+  if (isOnePrice) best.askQty = asks.shift()!.askQty;
+  const rungs = [...asks.reverse(), ...bids];
   const shown = new Set(rungs.map(({ price }) => keyOf(price)));
   const elsewhere = own.filter(({ price }) => !shown.has(keyOf(number(price.userRole)))).length;
   return { rungs, elsewhere };

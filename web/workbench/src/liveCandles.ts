@@ -26,6 +26,8 @@ export interface Candles {
 
 const minute = 60;
 const day = 86_400;
+/** From midnight to the end of the day's first candle, which takes in the opening at 09:25. */
+const firstMinute = (9 * 60 + 31) * minute;
 
 export function candlesOf(period: string, finished: readonly Bar[]): Candles {
   return { period, finished, running: [], before: undefined, latest: undefined };
@@ -40,27 +42,39 @@ export function withAnswer(candles: Candles, bars: readonly Bar[]): Candles {
   const [first, last] = [bars[0], lastOf(bars)];
   if (!first || !last) return candles;
   const finished = [...candles.finished.filter(({ seconds }) => seconds < first.seconds), ...bars];
-  return { ...candles, finished, running: candles.running.filter(({ seconds }) => seconds > last.seconds) };
+  const running = candles.running.filter(({ seconds }) => seconds > last.seconds);
+  const after = { ...candles, finished, running };
+  const [only] = running;
+  if (!only || running.length > 1 || !candles.before || !candles.latest) return after;
+  // When no quote came for a while, the running candle has counted what belongs to the candles of the answer.
+  const before = sums(after, candles.before);
+  const { volume, amount } = candles.latest;
+  return { ...after, before, running: [{ ...only, ...countedFrom(before, volume, amount) }] };
 }
 
-/** Takes in a quote. A quote of a candle that the terminal has finished changes nothing. */
+/**
+ * Takes in a quote. A quote of a candle that the terminal has finished changes nothing, and neither does one of a day
+ * without trades yet: its open is 0, and its last price is that of the day before.
+ */
 export function withQuote(candles: Candles, quote: Quote): Candles {
   const totals = totalsOf(quote);
   const { last } = quote.figures;
-  if (![totals.seconds, last, totals.volume].every(Number.isFinite)) return candles;
+  if (![totals.seconds, last, totals.volume].every(Number.isFinite) || quote.figures.open === 0) return candles;
   if (candles.latest && totals.seconds < candles.latest.seconds) return candles;
 
   const after = { ...candles, latest: totals };
   const isMinute = candles.period === klinePeriods.minute;
-  const end = isMinute ? Math.ceil(totals.seconds / minute) * minute : dayOf(totals.seconds);
+  const today = dayOf(totals.seconds);
+  const end = isMinute ? Math.max(Math.ceil(totals.seconds / minute) * minute, today + firstMinute) : today;
   const [running, finished] = [lastOf(candles.running), lastOf(candles.finished)];
   if (end <= (finished?.seconds ?? -Infinity) || end < (running?.seconds ?? -Infinity)) return after;
 
   if (!isMinute) return withLast(after, dayBar(end, quote), running?.seconds === end);
   if (running?.seconds === end) return withLast(after, grown(running, last, totals, candles.before!), true);
-  const before =
-    candles.latest && dayOf(candles.latest.seconds) === dayOf(end) ? candles.latest : sums(candles, totals);
-  const bar = { time: digits(end), seconds: end, open: last, high: last, low: last, close: last, volume: 0, amount: 0 };
+  const earliest = Math.max(today, finished?.seconds ?? 0); // an older quote is from before the view was hidden
+  const before = candles.latest && candles.latest.seconds >= earliest ? candles.latest : sums(candles, totals);
+  const open = end === today + firstMinute ? quote.figures.open : last;
+  const bar = { time: digits(end), seconds: end, open, high: last, low: last, close: last, volume: 0, amount: 0 };
   return { ...withLast(after, grown(bar, last, totals, before), false), before };
 }
 
@@ -83,16 +97,19 @@ function grown(bar: Bar, last: number, totals: Totals, before: Totals): Bar {
     close: last,
     high: Math.max(bar.high, last, totals.high > before.high ? totals.high : last),
     low: Math.min(bar.low, last, totals.low < before.low ? totals.low : last),
-    volume: totals.volume - before.volume,
-    amount: Math.round((totals.amount - before.amount) * 100) / 100,
+    ...countedFrom(before, totals.volume, totals.amount),
   };
+}
+
+function countedFrom(before: Totals, volume: number, amount: number): Pick<Bar, 'volume' | 'amount'> {
+  return { volume: volume - before.volume, amount: Math.round((amount - before.amount) * 100) / 100 };
 }
 
 /**
  * The day's figures before the first quote: the sums of the finished candles. When these do not reach back to the day
  * before, the day's beginning may be missing, and the candle counts from this quote on.
  */
-function sums({ finished }: Candles, totals: Totals): Totals {
+function sums({ finished }: Pick<Candles, 'finished'>, totals: Totals): Totals {
   const today = dayOf(totals.seconds);
   const own = finished.filter(({ seconds }) => dayOf(seconds) === today);
   if (own.length === finished.length) return totals;

@@ -4,6 +4,7 @@ import { createRoot } from 'react-dom/client';
 import { App } from './App';
 import { ConnectionWatch, loadBridge } from './bridge';
 import { Providers, queries } from './desk/Providers';
+import { MarketClock } from './live/MarketClock';
 import { StrategyLog } from './live/StrategyLog';
 import { SettingsStore } from './settings/SettingsStore';
 import { readSetting } from './settings/useSetting';
@@ -41,7 +42,7 @@ async function start(): Promise<void> {
 
   root.render(
     <StrictMode>
-      <Providers desk={{ sdk, settings }}>
+      <Providers desk={{ sdk, settings, clock: new MarketClock(sdk) }}>
         <App sdk={sdk} bridge={bridge} connection={connection} strategyLog={new StrategyLog(sdk)} />
       </Providers>
     </StrictMode>,

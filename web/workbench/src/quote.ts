@@ -1,4 +1,6 @@
 import { quoteFields, type Json, type Tick } from '@varnel/web-client';
+import { secondsOf } from './candles';
+import { lastOf } from './lastOf';
 
 /** The time of day of "20250303100000". An unreadable time stays unchanged. */
 export function clockOf(time: string): string {
@@ -18,6 +20,30 @@ export interface Quote {
   /** Best first, without empty levels. */
   bids: Level[];
   asks: Level[];
+}
+
+/** What the market does with a security, as far as its quote tells. */
+export type MarketPhase = 'standsStill' | 'noTrades' | 'openingCall' | 'opened' | 'trading' | 'noonBreak' | 'closed';
+
+/** What the time of the latest quote means, once there were trades: the last row that is not later. */
+const phasesByTime: readonly (readonly [from: string, phase: MarketPhase])[] = [
+  ['092500', 'opened'],
+  ['093000', 'trading'],
+  ['113000', 'noonBreak'], // the last quote of the morning stays until 13:00
+  ['130000', 'trading'],
+  ['150000', 'closed'],
+];
+
+/** A security that trades has a quote at least so often. */
+const standsStillSeconds = 60;
+
+/** Of the quotes of other securities the newest time is needed: a halted security keeps its quote. */
+export function phaseOf({ time, figures, bids, asks }: Quote, newest: string): MarketPhase {
+  const isOfToday = newest.slice(0, 8) === time.slice(0, 8);
+  if (isOfToday && secondsOf(newest) - secondsOf(time) >= standsStillSeconds) return 'standsStill';
+  if (figures.open === 0) return bids.length + asks.length > 0 ? 'openingCall' : 'noTrades';
+  const clock = time.slice(8);
+  return lastOf(phasesByTime.filter(([from]) => from <= clock))?.[1] ?? 'trading';
 }
 
 function number(value: Json | undefined): number {

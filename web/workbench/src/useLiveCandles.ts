@@ -1,5 +1,5 @@
 import type { Connection } from '@varnel/web-client';
-import { useEffect, useMemo, useState } from 'react';
+import { useEffect, useMemo, useRef, useState } from 'react';
 import { barOf, type Bar } from './candles';
 import { lastOf } from './lastOf';
 import { barsOf, candlesOf, withAnswer, withQuote } from './liveCandles';
@@ -14,14 +14,22 @@ export interface KLineQuery {
 }
 
 /**
- * The answered candles and those that quotes add. When a candle has ended, and when the connection is open again, the
- * terminal is asked for the finished ones: its figures replace those made from quotes.
+ * The answered candles and those that quotes add. When a candle has ended, when the chart is shown again, and when the
+ * connection is open again, the terminal is asked for the finished ones: its figures replace those made from quotes.
  */
 export function useLiveCandles(sdk: Connection, query: KLineQuery, answered: readonly Bar[]): readonly Bar[] {
   const isFollowing = query.stopTime === '';
   const quote = useQuote(isFollowing ? query.symbol : '');
   const [candles, setCandles] = useState(() => candlesOf(query.period, answered));
-  useEffect(() => setCandles(candlesOf(query.period, answered)), [query, answered]);
+  const [missed, setMissed] = useState(0); // how often candles may have ended unseen
+
+  const taken = useRef<readonly Bar[]>(undefined);
+  useEffect(() => {
+    if (taken.current === answered)
+      setMissed((count) => count + 1); // a hidden view is shown again
+    else setCandles(candlesOf(query.period, answered));
+    taken.current = answered;
+  }, [query, answered]);
 
   useEffect(() => {
     if (quote) setCandles((before) => withQuote(before, quoteOf(quote)));
@@ -29,10 +37,9 @@ export function useLiveCandles(sdk: Connection, query: KLineQuery, answered: rea
 
   const ended = isFollowing ? candles.running[candles.running.length - 2]?.time : undefined;
   const known = lastOf(candles.finished)?.time;
-  const [reopened, setReopened] = useState(0);
-  useEffect(() => sdk.onOpen(({ again }) => again && setReopened((count) => count + 1)), [sdk]);
+  useEffect(() => sdk.onOpen(({ again }) => again && setMissed((count) => count + 1)), [sdk]);
   useEffect(() => {
-    if (!isFollowing || known === undefined || (ended === undefined && reopened === 0)) return;
+    if (!isFollowing || known === undefined || (ended === undefined && missed === 0)) return;
     const end = new AbortController();
     // The range begins with a candle that is known: without any candle no answer would come.
     sdk.getKLineData({ ...query, startTime: known }, { signal: end.signal }).then(
@@ -40,7 +47,7 @@ export function useLiveCandles(sdk: Connection, query: KLineQuery, answered: rea
       () => {}, // the candles made from quotes stay
     );
     return () => end.abort();
-  }, [sdk, query, ended, reopened]);
+  }, [sdk, query, ended, missed]);
 
   return useMemo(() => barsOf(candles), [candles]);
 }

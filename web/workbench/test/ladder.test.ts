@@ -43,6 +43,16 @@ describe('the ladder', () => {
   });
 });
 
+describe('the ladder of the opening call', () => {
+  it('has one rung: the price of the opening, which both sides show', () => {
+    const call = quoteOf({ askPrices: [10, 0], askQtys: [700, 0], bidPrices: [10, 0], bidQtys: [700, 0] });
+    expect(ladderOf(call, [order('Buy', 10, 100)], 2)).toEqual({
+      rungs: [{ id: 'bid 1', price: 10, bidQty: 700, askQty: 700, ownBuy: 100, ownSell: 0 }],
+      elsewhere: 0,
+    });
+  });
+});
+
 describe('a pressed key', () => {
   const pressed = (but: object) => ({
     code: 'KeyC',

@@ -34,6 +34,13 @@ describe('the candle of the day', () => {
     ]);
   });
 
+  it('begins with the opening: before it a quote has no open, and the close of the day before', () => {
+    const none = { open: 0, high: 0, low: 0 };
+    const called = after(yesterday, quote('20250303090000', 10, 0, none), quote('20250303091603', 10, 0, none));
+    expect(barsOf(called)).toBe(yesterday.finished);
+    expect(lastOf(after(called, quote('20250303092500', 11, 500)))).toMatchObject({ open: 9, low: 8, volume: 500 });
+  });
+
   it('that the terminal has finished stays as it is', () => {
     const done = candlesOf(klinePeriods.day, [bar('20250303')]);
     expect(barsOf(after(done, quote('20250303150000', 11, 500)))).toBe(done.finished);
@@ -80,6 +87,33 @@ describe('the candle of the minute', () => {
     expect(lastOf(next).open).toBe(11.2);
   });
 
+  it('that is the first of the day takes in the opening', () => {
+    const opening = { open: 9, high: 9, low: 9 };
+    const called = after(known, quote('20250304091603', 10, 0, { open: 0, high: 0, low: 0 }));
+    expect(barsOf(called)).toBe(known.finished);
+    const opened = after(called, quote('20250304092500', 9, 500, opening));
+    expect(lastOf(opened)).toMatchObject({ time: '20250304093100', open: 9, high: 9, low: 9, close: 9, volume: 500 });
+    const later = after(opened, quote('20250304093003', 9.5, 520, { ...opening, high: 9.5 }));
+    expect(barsOf(later)).toHaveLength(barsOf(opened).length);
+    expect(lastOf(later)).toMatchObject({ time: '20250304093100', open: 9, high: 9.5, close: 9.5, volume: 520 });
+  });
+
+  it('has its own volume alone, even when no quotes came for a while', () => {
+    const missed = [bar('20250303093200', 50), bar('20250303093300', 50)];
+    const early = after(known, quote('20250303093103', 11, 110));
+    // The next quote comes before the candles that were missed, or after them.
+    const before = withAnswer(after(early, quote('20250303093303', 11, 230)), [bar('20250303093100', 100), ...missed]);
+    const behind = after(withAnswer(early, missed), quote('20250303093303', 11, 230));
+    for (const candles of [before, behind])
+      expect(barsOf(candles).map(({ time, volume, amount }) => [time.slice(8), volume, amount])).toEqual([
+        ['150000', 900, 9000],
+        ['093100', 100, 1000],
+        ['093200', 50, 500],
+        ['093300', 50, 500],
+        ['093400', 30, 300],
+      ]);
+  });
+
   it('counts from zero on the next day', () => {
     const next = after(known, quote('20250303150000', 11, 800), quote('20250304093003', 10, 30));
     expect(lastOf(next)).toMatchObject({ time: '20250304093100', volume: 30 });
@@ -110,7 +144,7 @@ describe('the candle of the minute', () => {
       ['150000', 900],
       ['093100', 100],
       ['093200', 55],
-      ['093300', 20],
+      ['093300', 15],
     ]);
     expect(withAnswer(running, [])).toBe(running);
   });

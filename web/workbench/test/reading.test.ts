@@ -4,7 +4,7 @@ import { barOf, drawable, readableTime, secondsOf } from '../src/candles';
 import { readBasket } from '../src/basket';
 import { commaParts, layOut, readArguments, readJson } from '../src/freeCall';
 import { withLine, type LogLine } from '../src/log';
-import { clockOf, quoteOf } from '../src/quote';
+import { clockOf, phaseOf, quoteOf } from '../src/quote';
 import { formatsOf, toneOf } from '../src/formats';
 import { valueOf } from '../src/table/cellColumn';
 import { firstWatched, readWatchList } from '../src/watchList';
@@ -220,6 +220,23 @@ describe('quotes', () => {
     ['', ''],
   ])('show the time "%s" as "%s"', (time, shown) => {
     expect(clockOf(time)).toBe(shown);
+  });
+
+  const early = { open: 0, high: 0, low: 0, volume: 0, bidQtys: [0], askQtys: [0] };
+  it.each([
+    ['20250303090000', early, '', 'noTrades'],
+    ['20250303091503', { ...early, bidQtys: [300], askQtys: [300] }, '', 'openingCall'],
+    ['20250303092500', {}, '', 'opened'],
+    ['20250303093003', {}, '', 'trading'],
+    ['20250303113000', {}, '', 'noonBreak'],
+    ['20250303130003', {}, '', 'trading'],
+    ['20250303150000', {}, '', 'closed'],
+    ['20250303100000', {}, '20250303100057', 'trading'],
+    ['20250303100000', {}, '20250303100100', 'standsStill'],
+    ['20250303090000', early, '20250303091603', 'standsStill'],
+    ['20250303150000', {}, '20250304090000', 'closed'],
+  ])('of %s with %j, when the newest of all is of "%s", say %s', (time, but, newest, phase) => {
+    expect(phaseOf(quoteOf({ ...tick, time, ...but }), newest)).toBe(phase);
   });
 
   it('with more prices than quantities keep the complete levels', () => {

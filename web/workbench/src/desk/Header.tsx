@@ -60,19 +60,42 @@ function ThemeSwitch() {
   );
 }
 
+/** What the desk shows without a connection looks as before, so it says that it is old. */
+function Lost({ phase }: Pick<ConnectionState, 'phase'>) {
+  const t = useTexts();
+  const isForGood = phase === 'closed';
+  return (
+    <div role="alert">
+      {(isForGood || phase === 'reconnecting') && (
+        <p className="lost" data-testid="lost">
+          {isForGood ? t.lostForGood : t.lostForNow}
+          {isForGood && (
+            <button type="button" onClick={() => window.location.reload()}>
+              {t.reload}
+            </button>
+          )}
+        </p>
+      )}
+    </div>
+  );
+}
+
 export function Header({ connection, login }: { connection: ConnectionWatch; login: string | undefined }) {
   const t = useTexts();
   const state = useSyncExternalStore(connection.watch, connection.current);
   return (
-    <header className="bar">
-      <h1>{t.title}</h1>
-      <p className="simulation">{t.simulation}</p>
-      <ConnectionLamp state={state} />
-      <p className="who">
-        {t.loginTrader} <strong>{login ?? '—'}</strong>
-      </p>
-      <LanguageSwitch />
-      <ThemeSwitch />
+    <header>
+      <div className="bar">
+        <h1>{t.title}</h1>
+        <p className="simulation">{t.simulation}</p>
+        <ConnectionLamp state={state} />
+        <p className="who">
+          {t.loginTrader} <strong>{login ?? '—'}</strong>
+        </p>
+        <LanguageSwitch />
+        <ThemeSwitch />
+      </div>
+      <Lost phase={state.phase} />
     </header>
   );
 }

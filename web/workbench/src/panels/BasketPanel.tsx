@@ -15,6 +15,8 @@ const newTag = tagMaker();
 interface Props {
   sdk: Connection;
   accounts: Answered<FundAccount[]>;
+  /** A symbol for the example of a line. */
+  example: string | undefined;
 }
 
 interface Sent {
@@ -25,7 +27,7 @@ interface Sent {
 }
 
 /** Several orders of an account in one call. */
-export function BasketPanel({ sdk, accounts }: Props) {
+export function BasketPanel({ sdk, accounts, example }: Props) {
   const t = useTexts();
   const [chosen, setChosen] = useState<string>();
   const [text, setText] = useState('');
@@ -77,7 +79,7 @@ export function BasketPanel({ sdk, accounts }: Props) {
             rows={4}
             name="basket"
             value={text}
-            placeholder="609001.SH,Buy,100,13.30"
+            placeholder={example && `${example},Buy,100,13.30`}
             spellCheck={false}
             aria-invalid={!read.ok}
             onChange={(event) => edit(event.target.value)}

@@ -24,9 +24,13 @@ export function KLinePanel({ sdk, chosen }: Props) {
   const t = useTexts();
   const [query, setQuery] = useState<KLineQuery>({ symbol: '', startTime: '', stopTime: '', period: klinePeriods.day });
   const [answer, follow] = useAnswer<Shown>();
+  const [asked, setAsked] = useState('');
 
   const ask = useCallback(
-    (asked: KLineQuery) => follow(sdk.getKLineData(asked).then((list) => ({ query: asked, bars: list.map(barOf) }))),
+    (next: KLineQuery) => {
+      setAsked(next.symbol);
+      follow(sdk.getKLineData(next).then((list) => ({ query: next, bars: list.map(barOf) })));
+    },
     [sdk, follow],
   );
 
@@ -78,18 +82,26 @@ export function KLinePanel({ sdk, chosen }: Props) {
           {t.ask}
         </button>
       </form>
-      <Outcome of={answer}>{(shown) => <Bars sdk={sdk} shown={shown} />}</Outcome>
+      <Outcome of={answer}>
+        {(shown) => <Bars sdk={sdk} shown={shown} awaited={answer.waiting ? t.klinesAsked(asked) : undefined} />}
+      </Outcome>
     </Panel>
   );
 }
 
-function Bars({ sdk, shown: { query, bars: answered } }: { sdk: Connection; shown: Shown }) {
+interface BarsProps {
+  sdk: Connection;
+  shown: Shown;
+  awaited: string | undefined;
+}
+
+function Bars({ sdk, shown: { query, bars: answered }, awaited }: BarsProps) {
   const t = useTexts();
   const bars = useLiveCandles(sdk, query, answered);
   const title = query.period === klinePeriods.minute ? t.klineOfMinutes(query.symbol) : t.klineOfDays(query.symbol);
   return (
     <>
-      <KLineChart title={title} bars={bars} />
+      <KLineChart title={title} bars={bars} awaited={awaited} />
       <KLineTable title={title} bars={bars} />
     </>
   );

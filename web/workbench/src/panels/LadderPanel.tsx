@@ -10,6 +10,7 @@ import { useTexts } from '../texts/useTexts';
 import { sideFor, steppedQty, type Direction } from '../ticket';
 import { Switch } from '../ui/Switch';
 import type { Ticket } from '../useTicket';
+import { MarketPhase } from './MarketPhase';
 import { Panel } from './Panel';
 import { StepField } from './StepField';
 
@@ -48,7 +49,8 @@ export function LadderPanel({ ticket, openOrders }: Props) {
     [openOrders, security, draft.fundAccount],
   );
   const precision = security?.precision ?? 2;
-  const { rungs, elsewhere } = useMemo(() => ladderOf(quoteOf(tick ?? {}), own, precision), [tick, own, precision]);
+  const quote = useMemo(() => tick && quoteOf(tick), [tick]);
+  const { rungs, elsewhere } = useMemo(() => ladderOf(quote ?? quoteOf({}), own, precision), [quote, own, precision]);
 
   const qty = preset || security?.minQty || '';
   const canSend = isOneClick && security !== undefined && Number(qty) > 0;
@@ -99,7 +101,8 @@ export function LadderPanel({ ticket, openOrders }: Props) {
           ))}
         </tbody>
       </table>
-      {rungs.length === 0 && <p className="quiet">{security ? t.waiting : t.chooseForLadder}</p>}
+      {rungs.length === 0 && <p className="quiet">{!security ? t.chooseForLadder : quote ? t.noLevels : t.waiting}</p>}
+      {quote && <MarketPhase quote={quote} precision={precision} />}
       {elsewhere > 0 && (
         <p className="quiet" data-testid="own-elsewhere">
           {t.ownElsewhere(elsewhere)}

@@ -39,7 +39,7 @@ export function OrderOutcomeView({
       return (
         <div className="doubt" data-outcome="unknown">
           <p className="problem" role="alert">
-            {t.outcomeUnknownLook}
+            {t.outcomeUnknownLook} <small>{t.tagOf(outcome.orderTag)}</small>
           </p>
           <LookUp sdk={sdk} orderTag={outcome.orderTag} fundAccount={fundAccount} />
         </div>

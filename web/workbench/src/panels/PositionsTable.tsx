@@ -1,22 +1,33 @@
-import { positionId, type Position } from '@varnel/web-client';
+import { positionId, type Connection, type Position, type SecurityDetail } from '@varnel/web-client';
 import { useMemo } from 'react';
 import { isClosable } from '../closing';
 import { toneOf, useFormats } from '../formats';
+import { finder, symbolsOf } from '../holdings';
+import { useFreshFigures } from '../live/useFreshFigures';
 import type { Watched } from '../live/useWatch';
 import { DataTable } from '../table/DataTable';
 import type { Column } from '../table/types';
 import { useTexts } from '../texts/useTexts';
+import { useSame } from '../useSame';
 import { StreamState } from './StreamState';
 
 interface Props {
+  sdk: Connection;
+  fundAccounts: readonly string[];
+  securities: readonly SecurityDetail[] | undefined;
   positions: Watched<Position>;
   onClose: (position: Position) => void;
 }
 
-/** A small list of the positions, each of which can be closed. */
-export function PositionsTable({ positions, onClose }: Props) {
+/** A small list of the positions, each of which can be closed. Profit and loss follow the prices. */
+export function PositionsTable({ sdk, fundAccounts, securities, positions, onClose }: Props) {
   const t = useTexts();
   const formats = useFormats();
+  const find = useMemo(() => finder(securities ?? []), [securities]);
+  const held = useSame(symbolsOf(positions.items, find));
+  const items = useFreshFigures(positions.items, positionId, held, () =>
+    sdk.getPositionList({ fundAccounts: [...fundAccounts], symbol: '' }),
+  );
   const columns = useMemo<readonly Column<Position>[]>(() => {
     const text = (key: 'fundAccount' | 'securityId' | 'securityName'): Column<Position> => ({
       key,
@@ -70,7 +81,7 @@ export function PositionsTable({ positions, onClose }: Props) {
         name="tradePositions"
         label={t.positions}
         columns={columns}
-        items={positions.items}
+        items={items}
         idOf={positionId}
         testId="trade-positions"
       />

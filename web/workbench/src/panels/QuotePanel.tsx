@@ -5,6 +5,7 @@ import { toneOf, useFormats } from '../formats';
 import { useWatch, type StartWatch } from '../live/useWatch';
 import { clockOf, quoteOf, type Level, type Quote } from '../quote';
 import { useTexts } from '../texts/useTexts';
+import { MarketPhase } from './MarketPhase';
 import { Outcome, Panel } from './Panel';
 
 interface Props {
@@ -60,6 +61,7 @@ function Levels({ quote, precision }: { quote: Quote; precision: number }) {
   );
   return (
     <div className="quote">
+      <MarketPhase quote={quote} precision={precision} />
       <table data-testid="levels">
         <thead>
           <tr>

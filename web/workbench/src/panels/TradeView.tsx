@@ -136,10 +136,22 @@ export function TradeView({ sdk, proposal }: Props) {
     {
       id: 'positions',
       title: t.positions,
-      content: <PositionsTable positions={positions} onClose={close} />,
+      content: (
+        <PositionsTable
+          sdk={sdk}
+          fundAccounts={fundAccounts}
+          securities={securities.data}
+          positions={positions}
+          onClose={close}
+        />
+      ),
     },
     { id: 'deals', title: t.executions, content: <DealsTable executions={executions} /> },
-    { id: 'basket', title: t.basket, content: <BasketPanel sdk={sdk} accounts={accounts} /> },
+    {
+      id: 'basket',
+      title: t.basket,
+      content: <BasketPanel sdk={sdk} accounts={accounts} example={securities.data?.[0]?.symbol} />,
+    },
   ];
   return (
     <div className="trade" ref={view}>

@@ -14,6 +14,7 @@ import { ColumnMenu } from './ColumnMenu';
 import type { Column } from './types';
 import { useColumnWidths } from './useColumnWidths';
 import { useTableChoice } from './useTableChoice';
+import { textWidth } from './widths';
 
 interface Props<Item> {
   /** Names the table's settings; stays the same in every language. */
@@ -91,7 +92,7 @@ export function DataTable<Item>(props: Props<Item>) {
     getScrollElement: () => scroll.current,
     estimateSize: () => rowHeight,
     getItemKey: (index) => rows[index]!.id,
-    overscan: 12,
+    overscan: 4,
   });
   const inSight = virtual.getVirtualItems();
   const drawn = isVirtual ? inSight.map(({ index }) => rows[index]!) : rows;
@@ -152,6 +153,7 @@ export function DataTable<Item>(props: Props<Item>) {
                   id={row.id}
                   item={row.original}
                   columns={shownColumns}
+                  widths={widths}
                   write={write as never}
                   height={rowHeight}
                   isChosen={row.id === chosenId}
@@ -241,22 +243,26 @@ interface RowProps<Item> {
   id: string;
   item: Item;
   columns: readonly Column<Item>[];
+  /** Of the columns, in characters. */
+  widths: readonly number[];
   write: (column: Column<Item>, item: Item) => ReactNode;
   height: number;
   isChosen: boolean;
 }
 
-const Row = memo(function Row<Item>({ id, item, columns, write, height, isChosen }: RowProps<Item>) {
+const Row = memo(function Row<Item>({ id, item, columns, widths, write, height, isChosen }: RowProps<Item>) {
   return (
     <tr data-id={id} aria-current={isChosen || undefined} style={{ height }}>
-      {columns.map((column) => {
+      {columns.map((column, at) => {
         const shown = write(column, item);
         const tone = column.tone?.(item) ?? '';
+        const text = typeof shown === 'string' ? shown : String(column.value(item) ?? '');
+        const isCut = textWidth(text) + (column.isMarked ? 2 : 0) > widths[at]!;
         return (
           <td
             key={column.key}
             data-key={column.key}
-            className={`${column.kind} ${tone} ${column.isMarked ? 'marked' : ''}`}
+            className={`${column.kind} ${tone} ${column.isMarked ? 'marked' : ''} ${isCut ? 'cut' : ''}`}
             title={column.kind === 'text' && typeof shown === 'string' ? shown : undefined}
           >
             {shown}

@@ -11,7 +11,7 @@ const titleExtra = 2;
 
 /**
  * The widths of columns in characters. They grow with the texts and never shrink while the table is there, so that
- * columns do not move back and forth with the figures.
+ * columns do not move back and forth with the figures. The array stays the same while no width changes.
  */
 export function useColumnWidths<Item>(
   columns: readonly Column<Item>[],
@@ -19,6 +19,7 @@ export function useColumnWidths<Item>(
   write: (column: Column<Item>, item: Item) => unknown,
 ): readonly number[] {
   const grown = useRef(new Map<string, number>());
+  const kept = useRef<readonly number[]>([]);
   const seen = useRef<{ columns: unknown; items: unknown }>(undefined);
   if (seen.current?.columns !== columns) grown.current.clear(); // another language has other titles
   if (seen.current?.columns !== columns || seen.current.items !== items) {
@@ -37,5 +38,8 @@ export function useColumnWidths<Item>(
       grown.current.set(column.key, Math.min(width, longest));
     }
   }
-  return columns.map(({ key, width }) => width ?? grown.current.get(key)!);
+  const widths = columns.map(({ key, width }) => width ?? grown.current.get(key)!);
+  if (!widths.every((width, at) => width === kept.current[at]) || widths.length !== kept.current.length)
+    kept.current = widths;
+  return kept.current;
 }

@@ -17,6 +17,16 @@ export const common = {
   reconnecting: ['正在重新连接', 'Reconnecting'],
   disconnected: ['已断开', 'Disconnected'],
   pleaseReload: ['请刷新页面', 'Please reload the page'],
+  lostForGood: [
+    '连接已断开：行情、委托与资产停留在断开之前，不再更新。',
+    'The connection has ended. Quotes, orders and holdings are those from before, and no longer change.',
+  ],
+  lostForNow: [
+    '连接中断，正在重新连接：行情、委托与资产暂不更新。',
+    'The connection is lost and being restored. Quotes, orders and holdings do not change meanwhile.',
+  ],
+  viewBroken: ['此视图出错，请刷新页面。', 'This view has failed. Reload the page.'],
+  reload: ['刷新页面', 'Reload the page'],
 
   language: ['语言', 'Language'],
   theme: ['主题', 'Theme'],

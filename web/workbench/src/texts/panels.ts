@@ -75,6 +75,18 @@ export const panels = {
   ),
   quote: ['行情', 'Quote'],
   noQuote: ['无行情', 'There is no quote'],
+  standsStill: withParts(
+    (time: string) => `行情停在 ${time}，可能停牌`,
+    (time: string) => `No quote since ${time}: trading may be halted`,
+  ),
+  noTradesYet: ['今日尚无成交', 'No trades yet today'],
+  openingCall: withParts(
+    (price: string, qty: string) => `集合竞价：虚拟匹配价 ${price}，匹配量 ${qty}`,
+    (price: string, qty: string) => `Opening call: would open at ${price}, and ${qty} would trade`,
+  ),
+  opened: ['已开盘，连续竞价 09:30 开始', 'Opened; continuous trading begins at 09:30'],
+  noonBreak: ['午间休市', 'Noon break'],
+  marketClosed: ['已收盘', 'The market is closed'],
   securityDetails: ['证券详情', 'Security details'],
   chooseSecurity: ['请在左侧选择证券', 'Choose a security from the list'],
 

@@ -44,6 +44,10 @@ export const trading = {
     '结果未知，请先查看实际状态，勿重复提交。',
     'Outcome unknown: look at what became of it before you send anything again.',
   ],
+  tagOf: withParts(
+    (tag: string) => `标签 ${tag}`,
+    (tag: string) => `Tag ${tag}`,
+  ),
   lookUp: ['按标签查找', 'Look it up by its tag'],
   lookingUp: ['查找中…', 'Looking it up…'],
   foundByTag: withParts(
@@ -68,6 +72,7 @@ export const trading = {
     (price: string) => `卖出 ${price}`,
     (price: string) => `Sell at ${price}`,
   ),
+  noLevels: ['暂无买卖盘', 'No bids and no offers'],
   chooseForLadder: ['请先在下单中选择证券', 'Choose a security in the ticket first'],
   ownAt: withParts(
     (qty: string, price: string) => `本方挂单 ${qty}，价格 ${price}`,
@@ -206,6 +211,10 @@ export const trading = {
   ),
   rangeStart: ['开始', 'Start'],
   rangeStop: ['结束', 'Stop'],
+  klinesAsked: withParts(
+    (symbol: string) => `等待 ${symbol} 的K线…`,
+    (symbol: string) => `Waiting for the candles of ${symbol}…`,
+  ),
   earliest: ['最早', 'earliest'],
   latest: ['最新', 'latest'],
   period: ['周期', 'Period'],

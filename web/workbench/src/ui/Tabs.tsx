@@ -1,5 +1,7 @@
 import * as Radix from '@radix-ui/react-tabs';
 import { Activity, useState, type ReactNode } from 'react';
+import { useTexts } from '../texts/useTexts';
+import { Boundary } from './Boundary';
 
 export interface Tab {
   /** Stays the same in every language. */
@@ -43,9 +45,22 @@ export function Tabs({ label, tabs, current, onChange }: Props) {
           className={`view ${className}`}
           data-testid={`view-${id}`}
         >
-          {opened.has(id) && <Activity mode={id === current ? 'visible' : 'hidden'}>{content}</Activity>}
+          {opened.has(id) && (
+            <Boundary instead={(error) => <Broken error={error} />}>
+              <Activity mode={id === current ? 'visible' : 'hidden'}>{content}</Activity>
+            </Boundary>
+          )}
         </Radix.Content>
       ))}
     </Radix.Root>
+  );
+}
+
+function Broken({ error }: { error: Error }) {
+  const t = useTexts();
+  return (
+    <p className="problem" role="alert">
+      {t.viewBroken} <code>{error.message}</code>
+    </p>
   );
 }

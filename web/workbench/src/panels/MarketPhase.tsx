@@ -1,0 +1,28 @@
+import { useSyncExternalStore } from 'react';
+import { useDesk } from '../desk/DeskContext';
+import { useFormats } from '../formats';
+import { clockOf, phaseOf, type Quote } from '../quote';
+import { useTexts } from '../texts/useTexts';
+
+/** Says what the market does with a security while it does not trade it continuously. */
+export function MarketPhase({ quote, precision }: { quote: Quote; precision: number }) {
+  const t = useTexts();
+  const { price, whole } = useFormats();
+  const { clock } = useDesk();
+  const phase = phaseOf(quote, useSyncExternalStore(clock.watch, clock.current));
+  if (phase === 'trading') return null;
+  const opening = quote.bids[0] ?? quote.asks[0];
+  const words = {
+    standsStill: t.standsStill(clockOf(quote.time)),
+    noTrades: t.noTradesYet,
+    openingCall: t.openingCall(price(opening?.price, precision), whole(opening?.qty ?? Number.NaN)),
+    opened: t.opened,
+    noonBreak: t.noonBreak,
+    closed: t.marketClosed,
+  };
+  return (
+    <p className="quiet" data-testid="market-phase" data-phase={phase}>
+      {words[phase]}
+    </p>
+  );
+}
