@@ -28,7 +28,7 @@ const table = {
   kindCall: ['调用', 'Calls'],
   kindReply: ['应答', 'Replies'],
   kindPush: ['推送', 'Pushes'],
-  kindCommand: ['控制命令', 'Commands'],
+  kindCommand: ['命令', 'Commands'],
   kindHost: ['终端接口', 'Host calls'],
   kindBus: ['消息总线', 'Message bus'],
   kindQuote: ['行情', 'Quotes'],
@@ -68,7 +68,6 @@ const table = {
   hostAnswer: ['总线应答', 'Bus answer'],
   hostEvent: ['总线事件', 'Bus event'],
   quote: ['行情', 'Quote'],
-  command: ['控制命令', 'Command'],
 
   followed: ['本次调用', 'This call'],
   followedHint: ['选择一行，查看其调用的全过程', 'Choose a line to see all of its call in order'],
