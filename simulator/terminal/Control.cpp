@@ -11,6 +11,12 @@
 
 namespace sim {
 
+namespace {
+
+constexpr int kMostDays = 366; ///< of a jump: all settlements on the way are played, which must end some time
+
+} // namespace
+
 Control::Control(Terminal &terminal, Faults &faults, Agenda &agenda, OrderFlow &flow)
     : m_terminal(terminal), m_faults(faults), m_agenda(agenda), m_flow(flow)
 {
@@ -131,6 +137,8 @@ QString Control::jump(const Command &command, const QDateTime &time)
     if (!target.isValid())
         return QStringLiteral("%1 has passed: it is %2")
             .arg(command.time, time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")));
+    if (target > time.addDays(kMostDays))
+        return QStringLiteral("%1 is more than a year ahead: jump there in steps").arg(command.time);
     m_flow.skipTo(target);
     m_terminal.skipTo(target);
     return QString();
