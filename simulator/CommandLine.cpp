@@ -256,6 +256,8 @@ QString CommandLine::checkWithScenario(const QCommandLineParser &parser)
     if (isReplay) {
         const RecordingHead &head = recording.head();
         scenario.seed = head.seed;
+        if (const QString problem = addFaults(head.faults); !problem.isEmpty())
+            return recording.placeOfHead() + QStringLiteral("faults: ") + problem;
         if (!parser.isSet(kSpeed))
             speed = qBound(kMinSpeed, head.speed, kMaxSpeed);
         return logIn(head.login, recording.placeOfHead() + QStringLiteral("login"));
@@ -265,14 +267,22 @@ QString CommandLine::checkWithScenario(const QCommandLineParser &parser)
         scenario.seed = parser.value(kSeed).toULongLong(&ok);
     if (!ok)
         return QStringLiteral("--seed \"%1\" is not a whole number").arg(parser.value(kSeed));
-    for (const QString &fault : parser.values(kFault)) {
-        FaultSetting setting;
-        if (const QString problem = Faults::parse(fault, setting); !problem.isEmpty())
-            return QStringLiteral("--fault ") + problem;
-        scenario.faults.append(setting);
-    }
+    if (const QString problem = addFaults(parser.values(kFault)); !problem.isEmpty())
+        return QStringLiteral("--fault ") + problem;
     return logIn(parser.isSet(kLogin) ? parser.value(kLogin) : scenario.logins.first().account,
                  QStringLiteral("--login"));
+}
+
+QString CommandLine::addFaults(const QStringList &texts)
+{
+    faults = texts;
+    for (const QString &text : texts) {
+        FaultSetting setting;
+        if (const QString problem = Faults::parse(text, setting); !problem.isEmpty())
+            return problem;
+        scenario.faults.append(setting);
+    }
+    return QString();
 }
 
 QString CommandLine::logIn(const QString &account, const QString &source)

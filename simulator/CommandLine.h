@@ -30,6 +30,7 @@ struct CommandLine {
     Scenario scenario;
     QByteArray scenarioText;
     Login login;
+    QStringList faults;        ///< of the command line, or of the recording
     QString recordTo;          ///< the file of the recording to write; empty for none
     RecordingReader recording; ///< open, for a replay
     QString text; ///< the help, the version, one line about a mistake, or a line for each mistake in the scenario
@@ -44,6 +45,7 @@ private:
     QString checkReplay(const QCommandLineParser &parser);
     bool readScenario(const QCommandLineParser &parser);
     QString checkWithScenario(const QCommandLineParser &parser);
+    QString addFaults(const QStringList &texts);
     QString logIn(const QString &account, const QString &source);
 };
 

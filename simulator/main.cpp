@@ -23,6 +23,7 @@ std::unique_ptr<sim::Recorder> recorderFor(const sim::CommandLine &options)
     head.speed = options.speed;
     head.login = options.login.account;
     head.settings = sim::SettingsFolder::read(options.login.account);
+    head.faults = options.faults;
     const QString file = options.recordTo;
     return std::make_unique<sim::Recorder>(file, head, [file](const QString &problem) {
         sim::printError(QStringLiteral("the recording ends here: cannot write %1: %2").arg(file, problem));

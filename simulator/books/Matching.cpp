@@ -35,8 +35,14 @@ qint64 keyOfBest(const QVector<QuoteLevel> &levels, const Instrument &instrument
 /// One step of one security. It takes from the orders and notes the fills.
 class Matching::Step {
 public:
-    Step(const Instrument &instrument, const StepTrades &trades, double participation, Outcome &outcome)
-        : m_instrument(instrument), m_trades(trades), m_outcome(outcome), m_volume(trades.volume)
+    Step(qint64 number, const Instrument &instrument, const StepTrades &trades, double participation,
+         const Divides &divides, Outcome &outcome)
+        : m_number(number)
+        , m_instrument(instrument)
+        , m_trades(trades)
+        , m_divides(divides)
+        , m_outcome(outcome)
+        , m_volume(trades.volume)
     {
         const qint64 part = wholeLots(qint64(double(m_volume) * participation), instrument.lot);
         m_ours = qMin(m_volume, qMax(instrument.lot, part));
@@ -119,8 +125,11 @@ private:
         Level &level = queue.begin()->second;
         const auto first = level.orders.begin();
         Waiting &waiting = first->second;
-        const qint64 qty = qMin(waiting.open, qMin(offered, m_ours));
-        m_outcome.fills.push_back({first->first, price, qty});
+        const qint64 whole = qMin(waiting.open, qMin(offered, m_ours));
+        const qint64 qty = dividedIfWanted(first->first, waiting, whole);
+        waiting.firstFill = m_number;
+        if (qty > 0)
+            m_outcome.fills.push_back({first->first, price, qty});
         waiting.open -= qty;
         level.open -= qty;
         if (waiting.open == 0)
@@ -129,12 +138,24 @@ private:
             queue.erase(queue.begin());
         const qint64 used = wholeLots(qty + m_instrument.lot - 1, m_instrument.lot);
         m_volume -= used;
-        m_ours -= used;
+        m_ours = qty < whole ? 0 : m_ours - used;
         return used;
     }
 
+    /// The quantity of a fill, or a part of it.
+    qint64 dividedIfWanted(int order, const Waiting &waiting, qint64 qty) const
+    {
+        const bool isFirst = waiting.firstFill == kNoStep;
+        const bool isWholeAtOnce = qty == waiting.open && (isFirst || waiting.firstFill == m_number);
+        const qint64 half = wholeLots(qty / 2, m_instrument.lot);
+        const qint64 part = isFirst ? qMax(half, m_instrument.lot) : half;
+        return isWholeAtOnce && part < qty && m_divides && m_divides(order) ? part : qty;
+    }
+
+    const qint64 m_number;
     const Instrument &m_instrument;
     const StepTrades &m_trades;
+    const Divides &m_divides;
     Outcome &m_outcome;
     qint64 m_volume; ///< that nobody has had yet
     qint64 m_ours;   ///< that the orders may still have of it
@@ -205,7 +226,7 @@ void Matching::remove(int number, const Order &order)
         m_bySecurity.erase(security);
 }
 
-Matching::Outcome Matching::play(const Exchange &exchange, qint64 step)
+Matching::Outcome Matching::play(const Exchange &exchange, qint64 step, const Divides &divides)
 {
     Outcome outcome;
     const Phase phase = Exchange::phase(step);
@@ -218,7 +239,7 @@ Matching::Outcome Matching::play(const Exchange &exchange, qint64 step)
         Levels &buys = security.queues[isAfterHours ? AfterHoursBuys : Buys];
         Levels &sells = security.queues[isAfterHours ? AfterHoursSells : Sells];
         if (const std::optional<StepTrades> trades = tradesThatReach(buys, sells, instrument, exchange, step)) {
-            Step played(instrument, *trades, exchange.rules().participation, outcome);
+            Step played(step, instrument, *trades, exchange.rules().participation, divides, outcome);
             if (phase == Phase::Continuous) {
                 played.takeLevels(buys, kBuying);
                 played.takeLevels(sells, kSelling);

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <vector>
@@ -50,18 +51,26 @@ public:
 
     bool isEmpty() const { return m_bySecurity.empty(); }
 
+    /// Asked when the order of that number would be filled whole in the step in which it fills first. True leaves a
+    /// part of it open, and gives the rest of the step's volume to others, so that no later order comes before that
+    /// part.
+    using Divides = std::function<bool(int order)>;
+
     /// Orders that are filled whole are no longer here.
-    Outcome play(const Exchange &exchange, qint64 step);
+    Outcome play(const Exchange &exchange, qint64 step, const Divides &divides = {});
 
     /// Adds the orders that wait to the five levels of a quote. Orders that reach its other side are left out: they do
     /// not wait there, they fill at one of the next steps.
     void addTo(Quote &quote, const Instrument &instrument) const;
 
 private:
+    static constexpr qint64 kNoStep = -1;
+
     struct Waiting {
         qint64 open;
         qint64 turn;       ///< the volume of others at this price that must have traded, counted in Level::traded
         int stepsLeft = 0; ///< for an order at market price
+        qint64 firstFill = kNoStep;
     };
 
     /// The orders at one price, by number, which is the order of their acceptance.

@@ -40,7 +40,7 @@ QString whyNotCancellable(OrderStatus status)
 
 TradingDesk::TradingDesk(const Accounts &accounts, const QString &orderIdPrefix, const Exchange &exchange, quint64 seed,
                          const QDateTime &start, Listener listener, const OpeningTerms &opening,
-                         const OrderDelays &delays)
+                         const OrderDelays &delays, const Divides &divides)
     : m_exchange(exchange)
     , m_listener(std::move(listener))
     , m_books(accounts, orderIdPrefix)
@@ -54,6 +54,8 @@ TradingDesk::TradingDesk(const Accounts &accounts, const QString &orderIdPrefix,
         m_touched.clear();
         m_events.clear();
     }
+    if (divides)
+        m_divides = [divides, first = int(m_books.orders().size())](int order) { return order >= first && divides(); };
     for (int number = 0; number < int(m_books.orders().size()); ++number) {
         if (orderAt(number).isOpen())
             m_matching.add(number, orderAt(number), exchange, m_step);
@@ -227,7 +229,7 @@ void TradingDesk::playStep()
         beginDay();
     else if (phase == Phase::Settlement)
         settleDay();
-    const Matching::Outcome outcome = m_matching.play(m_exchange, m_step);
+    const Matching::Outcome outcome = m_matching.play(m_exchange, m_step, m_divides);
     for (const Matching::Fill &one : outcome.fills)
         fill(one);
     for (const int number : outcome.expired) {

@@ -50,10 +50,14 @@ public:
         bool comesTooLate = false; ///< the exchange fills the order at its limit just before
     };
 
+    /// Whether the next order that was entered since the start fills in parts, instead of whole at once. Called with
+    /// the books locked.
+    using Divides = std::function<bool()>;
+
     /// Opens the books for the start time. Accounts and exchange must outlive the desk.
     TradingDesk(const Accounts &accounts, const QString &orderIdPrefix, const Exchange &exchange, quint64 seed,
                 const QDateTime &start, Listener listener, const OpeningTerms &opening = {},
-                const OrderDelays &delays = {});
+                const OrderDelays &delays = {}, const Divides &divides = {});
 
     Reader read() const { return {m_mutex, m_books}; }
 
@@ -123,6 +127,7 @@ private:
     OrderMessages m_messages;
     std::set<int> m_filledBeforeCancel; ///< the orders whose cancels come too late
     Matching m_matching;
+    Matching::Divides m_divides; ///< or empty
     QDateTime m_now;
     qint64 m_step;                              ///< the last step that was played
     QMap<QString, QSet<PositionKey>> m_touched; ///< by trading account

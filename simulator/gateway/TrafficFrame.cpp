@@ -36,6 +36,8 @@ QString kindText(Entry::Kind kind)
         return QStringLiteral("hostEvent");
     case Entry::Quote:
         return QStringLiteral("quote");
+    case Entry::Command:
+        return QStringLiteral("command");
     }
     return QString();
 }

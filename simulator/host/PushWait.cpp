@@ -19,6 +19,8 @@ const QString kOrderPush = QStringLiteral("on_entrustUpdate");
 
 void awaitPushOf(const QString &orderId, Terminal &terminal)
 {
+    if (terminal.isRepeating())
+        return;
     QEventLoop loop;
     const int listener = traffic::log().listen([&](const traffic::Entry &entry) {
         if (entry.kind == traffic::Entry::Event && entry.name == kOrderPush &&

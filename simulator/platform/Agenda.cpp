@@ -69,6 +69,18 @@ void Agenda::timeMoved()
     m_wake.notify_all();
 }
 
+/// Holds that begin wait for what was begun before, because it may move the time.
+void Agenda::changeHolds(int by)
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        m_holds += by;
+        m_wake.notify_all();
+    }
+    if (by > 0)
+        playUntil(m_clock.now());
+}
+
 void Agenda::stop()
 {
     {
@@ -84,11 +96,12 @@ void Agenda::run()
 {
     std::unique_lock lock(m_mutex);
     while (!m_isStopping) {
-        if (!m_soon.empty()) {
-            // The order of the entries settles what comes first: what is due by now, and then this.
+        if (!m_soon.empty() && m_holds == 0) {
+            // The order of the entries settles what comes first: what is due by now, and then this. The action may move
+            // the time, so the next one has another.
             const QDateTime now = m_clock.now();
-            for (Action &action : std::exchange(m_soon, {}))
-                m_entries.emplace(now, std::move(action));
+            m_entries.emplace(now, std::move(m_soon.front()));
+            m_soon.pop_front();
             lock.unlock();
             playUntil(now);
             lock.lock();
@@ -103,6 +116,30 @@ void Agenda::run()
             m_wake.wait_for(lock, m_clock.realTimeUntil(m_entries.begin()->first));
         }
     }
+}
+
+Agenda::Hold::Hold(Agenda &agenda) : m_agenda(agenda)
+{
+    m_agenda.changeHolds(1);
+}
+
+Agenda::Hold::~Hold()
+{
+    m_agenda.changeHolds(-1);
+}
+
+Agenda::Release::Release(Agenda &agenda)
+    : m_agenda(agenda), m_holds([&agenda] {
+        const std::lock_guard lock(agenda.m_mutex);
+        return agenda.m_holds;
+    }())
+{
+    m_agenda.changeHolds(-m_holds);
+}
+
+Agenda::Release::~Release()
+{
+    m_agenda.changeHolds(m_holds);
 }
 
 } // namespace sim

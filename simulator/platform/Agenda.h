@@ -35,8 +35,42 @@ public:
     void playUntil(const QDateTime &time);
 
     /// Does it on the agenda's thread as soon as possible, at the exchange time of that moment and after everything up
-    /// to it.
+    /// to it. While somebody holds the agenda, it waits.
     void soon(Action action);
+
+    /// While it exists, no action begins, and whoever plays waits. It first waits for the current one. Not from an
+    /// action.
+    class Standstill {
+    public:
+        explicit Standstill(Agenda &agenda) : m_lock(agenda.m_playing) {}
+
+    private:
+        Q_DISABLE_COPY(Standstill)
+        const std::lock_guard<std::mutex> m_lock;
+    };
+
+    /// While it exists, nothing is done soon. It first waits for what is being done. Not from an action.
+    class VARNEL_HOST_API Hold {
+    public:
+        explicit Hold(Agenda &agenda);
+        ~Hold();
+
+    private:
+        Q_DISABLE_COPY(Hold)
+        Agenda &m_agenda;
+    };
+
+    /// While it exists, the holds of this thread do not count. At its end it waits for what is being done.
+    class VARNEL_HOST_API Release {
+    public:
+        explicit Release(Agenda &agenda);
+        ~Release();
+
+    private:
+        Q_DISABLE_COPY(Release)
+        Agenda &m_agenda;
+        const int m_holds;
+    };
 
     /// To be called when the clock's time or speed was changed.
     void timeMoved();
@@ -46,6 +80,7 @@ public:
 
 private:
     void run();
+    void changeHolds(int by);
     Action takeUntil(const QDateTime &time, QDateTime &due);
 
     const SimulatedClock &m_clock;
@@ -57,6 +92,7 @@ private:
     std::multimap<QDateTime, Action> m_entries;
     std::deque<Action> m_soon;
     std::thread::id m_player; ///< the thread that holds m_playing
+    int m_holds = 0;
     bool m_isStopping = false;
 
     std::thread m_thread; ///< last: it uses all of the above

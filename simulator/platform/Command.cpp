@@ -99,19 +99,22 @@ constexpr std::array<Reading, Command::kCount> kReadings{noArgument, readSymbolI
 const std::array<CommandInfo, Command::kCount> &Command::all()
 {
     static const std::array<CommandInfo, kCount> table{{
-        {CommandName::Pause, "pause", "", "Lets exchange time stand still: no quote, no fill, no message on the bus."},
-        {CommandName::Resume, "resume", "[SYMBOL]", "Lets time run on; with a symbol, ends the halt of that security."},
-        {CommandName::Step, "step", "", "Pauses, and goes to the next change of the quotes."},
-        {CommandName::Speed, "speed", "X", "Runs time X times as fast as real time, 0.01 to 1000."},
+        {CommandName::Pause, "pause", "", "Lets exchange time stand still: no quote, no fill, no message on the bus.",
+         false},
+        {CommandName::Resume, "resume", "[SYMBOL]", "Lets time run on; with a symbol, ends the halt of that security.",
+         false},
+        {CommandName::Step, "step", "", "Pauses, and goes to the next change of the quotes.", false},
+        {CommandName::Speed, "speed", "X", "Runs time X times as fast as real time, 0.01 to 1000.", false},
         {CommandName::Jump, "jump", "TIME",
          "Goes to a later time at once: close (the next one), 14:57:00, or 2025-03-04 09:30:00. Open orders fill on "
-         "the "
-         "way."},
-        {CommandName::Fault, "fault", "NAME[=VALUE]", "Switches a fault on, or sets its value; 0 switches it off."},
-        {CommandName::Clear, "clear", "[NAME]", "Switches a fault off, or all."},
-        {CommandName::Halt, "halt", "SYMBOL", "Halts a security: it is not traded until its halt ends."},
-        {CommandName::Burst, "burst", "N", "Enters N orders at once, and cancels them a second later."},
-        {CommandName::Drop, "drop", "[PAGE]", "Breaks the connection of the page with this number, or of all."},
+         "the way.",
+         true},
+        {CommandName::Fault, "fault", "NAME[=VALUE]", "Switches a fault on, or sets its value; 0 switches it off.",
+         true},
+        {CommandName::Clear, "clear", "[NAME]", "Switches a fault off, or all.", true},
+        {CommandName::Halt, "halt", "SYMBOL", "Halts a security: it is not traded until its halt ends.", true},
+        {CommandName::Burst, "burst", "N", "Enters N orders at once, and cancels them a second later.", true},
+        {CommandName::Drop, "drop", "[PAGE]", "Breaks the connection of the page with this number, or of all.", false},
     }};
     return table;
 }
@@ -124,6 +127,7 @@ QString Command::parse(const QString &text, Command &command)
         if (word != QLatin1String(info.word))
             continue;
         command = Command();
+        command.text = simplified;
         command.name = info.name;
         const QString problem = kReadings[size_t(info.name)](simplified.section(QLatin1Char(' '), 1), command);
         return problem.isEmpty() ? problem : QStringLiteral("%1 %2").arg(word, problem);
@@ -132,6 +136,11 @@ QString Command::parse(const QString &text, Command &command)
     for (const CommandInfo &info : all())
         words.append(QLatin1String(info.word));
     return QStringLiteral("\"%1\" is not a command: there are %2").arg(word, words.join(QStringLiteral(", ")));
+}
+
+bool Command::isPlayedAgain() const
+{
+    return all()[size_t(name)].isPlayedAgain || !symbol.isEmpty(); // the end of a halt changes the market
 }
 
 QDateTime jumpTarget(const QString &time, const QDateTime &now, const TradingCalendar &calendar)

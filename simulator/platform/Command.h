@@ -21,6 +21,7 @@ struct CommandInfo {
     const char *word;
     const char *argument; ///< its form; empty for none, in brackets where it may be left out
     const char *sentence; ///< what it does, for a person
+    bool isPlayedAgain;   ///< in the replay of a recording that has it: see Command::isPlayedAgain
 };
 
 /// A command, read from a text such as "burst 2000". A plain value.
@@ -36,6 +37,11 @@ struct VARNEL_HOST_API Command {
     /// Reads a word and its argument. Returns why the text is no command; empty when it is one.
     static QString parse(const QString &text, Command &command);
 
+    /// Whether the replay of a recording carries it out. Commands that concern the pace are not played again: a replay
+    /// has its own. Neither are broken connections, because a recording has the end of each page.
+    bool isPlayedAgain() const;
+
+    QString text; ///< that was read
     CommandName name = CommandName::Pause;
     double speed = 1;
     QString symbol;       ///< to halt, or whose halt ends

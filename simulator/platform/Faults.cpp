@@ -1,5 +1,7 @@
 #include "platform/Faults.h"
 
+#include "platform/FrozenTime.h"
+
 namespace sim {
 
 namespace {
@@ -22,6 +24,9 @@ const std::array<FaultInfo, Faults::kCount> &Faults::all()
          "order."},
         {Fault::LateCancels, "late-cancels", FaultKind::Count, kMostTimes,
          "The next N cancels come too late: the exchange fills the orders whole, at their limits, just before."},
+        {Fault::FillInParts, "fill-in-parts", FaultKind::Count, kMostTimes,
+         "The next N orders that would fill whole at once fill in parts: half first, and the rest at a later change of "
+         "the quotes."},
         {Fault::AnswerAfterPush, "answer-after-push", FaultKind::Count, kMostTimes,
          "The next N calls that place orders are answered after the push of their orders."},
         {Fault::LatePushes, "late-pushes", FaultKind::Milliseconds, kMostMilliseconds,
@@ -79,23 +84,29 @@ QString Faults::parse(const QString &text, FaultSetting &setting)
     return QString();
 }
 
-void Faults::set(const FaultSetting &setting)
+void Faults::set(const FaultSetting &setting, const QDateTime &time)
 {
     const std::lock_guard lock(m_mutex);
-    m_values[size_t(setting.fault)] = setting.value;
+    Value &value = m_values[size_t(setting.fault)];
+    if (value.since != time)
+        value.before = value.latest;
+    value.latest = setting.value;
+    value.since = time;
     m_changed.notify_all();
 }
 
 int Faults::value(Fault fault) const
 {
     const std::lock_guard lock(m_mutex);
-    return m_values[size_t(fault)];
+    const Value &value = m_values[size_t(fault)];
+    const QDateTime *const frozen = FrozenTime::current();
+    return frozen && value.since.isValid() && *frozen < value.since ? value.before : value.latest;
 }
 
 bool Faults::take(Fault fault)
 {
     const std::lock_guard lock(m_mutex);
-    int &left = m_values[size_t(fault)];
+    int &left = m_values[size_t(fault)].latest;
     if (left == 0)
         return false;
     --left;
@@ -107,7 +118,7 @@ void Faults::awaitSlowServer(double speed)
     using Clock = std::chrono::steady_clock;
     const Clock::time_point begin = Clock::now();
     std::unique_lock lock(m_mutex);
-    while (const int delay = m_values[size_t(Fault::SlowAnswers)]) {
+    while (const int delay = m_values[size_t(Fault::SlowAnswers)].latest) {
         const auto end = begin + std::chrono::microseconds(qint64(delay * 1000.0 / speed));
         if (Clock::now() >= end)
             return;

@@ -2,6 +2,7 @@
 
 #include "HostApi.h"
 
+#include <QDateTime>
 #include <QStringList>
 
 #include <array>
@@ -19,6 +20,7 @@ enum class Fault {
     RefuseOrders,
     RefuseOrdersSilently,
     LateCancels,
+    FillInParts,
     AnswerAfterPush,
     LatePushes,
     FailPermissions,
@@ -66,8 +68,11 @@ public:
     /// the text is no fault; empty when it is one.
     static QString parse(const QString &text, FaultSetting &setting);
 
-    void set(const FaultSetting &setting);
+    /// time: from which on it has that value; from the beginning when it is left out.
+    void set(const FaultSetting &setting, const QDateTime &time = {});
 
+    /// A thread whose time stands still (FrozenTime) gets the value of that time, also if it has been changed since: a
+    /// message that is handled late is handled as of its time.
     int value(Fault fault) const;
     bool isOn(Fault fault) const { return value(fault) > 0; }
 
@@ -81,9 +86,15 @@ public:
     void awaitSlowServer(double speed);
 
 private:
+    struct Value {
+        int latest = 0;
+        int before = 0;  ///< until the time below
+        QDateTime since; ///< invalid: always
+    };
+
     mutable std::mutex m_mutex;
     std::condition_variable m_changed;
-    std::array<int, kCount> m_values{}; ///< guarded by m_mutex
+    std::array<Value, kCount> m_values{}; ///< guarded by m_mutex
 };
 
 } // namespace sim

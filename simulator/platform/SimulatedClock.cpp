@@ -11,8 +11,6 @@ namespace {
 constexpr std::chrono::milliseconds kHour = std::chrono::hours(1);
 constexpr double kNanosecondsPerMillisecond = 1e6;
 
-thread_local const QDateTime *t_frozen = nullptr;
-
 } // namespace
 
 SimulatedClock::SimulatedClock(const QDateTime &start, double speed)
@@ -160,21 +158,6 @@ SimulatedClock::Release::~Release()
     const std::lock_guard lock(m_clock.m_mutex);
     m_clock.m_heldAt = m_clock.reached();
     m_clock.m_holds += m_holds;
-}
-
-FrozenTime::FrozenTime(const QDateTime &time) : m_time(time), m_before(t_frozen)
-{
-    t_frozen = &m_time;
-}
-
-FrozenTime::~FrozenTime()
-{
-    t_frozen = m_before;
-}
-
-const QDateTime *FrozenTime::current()
-{
-    return t_frozen;
 }
 
 } // namespace sim

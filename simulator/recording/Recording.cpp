@@ -26,19 +26,21 @@ const QString seed = QStringLiteral("seed");
 const QString speed = QStringLiteral("speed");
 const QString login = QStringLiteral("login");
 const QString settings = QStringLiteral("settings");
+const QString faults = QStringLiteral("faults");
 const QString kind = QStringLiteral("kind");
 const QString time = QStringLiteral("time");
 const QString page = QStringLiteral("page");
 const QString name = QStringLiteral("name");
 const QString uuid = QStringLiteral("uuid");
 const QString args = QStringLiteral("args");
+const QString isInCall = QStringLiteral("isInCall");
 } // namespace Key
 
 /// By RecordedEntry::Kind.
 const QString kKinds[] = {
-    QStringLiteral("opened"), QStringLiteral("closed"), QStringLiteral("call"),
-    QStringLiteral("reply"),  QStringLiteral("push"),   QStringLiteral("request"),
-    QStringLiteral("answer"), QStringLiteral("event"),  QStringLiteral("quote"),
+    QStringLiteral("opened"), QStringLiteral("closed"),  QStringLiteral("call"),   QStringLiteral("reply"),
+    QStringLiteral("push"),   QStringLiteral("request"), QStringLiteral("answer"), QStringLiteral("event"),
+    QStringLiteral("quote"),  QStringLiteral("command"),
 };
 
 std::optional<RecordedEntry::Kind> kindOf(const Entry &entry)
@@ -60,6 +62,8 @@ std::optional<RecordedEntry::Kind> kindOf(const Entry &entry)
         return RecordedEntry::HostEvent;
     case Entry::Quote:
         return RecordedEntry::Quote;
+    case Entry::Command:
+        return RecordedEntry::Command;
     default: // they tell how long something took
         return std::nullopt;
     }
@@ -74,7 +78,7 @@ QByteArray lineOf(const QJsonObject &object)
 
 QByteArray recordingLine(const RecordingHead &head)
 {
-    return lineOf({
+    QJsonObject object{
         {Key::format, kFormat},
         {Key::version, RecordingHead::kVersion},
         {Key::simulator, head.simulator},
@@ -83,7 +87,10 @@ QByteArray recordingLine(const RecordingHead &head)
         {Key::speed, head.speed},
         {Key::login, head.login},
         {Key::settings, QString::fromUtf8(head.settings)},
-    });
+    };
+    if (!head.faults.isEmpty())
+        object.insert(Key::faults, QJsonArray::fromStringList(head.faults));
+    return lineOf(object);
 }
 
 QByteArray recordingLine(const Entry &entry)
@@ -101,6 +108,8 @@ QByteArray recordingLine(const Entry &entry)
         object.insert(Key::uuid, entry.uuid);
     if (!entry.args.isEmpty())
         object.insert(Key::args, QJsonArray::fromVariantList(entry.args));
+    if (kind == RecordedEntry::Command && entry.call != 0)
+        object.insert(Key::isInCall, true);
     return lineOf(object);
 }
 
@@ -118,9 +127,9 @@ bool RecordingReader::open(const QString &fileName, QString &error)
         error = placeOfHead() + QStringLiteral("not the head of a recording");
         return false;
     }
-    if (head->value(Key::version) != RecordingHead::kVersion) {
-        error = placeOfHead() +
-                QStringLiteral("version %1 of the format is not known").arg(head->value(Key::version).toInt());
+    const QJsonValue version = head->value(Key::version);
+    if (version != 1 && version != RecordingHead::kVersion) {
+        error = placeOfHead() + QStringLiteral("version %1 of the format is not known").arg(version.toInt());
         return false;
     }
     m_head.simulator = head->value(Key::simulator).toString();
@@ -129,6 +138,7 @@ bool RecordingReader::open(const QString &fileName, QString &error)
     m_head.speed = head->value(Key::speed).toDouble();
     m_head.login = head->value(Key::login).toString();
     m_head.settings = head->value(Key::settings).toString().toUtf8();
+    m_head.faults = head->value(Key::faults).toVariant().toStringList();
     return true;
 }
 
@@ -154,6 +164,8 @@ std::optional<RecordedEntry> RecordingReader::next(QString &error)
     entry.name = object->value(Key::name).toString();
     entry.uuid = object->value(Key::uuid).toString();
     entry.args = object->value(Key::args).toArray().toVariantList();
+    entry.isInCall = object->value(Key::isInCall).toBool();
+    entry.line = m_line;
     return entry;
 }
 

@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QDateTime>
 #include <QFile>
+#include <QStringList>
 
 #include <optional>
 
@@ -15,7 +16,8 @@ namespace sim {
 
 /// What a run began with: the first line of a recording. A plain value.
 struct RecordingHead {
-    static constexpr int kVersion = 1;
+    /// From version 2 on a recording has the commands, and the faults of the command line. Version 1 is still read.
+    static constexpr int kVersion = 2;
 
     QString simulator;   ///< its version
     QByteArray scenario; ///< the text of the scenario's file
@@ -23,14 +25,15 @@ struct RecordingHead {
     double speed = 1;
     QString login;       ///< the account
     QByteArray settings; ///< the login's settings file
+    QStringList faults;  ///< in addition to those of the scenario, as on the command line
 };
 
 /// Something that passed: every other line. A plain value.
-/// Pages, calls and time decide all else. So what changes the world in another way while it runs, such as a command of
-/// somebody who looks on, has to become a kind of its own: entered in the log of the traffic at the exchange time at
-/// which it acts (Entry.h), translated in Recording.cpp (kindOf), and made again in Replay::isDue() and play().
+/// Pages, calls, commands and time decide all else. So what changes the world in another way while it runs has to
+/// become a kind of its own: entered in the log of the traffic at the exchange time at which it acts (Entry.h),
+/// translated in Recording.cpp (kindOf), and made again in Replay::isDue() and play().
 struct RecordedEntry {
-    enum Kind { PageOpened, PageClosed, Call, Reply, Push, HostRequest, HostAnswer, HostEvent, Quote };
+    enum Kind { PageOpened, PageClosed, Call, Reply, Push, HostRequest, HostAnswer, HostEvent, Quote, Command };
 
     Kind kind = Quote;
     QDateTime time; ///< at the exchange
@@ -38,6 +41,8 @@ struct RecordedEntry {
     QString name = {};
     QString uuid = {};
     QVariantList args = {};
+    bool isInCall = false; ///< a command that acted while a slow server held the call before it
+    int line = 0;          ///< its number
 };
 
 QByteArray recordingLine(const RecordingHead &head);

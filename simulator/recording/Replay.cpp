@@ -28,6 +28,13 @@ QString methodOf(const QString &reply)
     return reply.chopped(3) + QStringLiteral("REQ"); // …_RES
 }
 
+/// Whether it makes other things happen.
+bool isCause(RecordedEntry::Kind kind)
+{
+    return kind == RecordedEntry::PageOpened || kind == RecordedEntry::PageClosed || kind == RecordedEntry::Call ||
+           kind == RecordedEntry::Command;
+}
+
 } // namespace
 
 Replay::Replay(RecordingReader &recording, Terminal &terminal, Mode mode, std::chrono::milliseconds patience)
@@ -75,12 +82,9 @@ void Replay::proceed()
     if (m_hasEnded)
         return;
     if (!m_entry) {
-        QString error;
-        m_entry = m_recording.next(error);
-        if (!error.isEmpty())
-            return end(Outcome::Broken, error);
+        m_entry = next();
         if (!m_entry)
-            return endWithCount();
+            return m_broken.isEmpty() ? endWithCount() : end(Outcome::Broken, m_broken);
     }
     if (!isDue() || !play() || m_hasEnded)
         return;
@@ -93,10 +97,8 @@ void Replay::proceed()
 bool Replay::isDue()
 {
     const RecordedEntry::Kind kind = m_entry->kind;
-    const bool isOfPage =
-        kind == RecordedEntry::PageOpened || kind == RecordedEntry::PageClosed || kind == RecordedEntry::Call;
-    // All else follows from the calls and the time; a reply must have the time to come.
-    if (!isOfPage && (kind != RecordedEntry::Reply || m_mode != Verify))
+    // All else follows from the calls, the commands and the time; a reply must have the time to come.
+    if (!isCause(kind) && (kind != RecordedEntry::Reply || m_mode != Verify))
         return true;
     if (m_mode == Timed) {
         m_terminal.setTimeLimit(m_entry->time);
@@ -122,10 +124,7 @@ bool Replay::play()
 {
     switch (m_entry->kind) {
     case RecordedEntry::PageOpened:
-        m_pages[m_entry->page] = std::make_unique<PlayedPage>(m_entry->page, [this] {
-            if (m_isWaiting)
-                proceedLater();
-        });
+        open();
         return true;
     case RecordedEntry::PageClosed:
         if (endWithUntaken())
@@ -137,6 +136,9 @@ bool Replay::play()
             return false;
         call();
         return true;
+    case RecordedEntry::Command:
+        carryOut(*m_entry);
+        return true;
     case RecordedEntry::Reply:
         return m_mode != Verify || compareReply();
     default:
@@ -144,17 +146,60 @@ bool Replay::play()
     }
 }
 
+void Replay::open()
+{
+    const auto whenAnswered = [this] {
+        if (m_isWaiting)
+            proceedLater();
+    };
+    // For the first page the library asks the servers.
+    m_terminal.repeat([&] { m_pages[m_entry->page] = std::make_unique<PlayedPage>(m_entry->page, whenAnswered); },
+                      [] {});
+}
+
 void Replay::call()
 {
     const auto page = m_pages.find(m_entry->page);
     if (page == m_pages.end())
-        return end(Outcome::Broken, place() + QStringLiteral("a call of a page that is not open"));
+        return end(Outcome::Broken, placeOf(*m_entry) + QStringLiteral("a call of a page that is not open"));
     ++m_calls;
-    const Terminal::OrderQuestion question =
-        m_terminal.askBeforeOrders({}); // the user has answered in the recorded run
-    page->second->call(*m_entry);
-    m_terminal.askBeforeOrders(question);
-    emit called(m_recording.line(), *m_entry);
+    m_terminal.repeat([&] { page->second->call(*m_entry); }, [this] { carryOutCommandsInCall(); });
+    emit called(m_entry->line, *m_entry);
+}
+
+void Replay::carryOut(const RecordedEntry &entry)
+{
+    Command command;
+    const QString problem = Command::parse(entry.name, command);
+    if (!problem.isEmpty())
+        return end(Outcome::Broken, placeOf(entry) + problem);
+    if (command.isPlayedAgain())
+        m_terminal.control().runAndWait(command); // a command that was refused then is refused again
+}
+
+/// The time of the call stands still, so they have the same. They may come after a few other entries.
+void Replay::carryOutCommandsInCall()
+{
+    std::deque<RecordedEntry> others;
+    while (const std::optional<RecordedEntry> entry = next()) {
+        const bool isInCall = entry->kind == RecordedEntry::Command && entry->isInCall;
+        if (isInCall)
+            carryOut(*entry);
+        else
+            others.push_back(*entry);
+        if (entry->time > m_entry->time || (isCause(entry->kind) && !isInCall))
+            break;
+    }
+    m_ahead.insert(m_ahead.begin(), others.begin(), others.end());
+}
+
+std::optional<RecordedEntry> Replay::next()
+{
+    if (m_ahead.empty())
+        return m_broken.isEmpty() ? m_recording.next(m_broken) : std::nullopt;
+    RecordedEntry entry = std::move(m_ahead.front());
+    m_ahead.pop_front();
+    return entry;
 }
 
 bool Replay::compareReply()
@@ -162,10 +207,10 @@ bool Replay::compareReply()
     const auto page = m_pages.find(m_entry->page);
     const std::optional<PlayedPage::Reply> reply =
         page == m_pages.end() ? std::nullopt : page->second->take(m_entry->name);
-    const QString what = place() + QStringLiteral("the reply to %1 of page %2 (uuid \"%3\") ")
-                                       .arg(methodOf(m_entry->name))
-                                       .arg(m_entry->page)
-                                       .arg(m_entry->uuid);
+    const QString what = placeOf(*m_entry) + QStringLiteral("the reply to %1 of page %2 (uuid \"%3\") ")
+                                                 .arg(methodOf(m_entry->name))
+                                                 .arg(m_entry->page)
+                                                 .arg(m_entry->uuid);
     if (!reply) {
         if (m_isWaiting && !m_timer.isActive()) {
             end(Outcome::Different, what + QStringLiteral("does not come"));
@@ -202,10 +247,11 @@ bool Replay::endWithUntaken()
     if (!reply)
         return false;
     end(Outcome::Different,
-        place() + QStringLiteral("before it page %1 gets a reply to %2 (uuid \"%3\") that was not "
-                                 "recorded\n  now:      %4")
-                      .arg(m_entry->page)
-                      .arg(methodOf(reply->name), reply->uuid, excerpt(reply->args.join(QLatin1Char('\n')), 0)));
+        placeOf(*m_entry) +
+            QStringLiteral("before it page %1 gets a reply to %2 (uuid \"%3\") that was not "
+                           "recorded\n  now:      %4")
+                .arg(m_entry->page)
+                .arg(methodOf(reply->name), reply->uuid, excerpt(reply->args.join(QLatin1Char('\n')), 0)));
     return true;
 }
 
@@ -225,9 +271,9 @@ void Replay::endWithCount()
                            : calls + QStringLiteral(" played"));
 }
 
-QString Replay::place() const
+QString Replay::placeOf(const RecordedEntry &entry) const
 {
-    return QStringLiteral("%1: line %2: ").arg(m_recording.fileName()).arg(m_recording.line());
+    return QStringLiteral("%1: line %2: ").arg(m_recording.fileName()).arg(entry.line);
 }
 
 } // namespace sim

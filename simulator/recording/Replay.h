@@ -7,6 +7,7 @@
 #include <QTimer>
 
 #include <chrono>
+#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
@@ -15,8 +16,9 @@ namespace sim {
 
 class Terminal;
 
-/// Plays a recording on a fresh terminal of its scenario, seed and login: its pages make their calls again, in their
-/// order, at the exchange times that were recorded. Made and destroyed by main or a test; user-interface thread only.
+/// Plays a recording on a fresh terminal of its scenario, faults, seed and login: its pages make their calls again, and
+/// commands act again, in their order and at the exchange times that were recorded. Made and destroyed by main or a
+/// test; user-interface thread only.
 class Replay : public QObject {
     Q_OBJECT
 public:
@@ -55,19 +57,25 @@ private:
     void proceed();
     bool isDue();
     bool play();
+    std::optional<RecordedEntry> next();
+    void open();
     void call();
+    void carryOut(const RecordedEntry &entry);
+    void carryOutCommandsInCall();
     bool compareReply();
     void wait(std::chrono::milliseconds time);
     void end(Outcome::Kind kind, const QString &text);
     void endWithCount();
     bool endWithUntaken();
-    QString place() const;
+    QString placeOf(const RecordedEntry &entry) const;
 
     RecordingReader &m_recording;
     Terminal &m_terminal;
     const Mode m_mode;
     const std::chrono::milliseconds m_patience;
     std::optional<RecordedEntry> m_entry; ///< the next one to play
+    std::deque<RecordedEntry> m_ahead;    ///< that were read and come after it
+    QString m_broken;                     ///< why no more can be read
     std::map<int, std::unique_ptr<PlayedPage>> m_pages;
     QTimer m_timer;
     bool m_isWaiting = false; ///< for a reply

@@ -5,10 +5,17 @@
 #include "platform/Logging.h"
 #include "terminal/OrderFlow.h"
 #include "terminal/Terminal.h"
+#include "traffic/Log.h"
 
 #include <future>
 
 namespace sim {
+
+namespace {
+
+constexpr int kMostDays = 366; ///< of a jump: all settlements on the way are played, which must end some time
+
+} // namespace
 
 Control::Control(Terminal &terminal, Faults &faults, Agenda &agenda, OrderFlow &flow)
     : m_terminal(terminal), m_faults(faults), m_agenda(agenda), m_flow(flow)
@@ -34,7 +41,21 @@ void Control::plan(const QVector<TimelineEntry> &timeline)
 
 void Control::run(const Command &command, Listener done)
 {
-    m_agenda.soon([this, command, done = std::move(done)](const QDateTime &time) { done(carryOut(command, time)); });
+    m_agenda.soon([this, command, done = std::move(done)](const QDateTime &time) {
+        traffic::Entry entry;
+        entry.kind = traffic::Entry::Command;
+        entry.name = command.text;
+        entry.call = m_terminal.heldCall();
+        traffic::log().add(std::move(entry));
+        done(carryOut(command, time));
+    });
+}
+
+QString Control::runAndWait(const Command &command)
+{
+    std::promise<QString> done;
+    run(command, [&](const QString &problem) { done.set_value(problem); });
+    return done.get_future().get();
 }
 
 void Control::awaitRuns()
@@ -52,6 +73,7 @@ void Control::setDrop(Drop drop)
 
 QString Control::carryOut(const Command &command, const QDateTime &time)
 {
+    m_terminal.desk().advance(time); // what filled before does not depend on the command
     switch (command.name) {
     case CommandName::Pause:
         m_terminal.pause();
@@ -68,14 +90,14 @@ QString Control::carryOut(const Command &command, const QDateTime &time)
     case CommandName::Jump:
         return jump(command, time);
     case CommandName::Fault:
-        m_faults.set(command.fault);
+        m_faults.set(command.fault, time);
         break;
     case CommandName::Clear:
         if (!command.isOfAll)
-            m_faults.set(command.fault);
+            m_faults.set(command.fault, time);
         else
             for (const FaultInfo &info : Faults::all())
-                m_faults.set({info.fault, 0});
+                m_faults.set({info.fault, 0}, time);
         break;
     case CommandName::Halt:
         return halt(command, time);
@@ -115,6 +137,8 @@ QString Control::jump(const Command &command, const QDateTime &time)
     if (!target.isValid())
         return QStringLiteral("%1 has passed: it is %2")
             .arg(command.time, time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")));
+    if (target > time.addDays(kMostDays))
+        return QStringLiteral("%1 is more than a year ahead: jump there in steps").arg(command.time);
     m_flow.skipTo(target);
     m_terminal.skipTo(target);
     return QString();

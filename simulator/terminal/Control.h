@@ -27,8 +27,13 @@ public:
     /// Hears why the command was not carried out, and nothing when it was; on the agenda's thread.
     using Listener = std::function<void(const QString &problem)>;
 
-    /// Carries it out, at the exchange time of this moment.
+    /// Carries it out, at the exchange time of this moment, and enters it in the log of the traffic. If a call of a
+    /// page is being made, it waits for its end, or until a slow server holds the call.
     void run(const Command &command, Listener done);
+
+    /// The same, and waits for it. Returns why it was not carried out. Neither from an action of the agenda, nor in a
+    /// call of a page outside the wait for a slow server.
+    QString runAndWait(const Command &command);
 
     /// Waits until all that was to be run before has been. Not from an action of the agenda.
     void awaitRuns();

@@ -34,7 +34,7 @@ Terminal::Terminal(const Scenario &scenario, const Login &login, double speed, b
               m_tradeEvents.announce(events);
               m_alarm.check();
           },
-          scenario.opening, scenario.orderDelays)
+          scenario.opening, scenario.orderDelays, [this] { return m_faults.take(Fault::FillInParts); })
     , m_strategies(*m_bus, scenario, m_faults)
     , m_flow(scenario.orderFlow, m_accounts, m_desk, m_exchange, m_agenda, scenario.seed)
     , m_control(*this, m_faults, m_agenda, m_flow)
@@ -46,6 +46,11 @@ Terminal::Terminal(const Scenario &scenario, const Login &login, double speed, b
     PermissionService::install(*m_bus, scenario, m_faults);
     for (const FaultSetting &fault : scenario.faults)
         m_faults.set(fault);
+    // The first of the threads below may need the world as of a later time, so the agenda is written before. Its
+    // actions use all of this.
+    const Agenda::Standstill untilAllIsThere(m_agenda);
+    m_control.plan(scenario.timeline);
+    m_flow.start(scenario.start);
     m_quoteFeed = std::make_unique<QuoteFeed>(
         m_exchange, m_clock,
         [this](const QDateTime &time) {
@@ -61,9 +66,6 @@ Terminal::Terminal(const Scenario &scenario, const Login &login, double speed, b
         });
     m_alarm.start(
         m_clock, [this] { return m_desk.nextMessage(); }, [this](const QDateTime &time) { play(time); });
-    // From here on the agenda's thread uses all of the above.
-    m_control.plan(scenario.timeline);
-    m_flow.start(scenario.start);
 }
 
 Terminal::~Terminal()
@@ -144,7 +146,7 @@ void Terminal::tellThatTimeMoved()
     m_alarm.check();
 }
 
-Terminal::Moment::Moment(Terminal &terminal) : m_hold(terminal.m_clock)
+Terminal::Moment::Moment(Terminal &terminal) : m_noCommand(terminal.m_agenda), m_hold(terminal.m_clock)
 {
     terminal.play(terminal.now());
 }
@@ -176,9 +178,33 @@ void Terminal::letTimeRun(const std::function<void()> &meanwhile)
     {
         const traffic::CallScope none(0); // what happens while the event loop spins belongs to no call
         const SimulatedClock::Release goesOn(m_clock);
+        const Agenda::Release commandsAct(m_agenda);
         meanwhile();
     }
     play(now());
+}
+
+void Terminal::awaitSlowServer()
+{
+    m_heldCall = traffic::CallScope::current();
+    {
+        const Agenda::Release commandsAct(m_agenda);
+        if (m_whenHeld)
+            (*m_whenHeld)();
+        else
+            m_faults.awaitSlowServer(m_clock.speed());
+    }
+    play(now());
+    m_heldCall = 0;
+}
+
+void Terminal::repeat(const std::function<void()> &action, const std::function<void()> &whenHeld)
+{
+    const OrderQuestion question = askBeforeOrders({});
+    m_whenHeld = &whenHeld;
+    action();
+    m_whenHeld = nullptr;
+    askBeforeOrders(question);
 }
 
 bool Terminal::isThere()

@@ -15,6 +15,7 @@
 #include "terminal/Control.h"
 #include "terminal/OrderFlow.h"
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -58,7 +59,8 @@ public:
         explicit Moment(Terminal &terminal);
 
     private:
-        const SimulatedClock::Hold m_hold;
+        const Agenda::Hold m_noCommand;    ///< what the call answers must not depend on when in it a command comes
+        const SimulatedClock::Hold m_hold; ///< after it: a command that is acting may move the time
     };
 
     /// Exchange time goes no further than this. A limit in the past is one of this moment.
@@ -105,8 +107,20 @@ public:
     /// Does what may take long and spin the event loop. Exchange time runs on meanwhile, also in a Moment.
     void letTimeRun(const std::function<void()> &meanwhile);
 
-    /// Holds this thread while a server is slow.
-    void awaitSlowServer() { m_faults.awaitSlowServer(m_clock.speed()); }
+    /// Holds the call of a page, and this thread, while a server is slow. Commands act meanwhile, also in a Moment: one
+    /// of them may end it.
+    void awaitSlowServer();
+
+    /// The call of a page that a slow server holds, or held a moment ago: its number in the log of the traffic, or 0.
+    quint64 heldCall() const { return m_heldCall; }
+
+    /// Does what a page did in another run: opens it, or makes its call. Nobody is asked and nothing is waited for,
+    /// because that was done then. whenHeld: called where a slow server may have held it. User-interface thread only,
+    /// as the next one.
+    void repeat(const std::function<void()> &action, const std::function<void()> &whenHeld);
+
+    /// Whether such an action is going on.
+    bool isRepeating() const { return m_whenHeld; }
 
     const std::shared_ptr<MessageBus> &bus() const { return m_bus; }
     QuoteFeed &quoteFeed() { return *m_quoteFeed; }
@@ -130,6 +144,8 @@ private:
     TradingDesk m_desk;
     StrategyPlatform m_strategies;
     OrderQuestion m_orderQuestion;
+    const std::function<void()> *m_whenHeld = nullptr; ///< of what is repeated, or null
+    std::atomic<quint64> m_heldCall{0};
     Agenda m_agenda{m_clock};
     OrderFlow m_flow;
     Control m_control;

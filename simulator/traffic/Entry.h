@@ -21,6 +21,7 @@ struct Entry {
         HostAnswer,     ///< on the bus: name, messageId (of the request), args (the first records), count
         HostEvent,      ///< on the bus: name, messageId, args (the fields)
         Quote,          ///< name (the symbol)
+        Command, ///< name (its text), call (of a page, if it acted while a slow server held one); given by a person
     };
 
     Kind kind = Call;

@@ -65,6 +65,23 @@ test.describe('the views', { tag: '@page' }, () => {
   });
 });
 
+test.describe('a view that fails', { tag: '@page' }, () => {
+  test('says so, and leaves the others alone', async ({ page }) => {
+    await page.addInitScript(() => {
+      // No chart can be made without a canvas.
+      const create = document.createElement.bind(document);
+      document.createElement = ((name: string) => {
+        if (name === 'canvas') throw new Error('no canvas');
+        return create(name);
+      }) as typeof document.createElement;
+    });
+    await page.goto('/');
+    await expect(page.getByRole('tabpanel', { name: '总览' }).getByRole('alert')).toContainText('此视图出错');
+    await page.getByRole('tab', { name: '交易' }).click();
+    await expect(rows(page, 'blotter-table')).not.toHaveCount(0);
+  });
+});
+
 test.describe('securities', { tag: '@page' }, () => {
   async function choose(page: Page, symbol: string) {
     await page.getByTestId('security-list').getByRole('button', { name: symbol }).click();

@@ -54,8 +54,12 @@ void writeAndRead(Decisions &decisions)
     head.seed = decisions.bits<quint64>();
     head.login = anyText(decisions);
     head.settings = anyFile(decisions);
+    for (int count = decisions.below(3); count > 0; --count)
+        head.faults.append(anyText(decisions));
     traffic::Entry entry;
-    entry.kind = traffic::Entry::Call;
+    const bool isCommand = decisions.below(4) == 0;
+    entry.kind = isCommand ? traffic::Entry::Command : traffic::Entry::Call;
+    entry.call = quint64(decisions.below(2));
     entry.page = decisions.bits<quint16>();
     entry.name = anyText(decisions);
     entry.uuid = anyText(decisions);
@@ -68,12 +72,13 @@ void writeAndRead(Decisions &decisions)
     require(reader.open(fileWith(recordingLine(head) + recordingLine(entry)), error), "the head is not read");
     require(reader.head().simulator == head.simulator && reader.head().scenario == head.scenario &&
                 reader.head().seed == head.seed && reader.head().login == head.login &&
-                reader.head().settings == head.settings,
+                reader.head().settings == head.settings && reader.head().faults == head.faults,
             "the head changes when it is written and read");
     const std::optional<RecordedEntry> read = reader.next(error);
     require(read && error.isEmpty(), "the entry is not read: " + error.toUtf8());
-    require(read->kind == RecordedEntry::Call && read->page == entry.page && read->name == entry.name &&
-                read->uuid == entry.uuid && read->args == entry.args &&
+    require(read->kind == (isCommand ? RecordedEntry::Command : RecordedEntry::Call) &&
+                read->isInCall == (isCommand && entry.call != 0) && read->page == entry.page &&
+                read->name == entry.name && read->uuid == entry.uuid && read->args == entry.args &&
                 read->time.toMSecsSinceEpoch() == entry.exchangeTime,
             "an entry changes when it is written and read");
     require(!reader.next(error) && error.isEmpty(), "there is more than was written");

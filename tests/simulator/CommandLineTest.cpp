@@ -58,6 +58,7 @@ const Mistake kMistakes[] = {
     {"ReplayWithoutFile", "replay", "replay needs one file"},
     {"ReplayOfTwoFiles", "replay a b", "replay needs one file"},
     {"ReplayWithSeed", "replay a --seed 5", "--seed is not for replay: the recording has it"},
+    {"ReplayWithFault", "replay a --fault silent-klines", "--fault is not for replay: the recording has it"},
     {"ReplayThatIsRecorded", "replay a --record b", "--record is not for replay: the recording has it"},
     {"ReplayInTwoWays", "replay a --step --verify", "only one of --speed, --step and --verify can be chosen"},
     {"VerifyInABrowser", "replay a --verify --open", "--open is not for --verify, which ends at once"},
@@ -69,7 +70,7 @@ const Mistake kMistakes[] = {
      "--fault the value of slow-answers must be a whole number from 0 to 600000, such as slow-answers=1000"},
     {"FaultUnknown", "--fault x",
      "--fault \"x\" is not a fault: there are slow-answers, silent-klines, refuse-orders, refuse-orders-silently, "
-     "late-cancels, answer-after-push, late-pushes, fail-permissions, silent-strategies, drop-in-call"},
+     "late-cancels, fill-in-parts, answer-after-push, late-pushes, fail-permissions, silent-strategies, drop-in-call"},
 };
 
 } // namespace

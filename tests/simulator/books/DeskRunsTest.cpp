@@ -54,9 +54,10 @@ Order anyOrder(const DeskWorld &world, random::Sequence &chance, const QDateTime
 }
 
 /// Plays half an hour of the same orders and cancels; the desk is advanced every secondsBetween seconds.
-QStringList playedDay(int secondsBetween)
+QStringList playedDay(int secondsBetween, int divisions = 0)
 {
     DeskWorld world("2025-03-03 10:15:20");
+    world.divisions = divisions;
     random::Sequence chance(1);
     QDateTime now = world.clock.now();
     std::vector<Order> mine;
@@ -86,6 +87,14 @@ TEST(DeskRuns, TheResultDoesNotDependOnHowOftenTheDeskIsAdvanced)
     expectSame(everySecond, playedDay(7));
     expectSame(everySecond, playedDay(400));
     expectSame(everySecond, playedDay(0));
+}
+
+TEST(DeskRuns, TheFillsThatAreDividedDoNotDependOnItEither)
+{
+    const QStringList everySecond = playedDay(1, 40);
+    expectSame(everySecond, playedDay(7, 40));
+    expectSame(everySecond, playedDay(0, 40));
+    EXPECT_NE(everySecond, playedDay(1));
 }
 
 TEST(DeskRuns, AnotherSeedGivesAnotherResult)

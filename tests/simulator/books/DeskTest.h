@@ -31,7 +31,7 @@ struct DeskWorld {
         , desk(
               accounts, QStringLiteral("20250303"), exchange, seed, clock.now(),
               [this](const sim::DeskEvents &more) { events.insert(events.end(), more.begin(), more.end()); },
-              terms.opening, terms.delays)
+              terms.opening, terms.delays, [this] { return divisions > 0 && divisions-- > 0; })
     {
     }
 
@@ -118,6 +118,7 @@ struct DeskWorld {
         {{QStringLiteral("S1"), QStringLiteral("一"), sim::StockFund, {QStringLiteral("A1"), QStringLiteral("A2")}},
          {QStringLiteral("F1"), QStringLiteral("期"), sim::FuturesFund, {QStringLiteral("C1")}}}};
     sim::DeskEvents events;
+    int divisions = 0;     ///< fills that are still to be divided
     sim::TradingDesk desk; ///< last: it uses all of the above
 };
 

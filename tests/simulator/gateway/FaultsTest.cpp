@@ -213,6 +213,51 @@ TEST_F(FaultsTest, AConnectionThatBreaksInACallLosesTheReplyAndNotTheOrder)
     EXPECT_TRUE(page->heard(kPlaced).isEmpty());
 }
 
+using FillInPartsTest = StandingTerminalTest;
+
+TEST_F(FillInPartsTest, APageSeesAnOrderPartlyFilledAndThenWhole)
+{
+    Gateway gateway{QString(), {}};
+    ASSERT_TRUE(gateway.listen(0));
+    Page page(gateway);
+    ASSERT_TRUE(page.awaitOpen());
+    terminal.faults().set({Fault::FillInParts, 1});
+    page.invoke("Trade_insertOrder_REQ",
+                {QStringLiteral("u"), QStringLiteral("880010001"), QStringLiteral("609801.SH"), QString(),
+                 QStringLiteral("Buy"), QStringLiteral("Market"), QString(), QStringLiteral("200"), QString()});
+    const QString id = orderId(page.awaitObject(kPlaced));
+    const auto awaitState = [&](const char *status) {
+        return await([&] {
+            for (const QJsonArray &push : page.heard(kOrderPush)) {
+                const QString records = push.first().toString();
+                if (records.contains(id) && records.contains(QLatin1String(status)))
+                    return true;
+            }
+            return false;
+        });
+    };
+    const auto playUntilFilled = [&](qint64 qty) {
+        while (terminal.desk().order(id)->filledQty < qty) {
+            terminal.skipTo(terminal.now().addSecs(steps::kSeconds));
+            terminal.playMarket(terminal.now());
+        }
+        terminal.skipTo(terminal.now().addSecs(1)); // for the pushes
+    };
+    playUntilFilled(1);
+    EXPECT_EQ(100, terminal.desk().order(id)->filledQty);
+    EXPECT_TRUE(awaitState("\"PartlyFilled\""));
+    playUntilFilled(200);
+    EXPECT_TRUE(awaitState("\"Filled\""));
+    const auto executions = [&] {
+        QString all;
+        for (const QJsonArray &push : page.heard("on_executionUpdate"))
+            all += push.first().toString();
+        return all.count(id);
+    };
+    EXPECT_TRUE(await([&] { return executions() == 2; })) << executions();
+    EXPECT_FALSE(terminal.faults().isOn(Fault::FillInParts));
+}
+
 TEST(PermissionFaultTest, APermissionServerThatFailsGivesNoPermissionUntilItAnswers)
 {
     Scenario scenario;

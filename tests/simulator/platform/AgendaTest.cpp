@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <future>
+#include <thread>
 
 using namespace sim;
 
@@ -78,6 +80,63 @@ TEST(Agenda, SoonMeansNowOnTheAgendasThread)
     EXPECT_EQ(after(5000), time);
     EXPECT_NE(std::this_thread::get_id(), thread);
     EXPECT_TRUE(isFirst);
+}
+
+TEST(Agenda, WhileItIsHeldNothingHappensSoon)
+{
+    SimulatedClock clock(kStart, 1e-6);
+    Agenda agenda(clock);
+    Seen due;
+    Seen soon;
+    Seen released;
+    std::future<std::pair<QDateTime, std::thread::id>> answer = soon.promise.get_future();
+    {
+        const Agenda::Hold hold(agenda);
+        const Agenda::Hold inner(agenda);
+        agenda.soon(soon.action());
+        agenda.enter(kStart, due.action());
+        due.promise.get_future().get(); // on the same thread
+        EXPECT_EQ(std::future_status::timeout, answer.wait_for(std::chrono::seconds(0)));
+        {
+            const Agenda::Release release(agenda);
+            answer.get();
+        }
+        agenda.soon(released.action());
+        clock.skipTo(after(5000));
+    }
+    EXPECT_EQ(after(5000), released.promise.get_future().get().first);
+}
+
+TEST(Agenda, EachActionThatComesSoonHasATimeOfItsOwn)
+{
+    SimulatedClock clock(kStart, 1e-6);
+    Agenda agenda(clock);
+    Seen second;
+    {
+        const Agenda::Hold hold(agenda);
+        agenda.soon([&](const QDateTime &) { clock.skipTo(after(5000)); });
+        agenda.soon(second.action());
+    }
+    EXPECT_EQ(after(5000), second.promise.get_future().get().first);
+}
+
+TEST(Agenda, WhoeverPlaysWaitsForTheEndOfAStandstill)
+{
+    SimulatedClock clock(kStart, 1e-6);
+    Agenda agenda(clock);
+    std::atomic<int> done{0};
+    std::thread player;
+    {
+        const Agenda::Standstill still(agenda);
+        agenda.enter(kStart, [&](const QDateTime &) { ++done; });
+        player = std::thread([&] {
+            agenda.playUntil(after(1000));
+            EXPECT_EQ(2, done);
+        });
+        agenda.enter(after(500), [&](const QDateTime &) { ++done; });
+        EXPECT_EQ(0, done);
+    }
+    player.join();
 }
 
 TEST(Agenda, AfterStopNothingHappens)

@@ -1,5 +1,6 @@
 #include "exchange/TradingCalendar.h"
 #include "platform/Command.h"
+#include "platform/FrozenTime.h"
 
 #include <gtest/gtest.h>
 
@@ -97,6 +98,22 @@ TEST(Faults, ACountIsUsedUp)
     EXPECT_FALSE(faults.isOn(Fault::RefuseOrders));
 }
 
+TEST(Faults, WhatIsHandledLateSeesTheFaultsOfItsTime)
+{
+    const QDateTime changed(QDate(2025, 3, 3), QTime(10, 0), Qt::UTC);
+    Faults faults;
+    faults.set({Fault::SilentKLines, 1}, changed);
+    EXPECT_TRUE(faults.isOn(Fault::SilentKLines));
+    const FrozenTime earlier(changed.addMSecs(-1));
+    EXPECT_FALSE(faults.isOn(Fault::SilentKLines));
+    faults.set({Fault::SilentKLines, 0}, changed); // twice at one time
+    EXPECT_FALSE(faults.isOn(Fault::SilentKLines));
+    const FrozenTime then(changed);
+    EXPECT_FALSE(faults.isOn(Fault::SilentKLines));
+    faults.set({Fault::SilentKLines, 1}, changed);
+    EXPECT_TRUE(faults.isOn(Fault::SilentKLines));
+}
+
 TEST(Faults, WhoeverWaitsForASlowServerGoesOnWhenTheFaultEnds)
 {
     Faults faults;
@@ -122,6 +139,16 @@ TEST(Commands, AreReadWithTheirArguments)
     EXPECT_TRUE(commandOf("drop").isOfAll);
     EXPECT_EQ(7, commandOf("drop 7").count);
     EXPECT_EQ(QStringLiteral("2025-03-04 09:30:00"), commandOf("jump 2025-03-04 09:30:00").time);
+}
+
+TEST(Commands, WhatConcernsThePaceIsNotPlayedAgain)
+{
+    for (const char *again :
+         {"fault silent-klines", "clear", "halt 609801.SH", "resume 609801.SH", "burst 2", "jump close"})
+        EXPECT_TRUE(commandOf(again).isPlayedAgain()) << again;
+    for (const char *once : {"pause", "resume", "step", "speed 2", "drop", "drop 1"})
+        EXPECT_FALSE(commandOf(once).isPlayedAgain()) << once;
+    EXPECT_EQ(QStringLiteral("speed 2"), commandOf("  speed   2 ").text);
 }
 
 TEST(Commands, MistakesAreExplained)

@@ -160,8 +160,8 @@ TEST_F(QuoteFeedTest, NothingTicksAfterTheClose)
     start(exchangeTime(7, 15, 0, 0), 300);
     feed->stream({kOne});
     awaitTicks(1); // the quote at once
-    ASSERT_TRUE(await([&] { return awaitSteps(1).size() >= 5; }));
     EXPECT_GE(awaitSteps(5).back(), exchangeTime(7, 15, 5, 3));
+    QCoreApplication::processEvents(); // a tick would be waiting
     EXPECT_EQ(1u, ticks().size());
 }
 

@@ -18,20 +18,22 @@ TEST(RecordingProgram, TheKeptRecordingIsVerified)
 
 namespace {
 
-/// A recording of a simulator that made the call for the token, and was then killed.
-QString killedRecording(const QTemporaryDir &folder)
+/// A recording of a simulator with these options that made a call, and was then killed.
+QString killedRecording(const QTemporaryDir &folder, const QStringList &options = {},
+                        const QStringList &pageCall = {QStringLiteral("Data_getToken_REQ")})
 {
     const QString file = folder.filePath(QStringLiteral("r.jsonl"));
     QProcess simulator;
     simulator.start(QStringLiteral(SIMULATOR_BINARY),
-                    {QStringLiteral("--port"), QStringLiteral("0"), QStringLiteral("--record"), file});
+                    QStringList{QStringLiteral("--port"), QStringLiteral("0"), QStringLiteral("--record"), file} +
+                        options);
     const QByteArray line = readLine(simulator);
     QProcess call;
-    call.start(QStringLiteral(CALL_BINARY),
-               {QStringLiteral("--port"), QString::fromLatin1(line.mid(line.lastIndexOf(':') + 1).chopped(2)),
-                QStringLiteral("Data_getToken_REQ")});
+    call.start(
+        QStringLiteral(CALL_BINARY),
+        QStringList{QStringLiteral("--port"), QString::fromLatin1(line.mid(line.lastIndexOf(':') + 1).chopped(2))} +
+            pageCall);
     EXPECT_TRUE(call.waitForFinished(kPatienceMs));
-    EXPECT_EQ(0, call.exitCode());
     simulator.setReadChannel(QProcess::StandardError);
     QByteArray log; // it says that the page has gone
     while (!log.contains("page 1 gone") && simulator.waitForReadyRead(kPatienceMs))
@@ -53,6 +55,40 @@ TEST(RecordingProgram, TheRecordingOfAKilledSimulatorCanBeVerified)
     const Outcome outcome = run({QStringLiteral("replay"), killedRecording(folder), QStringLiteral("--verify")});
     EXPECT_EQ(0, outcome.status) << qPrintable(outcome.err);
     EXPECT_EQ(QStringLiteral("1 call, 1 reply: no difference\n"), outcome.out);
+}
+
+TEST(RecordingProgram, ARecordingHasTheFaultsOfTheCommandLine)
+{
+    QTemporaryDir folder;
+    const QString file = killedRecording(folder, {QStringLiteral("--fault"), QStringLiteral("refuse-orders")},
+                                         {QStringLiteral("Trade_insertOrder_REQ"), QStringLiteral("880010001"),
+                                          QStringLiteral("609801.SH"), QString(), QStringLiteral("Buy"),
+                                          QStringLiteral("Market"), QString(), QStringLiteral("100"), QString()});
+    const Outcome outcome = run({QStringLiteral("replay"), file, QStringLiteral("--verify")});
+    EXPECT_EQ(0, outcome.status) << qPrintable(outcome.err);
+    EXPECT_EQ(QStringLiteral("1 call, 1 reply: no difference\n"), outcome.out);
+    QFile recording(file);
+    ASSERT_TRUE(recording.open(QIODevice::ReadOnly));
+    const QByteArray text = recording.readAll();
+    EXPECT_TRUE(text.startsWith("{\"faults\":[\"refuse-orders\"],")) << text.left(200).toStdString();
+    EXPECT_TRUE(text.contains("柜台拒绝委托"));
+}
+
+TEST(RecordingProgram, AFaultThatIsUnknownBreaksTheRecording)
+{
+    QTemporaryDir folder;
+    QFile file(killedRecording(folder, {QStringLiteral("--fault"), QStringLiteral("refuse-orders")}));
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    QByteArray text = file.readAll();
+    text.replace("[\"refuse-orders\"]", "[\"greet-orders\"]");
+    file.resize(0);
+    file.write(text);
+    file.close();
+    const Outcome outcome = run({QStringLiteral("replay"), file.fileName(), QStringLiteral("--verify")});
+    EXPECT_EQ(2, outcome.status);
+    EXPECT_TRUE(outcome.err.startsWith(
+        QStringLiteral("varnel-simulator: %1: line 1: faults: \"greet-orders\" is not a fault: ").arg(file.fileName())))
+        << qPrintable(outcome.err);
 }
 
 TEST(RecordingProgram, ARecordingIsPlayedStepByStep)

@@ -20,6 +20,7 @@ RecordingHead head()
     head.speed = 0.5;
     head.login = QStringLiteral("T1");
     head.settings = "[General]\nk=\"v\"\n";
+    head.faults = QStringList{QStringLiteral("refuse-orders=2"), QStringLiteral("silent-klines")};
     return head;
 }
 
@@ -88,6 +89,7 @@ TEST_F(RecordingTest, TheHeadIsReadAsItWasWritten)
     EXPECT_EQ(head().speed, reader.head().speed);
     EXPECT_EQ(head().login, reader.head().login);
     EXPECT_EQ(head().settings, reader.head().settings);
+    EXPECT_EQ(head().faults, reader.head().faults);
     EXPECT_FALSE(reader.next(error));
     EXPECT_EQ(QString(), error);
 }
@@ -106,6 +108,32 @@ TEST_F(RecordingTest, ACallIsReadAsItWasWritten)
     EXPECT_EQ(call().exchangeTime, entry->time.toMSecsSinceEpoch());
 }
 
+TEST_F(RecordingTest, ACommandSaysWhetherItActedInACall)
+{
+    Entry command = ofKind(Entry::Command);
+    command.name = QStringLiteral("halt 609801.SH");
+    Entry inCall = command;
+    inCall.call = 7;
+    ASSERT_TRUE(reader.open(write(recordingLine(head()) + recordingLine(command) + recordingLine(inCall)), error));
+    for (const bool isInCall : {false, true}) {
+        const std::optional<RecordedEntry> entry = reader.next(error);
+        ASSERT_TRUE(entry) << qPrintable(error);
+        EXPECT_EQ(RecordedEntry::Command, entry->kind);
+        EXPECT_EQ(command.name, entry->name);
+        EXPECT_EQ(isInCall, entry->isInCall);
+        EXPECT_EQ(reader.line(), entry->line);
+    }
+}
+
+TEST_F(RecordingTest, ARecordingOfTheFirstVersionIsRead)
+{
+    RecordingHead old = head();
+    old.faults.clear();
+    const QByteArray line = recordingLine(old).replace("\"version\":2", "\"version\":1");
+    EXPECT_FALSE(line.contains("faults"));
+    EXPECT_EQ(QString(), problemOf(line));
+}
+
 TEST_F(RecordingTest, WhatPassesIsRecordedAndHowLongItTookIsNot)
 {
     QByteArray lines = recordingLine(head());
@@ -118,6 +146,7 @@ TEST_F(RecordingTest, WhatPassesIsRecordedAndHowLongItTookIsNot)
         {ofKind(Entry::HostAnswer), RecordedEntry::HostAnswer},
         {ofKind(Entry::HostEvent), RecordedEntry::HostEvent},
         {ofKind(Entry::Quote), RecordedEntry::Quote},
+        {ofKind(Entry::Command), RecordedEntry::Command},
     };
     for (const auto &row : table)
         lines += recordingLine(row.first);
@@ -144,10 +173,10 @@ TEST_F(RecordingTest, ABrokenFileIsToldWithItsLine)
     EXPECT_EQ(QStringLiteral("line 1: not the head of a recording"), problemOf({}));
     EXPECT_EQ(QStringLiteral("line 1: not the head of a recording"), problemOf("{}\n"));
     EXPECT_EQ(QStringLiteral("line 1: not a JSON object"), problemOf("hello\n"));
-    EXPECT_EQ(QStringLiteral("line 1: version 2 of the format is not known"),
-              problemOf(QByteArray(good).replace("\"version\":1", "\"version\":2")));
+    EXPECT_EQ(QStringLiteral("line 1: version 3 of the format is not known"),
+              problemOf(QByteArray(good).replace("\"version\":2", "\"version\":3")));
     EXPECT_EQ(QStringLiteral("line 1: version 0 of the format is not known"), // not the text itself: it has two lines
-              problemOf(QByteArray(good).replace("\"version\":1", "\"version\":\"1\\n\"")));
+              problemOf(QByteArray(good).replace("\"version\":2", "\"version\":\"2\\n\"")));
     EXPECT_EQ(QStringLiteral("line 2: not a JSON object"), problemOf(good + "{broken\n" + recordingLine(call())));
     EXPECT_EQ(QStringLiteral("line 2: no known kind of entry"), problemOf(good + "{\"kind\":\"song\"}\n"));
     EXPECT_EQ(QStringLiteral("line 2: no time"), problemOf(good + "{\"kind\":\"call\",\"time\":\"noon\"}\n"));

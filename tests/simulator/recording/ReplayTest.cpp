@@ -154,6 +154,48 @@ TEST_F(ReplayTest, ABrokenLineEndsIt)
     EXPECT_EQ(Replay::Outcome::Broken, outcome->kind);
 }
 
+TEST_F(ReplayTest, CommandsThatChangeMoreThanThePaceActAtTheirTimes)
+{
+    add(Entry::Command, 10, "speed 500");
+    add(Entry::Command, 10, "pause");
+    add(Entry::Command, 10, "halt 609801.SH");
+    add(Entry::Command, 20, "fault silent-klines");
+    add(Entry::Command, kHour, "burst 3");
+    add(Entry::Command, kHour + 10, "jump 14:00:00");
+    add(Entry::Command, 4 * kHour, "drop");
+    start(Replay::Verify);
+    EXPECT_EQ(QStringLiteral("0 calls, 0 replies: no difference"), awaitEnd());
+    EXPECT_EQ(1, terminal.speed());
+    EXPECT_FALSE(terminal.isPaused());
+    EXPECT_TRUE(terminal.exchange().isHalted(QStringLiteral("609801.SH"), terminal.exchange().stepAt(after(kHour))));
+    EXPECT_TRUE(terminal.faults().isOn(Fault::SilentKLines));
+    EXPECT_EQ(after(4 * kHour), terminal.now());
+    int orders = 0;
+    const TradingDesk::Reader books = terminal.desk().read();
+    for (const Order &order : books->orders())
+        orders += order.entered == after(kHour) ? 1 : 0;
+    EXPECT_EQ(3, orders);
+}
+
+TEST_F(ReplayTest, ATextThatIsNoCommandBreaksTheRecording)
+{
+    add(Entry::Command, 10, "stop 609801.SH");
+    start(Replay::Verify);
+    EXPECT_THAT(awaitEnd().toStdString(), HasSubstr("line 2: \"stop\" is not a command: there are pause, "));
+    EXPECT_EQ(Replay::Outcome::Broken, outcome->kind);
+}
+
+TEST_F(ReplayTest, ACallDoesNotWaitForASlowServer)
+{
+    terminal.setSpeed(0.01); // the server would need months
+    add(Entry::Command, 10, "fault slow-answers=600000");
+    add(Entry::PageOpened, 10);
+    add(Entry::Call, 20, "Trade_reqCancelOrder_REQ", {kUuid, QStringLiteral("nothing")});
+    start(Replay::Verify);
+    EXPECT_EQ(QStringLiteral("1 call, 0 replies: no difference"), awaitEnd());
+    EXPECT_EQ(after(20), terminal.now());
+}
+
 TEST_F(ReplayTest, EachStepMakesOneCall)
 {
     add(Entry::PageOpened, 10);

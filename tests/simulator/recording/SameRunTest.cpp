@@ -5,6 +5,7 @@
 #include "gateway/Page.h"
 #include "platform/Scenario.h"
 
+#include <QSet>
 #include <QTemporaryDir>
 
 #include <map>
@@ -17,7 +18,7 @@ const QStringList kFunds{QStringLiteral("880010001"), QStringLiteral("880010002"
                          QStringLiteral("990020001"), QStringLiteral("990020002")};
 
 /// The lines of a recording by their kind, without what comes at the pace of real time: quotes that are sent, pushes,
-/// which the library gathers for 200 ms, and the heartbeats of strategies.
+/// which the library gathers for 200 ms, the heartbeats of strategies, and the commands of the test.
 std::map<QString, QList<QByteArray>> linesOf(const QString &recording)
 {
     QFile file(recording);
@@ -27,7 +28,9 @@ std::map<QString, QList<QByteArray>> linesOf(const QString &recording)
     while (!file.atEnd()) {
         const QByteArray line = file.readLine();
         const QString kind = QJsonDocument::fromJson(line).object().value(QStringLiteral("kind")).toString();
-        if (kind != QLatin1String("quote") && kind != QLatin1String("push") && !line.contains("SimulatedStrategyBeat"))
+        static const QSet<QString> ofThePace{QStringLiteral("quote"), QStringLiteral("push"),
+                                             QStringLiteral("command")};
+        if (!ofThePace.contains(kind) && !line.contains("SimulatedStrategyBeat"))
             lines[kind].append(line);
     }
     return lines;

@@ -1,22 +1,17 @@
 // Records a session in this process and plays it again with the real program.
-#include "TerminalTest.h"
 #include "gateway/Page.h"
-#include "recording/Recorder.h"
-#include "recording/SettingsFolder.h"
+#include "recording/RecordedRun.h"
 
 #include "common/WebConstants.h"
 
 #include <QFileInfo>
-#include <QProcess>
 #include <QSettings>
-#include <QTemporaryDir>
 
 using namespace sim;
 using namespace WebConstants;
 
 namespace {
 
-constexpr int kPatienceMs = 60000;
 constexpr int kRounds = 5;
 constexpr int kCallsWithoutReply = 2; // of a round
 
@@ -97,61 +92,25 @@ QString settingsBesideTheProgram()
 
 class VerifyTest : public testing::TestWithParam<double> {
 protected:
-    struct Outcome {
-        int status;
-        QString out;
-        QString error; ///< the sentences of the simulator, without its log
-    };
-
     /// Records a session of two pages at the speed of the parameter. Returns the number of calls.
     int record()
     {
-        QFile scenarioFile(Scenario::defaultFile());
-        EXPECT_TRUE(scenarioFile.open(QIODevice::ReadOnly));
-        RecordingHead head;
-        head.scenario = scenarioFile.readAll();
-        Scenario scenario;
-        QString error;
-        EXPECT_TRUE(Scenario::parse(head.scenario, QStringLiteral("built-in"), scenario, error));
-        head.seed = scenario.seed;
-        head.speed = GetParam();
-        head.login = scenario.logins.first().account;
         {
-            QSettings settings(SettingsFolder::fileOf(head.login), QSettings::IniFormat);
+            QSettings settings(SettingsFolder::fileOf(QStringLiteral("T1001")), QSettings::IniFormat);
             settings.setValue(settingOf(QCoreApplication::applicationPid()), QStringLiteral("from before"));
         }
-        head.settings = SettingsFolder::read(head.login);
-        EXPECT_TRUE(head.settings.contains("from before"));
-        Recorder recorder(file, head, [](const QString &problem) { FAIL() << qPrintable(problem); });
-        EXPECT_TRUE(recorder.isOpen());
         int calls = 0;
-        {
-            Terminal terminal(scenario, scenario.logins.first(), GetParam());
+        run.record([&](Terminal &) {
+            EXPECT_TRUE(run.head.settings.contains("from before"));
             Gateway gateway(QString(), {});
             EXPECT_TRUE(gateway.listen(0));
             for (int round = 0; round < kRounds; ++round)
                 calls += callAll(gateway, round);
-        }
-        EXPECT_TRUE(recorder.finish());
+        });
         return calls;
     }
 
-    Outcome verify()
-    {
-        QProcess simulator;
-        simulator.start(QStringLiteral(SIMULATOR_BINARY), {QStringLiteral("replay"), file, QStringLiteral("--verify")});
-        EXPECT_TRUE(simulator.waitForFinished(kPatienceMs));
-        QStringList sentences;
-        for (const QString &line : QString::fromUtf8(simulator.readAllStandardError()).split(QLatin1Char('\n'))) {
-            if (line.startsWith(QLatin1String("varnel-simulator: ")) || line.startsWith(QLatin1String("  ")))
-                sentences.append(line);
-        }
-        return {simulator.exitCode(), QString::fromUtf8(simulator.readAllStandardOutput()),
-                sentences.join(QLatin1Char('\n'))};
-    }
-
-    QTemporaryDir folder;
-    const QString file = folder.filePath(QStringLiteral("session.jsonl"));
+    RecordedRun run{GetParam()};
 
 private:
     /// All calls, on a page of their own, without waiting between them.
@@ -191,8 +150,8 @@ TEST_P(VerifyTest, EveryCallIsAnsweredAsItWas)
     const int calls = record();
     const QString expected =
         QStringLiteral("%1 calls, %2 replies: no difference\n").arg(calls).arg(calls - kRounds * kCallsWithoutReply);
-    for (int run = 1; run <= 2; ++run) {
-        const Outcome outcome = verify();
+    for (int times = 1; times <= 2; ++times) {
+        const RecordedRun::Outcome outcome = run.verify();
         EXPECT_EQ(expected.toStdString(), outcome.out.toStdString());
         EXPECT_EQ("", outcome.error.toStdString());
         EXPECT_EQ(0, outcome.status);
@@ -208,7 +167,7 @@ using VerifyChangedTest = VerifyTest;
 TEST_P(VerifyChangedTest, AChangedReplyIsFoundAtItsLine)
 {
     record();
-    QFile recording(file);
+    QFile recording(run.file);
     ASSERT_TRUE(recording.open(QIODevice::ReadWrite));
     QList<QByteArray> lines = recording.readAll().split('\n');
     int changed = 0;
@@ -221,12 +180,12 @@ TEST_P(VerifyChangedTest, AChangedReplyIsFoundAtItsLine)
     recording.resize(0);
     recording.write(lines.join('\n'));
     recording.close();
-    const Outcome outcome = verify();
+    const RecordedRun::Outcome outcome = run.verify();
     EXPECT_EQ(1, outcome.status);
     EXPECT_EQ(QString(), outcome.out);
     EXPECT_TRUE(outcome.error.startsWith(
         QStringLiteral("varnel-simulator: %1: line %2: the reply to Data_getAsset_REQ of page %3 (uuid \"u\") differs")
-            .arg(file)
+            .arg(run.file)
             .arg(changed + 1)
             .arg(kRounds)))
         << qPrintable(outcome.error);

@@ -130,6 +130,17 @@ TEST_F(StandingControlTest, AJumpGoesForwardOnly)
     EXPECT_EQ(QDateTime(QDate(2025, 3, 4), QTime(9, 30), Qt::UTC), terminal.now());
 }
 
+TEST_F(StandingControlTest, AJumpGoesAtMostAYearAhead)
+{
+    EXPECT_EQ(QStringLiteral("2026-03-05 09:30:00 is more than a year ahead: jump there in steps"),
+              run(terminal, "jump 2026-03-05 09:30:00"));
+    run(terminal, "jump 9999-12-30 09:30:00");
+    EXPECT_EQ(scenario.start, terminal.now());
+    EXPECT_EQ(QString(), run(terminal, "jump 2026-03-04 09:30:00"));
+    EXPECT_EQ(QDateTime(QDate(2026, 3, 4), QTime(9, 30), Qt::UTC), terminal.now());
+    EXPECT_EQ(QString(), run(terminal, "jump 2026-03-05 09:30:00"));
+}
+
 TEST_F(StandingControlTest, TheSpeedChangesAtOnce)
 {
     EXPECT_EQ(QString(), run(terminal, "speed 1000"));

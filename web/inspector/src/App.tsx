@@ -17,7 +17,7 @@ import type { Snapshot } from './TrafficStore';
 import { Warnings } from './Warnings';
 
 /** Quotes come all the time and say little about calls; host calls and the bus are shown with their call. */
-const usualKinds: ReadonlySet<RowKind> = new Set(['page', 'call', 'reply', 'push']);
+const usualKinds: ReadonlySet<RowKind> = new Set(['page', 'call', 'reply', 'push', 'command']);
 
 const preferred: Language = navigator.language.toLowerCase().startsWith('zh') ? 'zh' : 'en';
 

@@ -8,6 +8,7 @@ const marks: Readonly<Record<Row['kind'], string>> = {
   call: '→',
   reply: '←',
   push: '◂',
+  command: '▸',
   host: '·',
   bus: '≡',
   quote: '¤',

@@ -8,6 +8,7 @@ const kindNames: Readonly<Record<RowKind, (t: Texts) => string>> = {
   call: (t) => t.kindCall,
   reply: (t) => t.kindReply,
   push: (t) => t.kindPush,
+  command: (t) => t.kindCommand,
   host: (t) => t.kindHost,
   bus: (t) => t.kindBus,
   quote: (t) => t.kindQuote,

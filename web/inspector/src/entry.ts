@@ -39,7 +39,8 @@ export type EntryKind =
   | 'hostRequest'
   | 'hostAnswer'
   | 'hostEvent'
-  | 'quote';
+  | 'quote'
+  | 'command';
 
 /** Entries that this reader was too slow for. */
 export interface Lost {
@@ -48,7 +49,7 @@ export interface Lost {
 }
 
 /** What the list shows: calls that are done and events that are delivered are part of their rows. */
-export const rowKinds = ['page', 'call', 'reply', 'push', 'host', 'bus', 'quote'] as const;
+export const rowKinds = ['page', 'call', 'reply', 'push', 'command', 'host', 'bus', 'quote'] as const;
 export type RowKind = (typeof rowKinds)[number];
 
 const kindOfRow: Readonly<Partial<Record<EntryKind, RowKind>>> = {
@@ -60,6 +61,7 @@ const kindOfRow: Readonly<Partial<Record<EntryKind, RowKind>>> = {
   hostAnswer: 'bus',
   hostEvent: 'bus',
   quote: 'quote',
+  command: 'command',
 };
 
 /** A line of the list. */

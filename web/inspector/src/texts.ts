@@ -28,6 +28,7 @@ const table = {
   kindCall: ['调用', 'Calls'],
   kindReply: ['应答', 'Replies'],
   kindPush: ['推送', 'Pushes'],
+  kindCommand: ['命令', 'Commands'],
   kindHost: ['终端接口', 'Host calls'],
   kindBus: ['消息总线', 'Message bus'],
   kindQuote: ['行情', 'Quotes'],

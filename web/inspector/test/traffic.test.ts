@@ -39,7 +39,7 @@ function storeOf(...entries: Entry[]): TrafficStore {
 
 const all: Filter = {
   page: 0,
-  kinds: new Set(['page', 'call', 'reply', 'push', 'host', 'bus', 'quote']),
+  kinds: new Set(['page', 'call', 'reply', 'push', 'command', 'host', 'bus', 'quote']),
   method: '',
   text: '',
 };
@@ -57,6 +57,11 @@ describe('the store', () => {
     expect(methods).toMatchObject([{ name: 'Data_getToken_REQ', calls: 1 }]);
     expect(methods[0]!.held.quantile(0.5)).toBe(100);
     expect(methods[0]!.answered.quantile(0.5)).toBe(3000);
+  });
+
+  it('shows the commands that people give', () => {
+    const { rows } = storeOf(entry('command', { name: 'halt 609801.SH' })).snapshot();
+    expect(rows).toMatchObject([{ kind: 'command', entry: { name: 'halt 609801.SH' } }]);
   });
 
   it('keeps the latest rows within its bounds', () => {

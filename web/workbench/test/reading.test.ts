@@ -6,7 +6,8 @@ import { commaParts, layOut, readArguments, readJson } from '../src/freeCall';
 import { withLine, type LogLine } from '../src/log';
 import { clockOf, phaseOf, quoteOf } from '../src/quote';
 import { formatsOf, toneOf } from '../src/formats';
-import { valueOf } from '../src/table/cellColumn';
+import { cellColumn, valueOf } from '../src/table/cellColumn';
+import { textsOf } from '../src/texts';
 import { firstWatched, readWatchList } from '../src/watchList';
 
 describe('arguments typed by hand', () => {
@@ -56,6 +57,22 @@ describe('the value of a cell', () => {
     [null, ''],
   ])('%j goes back to the terminal as it came, not as a person reads it', (userRole, text) => {
     expect(valueOf({ displayRole: 'shown', userRole })).toBe(text);
+  });
+});
+
+describe('the price of an order', () => {
+  const order = (price: string, priceType: string) => ({
+    price: { displayRole: price, userRole: null },
+    priceType: { displayRole: '', userRole: priceType },
+  });
+
+  it.each([
+    ['en', order('17.50', 'Limit'), '17.50'],
+    ['en', order('市价', 'Market'), 'Market'],
+    ['zh', order('市价', 'Market'), '市价'],
+    ['en', { price: { displayRole: null, userRole: null } }, '—'],
+  ] as const)('is written in the language of the desk: %s, %j', (language, row, text) => {
+    expect(cellColumn('price', textsOf(language)).write!(row as never)).toBe(text);
   });
 });
 

@@ -1,6 +1,7 @@
 import type { Entrust } from '@varnel/web-client';
 import { useEffect, useState } from 'react';
 import { orderIdOf } from '../records';
+import { priceText } from '../table/cellColumn';
 import { useTexts } from '../texts/useTexts';
 import { Dialog } from '../ui/Dialog';
 
@@ -43,7 +44,7 @@ export function CancelDialog({ orders, onYes, onNo }: Props) {
         {named.slice(0, namedAtMost).map((order) => (
           <li key={orderIdOf(order)}>
             <code>{orderIdOf(order)}</code> {String(order.securityName.displayRole)}{' '}
-            {t.code('side', String(order.sideUnion.userRole))} {String(order.price.displayRole)} ×{' '}
+            {t.code('side', String(order.sideUnion.userRole))} {priceText(order, t)} ×{' '}
             {String(order.leaveQty.displayRole)}
           </li>
         ))}

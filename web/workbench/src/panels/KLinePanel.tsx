@@ -24,7 +24,7 @@ export function KLinePanel({ sdk, chosen }: Props) {
   const t = useTexts();
   const [query, setQuery] = useState<KLineQuery>({ symbol: '', startTime: '', stopTime: '', period: klinePeriods.day });
   const [answer, follow] = useAnswer<Shown>();
-  const [asked, setAsked] = useState('');
+  const [asked, setAsked] = useState(''); // the symbol whose candles are awaited
 
   const ask = useCallback(
     (next: KLineQuery) => {

@@ -1,4 +1,4 @@
-import { sides, type Cell, type entrustKeys, type executionKeys } from '@varnel/web-client';
+import { priceTypes, sides, type Cell, type entrustKeys, type executionKeys } from '@varnel/web-client';
 import { missing } from '../formats';
 import type { CodeKind, Texts } from '../texts';
 import type { Column } from './types';
@@ -31,10 +31,16 @@ export function valueOf(cell: Cell | undefined): string {
   return typeof value === 'object' ? JSON.stringify(value) : String(value);
 }
 
+/** The limit of an order as the terminal shows it. For a market order that is a word, in the language of the desk. */
+export function priceText({ price, priceType }: CellRow, t: Texts): string {
+  return valueOf(priceType) === priceTypes.market ? t.marketPrice : String(price?.displayRole ?? missing);
+}
+
 /** The column of a field of orders or executions. It shows the terminal's text, and codes in the language of the desk. */
 export function cellColumn<Row extends CellRow>(key: CellKey & keyof Row & string, t: Texts): Column<Row> {
   const kind = codeKinds[key];
   const shown = (row: CellRow) => {
+    if (key === 'price') return priceText(row, t);
     const text = row[key]?.displayRole;
     if (text === null || text === undefined) return missing;
     // The terminal's own texts are Chinese.
