@@ -202,7 +202,8 @@ void Lister::add(const Series &series, int count)
         const SpelledName name = newName(series, number);
 
         Instrument instrument = begin(securityId, series.exchange, name, series.subType);
-        instrument.price = instrument.priceOf(instrument.ticksOf(between(series.cheapest, series.dearest)));
+        instrument.price =
+            instrument.priceOf(qMax<qint64>(1, instrument.ticksOf(between(series.cheapest, series.dearest))));
         instrument.dailyVolume = qint64(between(kSmallestTurnover, kLargestTurnover) / instrument.price);
         if (instrument.kind == SecurityKind::Bond)
             instrument.interest = double(m_chance.whole(1, 35000)) / 10000;
@@ -222,7 +223,7 @@ void Lister::addContract(const Product &product, const QDate &month, int monthsA
         contract.decimals = decimalsOf(product.tick);
     }
     const double carry = 1 + 0.002 * monthsAhead + 0.002 * m_chance.from0To1(); // later months cost a little more
-    contract.price = contract.priceOf(contract.ticksOf(product.price * carry));
+    contract.price = contract.priceOf(qMax<qint64>(1, contract.ticksOf(product.price * carry)));
     contract.multiplier = product.multiplier;
     contract.dailyVolume = qMax<qint64>(500, product.dailyVolume >> qMin(monthsAhead / 2, 62)); // and trade less
     contract.listed = m_start.addDays(-m_chance.whole(30, 300));

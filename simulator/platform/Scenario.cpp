@@ -8,7 +8,6 @@
 
 #include <QFile>
 
-#include <algorithm>
 #include <cmath>
 
 // Resources of a static library are linked only when they are named. Qt requires this outside of namespaces.
@@ -295,18 +294,15 @@ OrderDelays readOrderDelays(JsonNode &root)
     return delays;
 }
 
-/// Whether the symbol is that of a security that is written by hand or made up. Which symbols are made up does not
-/// depend on the seed, which the command line may change.
-bool isListed(const Scenario &scenario, const QString &symbol)
+/// The symbols of all securities, also of those that are made up: which these are does not depend on the seed, which
+/// the command line may change.
+QSet<QString> symbolsOf(const Scenario &scenario)
 {
-    const auto isIt = [&](const Instrument &security) { return security.symbol == symbol; };
-    if (std::any_of(scenario.securities.begin(), scenario.securities.end(), isIt))
-        return true;
-    if (!scenario.start.isValid())
-        return true; // nobody can tell
-    const QVector<Instrument> all = listing(scenario.securities, scenario.generatedSecurities, scenario.seed,
-                                            scenario.start.date(), scenario.rules);
-    return std::any_of(all.begin(), all.end(), isIt);
+    QSet<QString> symbols;
+    for (const Instrument &security : listing(scenario.securities, scenario.generatedSecurities, scenario.seed,
+                                              scenario.start.date(), scenario.rules))
+        symbols.insert(security.symbol);
+    return symbols;
 }
 
 Scenario readRoot(JsonNode root)
@@ -323,7 +319,14 @@ Scenario readRoot(JsonNode root)
     scenario.securities = readSecurities(root, scenario.start.date(), scenario.rules);
     scenario.generatedSecurities =
         int(root.wholeNumber(QStringLiteral("generatedSecurities"), 0, kMostGenerated).value_or(0));
-    scenario.halts = readHalts(root, [&](const QString &symbol) { return isListed(scenario, symbol); });
+    QSet<QString> symbols; // of a long list only where there are halts
+    scenario.halts = readHalts(root, [&](const QString &symbol) {
+        if (!scenario.start.isValid())
+            return true; // nobody can tell
+        if (symbols.isEmpty())
+            symbols = symbolsOf(scenario);
+        return symbols.contains(symbol);
+    });
     scenario.opening = readOpening(root);
     scenario.fundAccounts = readFundAccounts(root, scenario.securities, scenario.opening.given);
     scenario.algoPermissions = readAlgoPermissions(root, scenario.fundAccounts);

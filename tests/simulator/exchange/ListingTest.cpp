@@ -115,6 +115,18 @@ TEST(Listing, PricesInterestAndListingsArePlausible)
     }
 }
 
+TEST(Listing, APriceIsAtLeastOneTick)
+{
+    MarketRules rules;
+    for (SecurityClass &each : rules.classes)
+        each.tick = 1000;
+    for (const Instrument &instrument : listing({}, kCount, kSeed, kStart, rules)) {
+        EXPECT_EQ(1000, instrument.tick);
+        EXPECT_GE(instrument.price, 1000) << qPrintable(instrument.symbol);
+        EXPECT_GT(instrument.dailyVolume, 0);
+    }
+}
+
 TEST(Listing, FuturesEndInAComingMonth)
 {
     int futures = 0;

@@ -126,17 +126,13 @@ TEST_F(ControlSessionTest, APeerThatDoesNotReadIsNotReadEither)
 
     controller.readAgain();
     int results = 0;
-    int taken = 0;
-    const auto takeResults = [&] {
-        for (; taken < controller.frames.size(); ++taken) {
-            const QJsonObject object = controller.event(taken);
-            if (object.value(QStringLiteral("kind")) == QLatin1String("state"))
-                continue;
-            const QString id = object.value(QStringLiteral("id")).toString();
-            EXPECT_EQ(QString::number(results), id.left(id.indexOf(QLatin1Char('x'))));
-            ++results;
-        }
-        return results == kCommands;
-    };
-    EXPECT_TRUE(await(takeResults));
+    for (int taken = 0; results < kCommands; ++taken) {
+        ASSERT_TRUE(controller.awaitFrames(taken + 1));
+        const QJsonObject object = controller.event(taken);
+        if (object.value(QStringLiteral("kind")) == QLatin1String("state"))
+            continue;
+        const QString id = object.value(QStringLiteral("id")).toString();
+        EXPECT_EQ(QString::number(results), id.left(id.indexOf(QLatin1Char('x'))));
+        ++results;
+    }
 }
