@@ -67,7 +67,7 @@ test.describe('the control panel of the inspector', { tag: '@page' }, () => {
   test('carries out any command, and says what was done', async () => {
     const done = inspector.getByTestId('done');
     await expect(done).toHaveText('');
-    const field = inspector.getByRole('textbox', { name: '命令' });
+    const field = inspector.getByRole('combobox', { name: '命令' });
     await field.fill('jump 2025-03-04 09:16:00');
     await field.press('Enter');
     await expect(done).toHaveText('已执行：jump 2025-03-04 09:16:00');

@@ -1,10 +1,7 @@
 import type { Page } from '@playwright/test';
-import { mkdtempSync, rmSync, writeFileSync } from 'node:fs';
-import { tmpdir } from 'node:os';
-import { join } from 'node:path';
 import { expectAccessible } from './support/axe';
 import { openDesk, openView, rows, sent } from './support/desk';
-import { scenario, symbols } from './support/scenario';
+import { playing, scenario, symbols } from './support/scenario';
 import { expect, roots, stillMarket, test } from './support/test';
 
 test.use({ root: roots.workbench, options: stillMarket });
@@ -314,8 +311,6 @@ test.describe('hidden views', { tag: '@page' }, () => {
 });
 
 test.describe('another scenario', { tag: '@page' }, () => {
-  const folder = mkdtempSync(join(tmpdir(), 'scenario-'));
-  const file = join(folder, 'other.json');
   const other = {
     ...scenario,
     generatedSecurities: 0,
@@ -326,9 +321,7 @@ test.describe('another scenario', { tag: '@page' }, () => {
       exchange: 'SH',
     })),
   };
-  writeFileSync(file, JSON.stringify(other));
-  test.afterAll(() => rmSync(folder, { recursive: true }));
-  test.use({ options: ['--scenario', file] });
+  test.use({ options: playing(other) });
 
   test('gives the desk its own first watch list and chart', async ({ page }) => {
     await openDesk(page);

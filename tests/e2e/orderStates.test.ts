@@ -1,22 +1,14 @@
 import { orderStatuses } from '@varnel/web-client';
-import { mkdtempSync, rmSync, writeFileSync } from 'node:fs';
-import { tmpdir } from 'node:os';
-import { join } from 'node:path';
 import { cell, openDesk, openView } from './support/desk';
-import { scenario } from './support/scenario';
+import { playing, scenario } from './support/scenario';
 import { expect, roots, test } from './support/test';
 import { placeOrder, showOrders } from './support/tradeDesk';
 import { market, orderFor, placed, pushed, reached, statusOf } from './support/trading';
 
-const folder = mkdtempSync(join(tmpdir(), 'order-states-'));
-test.afterAll(() => rmSync(folder, { recursive: true }));
-
 /** Options for the default scenario with other order delays, each of a fixed length. */
 function delayed(delays: Record<string, number>, start = scenario.start): string[] {
-  const file = join(folder, `${Object.values(delays).join('-')}.json`);
   const fixed = Object.entries(delays).map(([key, time]) => [key, { shortest: time, longest: time }]);
-  writeFileSync(file, JSON.stringify({ ...scenario, start, orderDelays: Object.fromEntries(fixed) }));
-  return ['--scenario', file];
+  return playing({ ...scenario, start, orderDelays: Object.fromEntries(fixed) });
 }
 
 test.describe('when the way to the exchange is slow', () => {

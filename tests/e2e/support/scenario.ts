@@ -1,4 +1,6 @@
-import { readFileSync } from 'node:fs';
+import { mkdtempSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
+import { tmpdir } from 'node:os';
+import { join } from 'node:path';
 
 interface Scenario {
   start: string;
@@ -23,4 +25,16 @@ export function fundAccounts(property?: 'stock' | 'futures') {
   return scenario.fundAccounts
     .filter((account) => property === undefined || account.property === property)
     .map(({ account, name }) => ({ fundAccount: account, fundAccountName: name }));
+}
+
+/**
+ * Options with which the simulator plays this scenario. Its file is there until the process ends, and not only until the
+ * tests of a file end: with parallel tests a worker ends them, and later runs another test of the same file.
+ */
+export function playing(changed: object): string[] {
+  const folder = mkdtempSync(join(tmpdir(), 'scenario-'));
+  process.on('exit', () => rmSync(folder, { recursive: true }));
+  const file = join(folder, 'scenario.json');
+  writeFileSync(file, JSON.stringify(changed));
+  return ['--scenario', file];
 }
