@@ -40,11 +40,18 @@ test.describe('the control panel of the inspector', { tag: '@page' }, () => {
   }) => {
     const state = inspector.getByTestId('control-state');
     await expect(state).toContainText('1 个故障');
-    await fault(inspector, 'silent-klines').getByRole('checkbox').uncheck();
+    const silentKlines = fault(inspector, 'silent-klines').getByRole('checkbox');
+    await silentKlines.uncheck();
+    await expect(state).toContainText('0 个故障');
+    await silentKlines.press('Space');
+    await expect(state).toContainText('1 个故障');
+    await expect(silentKlines).toBeFocused();
+    await silentKlines.press('Space');
     await expect(state).toContainText('0 个故障');
     await fault(inspector, 'refuse-orders').getByRole('spinbutton').fill('2');
     await fault(inspector, 'refuse-orders').getByRole('spinbutton').press('Enter');
     await expect(fault(inspector, 'refuse-orders')).toHaveAttribute('data-value', '2');
+    await expect(fault(inspector, 'refuse-orders').getByRole('spinbutton')).toBeFocused();
     await barePage.evaluate(() =>
       window.CallBridge.invokeMethod(
         'Trade_insertOrder_REQ',

@@ -134,19 +134,30 @@ interface FaultProps {
 
 function Fault({ fault, explained, onSet }: FaultProps) {
   const { name, kind, most, value } = fault;
+  // What a person enters is shown at once; a new value of the simulator's replaces it.
+  const [entered, setEntered] = useState({ over: value, text: String(value) });
+  if (entered.over !== value) setEntered({ over: value, text: String(value) });
+  const enter = (text: string) => setEntered({ over: value, text });
   return (
     <li data-testid="fault" data-name={name} data-value={value}>
       <label>
         {kind === 'switch' ? (
-          <input type="checkbox" checked={value > 0} onChange={(event) => onSet(event.target.checked ? '1' : '0')} />
-        ) : (
-          // A new value of the simulator's replaces what is shown.
           <input
-            key={value}
+            type="checkbox"
+            checked={entered.text !== '0'}
+            onChange={(event) => {
+              const text = event.target.checked ? '1' : '0';
+              enter(text);
+              onSet(text);
+            }}
+          />
+        ) : (
+          <input
             type="number"
             min={0}
             max={most}
-            defaultValue={value}
+            value={entered.text}
+            onChange={(event) => enter(event.target.value)}
             onBlur={(event) => event.target.value !== String(value) && onSet(event.target.value)}
             onKeyDown={(event) => event.key === 'Enter' && onSet(event.currentTarget.value)}
           />
