@@ -51,6 +51,14 @@ else()
     endif()
 endif()
 
+# Under the thread sanitizer the program tells it which threads a queued signal orders. Nothing elsewhere.
+function(varnel_order_queued_signals name)
+    if(VARNEL_SANITIZE STREQUAL "thread")
+        target_sources(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests/QueuedSignalOrder.cpp")
+        target_link_libraries(${name} PRIVATE Qt5::CorePrivate)
+    endif()
+endfunction()
+
 # One GoogleTest executable; every case becomes a CTest test in a process of its own, because the library's
 # singletons cannot be reset. Where no case uses these, TOGETHER_UNDER_WINE saves the start of many processes, which takes
 # long there.
@@ -62,10 +70,7 @@ function(varnel_add_test name)
     endif()
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} GTest::gmock varnel_build_options)
-    if(VARNEL_SANITIZE STREQUAL "thread")
-        target_sources(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests/QueuedSignalOrder.cpp")
-        target_link_libraries(${name} PRIVATE Qt5::CorePrivate)
-    endif()
+    varnel_order_queued_signals(${name})
     # Not the tests' own property: gtest_discover_tests keeps only the first entry of a list.
     set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${PROJECT_SOURCE_DIR}/tests/TestEnvironment.cmake")
     if(arg_TOGETHER_UNDER_WINE AND CMAKE_CROSSCOMPILING)
@@ -93,6 +98,7 @@ function(varnel_add_fuzz_target name)
         return()
     endif()
     target_sources(${name}_fuzz PRIVATE "${PROJECT_SOURCE_DIR}/tests/fuzz/PlayCorpus.cpp")
+    varnel_order_queued_signals(${name}_fuzz)
     set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${PROJECT_SOURCE_DIR}/tests/TestEnvironment.cmake")
     add_test(NAME fuzz.${name}.PlaysItsCorpus
         COMMAND ${name}_fuzz "${PROJECT_SOURCE_DIR}/tests/fuzz/corpus/${name}")

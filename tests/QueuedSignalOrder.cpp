@@ -1,6 +1,6 @@
 // Tells the thread sanitizer that a queued signal orders two threads. Qt's event queue is not instrumented: without
-// this, what a thread writes before it emits a signal looks raced for when the receiver's thread reads it. Every test
-// executable of the sanitizer build has this file.
+// this, what a thread writes before it emits a signal looks raced for when the receiver's thread reads it. Every
+// program of the sanitizer build that delivers signals between threads has this file.
 //
 // A sender is ordered with the receivers of its own signals only, and the copy of an argument with its own reader, so
 // that other races stay visible: PlantedRace.cpp shows it.
