@@ -82,6 +82,21 @@ test.describe('the language', { tag: '@page' }, () => {
     await expect(cells('side')).toHaveText(sides.map((side) => (side === '买入' ? 'Buy' : 'Sell')));
     await expect(cells('securityName')).toHaveText(names);
   });
+
+  test('is that in which the filter of a table looks for codes, also of records that it saw before', async ({
+    page,
+  }) => {
+    await openDesk(page);
+    await openView(page, '委托与成交');
+    const view = page.getByTestId('view-orders');
+    const sides = page.getByTestId('order-table').locator('td[data-key="side"]');
+    const all = await sides.allInnerTexts();
+    await view.getByRole('searchbox').fill('买入');
+    await expect(sides).toHaveText(all.filter((side) => side === '买入'));
+    await page.getByTestId('language').selectOption('en');
+    await view.getByRole('searchbox').fill('Sell');
+    await expect(sides).toHaveText(all.filter((side) => side === '卖出').map(() => 'Sell'));
+  });
 });
 
 test.describe('the theme', { tag: '@page' }, () => {

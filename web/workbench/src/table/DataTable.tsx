@@ -1,9 +1,13 @@
 import {
-  getCoreRowModel,
-  getFilteredRowModel,
-  getSortedRowModel,
-  useReactTable,
+  columnFilteringFeature,
+  createFilteredRowModel,
+  createSortedRowModel,
+  globalFilteringFeature,
+  rowSortingFeature,
+  tableFeatures,
+  useTable,
   type ColumnDef,
+  type RowData,
   type SortingState,
 } from '@tanstack/react-table';
 import { useVirtualizer } from '@tanstack/react-virtual';
@@ -39,6 +43,14 @@ interface Props<Item> {
   rowHeight?: number;
 }
 
+const features = tableFeatures({
+  columnFilteringFeature,
+  globalFilteringFeature,
+  rowSortingFeature,
+  filteredRowModel: createFilteredRowModel(),
+  sortedRowModel: createSortedRowModel(),
+});
+
 /** Lists up to this length are drawn whole, so that the browser's own search finds every row. */
 const drawnWhole = 100;
 
@@ -46,7 +58,7 @@ const drawnWhole = 100;
  * Records in rows: sortable, filterable, with columns to choose. Long lists draw only the rows in sight. Records that are
  * the same objects as before are not drawn again.
  */
-export function DataTable<Item>(props: Props<Item>) {
+export function DataTable<Item extends RowData>(props: Props<Item>) {
   const { name, label, columns, items, idOf, busy = false, testId, chosenId, empty, tools, rowHeight = 24 } = props;
   const t = useTexts();
   const formats = useFormats();
@@ -66,16 +78,15 @@ export function DataTable<Item>(props: Props<Item>) {
     () => (sort && isShown[sort.key] ? [{ id: sort.key, desc: sort.isDescending }] : []),
     [sort, isShown],
   );
-  const table = useReactTable<Item>({
-    data: items as Item[],
+  // A row keeps the values of its cells, so other columns need other rows.
+  const data = useMemo(() => [...items], [definitions, items]);
+  const table = useTable<typeof features, Item>({
+    features,
+    data,
     columns: definitions,
-    state: { sorting, globalFilter: filter, columnVisibility: isShown },
+    state: { sorting, globalFilter: filter },
     getRowId: idOf,
     globalFilterFn: containsText,
-    getColumnCanGlobalFilter: (column) => column.columnDef.enableGlobalFilter === true,
-    getCoreRowModel: getCoreRowModel(),
-    getFilteredRowModel: getFilteredRowModel(),
-    getSortedRowModel: getSortedRowModel(),
     // Numbers begin with the largest, texts with the first. A third press restores the order of the terminal.
     onSortingChange: (change) => {
       const [first] = typeof change === 'function' ? change(sorting) : change;
@@ -170,10 +181,10 @@ export function DataTable<Item>(props: Props<Item>) {
   );
 }
 
-function definitionOf<Item>(
+function definitionOf<Item extends RowData>(
   column: Column<Item>,
   write: (column: Column<Item>, item: Item) => ReactNode,
-): ColumnDef<Item> {
+): ColumnDef<typeof features, Item> {
   const { key, kind, value } = column;
   return {
     id: key,
@@ -183,7 +194,7 @@ function definitionOf<Item>(
     enableGlobalFilter: kind !== 'control',
     sortDescFirst: kind === 'number',
     sortUndefined: false,
-    sortingFn: (one, other) => compare(one.getValue<Sortable>(key).value, other.getValue<Sortable>(key).value),
+    sortFn: (one, other) => compare(one.getValue<Sortable>(key).value, other.getValue<Sortable>(key).value),
   };
 }
 

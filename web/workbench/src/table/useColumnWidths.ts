@@ -20,11 +20,15 @@ export function useColumnWidths<Item>(
 ): readonly number[] {
   const grown = useRef(new Map<string, number>());
   const kept = useRef<readonly number[]>([]);
-  const seen = useRef<{ columns: unknown; items: unknown }>(undefined);
-  if (seen.current?.columns !== columns) grown.current.clear(); // another language has other titles
-  if (seen.current?.columns !== columns || seen.current.items !== items) {
+  const seen = useRef<{ columns: unknown; items: readonly Item[] }>(undefined);
+  if (seen.current?.columns !== columns) {
+    seen.current = undefined;
+    grown.current.clear(); // another language has other titles
+  }
+  if (seen.current?.items !== items) {
+    const measured = new Set(seen.current?.items.slice(0, sampled));
     seen.current = { columns, items };
-    const sample = items.length > sampled ? items.slice(0, sampled) : items;
+    const sample = items.slice(0, sampled).filter((item) => !measured.has(item));
     for (const column of columns) {
       let width = Math.max(
         grown.current.get(column.key) ?? 0,
