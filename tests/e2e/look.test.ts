@@ -277,11 +277,14 @@ test.describe('tables', { tag: '@page' }, () => {
   test('cut texts that are longer than their column, which tooltips show whole', async ({ page }) => {
     // The first rows decide on the widths.
     const names = Array.from({ length: 1000 }, (_, at) => (at < 900 ? `证券 ${at}` : '一二三四五六七八九十'.repeat(9)));
+    names[499] = '有更长名称的证券';
     await openWithSecurities(page, names);
     const nameAt = (at: number) =>
       page.getByTestId('security-list').locator(`tr[data-id="${at}.XX"] td[title]`).first();
     await expect(nameAt(3)).toHaveCSS('overflow-x', 'visible');
     const list = page.getByTestId('securities').locator('.scroll');
+    await list.evaluate((element) => element.scrollTo(0, element.scrollHeight / 2));
+    await expect(nameAt(499)).toHaveCSS('overflow-x', 'visible');
     await list.evaluate((element) => element.scrollTo(0, element.scrollHeight));
     await expect(nameAt(999)).toHaveAttribute('title', names[999]!);
     await expect(nameAt(999)).toHaveCSS('overflow-x', 'hidden');

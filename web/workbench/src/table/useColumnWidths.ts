@@ -3,8 +3,11 @@ import { missing } from '../formats';
 import type { Column } from './types';
 import { textWidth } from './widths';
 
-/** Texts are looked at in so many rows. A longer text further down is cut, and its tooltip shows it whole. */
-const sampled = 200;
+/**
+ * Texts are looked at in so many rows, which are all of a live table. A longer text further down is cut, and its tooltip
+ * shows it whole.
+ */
+const sampled = 500;
 const longest = 40;
 /** Characters beside the title: the arrow of the order. */
 const titleExtra = 2;
