@@ -249,10 +249,12 @@ TEST_F(FillInPartsTest, APageSeesAnOrderPartlyFilledAndThenWhole)
     playUntilFilled(200);
     EXPECT_TRUE(awaitState("\"Filled\""));
     const auto executions = [&] {
-        QString all;
-        for (const QJsonArray &push : page.heard("on_executionUpdate"))
-            all += push.first().toString();
-        return all.count(id);
+        int ofTheOrder = 0;
+        for (const QJsonArray &push : page.heard("on_executionUpdate")) {
+            for (const QJsonValue execution : QJsonDocument::fromJson(push.first().toString().toUtf8()).array())
+                ofTheOrder += execution[QLatin1String("orderId")][QLatin1String("userRole")] == id ? 1 : 0;
+        }
+        return ofTheOrder;
     };
     EXPECT_TRUE(await([&] { return executions() == 2; })) << executions();
     EXPECT_FALSE(terminal.faults().isOn(Fault::FillInParts));
