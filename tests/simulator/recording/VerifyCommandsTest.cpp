@@ -150,14 +150,16 @@ private:
     /// A slow server holds the call, and one of the commands ends that.
     static void commandsInACall(Terminal &terminal, BusyPage &page)
     {
-        const Commander slow(terminal, {"fault slow-answers=600000"}, isCall);
+        {
+            const Commander slow(terminal, {"fault slow-answers=600000"}, isCall);
+            page.token();
+            page.drain();
+        } // which waits until the command has been carried out
         const Commander held(terminal, {"burst 5", "fault refuse-orders=1", "clear slow-answers"},
                              [](const traffic::Entry &entry) {
                                  return entry.name == QLatin1String("VarnelTradeLogic::orders") ||
                                         (entry.kind == traffic::Entry::Command && entry.call != 0);
                              });
-        page.token();
-        page.drain();
         page.order("300");
         page.query();
         page.drain();
