@@ -34,6 +34,8 @@ std::unique_ptr<StepInput> stepOnLines(Replay &replay)
     return std::make_unique<StepInput>([&replay](StepInput::Event event) {
         if (event == StepInput::Line)
             return replay.step();
+        if (replay.hasEnded())
+            return QCoreApplication::quit();
         QObject::connect(&replay, &Replay::ended, [] { QCoreApplication::quit(); });
         replay.endAfterSteps();
     });

@@ -48,6 +48,8 @@ public:
     /// Stepwise: ends when the steps that were asked for have been made.
     void endAfterSteps();
 
+    bool hasEnded() const { return m_hasEnded; }
+
 signals:
     void called(int line, const sim::RecordedEntry &call); ///< a call has been made
     void ended(const sim::Replay::Outcome &outcome);       ///< once

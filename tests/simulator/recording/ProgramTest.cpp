@@ -108,6 +108,21 @@ TEST(RecordingProgram, ARecordingIsPlayedStepByStep)
     EXPECT_EQ(QByteArray("1 call played\n"), simulator.readAllStandardOutput());
 }
 
+TEST(RecordingProgram, TheEndOfTheInputEndsTheProgramAlsoWhenAllCallsHaveBeenPlayed)
+{
+    QTemporaryDir folder;
+    QProcess simulator;
+    simulator.start(QStringLiteral(SIMULATOR_BINARY), {QStringLiteral("replay"), killedRecording(folder),
+                                                       QStringLiteral("--step"), QStringLiteral("--port=0")});
+    EXPECT_TRUE(readLine(simulator).startsWith("listening on "));
+    simulator.write("\n");
+    EXPECT_TRUE(readLine(simulator).startsWith("line "));
+    EXPECT_EQ(QByteArray("1 call played\n"), readLine(simulator));
+    simulator.closeWriteChannel();
+    ASSERT_TRUE(simulator.waitForFinished(kPatienceMs));
+    EXPECT_EQ(0, simulator.exitCode());
+}
+
 TEST(RecordingProgram, AFullDiskEndsTheRecordingAndNotTheRun)
 {
     QProcess simulator;
