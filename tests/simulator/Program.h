@@ -31,8 +31,7 @@ inline Outcome run(const QStringList &options, const QString &program = QStringL
 
 inline QByteArray readLine(QProcess &process)
 {
-    QByteArray line;
-    while (!line.endsWith('\n') && process.waitForReadyRead(kPatienceMs))
-        line += process.readAllStandardOutput();
-    return line;
+    while (!process.canReadLine() && process.waitForReadyRead(kPatienceMs)) {
+    }
+    return process.readLine();
 }
