@@ -47,6 +47,15 @@ QString killedRecording(const QTemporaryDir &folder, const QStringList &options 
     return file;
 }
 
+/// Plays a recording of one call, and asks for its first step.
+void playOneStep(QProcess &simulator, const QTemporaryDir &folder)
+{
+    simulator.start(QStringLiteral(SIMULATOR_BINARY), {QStringLiteral("replay"), killedRecording(folder),
+                                                       QStringLiteral("--step"), QStringLiteral("--port=0")});
+    EXPECT_TRUE(readLine(simulator).startsWith("listening on "));
+    simulator.write("\n");
+}
+
 } // namespace
 
 TEST(RecordingProgram, TheRecordingOfAKilledSimulatorCanBeVerified)
@@ -95,10 +104,7 @@ TEST(RecordingProgram, ARecordingIsPlayedStepByStep)
 {
     QTemporaryDir folder;
     QProcess simulator;
-    simulator.start(QStringLiteral(SIMULATOR_BINARY), {QStringLiteral("replay"), killedRecording(folder),
-                                                       QStringLiteral("--step"), QStringLiteral("--port=0")});
-    EXPECT_TRUE(readLine(simulator).startsWith("listening on "));
-    simulator.write("\n");
+    playOneStep(simulator, folder);
     const QByteArray call = readLine(simulator);
     EXPECT_TRUE(call.startsWith("line ")) << call.toStdString();
     EXPECT_TRUE(call.endsWith("  page 1  Data_getToken_REQ [\"varnel-call\"]\n")) << call.toStdString();
@@ -112,10 +118,7 @@ TEST(RecordingProgram, TheEndOfTheInputEndsTheProgramAlsoWhenAllCallsHaveBeenPla
 {
     QTemporaryDir folder;
     QProcess simulator;
-    simulator.start(QStringLiteral(SIMULATOR_BINARY), {QStringLiteral("replay"), killedRecording(folder),
-                                                       QStringLiteral("--step"), QStringLiteral("--port=0")});
-    EXPECT_TRUE(readLine(simulator).startsWith("listening on "));
-    simulator.write("\n");
+    playOneStep(simulator, folder);
     EXPECT_TRUE(readLine(simulator).startsWith("line "));
     EXPECT_EQ(QByteArray("1 call played\n"), readLine(simulator));
     simulator.closeWriteChannel();
